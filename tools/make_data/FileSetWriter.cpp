@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <ranges>
 #include <string_view>
 #include <system_error>
 
@@ -90,7 +89,7 @@ void FileSetWriter::keepOldFile(Staged& file) const {
 }
 
 void FileSetWriter::restoreOldFiles() noexcept {
-  for (Staged& file : staged_ | std::views::reverse) {
+  for (Staged& file : staged_) {
     if (!file.replaced) continue;
     if (file.backup.empty()) {
       ::unlink(file.target.c_str());

@@ -1,0 +1,178 @@
+#include "WordData.h"
+
+#include <map>
+
+#include "Manifest.h"
+#include "Program.h"
+#include "TestSupport.h"
+
+namespace tessarok::makedata::test {
+namespace {
+
+/// A small world of word lists in the formats of the packages.
+class WordDataTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    writeFile(paths_.hunspellAffixes, "SET UTF-8\nSFX I Y 2\nSFX I а ы а\nSFX I а у а\n");
+    writeFile(paths_.hunspellWords, "3\nмама/I\nЁж\nкое-кто\n");
+    // КОТ/K and its suffix а, in KOI8-R
+    writeFile(paths_.aspellAffixes, "SFX K Y 1\nSFX K 0 \xC1 .\n");
+    writePacked("\xEB\xCF\xD4/K\n\xCD\xC1\xCD\xC1\n");
+    writeFile(paths_.scowl / "english-words.10", "the\ntot\ncaf\xE9\ndon't\n");
+    writeFile(paths_.scowl / "english-upper.50", "London\n");
+    writeFile(paths_.scowl / "english-words.95", "zyzzyva\n");
+    writeList("add_ru.txt", "# names\nКоля\nрама/I\n");
+    writeList("drop_ru.txt", "раму\n");
+    writeList("add_en.txt", "github\n");
+    writeList("drop_en.txt", "# еще\ntot\n");
+    writeList("freq_short_en.txt", "# articles\nthe\nIt\n");
+    writeList("freq_short_ru.txt", "она\nещё\nон\n");
+    for (const char* name : {"pack_it.txt", "pack_chat.txt", "pack_gaming.txt"}) {
+      writeList(name, "# jargon\nкоммит\nbye.\n");
+    }
+  }
+
+  void writeList(const std::string& name, std::string_view text) {
+    writeFile(paths_.lists / name, text);
+  }
+
+  void writePacked(const std::string& words) {
+    const ProgramResult list = runProgram({"prezip-bin", "-z"}, words);
+    ASSERT_EQ(list.status, 0);
+    const ProgramResult packed = runProgram({"gzip", "-n"}, list.output);
+    ASSERT_EQ(packed.status, 0);
+    writeFile(paths_.aspellWords, packed.output);
+  }
+
+  std::vector<DataFile> make() {
+    ledger_ = {};
+    return makeWordData(paths_, ledger_);
+  }
+
+  std::string contentOf(const std::string& name) {
+    for (const DataFile& file : make()) {
+      if (file.name == name) return file.content;
+    }
+    return "no file " + name;
+  }
+
+  std::string error() {
+    return inputErrorOf([this] { (void)make(); });
+  }
+
+  std::string listPath(const char* name) const { return (paths_.lists / name).string(); }
+
+  TemporaryDirectory home_;
+  SourcePaths paths_{home_.path() / "ru.aff",        home_.path() / "ru.dic",
+                     home_.path() / "ru_affix.dat",  home_.path() / "ru.cwl.gz",
+                     home_.path() / "scowl",         home_.path() / "lists"};
+  InputLedger ledger_;
+};
+
+TEST_F(WordDataTest, MergesTheRussianSources) {
+  EXPECT_EQ(contentOf("dict_ru.txt"),
+            "еж\nколя\nкот\nкота\nмама\nмаму\nмамы\nрама\nрамы\nёж\n");
+}
+
+TEST_F(WordDataTest, MergesTheEnglishLists) {
+  EXPECT_EQ(contentOf("dict_en.txt"), "github\nlondon\nthe\n");
+}
+
+TEST_F(WordDataTest, TakesTheLetterGroupsFromTheDictionary) {
+  EXPECT_EQ(contentOf("proto_en2.txt"), "do\ngi\nhe\nhu\nit\nlo\nnd\non\nth\nub\n");
+  EXPECT_EQ(contentOf("proto_en3.txt"), "don\ngit\nhub\nith\nlon\nndo\nond\nthe\nthu\n");
+  EXPECT_EQ(contentOf("proto_en3b.txt"),
+            "^gi\n^lo\n^th\ndon\ngit\nhe$\nhub\nith\nlon\nndo\non$\nond\nthe\nthu\nub$\n");
+}
+
+TEST_F(WordDataTest, WritesShortWordsWithoutCommentsInByteOrder) {
+  EXPECT_EQ(contentOf("freq_short_en.txt"), "it\nthe\n");
+  EXPECT_EQ(contentOf("freq_short_ru.txt"), "ещё\nон\nона\n");
+}
+
+TEST_F(WordDataTest, CopiesPacksAsTheyAre) {
+  EXPECT_EQ(contentOf("pack_it.txt"), "# jargon\nкоммит\nbye.\n");
+}
+
+TEST_F(WordDataTest, MakesEveryFileOfTheDataDirectory) {
+  std::vector<std::string> names;
+  for (const DataFile& file : make()) names.push_back(file.name);
+  EXPECT_EQ(names,
+            (std::vector<std::string>{
+                "dict_en.txt", "proto_en2.txt", "proto_en3.txt", "proto_en3b.txt", "dict_ru.txt",
+                "proto_ru2.txt", "proto_ru3.txt", "proto_ru3b.txt", "freq_short_en.txt",
+                "freq_short_ru.txt", "pack_it.txt", "pack_chat.txt", "pack_gaming.txt"}));
+}
+
+TEST_F(WordDataTest, CountsTheWordsAndNotTheComments) {
+  std::map<std::string, std::size_t> words;
+  for (const DataFile& file : make()) words[file.name] = file.words;
+  EXPECT_EQ(words["dict_en.txt"], 3U);
+  EXPECT_EQ(words["proto_en2.txt"], 10U);
+  EXPECT_EQ(words["freq_short_ru.txt"], 3U);
+  EXPECT_EQ(words["pack_chat.txt"], 2U);
+}
+
+TEST_F(WordDataTest, IsTheSameInEveryRun) {
+  const auto manifest = [this] {
+    const std::vector<DataFile> files = make();
+    return manifestJson(ledger_.records(), files,
+                        [](const std::string&) { return std::nullopt; });
+  };
+  EXPECT_EQ(manifest(), manifest());
+}
+
+TEST_F(WordDataTest, RecordsEveryInput) {
+  (void)make();
+  std::vector<std::string> packages;
+  for (const InputRecord& record : ledger_.records()) packages.push_back(record.package);
+  std::sort(packages.begin(), packages.end());
+  EXPECT_EQ(packages, (std::vector<std::string>{
+                          "aspell-ru", "aspell-ru", "hunspell-ru", "hunspell-ru", "scowl", "scowl",
+                          "tessarok", "tessarok", "tessarok", "tessarok", "tessarok", "tessarok",
+                          "tessarok", "tessarok", "tessarok"}));
+}
+
+TEST_F(WordDataTest, RefusesAMissingFile) {
+  std::filesystem::remove(paths_.hunspellWords);
+  EXPECT_EQ(error(), paths_.hunspellWords.string() + ": cannot be opened: No such file or directory");
+}
+
+TEST_F(WordDataTest, RefusesADirectoryInPlaceOfAFile) {
+  std::filesystem::remove(paths_.hunspellWords);
+  std::filesystem::create_directory(paths_.hunspellWords);
+  EXPECT_EQ(error(), paths_.hunspellWords.string() + ": cannot be read: Is a directory");
+}
+
+TEST_F(WordDataTest, RefusesAWrongCharset) {
+  writeFile(paths_.hunspellWords, "1\n\xEB\xCF\xD4\n");
+  EXPECT_EQ(error(), paths_.hunspellWords.string() + ":2: not valid UTF-8 text");
+}
+
+TEST_F(WordDataTest, RefusesADamagedArchive) {
+  writeFile(paths_.aspellWords, "not an archive");
+  EXPECT_EQ(error(), paths_.aspellWords.string() + ": gzip cannot unpack it (exit status 1)");
+}
+
+TEST_F(WordDataTest, RefusesAnAddedWordThatTheDictionaryCannotHold) {
+  writeList("add_ru.txt", "Коля\nкое-где\n");
+  EXPECT_EQ(error(), listPath("add_ru.txt") + ":2: 'кое-где' is not a word of the russian letters");
+}
+
+TEST_F(WordDataTest, RefusesAffixFlagsOnAnEnglishWord) {
+  writeList("add_en.txt", "commit/S\n");
+  EXPECT_EQ(error(), listPath("add_en.txt") + ":1: no affix class for the flag 'S'");
+}
+
+TEST_F(WordDataTest, RefusesALongShortWord) {
+  writeList("freq_short_ru.txt", "он\nлишь\n");
+  EXPECT_EQ(error(), listPath("freq_short_ru.txt") + ":2: 'лишь' must have 2 to 3 letters");
+}
+
+TEST_F(WordDataTest, RefusesAnEmptyPack) {
+  writeList("pack_it.txt", "# nothing yet\n");
+  EXPECT_EQ(error(), listPath("pack_it.txt") + ": holds no word");
+}
+
+}  // namespace
+}  // namespace tessarok::makedata::test
