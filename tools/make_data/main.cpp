@@ -3,6 +3,7 @@
 // be written, 2 a wrong command line or an input that cannot be used.
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -82,6 +83,10 @@ int run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // A file that grows beyond the user's limit is an error like a full disk, and not the death that
+  // would leave temporary files behind.
+  std::signal(SIGXFSZ, SIG_IGN);
+
   Options options;
   CLI::App app("Makes the word data of Tessarok", "tessarok-make-data");
   declareOptions(app, options);
