@@ -1,5 +1,4 @@
 #include "AffixDictionary.h"
-
 #include "TestSupport.h"
 
 namespace tessarok::makedata::test {

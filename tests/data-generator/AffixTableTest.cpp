@@ -1,5 +1,4 @@
 #include "AffixTable.h"
-
 #include "TestSupport.h"
 
 namespace tessarok::makedata::test {
@@ -68,10 +67,8 @@ TEST(AffixTable, PrefixesAndSuffixesCrossWhenBothAllowIt) {
 
 TEST(AffixTable, NoCrossProductWhenEitherSideForbidsIt) {
   const Words expected{"tie", "ties", "untie"};
-  EXPECT_EQ(expanded("PFX P N 1\nPFX P 0 un .\nSFX S Y 1\nSFX S 0 s .\n", U"tie", U"PS"),
-            expected);
-  EXPECT_EQ(expanded("PFX P Y 1\nPFX P 0 un .\nSFX S N 1\nSFX S 0 s .\n", U"tie", U"PS"),
-            expected);
+  EXPECT_EQ(expanded("PFX P N 1\nPFX P 0 un .\nSFX S Y 1\nSFX S 0 s .\n", U"tie", U"PS"), expected);
+  EXPECT_EQ(expanded("PFX P Y 1\nPFX P 0 un .\nSFX S N 1\nSFX S 0 s .\n", U"tie", U"PS"), expected);
 }
 
 TEST(AffixTable, KnowsItsFlags) {
@@ -88,7 +85,8 @@ TEST(AffixTable, RefusesWhatItDoesNotUnderstand) {
   EXPECT_EQ(parseError("SET UTF-8\nNEEDAFFIX X\n"),
             "x.aff:2: the directive 'NEEDAFFIX' is not supported");
   EXPECT_EQ(parseError("FLAG num\n"), "x.aff:1: only flags of one character are supported");
-  EXPECT_EQ(parseError("SFX A Y 1\nSFX A 0 s/B .\n"), "x.aff:2: flags on an affix are not supported");
+  EXPECT_EQ(parseError("SFX A Y 1\nSFX A 0 s/B .\n"),
+            "x.aff:2: flags on an affix are not supported");
 }
 
 TEST(AffixTable, RefusesBrokenLines) {
@@ -98,7 +96,8 @@ TEST(AffixTable, RefusesBrokenLines) {
   EXPECT_EQ(parseError("SFX A Y 1\nSFX A 0 s [ab\n"), "x.aff:2: '[' without ']' in the condition");
   EXPECT_EQ(parseError("SFX A Y 1\nSFX A 0 s ab]\n"), "x.aff:2: ']' without '[' in the condition");
   EXPECT_EQ(parseError("SFX A Y 1\nSFX A 0 s [^]\n"), "x.aff:2: empty brackets in the condition");
-  EXPECT_EQ(parseError("SFX A Y 1\nPFX A 0 s .\n"), "x.aff:2: the flag is both a prefix and a suffix");
+  EXPECT_EQ(parseError("SFX A Y 1\nPFX A 0 s .\n"),
+            "x.aff:2: the flag is both a prefix and a suffix");
 }
 
 TEST(AffixTable, RefusesANumberOfRulesOtherThanAnnounced) {

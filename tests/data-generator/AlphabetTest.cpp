@@ -1,5 +1,4 @@
 #include "Alphabet.h"
-
 #include "TestSupport.h"
 
 namespace tessarok::makedata::test {

@@ -1,7 +1,6 @@
-#include "FileSetWriter.h"
-
 #include <sys/stat.h>
 
+#include "FileSetWriter.h"
 #include "TestSupport.h"
 
 namespace tessarok::makedata::test {

@@ -1,5 +1,4 @@
 #include "HandList.h"
-
 #include "TestSupport.h"
 
 namespace tessarok::makedata::test {
@@ -38,8 +37,9 @@ TEST(HandWords, RefuseOtherLetters) {
 
 TEST(HandWords, RefuseWrongLengths) {
   const auto errorOf = [](std::string_view text) {
-    return inputErrorOf(
-        [text] { (void)readHandWords(text, "l.txt", Alphabet::english(), {2, 3}); });
+    return inputErrorOf([text] {
+      (void)readHandWords(text, "l.txt", Alphabet::english(), {2, 3});
+    });
   };
   EXPECT_EQ(errorOf("to\nthe\n"), "no error");
   EXPECT_EQ(errorOf("to\nthem\n"), "l.txt:2: 'them' must have 2 to 3 letters");

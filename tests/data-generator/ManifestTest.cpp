@@ -1,7 +1,6 @@
-#include "Manifest.h"
-
 #include <nlohmann/json.hpp>
 
+#include "Manifest.h"
 #include "Sha256.h"
 #include "TestSupport.h"
 

@@ -1,7 +1,6 @@
-#include "NgramSet.h"
-
 #include <stdexcept>
 
+#include "NgramSet.h"
 #include "TestSupport.h"
 
 namespace tessarok::makedata::test {

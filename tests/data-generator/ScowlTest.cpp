@@ -1,5 +1,4 @@
 #include "Scowl.h"
-
 #include "TestSupport.h"
 
 namespace tessarok::makedata::test {
@@ -23,7 +22,8 @@ TEST(Scowl, FindsTheListsInTheOrderOfTheirNames) {
     writeFile(directory.path() / name, "a\n");
   }
   std::vector<std::string> names;
-  for (const auto& list : findScowlLists(directory.path())) names.push_back(list.filename());
+  for (const auto& list : findScowlLists(directory.path()))
+    names.push_back(list.filename());
   EXPECT_EQ(names, (std::vector<std::string>{"american-words.35", "english-words.10",
                                              "english-words.20"}));
 }
@@ -39,9 +39,8 @@ TEST(Scowl, RefusesADirectoryWithoutTheCommonWords) {
 
 TEST(Scowl, ReadsOneWordALine) {
   std::vector<std::string> words;
-  readScowlList("a\ncafé\n", "l", [&words](std::u32string_view word) {
-    words.push_back(encodeUtf8(word));
-  });
+  readScowlList("a\ncafé\n", "l",
+                [&words](std::u32string_view word) { words.push_back(encodeUtf8(word)); });
   EXPECT_EQ(words, (std::vector<std::string>{"a", "café"}));
 }
 

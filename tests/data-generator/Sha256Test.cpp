@@ -1,6 +1,6 @@
-#include "Sha256.h"
-
 #include <gtest/gtest.h>
+
+#include "Sha256.h"
 
 namespace tessarok::makedata::test {
 namespace {

@@ -1,18 +1,17 @@
 #pragma once
 
-#include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 #include "InputError.h"
@@ -75,7 +74,8 @@ inline std::string inputErrorOf(const std::function<void()>& action) {
 
 inline std::vector<std::string> toUtf8Words(const std::vector<std::u32string>& words) {
   std::vector<std::string> result;
-  for (const std::u32string& word : words) result.push_back(encodeUtf8(word));
+  for (const std::u32string& word : words)
+    result.push_back(encodeUtf8(word));
   return result;
 }
 

@@ -1,6 +1,5 @@
-#include "Text.h"
-
 #include "TestSupport.h"
+#include "Text.h"
 
 namespace tessarok::makedata::test {
 namespace {

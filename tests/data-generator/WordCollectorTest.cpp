@@ -1,7 +1,6 @@
-#include "WordCollector.h"
-
 #include "ByteOrder.h"
 #include "TestSupport.h"
+#include "WordCollector.h"
 
 namespace tessarok::makedata::test {
 namespace {

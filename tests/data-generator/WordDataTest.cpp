@@ -1,10 +1,9 @@
-#include "WordData.h"
-
 #include <map>
 
 #include "Manifest.h"
 #include "Program.h"
 #include "TestSupport.h"
+#include "WordData.h"
 
 namespace tessarok::makedata::test {
 namespace {
@@ -63,15 +62,14 @@ class WordDataTest : public ::testing::Test {
   std::string listPath(const char* name) const { return (paths_.lists / name).string(); }
 
   TemporaryDirectory home_;
-  SourcePaths paths_{home_.path() / "ru.aff",        home_.path() / "ru.dic",
-                     home_.path() / "ru_affix.dat",  home_.path() / "ru.cwl.gz",
-                     home_.path() / "scowl",         home_.path() / "lists"};
+  SourcePaths paths_{home_.path() / "ru.aff",       home_.path() / "ru.dic",
+                     home_.path() / "ru_affix.dat", home_.path() / "ru.cwl.gz",
+                     home_.path() / "scowl",        home_.path() / "lists"};
   InputLedger ledger_;
 };
 
 TEST_F(WordDataTest, MergesTheRussianSources) {
-  EXPECT_EQ(contentOf("dict_ru.txt"),
-            "еж\nколя\nкот\nкота\nмама\nмаму\nмамы\nрама\nрамы\nёж\n");
+  EXPECT_EQ(contentOf("dict_ru.txt"), "еж\nколя\nкот\nкота\nмама\nмаму\nмамы\nрама\nрамы\nёж\n");
 }
 
 TEST_F(WordDataTest, MergesTheEnglishLists) {
@@ -96,7 +94,8 @@ TEST_F(WordDataTest, CopiesPacksAsTheyAre) {
 
 TEST_F(WordDataTest, MakesEveryFileOfTheDataDirectory) {
   std::vector<std::string> names;
-  for (const DataFile& file : make()) names.push_back(file.name);
+  for (const DataFile& file : make())
+    names.push_back(file.name);
   EXPECT_EQ(names,
             (std::vector<std::string>{
                 "dict_en.txt", "proto_en2.txt", "proto_en3.txt", "proto_en3b.txt", "dict_ru.txt",
@@ -106,7 +105,8 @@ TEST_F(WordDataTest, MakesEveryFileOfTheDataDirectory) {
 
 TEST_F(WordDataTest, CountsTheWordsAndNotTheComments) {
   std::map<std::string, std::size_t> words;
-  for (const DataFile& file : make()) words[file.name] = file.words;
+  for (const DataFile& file : make())
+    words[file.name] = file.words;
   EXPECT_EQ(words["dict_en.txt"], 3U);
   EXPECT_EQ(words["proto_en2.txt"], 10U);
   EXPECT_EQ(words["freq_short_ru.txt"], 3U);
@@ -116,8 +116,7 @@ TEST_F(WordDataTest, CountsTheWordsAndNotTheComments) {
 TEST_F(WordDataTest, IsTheSameInEveryRun) {
   const auto manifest = [this] {
     const std::vector<DataFile> files = make();
-    return manifestJson(ledger_.records(), files,
-                        [](const std::string&) { return std::nullopt; });
+    return manifestJson(ledger_.records(), files, [](const std::string&) { return std::nullopt; });
   };
   EXPECT_EQ(manifest(), manifest());
 }
@@ -125,17 +124,19 @@ TEST_F(WordDataTest, IsTheSameInEveryRun) {
 TEST_F(WordDataTest, RecordsEveryInput) {
   (void)make();
   std::vector<std::string> packages;
-  for (const InputRecord& record : ledger_.records()) packages.push_back(record.package);
+  for (const InputRecord& record : ledger_.records())
+    packages.push_back(record.package);
   std::sort(packages.begin(), packages.end());
-  EXPECT_EQ(packages, (std::vector<std::string>{
-                          "aspell-ru", "aspell-ru", "hunspell-ru", "hunspell-ru", "scowl", "scowl",
-                          "tessarok", "tessarok", "tessarok", "tessarok", "tessarok", "tessarok",
-                          "tessarok", "tessarok", "tessarok"}));
+  EXPECT_EQ(packages, (std::vector<std::string>{"aspell-ru", "aspell-ru", "hunspell-ru",
+                                                "hunspell-ru", "scowl", "scowl", "tessarok",
+                                                "tessarok", "tessarok", "tessarok", "tessarok",
+                                                "tessarok", "tessarok", "tessarok", "tessarok"}));
 }
 
 TEST_F(WordDataTest, RefusesAMissingFile) {
   std::filesystem::remove(paths_.hunspellWords);
-  EXPECT_EQ(error(), paths_.hunspellWords.string() + ": cannot be opened: No such file or directory");
+  EXPECT_EQ(error(),
+            paths_.hunspellWords.string() + ": cannot be opened: No such file or directory");
 }
 
 TEST_F(WordDataTest, RefusesADirectoryInPlaceOfAFile) {

@@ -36,7 +36,8 @@ void expandEntries(const std::vector<Line>& entries, const AffixTable& table,
     refuseUnknownFlags(flags, table, file, line.number);
     forms.clear();
     table.expand(stem, flags, forms);
-    for (const std::u32string& form : forms) sink(form);
+    for (const std::u32string& form : forms)
+      sink(form);
   }
 }
 

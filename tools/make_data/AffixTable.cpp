@@ -12,9 +12,9 @@ namespace tessarok::makedata {
 namespace {
 
 /// Directives that only serve suggestions, tokenising or descriptions: they add and remove no form.
-constexpr std::array<std::string_view, 12> kHarmless = {
-    "SET", "TRY", "KEY", "LANG", "NAME", "VERSION", "HOME", "REP", "MAP", "WORDCHARS", "BREAK",
-    "ICONV"};
+constexpr std::array<std::string_view, 12> kHarmless = {"SET",  "TRY",       "KEY",   "LANG",
+                                                        "NAME", "VERSION",   "HOME",  "REP",
+                                                        "MAP",  "WORDCHARS", "BREAK", "ICONV"};
 
 bool isHarmless(std::string_view directive) {
   return std::find(kHarmless.begin(), kHarmless.end(), directive) != kHarmless.end();
@@ -152,7 +152,8 @@ class AffixTable::Parser final {
 
 AffixTable AffixTable::parse(std::string_view utf8, const std::filesystem::path& file) {
   Parser parser(file);
-  for (const Line& line : splitLines(utf8)) parser.take(line);
+  for (const Line& line : splitLines(utf8))
+    parser.take(line);
   return parser.finish();
 }
 
@@ -198,7 +199,8 @@ void AffixTable::expand(std::u32string_view stem, std::u32string_view flags,
   for (const AffixClass* affixes : prefixes) {
     applyPrefixes(*affixes, stem, forms);
     if (!affixes->crosses) continue;
-    for (const std::u32string& form : crossing) applyPrefixes(*affixes, form, forms);
+    for (const std::u32string& form : crossing)
+      applyPrefixes(*affixes, form, forms);
   }
 }
 

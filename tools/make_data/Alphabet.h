@@ -40,8 +40,8 @@ class Alphabet final {
   std::u32string_view oneLetterWords_;
 };
 
-/// The spelling of a Russian word with every ё written as е, as most people type it; absent when the
-/// word has no ё.
+/// The spelling of a Russian word with every ё written as е, as most people type it; absent when
+/// the word has no ё.
 [[nodiscard]] std::optional<std::u32string> withoutYo(std::u32string_view word);
 
 }  // namespace tessarok::makedata

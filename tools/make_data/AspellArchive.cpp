@@ -19,8 +19,9 @@ std::string filter(const std::vector<std::string>& command, const std::string& i
     throw InputError(file, 0, "cannot run " + command.front() + ": " + error.code().message());
   }
   if (result.status != 0) {
-    throw InputError(file, 0, command.front() + " cannot unpack it (exit status " +
-                                  std::to_string(result.status) + ")");
+    throw InputError(
+        file, 0,
+        command.front() + " cannot unpack it (exit status " + std::to_string(result.status) + ")");
   }
   return std::move(result.output);
 }

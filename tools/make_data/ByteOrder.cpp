@@ -12,7 +12,8 @@ void sortByBytes(std::vector<std::string>& words) {
 
 std::string joinLines(const std::vector<std::string>& words) {
   std::size_t size = 0;
-  for (const std::string& word : words) size += word.size() + 1;
+  for (const std::string& word : words)
+    size += word.size() + 1;
   std::string text;
   text.reserve(size);
   for (const std::string& word : words) {

@@ -1,15 +1,14 @@
 #include "FileSetWriter.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <string_view>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace tessarok::makedata {
 
@@ -101,7 +100,8 @@ void FileSetWriter::restoreOldFiles() noexcept {
 
 void FileSetWriter::commit() {
   try {
-    for (Staged& file : staged_) keepOldFile(file);
+    for (Staged& file : staged_)
+      keepOldFile(file);
     for (Staged& file : staged_) {
       if (std::rename(file.temporary.c_str(), file.target.c_str()) != 0) {
         throwError(errno, file.target);

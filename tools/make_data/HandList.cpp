@@ -18,8 +18,9 @@ std::vector<Line> readHandList(std::string_view utf8, const std::filesystem::pat
     const std::string key = encodeUtf8(lowerCase(decodeUtf8(entry)));
     const auto [first, isNew] = lineOf.emplace(key, line.number);
     if (!isNew) {
-      throw InputError(file, line.number, "'" + std::string(entry) + "' is already on line " +
-                                              std::to_string(first->second));
+      throw InputError(
+          file, line.number,
+          "'" + std::string(entry) + "' is already on line " + std::to_string(first->second));
     }
     entries.push_back({line.number, entry});
   }
@@ -32,13 +33,15 @@ std::vector<std::string> readHandWords(std::string_view utf8, const std::filesys
   for (const Line& line : readHandList(utf8, file)) {
     const std::u32string word = lowerCase(decodeUtf8(line.text));
     if (!alphabet.spells(word)) {
-      throw InputError(file, line.number, "'" + std::string(line.text) + "' is not a word of the " +
-                                              alphabet.name() + " letters");
+      throw InputError(
+          file, line.number,
+          "'" + std::string(line.text) + "' is not a word of the " + alphabet.name() + " letters");
     }
     if (word.size() < lengths.shortest || word.size() > lengths.longest) {
-      throw InputError(file, line.number, "'" + std::string(line.text) + "' must have " +
-                                              std::to_string(lengths.shortest) + " to " +
-                                              std::to_string(lengths.longest) + " letters");
+      throw InputError(file, line.number,
+                       "'" + std::string(line.text) + "' must have " +
+                           std::to_string(lengths.shortest) + " to " +
+                           std::to_string(lengths.longest) + " letters");
     }
     words.push_back(encodeUtf8(word));
   }

@@ -11,7 +11,8 @@
 
 namespace tessarok::makedata {
 
-/// The entries of a list written by hand: one a line, trimmed; empty lines and lines that start with
+/// The entries of a list written by hand: one a line, trimmed; empty lines and lines that start
+/// with
 /// "#" are comments. Throws InputError for an entry that holds white space or stands there twice
 /// (in any case): such a line is a slip of the editor's hand.
 [[nodiscard]] std::vector<Line> readHandList(std::string_view utf8,

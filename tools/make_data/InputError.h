@@ -7,8 +7,8 @@
 
 namespace tessarok::makedata {
 
-/// An input that cannot be used. what() is one line, "FILE:LINE: reason", or "FILE: reason" when the
-/// file as a whole is at fault (line 0).
+/// An input that cannot be used. what() is one line, "FILE:LINE: reason", or "FILE: reason" when
+/// the file as a whole is at fault (line 0).
 class InputError final : public std::runtime_error {
  public:
   InputError(const std::filesystem::path& file, std::size_t line, const std::string& reason)

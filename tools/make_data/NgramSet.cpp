@@ -14,7 +14,8 @@ constexpr char32_t kEnd = U'$';
 
 std::size_t power(std::size_t base, std::size_t exponent) {
   std::size_t result = 1;
-  for (std::size_t i = 0; i < exponent; ++i) result *= base;
+  for (std::size_t i = 0; i < exponent; ++i)
+    result *= base;
   return result;
 }
 
@@ -45,14 +46,16 @@ void NgramSet::add(std::u32string_view word) {
   if (marks_ == Marks::kBoundary) text = kStart + text + kEnd;
   for (std::size_t start = 0; start + length_ <= text.size(); ++start) {
     std::size_t cell = 0;
-    for (std::size_t i = 0; i < length_; ++i) cell = cell * symbols_ + indexOf(text[start + i]);
+    for (std::size_t i = 0; i < length_; ++i)
+      cell = cell * symbols_ + indexOf(text[start + i]);
     seen_[cell] = true;
   }
 }
 
 std::string NgramSet::groupAt(std::size_t cell) const {
   std::u32string group(length_, U' ');
-  for (std::size_t i = length_; i-- > 0; cell /= symbols_) group[i] = symbolAt(cell % symbols_);
+  for (std::size_t i = length_; i-- > 0; cell /= symbols_)
+    group[i] = symbolAt(cell % symbols_);
   return encodeUtf8(group);
 }
 

@@ -1,15 +1,14 @@
 #include "Program.h"
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 #include <memory>
+#include <spawn.h>
+#include <sys/wait.h>
 #include <system_error>
+#include <unistd.h>
 
 extern char** environ;
 
@@ -113,7 +112,8 @@ ProgramResult runProgram(const std::vector<std::string>& command, const std::str
 
   std::vector<std::string> words = command;
   std::vector<char*> arguments;
-  for (std::string& word : words) arguments.push_back(word.data());
+  for (std::string& word : words)
+    arguments.push_back(word.data());
   arguments.push_back(nullptr);
 
   pid_t child = 0;

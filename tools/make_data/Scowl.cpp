@@ -25,8 +25,7 @@ struct Kind {
 constexpr std::array<Kind, 5> kKinds = {
     {{"words", 70}, {"upper", 70}, {"proper-names", 70}, {"abbreviations", 50}, {"hacker", 50}}};
 
-constexpr std::array<std::string_view, 4> kVariants = {"english", "american", "british",
-                                                       "special"};
+constexpr std::array<std::string_view, 4> kVariants = {"english", "american", "british", "special"};
 
 constexpr std::string_view kCommonest = "english-words.10";
 
@@ -59,17 +58,15 @@ std::vector<std::filesystem::path> findScowlLists(const std::filesystem::path& d
     if (isWantedScowlList(entry->path().filename().string())) lists.push_back(entry->path());
   }
   std::sort(lists.begin(), lists.end());
-  const bool hasCommonest = std::any_of(lists.begin(), lists.end(), [](const auto& list) {
-    return list.filename() == kCommonest;
-  });
+  const bool hasCommonest = std::any_of(
+      lists.begin(), lists.end(), [](const auto& list) { return list.filename() == kCommonest; });
   if (!hasCommonest) {
     throw InputError(directory, 0, "the list " + std::string(kCommonest) + " is missing");
   }
   return lists;
 }
 
-void readScowlList(std::string_view utf8, const std::filesystem::path& file,
-                   const FormSink& sink) {
+void readScowlList(std::string_view utf8, const std::filesystem::path& file, const FormSink& sink) {
   for (const Line& line : splitLines(utf8)) {
     const std::vector<std::string_view> fields = splitFields(line.text);
     if (fields.size() != 1) throw InputError(file, line.number, "a line must hold one word");

@@ -1,8 +1,7 @@
 #include "Sha256.h"
 
-#include <openssl/sha.h>
-
 #include <array>
+#include <openssl/sha.h>
 
 namespace tessarok::makedata {
 

@@ -1,14 +1,13 @@
 #include "Text.h"
 
-#include <iconv.h>
-#include <utf8proc.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <iconv.h>
 #include <memory>
 #include <system_error>
 #include <type_traits>
+#include <utf8proc.h>
 
 #include "InputError.h"
 

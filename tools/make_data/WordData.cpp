@@ -102,8 +102,9 @@ class Sources final {
     for (const Line& line : readHandList(text, file)) {
       expandEntries({line}, affixes, file, [&](std::u32string_view form) {
         if (words.add(form)) return;
-        throw InputError(file, line.number, "'" + encodeUtf8(form) + "' is not a word of the " +
-                                                alphabet.name() + " letters");
+        throw InputError(
+            file, line.number,
+            "'" + encodeUtf8(form) + "' is not a word of the " + alphabet.name() + " letters");
       });
     }
   }
@@ -159,14 +160,14 @@ std::vector<DataFile> makeWordData(const SourcePaths& paths, InputLedger& ledger
   {
     const std::vector<std::string> words = sources.englishWords();
     files.push_back({"dict_en.txt", joinLines(words), words.size()});
-    addNgramFiles(words, Alphabet::english(),
-                  {"proto_en2.txt", "proto_en3.txt", "proto_en3b.txt"}, files);
+    addNgramFiles(words, Alphabet::english(), {"proto_en2.txt", "proto_en3.txt", "proto_en3b.txt"},
+                  files);
   }
   {
     const std::vector<std::string> words = sources.russianWords();
     files.push_back({"dict_ru.txt", joinLines(words), words.size()});
-    addNgramFiles(words, Alphabet::russian(),
-                  {"proto_ru2.txt", "proto_ru3.txt", "proto_ru3b.txt"}, files);
+    addNgramFiles(words, Alphabet::russian(), {"proto_ru2.txt", "proto_ru3.txt", "proto_ru3b.txt"},
+                  files);
   }
   files.push_back(sources.shortWords("freq_short_en.txt", Alphabet::english()));
   files.push_back(sources.shortWords("freq_short_ru.txt", Alphabet::russian()));

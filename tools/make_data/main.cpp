@@ -49,7 +49,8 @@ void declareOptions(CLI::App& app, Options& options) {
 void writeAll(const Options& options, const std::vector<DataFile>& files,
               const std::string& manifest) {
   FileSetWriter writer(options.output);
-  for (const DataFile& file : files) writer.stage(file.name, file.content);
+  for (const DataFile& file : files)
+    writer.stage(file.name, file.content);
   // Last, so that data next to a manifest that fits them are complete.
   writer.stage("MANIFEST.json", manifest);
   writer.commit();
