@@ -1,0 +1,212 @@
+// Launch, maintenance and shutdown.
+
+#include "AppDelegate.h"
+
+#include <string>
+#include <variant>
+
+#include "BuiltinPacks.h"
+#include "Dict.h"
+#include "IgnoreList.h"
+#include "InputSource.h"
+#include "KeyTap.h"
+#include "Proto.h"
+#include "ShortFreq.h"
+#include "UserDict.h"
+#include "platform/Desktop.h"
+
+namespace tessarok {
+
+namespace {
+
+constexpr const char* kDefaultIdentifier = "app.tessarok";
+/// Seconds between two maintenance ticks, and how late one may be.
+constexpr double kTickInterval = 2.0;
+constexpr double kTickTolerance = 0.5;
+constexpr double kSilenceLimit = 5.0;
+
+/// After each of these the caret may be in another place.
+constexpr const char* kContextNotifications[] = {
+    "NSWorkspaceDidActivateApplicationNotification",
+    "NSWorkspaceWillSleepNotification",
+    "NSWorkspaceDidWakeNotification",
+    "NSWorkspaceScreensDidSleepNotification",
+    "NSWorkspaceSessionDidResignActiveNotification",
+    "NSWorkspaceSessionDidBecomeActiveNotification",
+};
+constexpr const char* kInputSourceNotifications[] = {
+    "kTISNotifySelectedKeyboardInputSourceChanged",
+    "kTISNotifyEnabledKeyboardInputSourcesChanged",
+};
+
+/// Whether `other` takes precedence over `self`: the older, and of two equally old or of unknown
+/// age the one with the smaller process identifier.
+bool goesFirst(const platform::RunningApplication& other, const platform::RunningApplication& self) {
+  if (other.launchDate && self.launchDate && *other.launchDate != *self.launchDate) {
+    return *other.launchDate < *self.launchDate;
+  }
+  return other.processIdentifier < self.processIdentifier;
+}
+
+void log(const std::string& message) {
+  platform::desktop().systemLog().write("Tessarok: " + message);
+}
+
+std::string lockFailureMessage(const platform::FileLockFailure& failure) {
+  using Reason = platform::FileLockFailure::Reason;
+  const auto number = " (errno " + std::to_string(failure.number) + ")";
+  switch (failure.reason) {
+    case Reason::cannotOpen:
+      return "could not open instance lock" + number;
+    case Reason::heldByAnother:
+      return "another instance is already running";
+    case Reason::cannotLock:
+      break;
+  }
+  return "could not acquire instance lock" + number;
+}
+
+}  // namespace
+
+AppDelegate::AppDelegate(Instances instances) : instances_(instances) {}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching() {
+  auto& desktop = platform::desktop();
+  desktop.application().becomeAccessory();
+  if (!mayRun()) {
+    desktop.application().terminate();
+    return;
+  }
+  loadPersistentData();
+  warmUp();
+  makeStatusItem();
+  desktop.accessibility().isProcessTrusted(true);
+  KeyTap::shared().onPauseChange = [weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->updateIcon();
+  };
+  observe();
+  observeInputSources();
+  if (!tapRunning_) startTap();
+  retryTimer_ = desktop.runLoop().repeating(kTickInterval, kTickTolerance,
+                                            [weak = weak_from_this()] {
+                                              if (const auto self = weak.lock()) self->tick();
+                                            });
+  updateIcon();
+}
+
+void AppDelegate::applicationWillTerminate() {
+  retryTimer_.reset();
+  workspaceObservers_.clear();
+  inputSourceObservers_.clear();
+  KeyTap::shared().onPauseChange = nullptr;
+  KeyTap::shared().stop();
+  IgnoreList::flush();
+  instanceLock_.reset();
+}
+
+bool AppDelegate::mayRun() {
+  if (instances_ == Instances::onlyOne) return !olderInstanceRuns() && acquireInstanceLock();
+  if (acquireInstanceLock()) return true;
+  log("what is learned here stays in memory");
+  IgnoreList::keepInMemory();
+  return true;
+}
+
+bool AppDelegate::olderInstanceRuns() const {
+  auto& desktop = platform::desktop();
+  const auto identifier = desktop.bundle().identifier().value_or(kDefaultIdentifier);
+  const auto self = desktop.application().self();
+  for (const auto& other : desktop.application().running(identifier)) {
+    if (other.processIdentifier == self.processIdentifier) continue;
+    if (goesFirst(other, self)) return true;
+  }
+  return false;
+}
+
+bool AppDelegate::acquireInstanceLock() {
+  auto& files = platform::desktop().files();
+  const auto folder = UserDict::fileURL().parent_path();
+  if (const auto error = files.createDirectories(folder)) {
+    log("could not create instance lock directory: " + *error);
+    return false;
+  }
+  auto result = files.lockExclusively(folder / "instance.lock");
+  if (const auto* failure = std::get_if<platform::FileLockFailure>(&result)) {
+    log(lockFailureMessage(*failure));
+    return false;
+  }
+  instanceLock_ = std::move(std::get<std::unique_ptr<platform::FileLock>>(result));
+  return true;
+}
+
+void AppDelegate::loadPersistentData() {
+  IgnoreList::load(true);
+  UserDict::seedIfMissing();
+  UserDict::reload();
+  BuiltinPacks::rebuild();
+}
+
+void AppDelegate::warmUp() {
+  // Touched once here, so that the first key does not pay for loading.
+  static_cast<void>(ShortFreq::en());
+  static_cast<void>(ShortFreq::ru());
+  static_cast<void>(Dict::en().contains("hello"));
+  static_cast<void>(Dict::ru().contains("привет"));
+  Proto::load();
+  InputSource::prepareLayoutMaps();
+}
+
+void AppDelegate::makeStatusItem() {
+  statusItem_ = platform::desktop().statusBar().createItem();
+  if (statusItem_) statusItem_->setMenu(makeMenu());
+}
+
+void AppDelegate::observe() {
+  auto& centre = platform::desktop().workspaceNotifications();
+  for (const auto* name : kContextNotifications) {
+    workspaceObservers_.push_back(centre.observe(name, [this] { contextChanged(); }));
+  }
+}
+
+void AppDelegate::observeInputSources() {
+  auto& centre = platform::desktop().inputSourceNotifications();
+  for (const auto* name : kInputSourceNotifications) {
+    inputSourceObservers_.push_back(centre.observe(name, [weak = weak_from_this()] {
+      if (const auto self = weak.lock()) self->inputSourcesChanged();
+    }));
+  }
+}
+
+void AppDelegate::contextChanged() { KeyTap::shared().resetWord(); }
+
+void AppDelegate::inputSourcesChanged() {
+  if (InputSource::prepareLayoutMaps()) KeyTap::shared().invalidateInputSourceContext(true);
+  updateIcon();
+}
+
+void AppDelegate::startTap() {
+  if (KeyTap::shared().start()) tapRunning_ = true;
+  updateIcon();
+}
+
+void AppDelegate::tick() {
+  UserDict::reloadIfChanged();
+  if (InputSource::refreshKeyboardTypeIfNeeded()) {
+    KeyTap::shared().invalidateInputSourceContext(true);
+    updateIcon();
+  }
+  if (tapRunning_) watchTap();
+  if (!tapRunning_) startTap();
+}
+
+void AppDelegate::watchTap() {
+  auto& keyTap = KeyTap::shared();
+  const bool changed =
+      keyTap.reArmIfDisabled() || keyTap.heartbeatRecreateIfStale(kSilenceLimit);
+  tapRunning_ = keyTap.tapIsEnabled();
+  if (changed || !tapRunning_) updateIcon();
+}
+
+}  // namespace tessarok

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "platform/FileLock.h"
+#include "platform/Menu.h"
+#include "platform/Observation.h"
+#include "platform/StatusItem.h"
+#include "platform/Timer.h"
+
+namespace tessarok {
+
+/// Starts and stops everything, ticks every two seconds, owns the menu and the icon. One per
+/// process; it outlives the event loop. Main thread only.
+class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
+ public:
+  /// What a second running copy means.
+  enum class Instances {
+    /// Only one copy may run: two taps would fix every word twice.
+    onlyOne,
+    /// Any number may run, each with keys of its own; the one that holds the lock writes what is
+    /// learned, the others keep it in memory.
+    many,
+  };
+
+  explicit AppDelegate(Instances instances = Instances::onlyOne);
+  AppDelegate(const AppDelegate&) = delete;
+  AppDelegate& operator=(const AppDelegate&) = delete;
+  ~AppDelegate();
+
+  /// Everything that happens once the event loop runs.
+  void applicationDidFinishLaunching();
+  /// Leaves nothing behind: keys flow as before and what was learned is on the disk.
+  void applicationWillTerminate();
+
+  /// Whether the keystroke tap is believed to be running.
+  [[nodiscard]] bool tapRunning() const { return tapRunning_; }
+
+ private:
+  [[nodiscard]] bool olderInstanceRuns() const;
+  [[nodiscard]] bool acquireInstanceLock();
+  [[nodiscard]] bool mayRun();
+  void loadPersistentData();
+  void warmUp();
+  void makeStatusItem();
+  void observe();
+  void observeInputSources();
+  void contextChanged();
+  void inputSourcesChanged();
+  void startTap();
+  void tick();
+  void watchTap();
+
+  [[nodiscard]] std::shared_ptr<platform::Menu> makeMenu();
+  [[nodiscard]] std::shared_ptr<platform::Menu> makePackMenu();
+  void toggle(platform::MenuItem& sender);
+  void toggleShiftFix(platform::MenuItem& sender);
+  void togglePack(platform::MenuItem& sender);
+  void openDictionary();
+  void openSettings();
+  void quit();
+  void updateIcon();
+
+  Instances instances_;
+  std::unique_ptr<platform::StatusItem> statusItem_;
+  bool tapRunning_ = false;
+  std::unique_ptr<platform::Timer> retryTimer_;
+  /// Null when the lock is not held.
+  std::unique_ptr<platform::FileLock> instanceLock_;
+  std::vector<std::unique_ptr<platform::Observation>> workspaceObservers_;
+  std::vector<std::unique_ptr<platform::Observation>> inputSourceObservers_;
+};
+
+}  // namespace tessarok

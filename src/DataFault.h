@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace tessarok {
+
+/// What makes a data file unusable.
+struct DataFault {
+  /// Counted from 1; 0 when it is the file as a whole.
+  std::size_t line = 0;
+  std::string reason;
+};
+
+}  // namespace tessarok

@@ -1,0 +1,48 @@
+#include "SerialQueue.h"
+
+#include <utility>
+
+namespace tessarok {
+
+SerialQueue::~SerialQueue() {
+  {
+    const std::lock_guard lock(mutex_);
+    ending_ = true;
+  }
+  changed_.notify_all();
+  if (worker_.joinable()) worker_.join();
+}
+
+void SerialQueue::async(std::function<void()> job) {
+  {
+    const std::lock_guard lock(mutex_);
+    jobs_.push_back(std::move(job));
+    if (!worker_.joinable()) worker_ = std::thread([this] { serve(); });
+  }
+  changed_.notify_all();
+}
+
+void SerialQueue::drain() {
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock, [this] { return jobs_.empty() && !busy_; });
+}
+
+void SerialQueue::serve() {
+  std::unique_lock lock(mutex_);
+  while (true) {
+    changed_.wait(lock, [this] { return !jobs_.empty() || ending_; });
+    if (jobs_.empty()) return;
+    auto job = std::move(jobs_.front());
+    jobs_.pop_front();
+    busy_ = true;
+    lock.unlock();
+    job();
+    // A job's captures may be large; they go before the queue counts as drained.
+    job = nullptr;
+    lock.lock();
+    busy_ = false;
+    changed_.notify_all();
+  }
+}
+
+}  // namespace tessarok

@@ -1,0 +1,98 @@
+#include "commands/CheckDataCommand.h"
+
+#include <iostream>
+#include <string>
+#include <system_error>
+
+#include "BuiltinPacks.h"
+#include "DataFault.h"
+#include "DictFile.h"
+#include "Proto.h"
+#include "ResourceLocator.h"
+#include "ShortFreq.h"
+#include "Text.h"
+#include "UserDict.h"
+#include "commands/CommandError.h"
+#include "platform/posix/PosixFiles.h"
+#include "platform/virtual/VirtualDesktop.h"
+
+namespace tessarok::commands {
+
+namespace {
+
+/// The line of the first byte that is not UTF-8; absent when there is none.
+std::optional<DataFault> findBadEncoding(std::string_view data) {
+  std::size_t number = 1;
+  while (!data.empty()) {
+    const auto end = data.find('\n');
+    if (!text::isValidUtf8(data.substr(0, end))) return DataFault{number, "not valid UTF-8"};
+    if (end == std::string_view::npos) break;
+    data.remove_prefix(end + 1);
+    ++number;
+  }
+  return std::nullopt;
+}
+
+class Checker {
+ public:
+  /// `findFault` judges the file's content.
+  template <typename FindFault>
+  void check(const std::string& name, FindFault findFault) {
+    const auto location = ResourceLocator::url(name);
+    if (!location) return report(name + ".txt", {0, "the file is missing"});
+    std::string error;
+    const auto data = platform::desktop().files().read(*location, &error);
+    if (!data) return report(location->string(), {0, error});
+    auto fault = findBadEncoding(*data);
+    if (!fault) fault = findFault(*data);
+    if (fault) return report(location->string(), *fault);
+    std::cout << location->string() << ": good\n";
+  }
+  [[nodiscard]] bool allGood() const { return allGood_; }
+
+ private:
+  void report(const std::string& file, const DataFault& fault) {
+    allGood_ = false;
+    std::cerr << file;
+    if (fault.line > 0) std::cerr << ":" << fault.line;
+    std::cerr << ": " << fault.reason << '\n';
+  }
+
+  bool allGood_ = true;
+};
+
+std::optional<DataFault> findPackFault(std::string_view data) {
+  if (UserDict::parse(data).empty()) return DataFault{0, "the file holds no word"};
+  return std::nullopt;
+}
+
+}  // namespace
+
+int runCheckData(const Options& options, const std::optional<std::filesystem::path>& directory) {
+  std::error_code error;
+  if (directory && !std::filesystem::is_directory(*directory, error)) {
+    throw CommandError(directory->string() + " is not an existing directory");
+  }
+  const auto files = posix::PosixFiles::ofUser();
+  virtualdesktop::VirtualDesktop desktop(files->homeDirectory(),
+                                         directory ? directory : options.resources);
+  platform::setDesktop(desktop);
+  Checker checker;
+  for (const std::string name : {"dict_en", "dict_ru"}) {
+    checker.check(name, [&](std::string_view data) {
+      return DictFile::findFault(data, DictFile::isRussian(name));
+    });
+  }
+  for (const auto& kind : Proto::kKinds) {
+    checker.check(kind.resource,
+                  [&](std::string_view data) { return Proto::parse(data, kind).fault; });
+  }
+  checker.check("freq_short_en",
+                [](std::string_view data) { return ShortFreq::parse(data, false).fault; });
+  checker.check("freq_short_ru",
+                [](std::string_view data) { return ShortFreq::parse(data, true).fault; });
+  for (const auto& pack : BuiltinPacks::all()) checker.check(pack.resource, findPackFault);
+  return checker.allGood() ? 0 : 2;
+}
+
+}  // namespace tessarok::commands

@@ -1,0 +1,145 @@
+#include "commands/ExplainCommand.h"
+
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string_view>
+
+#include "BuiltinPacks.h"
+#include "Detector.h"
+#include "Dict.h"
+#include "IgnoreList.h"
+#include "LayoutMap.h"
+#include "Proto.h"
+#include "Text.h"
+#include "UserDict.h"
+#include "commands/CommandError.h"
+#include "commands/Input.h"
+#include "platform/posix/PosixFiles.h"
+#include "platform/virtual/VirtualDesktop.h"
+
+namespace tessarok::commands {
+
+namespace {
+
+/// Everything that the program thinks of one word.
+struct Explanation {
+  std::string word;
+  std::optional<Detector::Decision> decision;
+  /// The whole new word with the kept tail, by the layouts alone.
+  std::optional<std::string> converted;
+  std::optional<std::string> shiftLag;
+  bool shortRuCandidate = false;
+  bool shortEnCandidate = false;
+  std::vector<std::string> steps;
+};
+
+Explanation explainWord(std::string_view word, const ExplainOptions& options) {
+  DecisionTrace trace;
+  Explanation explanation;
+  explanation.word = word;
+  explanation.decision = Detector::decide(word, options.ruStreak, options.enStreak, &trace);
+  if (const auto& decision = explanation.decision) {
+    explanation.converted =
+        LayoutMap::convert(text::withoutLast(word, decision->trim), decision->fromRu);
+    explanation.converted->append(text::last(word, decision->trim));
+  }
+  explanation.shiftLag = Detector::fixShiftLag(word);
+  explanation.shortRuCandidate = Detector::isShortRuCandidate(word);
+  explanation.shortEnCandidate = Detector::isShortEnCandidate(word);
+  explanation.steps = trace.steps();
+  return explanation;
+}
+
+nlohmann::json orNull(const std::optional<std::string>& value) {
+  return value ? nlohmann::json(*value) : nlohmann::json();
+}
+
+void printJson(const Explanation& explanation) {
+  nlohmann::json decision;
+  if (const auto& made = explanation.decision) {
+    decision = {{"fromRu", made->fromRu},
+                {"confidence", Detector::name(made->confidence)},
+                {"trim", made->trim}};
+  }
+  const nlohmann::json object = {{"word", explanation.word},
+                                 {"decision", std::move(decision)},
+                                 {"converted", orNull(explanation.converted)},
+                                 {"shiftLag", orNull(explanation.shiftLag)},
+                                 {"shortRuCandidate", explanation.shortRuCandidate},
+                                 {"shortEnCandidate", explanation.shortEnCandidate},
+                                 {"steps", explanation.steps}};
+  std::cout << object.dump() << '\n';
+}
+
+std::string verdict(const Explanation& explanation) {
+  if (const auto& decision = explanation.decision) {
+    std::string text = explanation.word + " → " + *explanation.converted;
+    text += decision->confidence == Detector::Confidence::high
+                ? ", and the layout is switched"
+                : ", and the layout stays (the word is in no dictionary)";
+    return text;
+  }
+  if (explanation.shiftLag) {
+    return explanation.word + " → " + *explanation.shiftLag + ", Shift was held too long";
+  }
+  std::string text = explanation.word + " stays as typed";
+  if (explanation.shortRuCandidate) text += ", unless the next word turns out to be Russian";
+  if (explanation.shortEnCandidate) text += ", unless the next word turns out to be English";
+  return text;
+}
+
+void printText(const Explanation& explanation) {
+  std::cout << verdict(explanation) << '\n';
+  for (const auto& step : explanation.steps) std::cout << "    " << step << '\n';
+}
+
+void explainAll(std::string_view lines, const ExplainOptions& options) {
+  while (!lines.empty()) {
+    const auto end = lines.find('\n');
+    auto word = lines.substr(0, end);
+    lines = end == std::string_view::npos ? std::string_view() : lines.substr(end + 1);
+    if (word.ends_with('\r')) word.remove_suffix(1);
+    const auto explanation = explainWord(word, options);
+    options.json ? printJson(explanation) : printText(explanation);
+  }
+}
+
+void requireDictionaries() {
+  for (const auto& [dictionary, name] :
+       {std::pair(&Dict::en(), "dict_en.txt"), std::pair(&Dict::ru(), "dict_ru.txt")}) {
+    if (!dictionary->isAvailable()) {
+      throw CommandError(std::string(name) + " is missing or invalid; see tessarok check-data");
+    }
+  }
+}
+
+void loadLists() {
+  IgnoreList::load(false);
+  UserDict::reload();
+  BuiltinPacks::rebuild();
+}
+
+}  // namespace
+
+int runExplain(const Options& options, const ExplainOptions& explain) {
+  const auto files = posix::PosixFiles::ofUser();
+  virtualdesktop::VirtualDesktop desktop(files->homeDirectory(), options.resources);
+  platform::setDesktop(desktop);
+  requireDictionaries();
+  Proto::load();
+  if (!explain.noLists) loadLists();
+  std::ios::sync_with_stdio(false);
+  if (explain.words == std::vector<std::string>{"-"}) {
+    explainAll(readStandardInput(), explain);
+    return 0;
+  }
+  for (const auto& word : explain.words) {
+    requireUtf8(word, "the word");
+    const auto explanation = explainWord(word, explain);
+    explain.json ? printJson(explanation) : printText(explanation);
+  }
+  return 0;
+}
+
+}  // namespace tessarok::commands

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "commands/Options.h"
+
+namespace tessarok::commands {
+
+struct ExplainOptions {
+  bool json = false;
+  /// Leave the person's lists and the packs out.
+  bool noLists = false;
+  std::int64_t ruStreak = 0;
+  std::int64_t enStreak = 0;
+  /// A single "-" stands for standard input, a word a line.
+  std::vector<std::string> words;
+};
+
+/// `tessarok explain`: prints the decision for each word and why. Returns the exit status.
+int runExplain(const Options& options, const ExplainOptions& explain);
+
+}  // namespace tessarok::commands

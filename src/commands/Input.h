@@ -1,0 +1,14 @@
+#pragma once
+
+#include <istream>
+#include <string>
+#include <string_view>
+
+namespace tessarok::commands {
+
+/// Everything on standard input; throws `CommandError` when it is not UTF-8.
+[[nodiscard]] std::string readStandardInput();
+/// Throws `CommandError` when the text is not UTF-8; `what` names it.
+void requireUtf8(std::string_view text, std::string_view what);
+
+}  // namespace tessarok::commands

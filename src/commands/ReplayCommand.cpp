@@ -1,0 +1,43 @@
+#include "commands/ReplayCommand.h"
+
+#include <fstream>
+#include <iostream>
+#include <system_error>
+
+#include "commands/CommandError.h"
+#include "platform/virtual/Replay.h"
+#include "platform/virtual/ReplayError.h"
+
+namespace tessarok::commands {
+
+namespace {
+
+void requireDirectory(const std::filesystem::path& directory) {
+  std::error_code error;
+  if (!std::filesystem::is_directory(directory, error)) {
+    throw CommandError(directory.string() + " is not an existing directory");
+  }
+}
+
+}  // namespace
+
+int runReplay(const Options& options, const ReplayOptions& replay) {
+  if (replay.home) requireDirectory(*replay.home);
+  std::ifstream file;
+  if (replay.file) {
+    std::error_code error;
+    if (!std::filesystem::is_directory(*replay.file, error)) file.open(*replay.file);
+    if (!file.is_open()) throw CommandError("cannot read " + replay.file->string());
+  }
+  virtualdesktop::Replay run(replay.home, options.resources);
+  try {
+    run.run(replay.file ? static_cast<std::istream&>(file) : std::cin, std::cout);
+  } catch (const virtualdesktop::ReplayError& error) {
+    std::cout.flush();
+    std::cerr << "replay: " << error.what() << '\n';
+    return 2;
+  }
+  return 0;
+}
+
+}  // namespace tessarok::commands

@@ -1,0 +1,94 @@
+#include "commands/TypeCommand.h"
+
+#include <iostream>
+
+#include "Alphabet.h"
+#include "KeyCodes.h"
+#include "Text.h"
+#include "commands/Input.h"
+#include "platform/virtual/KeyTable.h"
+#include "platform/virtual/Session.h"
+
+namespace tessarok::commands {
+
+namespace {
+
+using virtualdesktop::KeyTable;
+using virtualdesktop::VirtualDesktop;
+
+constexpr const char* kEnglishLayout = "com.apple.keylayout.US";
+constexpr const char* kRussianLayout = "com.apple.keylayout.RussianWin";
+/// A key of no layout; characters that no key types, such as emoji, come with it.
+constexpr KeyCode kCharacterPalette = 0xFFFF;
+
+/// The keyboard that a letter is on; absent for what is no letter.
+std::optional<bool> isRussianLetter(std::string_view character) {
+  switch (alphabet::kindOf(character)) {
+    case alphabet::Kind::latin:
+      return false;
+    case alphabet::Kind::cyrillic:
+      return true;
+    default:
+      return std::nullopt;
+  }
+}
+
+bool startsRussian(std::string_view text) {
+  for (const auto character : text::Characters(text)) {
+    if (const auto russian = isRussianLetter(character)) return *russian;
+  }
+  return false;
+}
+
+/// Types the Characters of a text, each on the keyboard that it belongs to: letters on that of
+/// their alphabet, everything else on that of the letters before it.
+class Typist {
+ public:
+  Typist(VirtualDesktop& desktop, bool russian) : desktop_(desktop), russian_(russian) {}
+
+  void type(std::string_view character) {
+    if (character == " ") return desktop_.stroke({keyCodes::space, false});
+    if (character == "\t") return desktop_.stroke({keyCodes::tab, false});
+    if (character == "\n" || character == "\r\n") {
+      return desktop_.stroke({keyCodes::returnKey, false});
+    }
+    russian_ = isRussianLetter(character).value_or(russian_);
+    if (const auto stroke = strokeFor(character)) return desktop_.stroke(*stroke);
+    desktop_.keyDown({.code = kCharacterPalette, .characters = text::utf16(character)});
+    desktop_.keyUp(kCharacterPalette, 0);
+  }
+
+ private:
+  [[nodiscard]] std::optional<KeyTable::Stroke> strokeFor(std::string_view character) const {
+    const auto scalar = text::singleScalar(character);
+    if (!scalar) return std::nullopt;
+    const auto& own = russian_ ? KeyTable::russian() : KeyTable::english();
+    const auto& other = russian_ ? KeyTable::english() : KeyTable::russian();
+    const auto stroke = own.strokeFor(*scalar);
+    return stroke ? stroke : other.strokeFor(*scalar);
+  }
+
+  VirtualDesktop& desktop_;
+  bool russian_;
+};
+
+}  // namespace
+
+int runType(const Options& options, const TypeOptions& type) {
+  const auto text = type.text ? *type.text : readStandardInput();
+  requireUtf8(text, "the text");
+  const bool russian = type.fromRussian.value_or(startsRussian(text));
+  virtualdesktop::Session session(std::nullopt, options.resources);
+  auto& desktop = session.desktop();
+  desktop.inputSources().setCurrent(russian ? kRussianLayout : kEnglishLayout);
+  session.launch();
+  for (const auto& message : desktop.systemLog().take()) std::cerr << message << '\n';
+  Typist typist(desktop, russian);
+  for (const auto character : text::Characters(text)) typist.type(character);
+  const auto screen = desktop.textField().text();
+  std::cout << screen;
+  if (!screen.ends_with('\n')) std::cout << '\n';
+  return 0;
+}
+
+}  // namespace tessarok::commands

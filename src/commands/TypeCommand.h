@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "commands/Options.h"
+
+namespace tessarok::commands {
+
+struct TypeOptions {
+  /// The layout selected at the start is the Russian one; absent: that of the first letter.
+  std::optional<bool> fromRussian;
+  /// Absent for standard input.
+  std::optional<std::string> text;
+};
+
+/// `tessarok type`: types a text on the virtual desktop and prints the screen. Returns the exit
+/// status.
+int runType(const Options& options, const TypeOptions& type);
+
+}  // namespace tessarok::commands

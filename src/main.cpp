@@ -1,0 +1,121 @@
+// The command line.
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "commands/CheckDataCommand.h"
+#include "commands/CommandError.h"
+#include "commands/ExplainCommand.h"
+#include "commands/ReplayCommand.h"
+#include "commands/TypeCommand.h"
+
+namespace {
+
+using namespace tessarok::commands;
+
+/// Whatever is wrong with how the program was called.
+constexpr int kUsageError = 2;
+
+std::string joined(const std::vector<std::string>& words) {
+  std::string text;
+  for (const auto& word : words) text += (text.empty() ? "" : " ") + word;
+  return text;
+}
+
+/// The commands and what their options were set to.
+class CommandLine {
+ public:
+  CommandLine() {
+    app_.set_version_flag("--version", "tessarok " TESSAROK_VERSION);
+    app_.require_subcommand(0, 1);
+    app_.fallthrough();
+    app_.add_option("--resources", options_.resources, "the directory of the data files")
+        ->type_name("DIR");
+    addType();
+    addExplain();
+    addReplay();
+    addCheckData();
+  }
+
+  int run(int argc, char** argv) {
+    try {
+      app_.parse(argc, argv);
+    } catch (const CLI::Success& success) {
+      return app_.exit(success);
+    } catch (const CLI::ParseError& error) {
+      throw CommandError(error.what());
+    }
+    return command_ ? command_() : runDesktop();
+  }
+
+ private:
+  void addType() {
+    auto* type = app_.add_subcommand("type", "type a text and print the screen");
+    type->add_option("--from", from_, "the layout selected at the start")
+        ->check(CLI::IsMember({"en", "ru"}))
+        ->type_name("en|ru");
+    type->add_option("TEXT", words_, "what to type; standard input without it");
+    type->callback([this] {
+      command_ = [this] {
+        TypeOptions options;
+        if (!from_.empty()) options.fromRussian = from_ == "ru";
+        if (!words_.empty()) options.text = joined(words_);
+        return runType(options_, options);
+      };
+    });
+  }
+
+  void addExplain() {
+    auto* explain = app_.add_subcommand("explain", "say what is decided for a word, and why");
+    explain->add_flag("--json", explain_.json, "one JSON object a word");
+    explain->add_flag("--no-lists", explain_.noLists,
+                      "without the user dictionary, the learned lists and the packs");
+    explain->add_option("--ru-streak", explain_.ruStreak, "Russian words before it")
+        ->type_name("N");
+    explain->add_option("--en-streak", explain_.enStreak, "English words before it")
+        ->type_name("N");
+    explain->add_option("WORD", explain_.words, "words, or - for standard input, one a line")
+        ->required();
+    explain->callback([this] { command_ = [this] { return runExplain(options_, explain_); }; });
+  }
+
+  void addReplay() {
+    auto* replay = app_.add_subcommand("replay", "run a script on the virtual desktop");
+    replay->add_option("--home", replay_.home, "an existing directory used as home")
+        ->type_name("DIR");
+    replay->add_option("FILE", replay_.file, "the script; standard input without it");
+    replay->callback([this] { command_ = [this] { return runReplay(options_, replay_); }; });
+  }
+
+  void addCheckData() {
+    auto* check = app_.add_subcommand("check-data", "validate the data files");
+    check->add_option("DIR", checkDirectory_, "the directory of the data files");
+    check->callback(
+        [this] { command_ = [this] { return runCheckData(options_, checkDirectory_); }; });
+  }
+
+  int runDesktop() { throw CommandError("no desktop to run on"); }
+
+  CLI::App app_{"Puts words right that were typed in the wrong keyboard layout.", "tessarok"};
+  Options options_;
+  std::function<int()> command_;
+  std::string from_;
+  std::vector<std::string> words_;
+  ExplainOptions explain_;
+  ReplayOptions replay_;
+  std::optional<std::filesystem::path> checkDirectory_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return CommandLine().run(argc, argv);
+  } catch (const std::exception& error) {
+    std::cerr << "tessarok: " << error.what() << '\n';
+    return kUsageError;
+  }
+}

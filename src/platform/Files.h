@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/FileLock.h"
+#include "platform/FileStamp.h"
+#include "platform/MappedFile.h"
+
+namespace tessarok::platform {
+
+/// Files as the corrector needs them. An operation that can fail answers with an absent value or
+/// with the description of the error, never with an exception. Any thread.
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  [[nodiscard]] virtual std::filesystem::path homeDirectory() = 0;
+  /// The folder that holds every program's own data of this person; absent when unknown.
+  [[nodiscard]] virtual std::optional<std::filesystem::path> applicationSupportDirectory() = 0;
+
+  [[nodiscard]] virtual bool exists(const std::filesystem::path& file) = 0;
+  [[nodiscard]] virtual bool isReadable(const std::filesystem::path& file) = 0;
+  /// Absent when the file's attributes cannot be read.
+  [[nodiscard]] virtual std::optional<FileStamp> stamp(const std::filesystem::path& file) = 0;
+  /// The whole file; absent on failure, with the reason in `error` when that is given.
+  [[nodiscard]] virtual std::optional<std::string> read(const std::filesystem::path& file,
+                                                        std::string* error = nullptr) = 0;
+  /// Null when the file cannot be opened or mapped.
+  [[nodiscard]] virtual std::unique_ptr<MappedFile> map(const std::filesystem::path& file) = 0;
+
+  /// Creates a folder with all folders above it; absent on success, else the reason.
+  [[nodiscard]] virtual std::optional<std::string> createDirectories(
+      const std::filesystem::path& folder) = 0;
+  /// Replaces the file's content at once: a reader, or the next start after a crash, finds the
+  /// old or the new text, never half of one. Absent on success, else the reason.
+  [[nodiscard]] virtual std::optional<std::string> writeAtomically(
+      const std::filesystem::path& file, std::string_view text) = 0;
+  /// Adds to the end of a log file, creating it when it is missing and emptying it first when it
+  /// is longer than `restartAbove` bytes. Failures are ignored.
+  virtual void appendToLog(const std::filesystem::path& file, std::string_view text,
+                           std::uint64_t restartAbove) = 0;
+  /// Opens a file, creating it for its owner alone, and locks it without waiting.
+  [[nodiscard]] virtual FileLockResult lockExclusively(const std::filesystem::path& file) = 0;
+};
+
+}  // namespace tessarok::platform

@@ -1,0 +1,249 @@
+#include "platform/posix/PosixFiles.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "platform/posix/FileDescriptor.h"
+
+namespace tessarok::posix {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Files and folders that the program makes are the person's alone.
+constexpr mode_t kFileMode = 0600;
+constexpr mode_t kFolderMode = 0700;
+
+std::string errorText(int number) { return std::generic_category().message(number); }
+
+FileDescriptor openFile(const fs::path& file, int flags, mode_t mode = kFileMode) {
+  int descriptor = -1;
+  do {
+    descriptor = ::open(file.c_str(), flags | O_CLOEXEC, mode);
+  } while (descriptor < 0 && errno == EINTR);
+  return FileDescriptor(descriptor);
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const auto written = ::write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+/// The error number of a failed read; 0 on success.
+int readAll(int descriptor, std::string& text) {
+  std::vector<char> chunk(64 * 1024);
+  while (true) {
+    const auto count = ::read(descriptor, chunk.data(), chunk.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return errno;
+    if (count == 0) return 0;
+    text.append(chunk.data(), static_cast<std::size_t>(count));
+  }
+}
+
+class Mapping final : public platform::MappedFile {
+ public:
+  Mapping(void* address, std::size_t size) : address_(address), size_(size) {}
+  ~Mapping() override {
+    if (size_ > 0) ::munmap(address_, size_);
+  }
+  [[nodiscard]] std::string_view bytes() const override {
+    return {static_cast<const char*>(address_), size_};
+  }
+
+ private:
+  void* address_;
+  std::size_t size_;
+};
+
+class Lock final : public platform::FileLock {
+ public:
+  explicit Lock(FileDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
+
+ private:
+  FileDescriptor descriptor_;
+};
+
+/// A new file beside the target that goes away unless it was put in the target's place.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const fs::path& target)
+      : name_((target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string()),
+        descriptor_(::mkostemp(name_.data(), O_CLOEXEC)) {}
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() {
+    if (exists_) ::unlink(name_.c_str());
+  }
+
+  /// Writes the text to the disk and puts the file in the target's place; false leaves errno.
+  [[nodiscard]] bool replace(const fs::path& target, std::string_view text) {
+    if (!descriptor_.isOpen()) return false;
+    exists_ = true;
+    keepMode(target);
+    if (!writeAll(descriptor_.get(), text) || ::fsync(descriptor_.get()) != 0) return false;
+    if (!descriptor_.close()) return false;
+    if (::rename(name_.c_str(), target.c_str()) != 0) return false;
+    exists_ = false;
+    return true;
+  }
+
+ private:
+  void keepMode(const fs::path& target) {
+    struct stat status {};
+    if (::stat(target.c_str(), &status) == 0) {
+      // Should it fail, the new file stays readable for its owner alone.
+      static_cast<void>(::fchmod(descriptor_.get(), status.st_mode & 07777));
+    }
+  }
+
+  std::string name_;
+  FileDescriptor descriptor_;
+  bool exists_ = false;
+};
+
+/// A rename is on the disk only when its folder is.
+void flushFolder(const fs::path& folder) {
+  const auto descriptor = openFile(folder, O_RDONLY | O_DIRECTORY);
+  if (descriptor.isOpen()) ::fsync(descriptor.get());
+}
+
+/// Where a write has to go so that a symbolic link at `file` stays one.
+fs::path linkTarget(const fs::path& file) {
+  std::error_code error;
+  if (!fs::is_symlink(file, error)) return file;
+  const auto target = fs::weakly_canonical(file, error);
+  return error ? file : target;
+}
+
+fs::path homeOfUser() {
+  if (const char* home = std::getenv("HOME"); home != nullptr && *home != '\0') return home;
+  const auto* entry = ::getpwuid(::getuid());
+  return entry != nullptr ? entry->pw_dir : "/";
+}
+
+}  // namespace
+
+PosixFiles::PosixFiles(fs::path home, std::optional<fs::path> applicationSupport)
+    : home_(std::move(home)), applicationSupport_(std::move(applicationSupport)) {}
+
+std::unique_ptr<PosixFiles> PosixFiles::ofUser() {
+  const auto home = homeOfUser();
+  // A relative path there is to be ignored, as the base directory rules say.
+  const char* named = std::getenv("XDG_DATA_HOME");
+  const bool isUsable = named != nullptr && *named == '/';
+  return std::make_unique<PosixFiles>(home, isUsable ? fs::path(named) : defaultDataHome(home));
+}
+
+fs::path PosixFiles::defaultDataHome(const fs::path& home) { return home / ".local" / "share"; }
+
+bool PosixFiles::exists(const fs::path& file) {
+  std::error_code error;
+  return fs::exists(file, error);
+}
+
+bool PosixFiles::isReadable(const fs::path& file) { return ::access(file.c_str(), R_OK) == 0; }
+
+std::optional<platform::FileStamp> PosixFiles::stamp(const fs::path& file) {
+  struct stat status {};
+  if (::stat(file.c_str(), &status) != 0) return std::nullopt;
+  const auto& time = status.st_mtim;
+  return platform::FileStamp{
+      .modified = static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec,
+      .size = static_cast<std::uint64_t>(status.st_size),
+      .inode = static_cast<std::uint64_t>(status.st_ino)};
+}
+
+std::optional<std::string> PosixFiles::read(const fs::path& file, std::string* error) {
+  std::string text;
+  const auto descriptor = openFile(file, O_RDONLY);
+  const int number = descriptor.isOpen() ? readAll(descriptor.get(), text) : errno;
+  if (number == 0) return text;
+  if (error != nullptr) *error = errorText(number);
+  return std::nullopt;
+}
+
+std::unique_ptr<platform::MappedFile> PosixFiles::map(const fs::path& file) {
+  const auto descriptor = openFile(file, O_RDONLY);
+  struct stat status {};
+  if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0) return nullptr;
+  if (!S_ISREG(status.st_mode)) return nullptr;
+  const auto size = static_cast<std::size_t>(status.st_size);
+  // A mapping cannot be empty.
+  if (size == 0) return std::make_unique<Mapping>(nullptr, 0);
+  void* address = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor.get(), 0);
+  if (address == MAP_FAILED) return nullptr;
+  return std::make_unique<Mapping>(address, size);
+}
+
+std::optional<std::string> PosixFiles::createDirectories(const fs::path& folder) {
+  fs::path made;
+  for (const auto& part : folder) {
+    made /= part;
+    if (::mkdir(made.c_str(), kFolderMode) == 0) continue;
+    const int number = errno;
+    std::error_code error;
+    if (!fs::is_directory(made, error)) return errorText(number);
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> PosixFiles::writeAtomically(const fs::path& file,
+                                                       std::string_view text) {
+  const auto target = linkTarget(file);
+  TemporaryFile temporary(target);
+  if (!temporary.replace(target, text)) return errorText(errno);
+  flushFolder(target.parent_path());
+  return std::nullopt;
+}
+
+void PosixFiles::appendToLog(const fs::path& file, std::string_view text,
+                             std::uint64_t restartAbove) {
+  const auto existing = openFile(file, O_WRONLY);
+  if (!existing.isOpen()) {
+    const auto created = openFile(file, O_WRONLY | O_CREAT | O_TRUNC);
+    if (created.isOpen()) static_cast<void>(writeAll(created.get(), text));
+    return;
+  }
+  const auto size = ::lseek(existing.get(), 0, SEEK_END);
+  if (size < 0) return;
+  if (static_cast<std::uint64_t>(size) > restartAbove) {
+    if (::ftruncate(existing.get(), 0) != 0 || ::lseek(existing.get(), 0, SEEK_SET) != 0) return;
+  }
+  static_cast<void>(writeAll(existing.get(), text));
+}
+
+platform::FileLockResult PosixFiles::lockExclusively(const fs::path& file) {
+  using Reason = platform::FileLockFailure::Reason;
+  auto descriptor = openFile(file, O_RDWR | O_CREAT);
+  if (!descriptor.isOpen()) return platform::FileLockFailure{Reason::cannotOpen, errno};
+  if (::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0) {
+    const int number = errno;
+    return platform::FileLockFailure{
+        number == EWOULDBLOCK ? Reason::heldByAnother : Reason::cannotLock, number};
+  }
+  // The number tells people, and other copies, who holds the lock; the lock itself is the
+  // kernel's, so a number left by a crash holds nobody off.
+  if (::ftruncate(descriptor.get(), 0) == 0) {
+    static_cast<void>(writeAll(descriptor.get(), std::to_string(::getpid()) + "\n"));
+  }
+  return std::make_unique<Lock>(std::move(descriptor));
+}
+
+}  // namespace tessarok::posix

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Files.h"
+
+namespace tessarok::posix {
+
+/// Files on a POSIX system. Any thread.
+class PosixFiles : public platform::Files {
+ public:
+  /// `applicationSupport` is where programs keep a person's data; absent when unknown.
+  PosixFiles(std::filesystem::path home, std::optional<std::filesystem::path> applicationSupport);
+
+  /// The files of the person who runs the program: $HOME (or the user database), and
+  /// $XDG_DATA_HOME or ~/.local/share for programs' own data.
+  [[nodiscard]] static std::unique_ptr<PosixFiles> ofUser();
+  /// Where programs keep data under a home directory when nothing else is said.
+  [[nodiscard]] static std::filesystem::path defaultDataHome(const std::filesystem::path& home);
+
+  std::filesystem::path homeDirectory() override { return home_; }
+  std::optional<std::filesystem::path> applicationSupportDirectory() override {
+    return applicationSupport_;
+  }
+  bool exists(const std::filesystem::path& file) override;
+  bool isReadable(const std::filesystem::path& file) override;
+  std::optional<platform::FileStamp> stamp(const std::filesystem::path& file) override;
+  std::optional<std::string> read(const std::filesystem::path& file,
+                                  std::string* error) override;
+  std::unique_ptr<platform::MappedFile> map(const std::filesystem::path& file) override;
+  std::optional<std::string> createDirectories(const std::filesystem::path& folder) override;
+  std::optional<std::string> writeAtomically(const std::filesystem::path& file,
+                                             std::string_view text) override;
+  void appendToLog(const std::filesystem::path& file, std::string_view text,
+                   std::uint64_t restartAbove) override;
+  platform::FileLockResult lockExclusively(const std::filesystem::path& file) override;
+
+ private:
+  std::filesystem::path home_;
+  std::optional<std::filesystem::path> applicationSupport_;
+};
+
+}  // namespace tessarok::posix

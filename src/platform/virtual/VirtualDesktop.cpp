@@ -1,0 +1,180 @@
+#include "platform/virtual/VirtualDesktop.h"
+
+#include "Text.h"
+#include "platform/EventFlags.h"
+
+namespace tessarok::virtualdesktop {
+
+namespace {
+
+using platform::EventType;
+namespace flags = platform::eventFlags;
+
+constexpr const char* kSelectedChanged = "kTISNotifySelectedKeyboardInputSourceChanged";
+constexpr const char* kEnabledChanged = "kTISNotifyEnabledKeyboardInputSourcesChanged";
+constexpr char16_t kNoBreakSpace = 0xA0;
+/// What cursor keys carry: a character of the private-use area.
+constexpr char16_t kCursorKey = 0xF700;
+
+/// What a key gives in every layout; 0 for the keys of the layout's table.
+char16_t fixedCharacter(KeyCode code, bool option) {
+  switch (code) {
+    case keyCodes::space:
+      return option ? kNoBreakSpace : u' ';
+    case keyCodes::returnKey:
+      return u'\r';
+    case keyCodes::enter:
+      return u'\u0003';
+    case keyCodes::tab:
+      return u'\t';
+    case keyCodes::escape:
+      return u'\u001b';
+    case keyCodes::backspace:
+    case keyCodes::forwardDelete:
+      return u'\u007f';
+    case keyCodes::left:
+    case keyCodes::right:
+    case keyCodes::up:
+    case keyCodes::down:
+    case keyCodes::home:
+    case keyCodes::end:
+    case keyCodes::pageUp:
+    case keyCodes::pageDown:
+      return kCursorKey;
+    default:
+      return 0;
+  }
+}
+
+std::string describeClick(EventType type) {
+  if (type == EventType::leftMouseDown) return "click left";
+  return type == EventType::rightMouseDown ? "click right" : "click other";
+}
+
+/// Such as "down 51", or for events of the program "up п" and "down 36 posted".
+std::string describe(const VirtualEvent& event) {
+  if (event.type != EventType::keyDown && event.type != EventType::keyUp) {
+    return describeClick(event.type);
+  }
+  std::string text = event.type == EventType::keyDown ? "down " : "up ";
+  if (!event.posted || event.code == keyCodes::backspace) return text + std::to_string(event.code);
+  if (event.code != 0) return text + std::to_string(event.code) + " posted";
+  std::string payload;
+  text::assignUtf16(event.payload, payload);
+  return text + payload;
+}
+
+}  // namespace
+
+VirtualDesktop::VirtualDesktop(const std::filesystem::path& home,
+                               std::optional<std::filesystem::path> resources)
+    : files_(home),
+      bundle_(std::move(resources)),
+      eventTaps_([this](const VirtualEvent& event) { deliver(event); }),
+      keyboard_(runLoop_) {
+  inputSources_.onSelected = [this] { queueSelectedNotification(); };
+  eventTaps_.onPosted = [this](const VirtualEvent& event) {
+    if (recordsEvents) posted_.push_back(describe(event));
+  };
+}
+
+void VirtualDesktop::keyDown(const KeyDown& key) {
+  keyboard_.noteKeyDown();
+  sendKey(EventType::keyDown, key);
+  endTurn();
+}
+
+void VirtualDesktop::keyUp(KeyCode code, std::uint64_t modifiers) {
+  sendKey(EventType::keyUp, {.code = code, .modifiers = modifiers});
+  endTurn();
+}
+
+void VirtualDesktop::stroke(const KeyTable::Stroke& stroke) {
+  const std::uint64_t modifiers = stroke.shift ? flags::shift : 0;
+  const KeyDown key{.code = stroke.code, .modifiers = modifiers};
+  keyboard_.noteKeyDown();
+  // Both are one turn: what the press has queued waits for the release.
+  sendKey(EventType::keyDown, key);
+  sendKey(EventType::keyUp, key);
+  endTurn();
+}
+
+void VirtualDesktop::sendKey(EventType type, const KeyDown& key) {
+  VirtualEvent event;
+  event.type = type;
+  event.code = key.code;
+  event.modifiers = key.modifiers;
+  event.autorepeat = key.autorepeat;
+  event.userData = key.userData;
+  event.payload = key.characters ? *key.characters : charactersOf(key.code, key.modifiers);
+  eventTaps_.send(event);
+}
+
+std::u16string VirtualDesktop::charactersOf(KeyCode code, std::uint64_t modifiers) const {
+  if (const auto fixed = fixedCharacter(code, (modifiers & flags::option) != 0)) {
+    return std::u16string(1, fixed);
+  }
+  const auto character = inputSources_.table().character(code, (modifiers & flags::shift) != 0);
+  return character ? std::u16string(1, *character) : std::u16string();
+}
+
+void VirtualDesktop::deliver(const VirtualEvent& event) {
+  if (recordsEvents) delivered_.push_back(describe(event));
+  if (event.type == EventType::keyUp) return;
+  if (event.type == EventType::keyDown) {
+    textField_.keyDown(event);
+  } else {
+    textField_.moveCaretToEnd();
+  }
+}
+
+void VirtualDesktop::click(EventType button) {
+  VirtualEvent event;
+  event.type = button;
+  eventTaps_.send(event);
+  endTurn();
+}
+
+void VirtualDesktop::queueSelectedNotification() {
+  runLoop_.async([this] { inputSourceNotifications_.announce(kSelectedChanged); });
+}
+
+void VirtualDesktop::selectInputSource(const std::string& identifier) {
+  inputSources_.setCurrent(identifier);
+  queueSelectedNotification();
+  endTurn();
+}
+
+void VirtualDesktop::enableInputSources(std::vector<std::string> identifiers) {
+  inputSources_.enable(std::move(identifiers));
+  runLoop_.async([this] { inputSourceNotifications_.announce(kEnabledChanged); });
+  endTurn();
+}
+
+void VirtualDesktop::setTrusted(bool trusted) {
+  accessibility_.trusted = trusted;
+  eventTaps_.setTrusted(trusted);
+}
+
+void VirtualDesktop::disableTap(EventType pseudoEvent) {
+  eventTaps_.disableWithPseudoEvent(pseudoEvent);
+  endTurn();
+}
+
+void VirtualDesktop::announceToWorkspace(const std::string& notification) {
+  runLoop_.async([this, notification] { workspaceNotifications_.announce(notification); });
+  endTurn();
+}
+
+bool VirtualDesktop::chooseMenuItem(const std::string& title) {
+  const bool found = statusBar_.choose(title);
+  endTurn();
+  return found;
+}
+
+void VirtualDesktop::wait(double seconds) {
+  runLoop_.advance(seconds);
+  endTurn();
+}
+
+}  // namespace tessarok::virtualdesktop
