@@ -1,0 +1,73 @@
+# What a newcomer needs is `make run` and `make test`; each does all its own set-up.
+# `make help` lists the rest.
+
+BUILD := build/release
+JOBS ?= $(shell nproc)
+export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
+
+.DEFAULT_GOAL := help
+.PHONY: help run build data test stories bench format check-format lint strict sanitize coverage install clean
+
+help: ## List the targets
+	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
+
+run: build data ## Build everything and show it: in a terminal, or as a demonstration
+	@scripts/run $(BUILD)/tessarok
+
+build: $(BUILD)/build.ninja ## Build the program: build/release/tessarok
+	@cmake --build --preset release --target tessarok -- --quiet
+
+data: $(BUILD)/build.ninja ## Make the word data in Resources/
+	@scripts/install-packages data
+	@cmake --build --preset release --target data -- --quiet
+
+test: check-format data ## Build and run every test
+	@scripts/install-packages test
+	cmake --build --preset release -- --quiet
+	ctest --preset release -j $(JOBS)
+
+bench: data ## Measure time and memory
+	@cmake --build --preset release --target tessarok tessarok_bench -- --quiet
+	@scripts/bench $(BUILD)
+
+format: ## Format every source file
+	@scripts/install-packages format
+	@scripts/format
+
+check-format: ## Check the format of every source file
+	@scripts/install-packages format
+	@scripts/format --check
+
+lint: ## Check every source file with clang-tidy (takes minutes)
+	@scripts/install-packages build lint
+	@cmake --preset clang > /dev/null
+	@scripts/lint build/clang
+
+strict: ## Build with both compilers, warnings as errors
+	@scripts/install-packages build lint
+	@cmake --preset debug > /dev/null && cmake --build --preset debug -- --quiet
+	@cmake --preset clang > /dev/null && cmake --build --preset clang -- --quiet
+
+sanitize: data ## Run every test under the address and undefined-behaviour sanitizers
+	@scripts/install-packages test
+	@cmake --preset asan > /dev/null
+	cmake --build --preset asan -- --quiet
+	ctest --preset asan -j $(JOBS)
+
+coverage: data ## Measure branch coverage: build/coverage/report/index.html
+	@scripts/install-packages test coverage
+	@cmake --preset coverage > /dev/null
+	cmake --build --preset coverage -- --quiet
+	ctest --preset coverage -j $(JOBS)
+	@scripts/coverage build/coverage
+
+install: build data ## Install under DESTDIR and the configured prefix
+	@cmake --install $(BUILD)
+
+clean: ## Remove everything that was built
+	rm -rf build
+
+$(BUILD)/build.ninja: CMakePresets.json
+	@scripts/install-packages build
+	@cmake --preset release > /dev/null
+	@touch $@
