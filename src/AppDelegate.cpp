@@ -41,7 +41,8 @@ constexpr const char* kInputSourceNotifications[] = {
 
 /// Whether `other` takes precedence over `self`: the older, and of two equally old or of unknown
 /// age the one with the smaller process identifier.
-bool goesFirst(const platform::RunningApplication& other, const platform::RunningApplication& self) {
+bool goesFirst(const platform::RunningApplication& other,
+               const platform::RunningApplication& self) {
   if (other.launchDate && self.launchDate && *other.launchDate != *self.launchDate) {
     return *other.launchDate < *self.launchDate;
   }
@@ -89,10 +90,10 @@ void AppDelegate::applicationDidFinishLaunching() {
   observe();
   observeInputSources();
   if (!tapRunning_) startTap();
-  retryTimer_ = desktop.runLoop().repeating(kTickInterval, kTickTolerance,
-                                            [weak = weak_from_this()] {
-                                              if (const auto self = weak.lock()) self->tick();
-                                            });
+  retryTimer_ =
+      desktop.runLoop().repeating(kTickInterval, kTickTolerance, [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->tick();
+      });
   updateIcon();
 }
 
@@ -179,7 +180,9 @@ void AppDelegate::observeInputSources() {
   }
 }
 
-void AppDelegate::contextChanged() { KeyTap::shared().resetWord(); }
+void AppDelegate::contextChanged() {
+  KeyTap::shared().resetWord();
+}
 
 void AppDelegate::inputSourcesChanged() {
   if (InputSource::prepareLayoutMaps()) KeyTap::shared().invalidateInputSourceContext(true);
@@ -203,8 +206,7 @@ void AppDelegate::tick() {
 
 void AppDelegate::watchTap() {
   auto& keyTap = KeyTap::shared();
-  const bool changed =
-      keyTap.reArmIfDisabled() || keyTap.heartbeatRecreateIfStale(kSilenceLimit);
+  const bool changed = keyTap.reArmIfDisabled() || keyTap.heartbeatRecreateIfStale(kSilenceLimit);
   tapRunning_ = keyTap.tapIsEnabled();
   if (changed || !tapRunning_) updateIcon();
 }

@@ -87,8 +87,9 @@ std::shared_ptr<Menu> AppDelegate::makeMenu() {
   add(reminder("` / § (EN) — пауза на 5 сек"));
   add(separator());
   add(item("Словари исключений")).submenu = makePackMenu();
-  add(item("Shift-фикс (ПРивет → Привет)", [this](MenuItem& sender) { toggleShiftFix(sender); }))
-      .state = KeyTap::shared().shiftFixEnabled;
+  add(item("Shift-фикс (ПРивет → Привет)", [this](MenuItem& sender) {
+    toggleShiftFix(sender);
+  })).state = KeyTap::shared().shiftFixEnabled;
   add(item("Open User Dictionary…", [this](MenuItem&) { openDictionary(); }));
   add(item("Open Accessibility Settings…", [this](MenuItem&) { openSettings(); }));
   add(separator());
@@ -139,9 +140,13 @@ void AppDelegate::openDictionary() {
   platform::desktop().workspace().openFile(UserDict::fileURL());
 }
 
-void AppDelegate::openSettings() { platform::desktop().workspace().openUrl(kAccessibilitySettings); }
+void AppDelegate::openSettings() {
+  platform::desktop().workspace().openUrl(kAccessibilitySettings);
+}
 
-void AppDelegate::quit() { platform::desktop().application().terminate(); }
+void AppDelegate::quit() {
+  platform::desktop().application().terminate();
+}
 
 void AppDelegate::updateIcon() {
   if (!statusItem_ || !statusItem_->hasButton()) return;

@@ -50,13 +50,17 @@ const std::array<BuiltinPacks::Pack, 3>& BuiltinPacks::all() {
   return packs;
 }
 
-std::string BuiltinPacks::defaultsKey(const Pack& pack) { return "pack." + pack.id; }
+std::string BuiltinPacks::defaultsKey(const Pack& pack) {
+  return "pack." + pack.id;
+}
 
 bool BuiltinPacks::isEnabled(const Pack& pack) {
   return platform::desktop().userDefaults().boolean(defaultsKey(pack)).value_or(pack.defaultOn);
 }
 
-const WordSet& BuiltinPacks::words() { return state().words; }
+const WordSet& BuiltinPacks::words() {
+  return state().words;
+}
 
 void BuiltinPacks::rebuild() {
   WordSet words;

@@ -65,8 +65,7 @@ Kind scriptOf(std::string_view word) {
 bool hasTwoLeadingCapitals(std::string_view word) {
   std::size_t position = 0;
   for (const auto character : text::Characters(word)) {
-    const bool fits =
-        position < 2 ? text::isUppercase(character) : text::isLowercase(character);
+    const bool fits = position < 2 ? text::isUppercase(character) : text::isLowercase(character);
     if (!fits) return false;
     ++position;
   }

@@ -32,8 +32,7 @@ SerialQueue& queue() {
 }  // namespace
 
 bool DiagnosticLog::isOn() {
-  static const bool on =
-      platform::desktop().environment().variable("TESSAROK_DEBUG").has_value();
+  static const bool on = platform::desktop().environment().variable("TESSAROK_DEBUG").has_value();
   return on;
 }
 

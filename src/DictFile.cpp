@@ -22,7 +22,8 @@ std::size_t lineEnd(std::string_view data, std::size_t from) {
 
 Line lineAt(std::string_view data, std::size_t position) {
   std::size_t start = position;
-  while (start > 0 && data[start - 1] != '\n') --start;
+  while (start > 0 && data[start - 1] != '\n')
+    --start;
   return {start, lineEnd(data, start)};
 }
 
@@ -67,11 +68,17 @@ DictFile::DictFile(const std::string& resource) {
   file_ = std::move(file);
 }
 
-bool DictFile::isAvailable() const { return !data().empty(); }
+bool DictFile::isAvailable() const {
+  return !data().empty();
+}
 
-std::string_view DictFile::data() const { return file_ ? file_->bytes() : std::string_view(); }
+std::string_view DictFile::data() const {
+  return file_ ? file_->bytes() : std::string_view();
+}
 
-bool DictFile::isRussian(std::string_view resource) { return resource == "dict_ru"; }
+bool DictFile::isRussian(std::string_view resource) {
+  return resource == "dict_ru";
+}
 
 bool DictFile::contains(std::string_view word) const {
   const auto bytes = data();
@@ -103,7 +110,8 @@ std::optional<DataFault> DictFile::findFault(std::string_view data, bool russian
       return DataFault{number, badAlphabet(russian)};
     }
     if (number > 1 && line.compare(previous) < 0) {
-      return DataFault{number, "the line sorts before the one above it (lines are in the order of their bytes)"};
+      return DataFault{
+          number, "the line sorts before the one above it (lines are in the order of their bytes)"};
     }
     previous = line;
     start = end + 1;

@@ -44,9 +44,13 @@ SerialQueue& persistenceQueue() {
   return queue;
 }
 
-std::filesystem::path ignoredFile() { return UserDict::directory() / "ignored.txt"; }
+std::filesystem::path ignoredFile() {
+  return UserDict::directory() / "ignored.txt";
+}
 
-std::filesystem::path rejectsFile() { return UserDict::directory() / "rejects.txt"; }
+std::filesystem::path rejectsFile() {
+  return UserDict::directory() / "rejects.txt";
+}
 
 std::optional<std::string> read(const std::filesystem::path& file) {
   auto& desktop = platform::desktop();
@@ -79,7 +83,8 @@ void write(std::string text, const std::filesystem::path& file) {
 std::string lines(const std::vector<std::string>& records) {
   if (records.empty()) return "\n";
   std::string text;
-  for (const auto& record : records) text.append(record).push_back('\n');
+  for (const auto& record : records)
+    text.append(record).push_back('\n');
   return text;
 }
 
@@ -99,7 +104,8 @@ void prunePending(IgnoreList::Counts& counts) {
   std::stable_sort(pending.begin(), pending.end(),
                    [](auto a, auto b) { return a->second < b->second; });
   pending.resize(pending.size() - kPendingCap);
-  for (const auto entry : pending) counts.erase(entry);
+  for (const auto entry : pending)
+    counts.erase(entry);
 }
 
 void persistRejects() {
@@ -155,11 +161,17 @@ bool loadReject(std::string_view line) {
 
 }  // namespace
 
-const WordSet& IgnoreList::words() { return state().words; }
+const WordSet& IgnoreList::words() {
+  return state().words;
+}
 
-const WordSet& IgnoreList::sessionWords() { return state().sessionWords; }
+const WordSet& IgnoreList::sessionWords() {
+  return state().sessionWords;
+}
 
-const IgnoreList::Counts& IgnoreList::rejectCounts() { return state().rejectCounts; }
+const IgnoreList::Counts& IgnoreList::rejectCounts() {
+  return state().rejectCounts;
+}
 
 void IgnoreList::load(bool persistRecovered) {
   auto& all = state();
@@ -167,13 +179,15 @@ void IgnoreList::load(bool persistRecovered) {
   all.loaded = true;
   if (const auto text = read(ignoredFile())) {
     WordLines lines(*text, WordLines::Split::atLoneLf);
-    while (lines.next()) all.words.insert(text::normalizedWord(lines.line()));
+    while (lines.next())
+      all.words.insert(text::normalizedWord(lines.line()));
   }
   const auto text = read(rejectsFile());
   if (!text) return;
   bool recovered = false;
   WordLines lines(*text, WordLines::Split::atLoneLf);
-  while (lines.next()) recovered = loadReject(lines.line()) || recovered;
+  while (lines.next())
+    recovered = loadReject(lines.line()) || recovered;
   if (recovered && persistRecovered) persist();
 }
 
@@ -199,8 +213,12 @@ void IgnoreList::add(std::string_view added) {
   persist();
 }
 
-void IgnoreList::flush() { persistenceQueue().drain(); }
+void IgnoreList::flush() {
+  persistenceQueue().drain();
+}
 
-void IgnoreList::keepInMemory() { state().inMemoryOnly = true; }
+void IgnoreList::keepInMemory() {
+  state().inMemoryOnly = true;
+}
 
 }  // namespace tessarok

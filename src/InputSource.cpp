@@ -58,9 +58,13 @@ State& state() {
   return instance;
 }
 
-double uptime() { return platform::desktop().clock().uptime(); }
+double uptime() {
+  return platform::desktop().clock().uptime();
+}
 
-std::uint32_t keyboardType() { return platform::desktop().keyboard().type(); }
+std::uint32_t keyboardType() {
+  return platform::desktop().keyboard().type();
+}
 
 bool isKnown(std::string_view identifier) {
   return InputSource::isInGroup(identifier, false) || InputSource::isInGroup(identifier, true);
@@ -125,7 +129,8 @@ class MapBuilder {
     if (!isNew && entry->second != value) conflicts_.insert(key);
   }
   [[nodiscard]] LayoutMap::Map build() && {
-    for (const auto key : conflicts_) map_.erase(key);
+    for (const auto key : conflicts_)
+      map_.erase(key);
     return std::move(map_);
   }
 
@@ -136,8 +141,7 @@ class MapBuilder {
 
 bool isOwnSwitch(const std::optional<std::string>& current) {
   const auto& requested = state().requestedSelection;
-  return requested && requested->id == current &&
-         uptime() - requested->at <= kOwnSwitchInterval;
+  return requested && requested->id == current && uptime() - requested->at <= kOwnSwitchInterval;
 }
 
 /// Whether the layout now current was chosen by the person; takes note of the program's own
@@ -223,8 +227,8 @@ std::optional<InputSource::Maps> InputSource::physicalMaps(
     const platform::InputSourceHandle& english, const platform::InputSourceHandle& russian,
     std::uint32_t keyboardType) {
   if (!english.hasLayoutData() || !russian.hasLayoutData()) return std::nullopt;
-  const bool isIso = platform::desktop().keyboard().layoutType(keyboardType) ==
-                     platform::PhysicalLayoutType::iso;
+  const bool isIso =
+      platform::desktop().keyboard().layoutType(keyboardType) == platform::PhysicalLayoutType::iso;
   MapBuilder enToRu;
   MapBuilder ruToEn;
   for (const bool shift : {false, true}) {
@@ -282,8 +286,12 @@ bool InputSource::isPreparedForCurrentInputSource() {
   return false;
 }
 
-bool InputSource::canProcessCurrentLayout() { return state().canProcessCurrentLayout; }
+bool InputSource::canProcessCurrentLayout() {
+  return state().canProcessCurrentLayout;
+}
 
-double InputSource::nextPreparationRetry() { return state().nextPreparationRetry; }
+double InputSource::nextPreparationRetry() {
+  return state().nextPreparationRetry;
+}
 
 }  // namespace tessarok

@@ -42,9 +42,9 @@ class InputSource {
   static bool switchTo(bool russian);
 
   /// What each key gives in both layouts on a keyboard type; absent when a layout has no data.
-  [[nodiscard]] static std::optional<Maps> physicalMaps(
-      const platform::InputSourceHandle& english, const platform::InputSourceHandle& russian,
-      std::uint32_t keyboardType);
+  [[nodiscard]] static std::optional<Maps> physicalMaps(const platform::InputSourceHandle& english,
+                                                        const platform::InputSourceHandle& russian,
+                                                        std::uint32_t keyboardType);
   /// Builds the maps for the current layouts when they are not the ones in force. True when the
   /// layout was changed by the person and not by `switchTo`.
   static bool prepareLayoutMaps();

@@ -31,12 +31,16 @@ constexpr double kRecentTyping = 5.0;
 /// ... and at least so long after the last key that the tap saw, seconds.
 constexpr double kMissedTyping = 2.0;
 
-double uptime() { return platform::desktop().clock().uptime(); }
+double uptime() {
+  return platform::desktop().clock().uptime();
+}
 
-const char* yesNo(bool value) { return value ? "true" : "false"; }
+const char* yesNo(bool value) {
+  return value ? "true" : "false";
+}
 
-platform::Event* tapCallback(platform::EventTapProxy* proxy, EventType type,
-                             platform::Event* event, void* userData) {
+platform::Event* tapCallback(platform::EventTapProxy* proxy, EventType type, platform::Event* event,
+                             void* userData) {
   if (userData == nullptr) return event;
   auto* keyTap = static_cast<KeyTap*>(userData);
   const auto alive = keyTap->weak_from_this().lock();
@@ -61,7 +65,9 @@ KeyTap& KeyTap::shared() {
 KeyTap::KeyTap()
     : shiftFixEnabled(platform::desktop().userDefaults().boolean(kShiftFixKey).value_or(true)) {}
 
-KeyTap::~KeyTap() { stop(); }
+KeyTap::~KeyTap() {
+  stop();
+}
 
 bool KeyTap::start() {
   if (platform::desktop().secureInput().isEnabled()) {

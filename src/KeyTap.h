@@ -33,9 +33,10 @@ class KeyTap final : public std::enable_shared_from_this<KeyTap> {
   static constexpr std::array<KeyCode, 2> kPauseKeys = {keyCodes::grave, keyCodes::isoSection};
   /// Keys after which the place of the caret is not known.
   static constexpr std::array<KeyCode, 10> kCaretMovers = {
-      keyCodes::forwardDelete, keyCodes::left,   keyCodes::right,    keyCodes::down,
-      keyCodes::up,            keyCodes::home,   keyCodes::end,      keyCodes::pageUp,
-      keyCodes::pageDown,      keyCodes::escape,
+      keyCodes::forwardDelete, keyCodes::left,   keyCodes::right,
+      keyCodes::down,          keyCodes::up,     keyCodes::home,
+      keyCodes::end,           keyCodes::pageUp, keyCodes::pageDown,
+      keyCodes::escape,
   };
   /// What the program writes into the user data of every event it posts ("TSRK"), to know it
   /// again when it comes back through the tap.

@@ -6,8 +6,8 @@
 #include "IgnoreList.h"
 #include "KeyTap.h"
 #include "LayoutMap.h"
-#include "ScratchText.h"
 #include "LetterScript.h"
+#include "ScratchText.h"
 #include "Text.h"
 #include "platform/Desktop.h"
 
@@ -99,8 +99,7 @@ void KeyTap::confirmRejection() {
   if (!word_.pendingRejection || word_.buffer.empty()) return;
   const auto& rejection = *word_.pendingRejection;
   const double age = platform::desktop().clock().uptime() - rejection.at;
-  const bool confirmed =
-      age <= kRejectionWindow && equalInLowerCase(word_.buffer, rejection.typed);
+  const bool confirmed = age <= kRejectionWindow && equalInLowerCase(word_.buffer, rejection.typed);
   if (confirmed) {
     dbg([] { return "  rejection confirmed — learning"; });
     IgnoreList::recordRejection(text::lowercased(rejection.rejectionWord));
@@ -120,7 +119,8 @@ bool KeyTap::applyConversion(const Conversion& conversion, const Boundary& bound
   const auto& [decision, core, fixed] = conversion;
   dbg([&] {
     return std::string("  decided fromRu=") + (decision.fromRu ? "true" : "false") +
-           " conf=" + Detector::name(decision.confidence) + " trim=" + std::to_string(decision.trim);
+           " conf=" + Detector::name(decision.confidence) +
+           " trim=" + std::to_string(decision.trim);
   });
   if (fixed == word_.buffer) {
     rememberCommitted(word_.buffer, boundary);
@@ -221,9 +221,8 @@ bool KeyTap::leaveAsTyped(const Boundary& boundary) {
 
 void KeyTap::holdBackIfShort(const Boundary& boundary) {
   auto& pending = word_.pendingShorts;
-  const bool isShort =
-      boundary.character == " " && (Detector::isShortRuCandidate(word_.buffer) ||
-                                    Detector::isShortEnCandidate(word_.buffer));
+  const bool isShort = boundary.character == " " && (Detector::isShortRuCandidate(word_.buffer) ||
+                                                     Detector::isShortEnCandidate(word_.buffer));
   if (!isShort) {
     pending.clear();
     return;

@@ -25,7 +25,9 @@ constexpr std::size_t kPayloadUnits = 8;
 /// The check for the end of a pause runs a little late, so that it finds the pause over.
 constexpr double kPauseCheckDelay = 0.1;
 
-double uptime() { return platform::desktop().clock().uptime(); }
+double uptime() {
+  return platform::desktop().clock().uptime();
+}
 
 template <typename Keys>
 bool contains(const Keys& keys, KeyCode keyCode) {
@@ -48,7 +50,9 @@ bool isOfEitherLayout(std::string_view letter) {
   return scalar && (LayoutMap::enToRu().contains(*scalar) || LayoutMap::ruToEn().contains(*scalar));
 }
 
-void removeLastCharacter(std::string& text) { text.resize(text::withoutLast(text, 1).size()); }
+void removeLastCharacter(std::string& text) {
+  text.resize(text::withoutLast(text, 1).size());
+}
 
 }  // namespace
 
@@ -160,7 +164,9 @@ Event* KeyTap::handleKeyDown(Event* event, KeyCode keyCode) {
   return nullptr;
 }
 
-void KeyTap::resetWord() { word_.reset(); }
+void KeyTap::resetWord() {
+  word_.reset();
+}
 
 void KeyTap::forgetForSecureInput() {
   if (!word_.buffer.empty()) dbg([] { return "tracking cleared: Secure Input"; });
@@ -208,10 +214,9 @@ void KeyTap::startPause() {
            "s ***";
   });
   if (onPauseChange) onPauseChange();
-  platform::desktop().runLoop().after(kPauseDuration + kPauseCheckDelay,
-                                      [weak = weak_from_this()] {
-                                        if (const auto self = weak.lock()) self->endPauseIfOver();
-                                      });
+  platform::desktop().runLoop().after(kPauseDuration + kPauseCheckDelay, [weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->endPauseIfOver();
+  });
 }
 
 void KeyTap::endPauseIfOver() {

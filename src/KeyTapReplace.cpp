@@ -123,7 +123,8 @@ bool KeyTap::replace(std::size_t deleteCount, std::string_view text,
     return false;
   }
   auto& desktop = platform::desktop();
-  const auto source = desktop.secureInput().isEnabled() ? nullptr : desktop.events().createPrivateSource();
+  const auto source =
+      desktop.secureInput().isEnabled() ? nullptr : desktop.events().createPrivateSource();
   if (!source) {
     dbg([] { return "replacement aborted: Secure Input or event source unavailable"; });
     return false;
@@ -134,7 +135,8 @@ bool KeyTap::replace(std::size_t deleteCount, std::string_view text,
   batch.post(*callbackProxy_);
   dbg([&] {
     return "replacement posted: deleteCount=" + std::to_string(deleteCount) +
-           " textCount=" + std::to_string(textCount) + " eventCount=" + std::to_string(batch.size());
+           " textCount=" + std::to_string(textCount) +
+           " eventCount=" + std::to_string(batch.size());
   });
   if (!switchToRussian) return true;
   const bool issued = InputSource::switchTo(*switchToRussian);

@@ -21,7 +21,8 @@ static_assert(kEnChars.size() == 68 && kRuChars.size() == 68);
 
 LayoutMap::Map paired(std::u32string_view keys, std::u32string_view values) {
   LayoutMap::Map map;
-  for (std::size_t i = 0; i < keys.size(); ++i) map[keys[i]] = values[i];
+  for (std::size_t i = 0; i < keys.size(); ++i)
+    map[keys[i]] = values[i];
   return map;
 }
 
@@ -47,7 +48,8 @@ bool hasKeys(const LayoutMap::Map& map, const LayoutMap::Set& keys) {
 
 bool hasValues(const LayoutMap::Map& map, const LayoutMap::Set& values) {
   LayoutMap::Set found;
-  for (const auto& [key, value] : map) found.insert(value);
+  for (const auto& [key, value] : map)
+    found.insert(value);
   return std::all_of(values.begin(), values.end(),
                      [&](char32_t value) { return found.contains(value); });
 }
@@ -78,9 +80,13 @@ void appendTo(std::string_view text, bool fromRussian, String& out) {
 
 }  // namespace
 
-const LayoutMap::Map& LayoutMap::enToRu() { return tables().enToRu; }
+const LayoutMap::Map& LayoutMap::enToRu() {
+  return tables().enToRu;
+}
 
-const LayoutMap::Map& LayoutMap::ruToEn() { return tables().ruToEn; }
+const LayoutMap::Map& LayoutMap::ruToEn() {
+  return tables().ruToEn;
+}
 
 const LayoutMap::Set& LayoutMap::englishLetters() {
   static const Set letters = setOf(U"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ");
@@ -94,14 +100,18 @@ const LayoutMap::Set& LayoutMap::russianLetters() {
   return letters;
 }
 
-const LayoutMap::Set& LayoutMap::russianLetterKeys() { return tables().russianLetterKeys; }
+const LayoutMap::Set& LayoutMap::russianLetterKeys() {
+  return tables().russianLetterKeys;
+}
 
 bool LayoutMap::isRussianLetterKey(std::string_view character) {
   const auto scalar = text::singleScalar(character);
   return scalar && russianLetterKeys().contains(*scalar);
 }
 
-bool LayoutMap::isAvailable() { return tables().isAvailable; }
+bool LayoutMap::isAvailable() {
+  return tables().isAvailable;
+}
 
 std::string LayoutMap::convert(std::string_view text, bool fromRussian) {
   std::string out;

@@ -28,7 +28,8 @@ NGramSet::Symbol NGramSet::symbol(std::string_view character, bool russian) {
 
 std::size_t NGramSet::index(std::span<const Symbol> symbols) {
   std::size_t index = 0;
-  for (const auto symbol : symbols) index = index * kSymbols + symbol;
+  for (const auto symbol : symbols)
+    index = index * kSymbols + symbol;
   return index;
 }
 

@@ -83,7 +83,8 @@ void Proto::load() {
   auto& all = sets();
   if (all.loaded) return;
   all.loaded = true;
-  for (std::size_t i = 0; i < std::size(kKinds); ++i) all.byKind[i] = loadSet(kKinds[i]);
+  for (std::size_t i = 0; i < std::size(kKinds); ++i)
+    all.byKind[i] = loadSet(kKinds[i]);
 }
 
 Proto::Parsed Proto::parse(std::string_view text, const Kind& kind) {
@@ -101,11 +102,17 @@ Proto::Parsed Proto::parse(std::string_view text, const Kind& kind) {
   return parsed;
 }
 
-const NGramSet& Proto::pairs(bool russian) { return setOf(russian, 2, false); }
+const NGramSet& Proto::pairs(bool russian) {
+  return setOf(russian, 2, false);
+}
 
-const NGramSet& Proto::triples(bool russian) { return setOf(russian, 3, false); }
+const NGramSet& Proto::triples(bool russian) {
+  return setOf(russian, 3, false);
+}
 
-const NGramSet& Proto::marked(bool russian) { return setOf(russian, 3, true); }
+const NGramSet& Proto::marked(bool russian) {
+  return setOf(russian, 3, true);
+}
 
 bool Proto::isAvailable(bool russian) {
   return !pairs(russian).empty() && !triples(russian).empty() && !marked(russian).empty();

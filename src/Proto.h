@@ -30,9 +30,8 @@ class Proto {
   Proto() = delete;
 
   static constexpr Kind kKinds[] = {
-      {"proto_ru2", true, 2, false},  {"proto_ru3", true, 3, false},
-      {"proto_en2", false, 2, false}, {"proto_en3", false, 3, false},
-      {"proto_ru3b", true, 3, true},  {"proto_en3b", false, 3, true},
+      {"proto_ru2", true, 2, false},  {"proto_ru3", true, 3, false}, {"proto_en2", false, 2, false},
+      {"proto_en3", false, 3, false}, {"proto_ru3b", true, 3, true}, {"proto_en3b", false, 3, true},
   };
 
   /// Reads the six files; only the first call does anything. A missing or bad file leaves its set

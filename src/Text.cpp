@@ -1,9 +1,8 @@
 #include "Text.h"
 
-#include <utf8proc.h>
-
 #include <cstdlib>
 #include <memory>
+#include <utf8proc.h>
 
 namespace tessarok::text {
 
@@ -189,7 +188,8 @@ Characters::Iterator& Characters::Iterator::operator++() {
 
 std::size_t count(std::string_view text) {
   std::size_t n = 0;
-  for ([[maybe_unused]] auto character : Characters(text)) ++n;
+  for ([[maybe_unused]] auto character : Characters(text))
+    ++n;
   return n;
 }
 
@@ -202,7 +202,8 @@ std::string_view firstCharacter(std::string_view text) {
 }
 
 std::string_view withoutLast(std::string_view text, std::size_t n) {
-  for (; n > 0 && !text.empty(); --n) text = text.substr(0, lastCharacterStart(text));
+  for (; n > 0 && !text.empty(); --n)
+    text = text.substr(0, lastCharacterStart(text));
   return text;
 }
 
@@ -257,9 +258,10 @@ std::string lowercased(std::string_view text) {
 std::string composed(std::string_view text) {
   if (isSurelyComposed(text)) return std::string(text);
   utf8proc_uint8_t* mapped = nullptr;
-  const auto length = utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                                   static_cast<utf8proc_ssize_t>(text.size()), &mapped,
-                                   static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
+  const auto length =
+      utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                   static_cast<utf8proc_ssize_t>(text.size()), &mapped,
+                   static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
   const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(mapped, &std::free);
   if (length < 0) return std::string(text);
   return std::string(reinterpret_cast<const char*>(mapped), static_cast<std::size_t>(length));

@@ -75,7 +75,9 @@ std::optional<platform::FileStamp> fileStamp() {
 
 }  // namespace
 
-const WordSet& UserDict::words() { return state().words; }
+const WordSet& UserDict::words() {
+  return state().words;
+}
 
 std::filesystem::path UserDict::directory() {
   auto& files = platform::desktop().files();
@@ -83,7 +85,9 @@ std::filesystem::path UserDict::directory() {
   return support.value_or(files.homeDirectory() / "Library" / "Application Support") / "Tessarok";
 }
 
-std::filesystem::path UserDict::fileURL() { return directory() / "dictionary.txt"; }
+std::filesystem::path UserDict::fileURL() {
+  return directory() / "dictionary.txt";
+}
 
 void UserDict::seedIfMissing() {
   auto& files = platform::desktop().files();

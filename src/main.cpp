@@ -21,7 +21,8 @@ constexpr int kUsageError = 2;
 
 std::string joined(const std::vector<std::string>& words) {
   std::string text;
-  for (const auto& word : words) text += (text.empty() ? "" : " ") + word;
+  for (const auto& word : words)
+    text += (text.empty() ? "" : " ") + word;
   return text;
 }
 

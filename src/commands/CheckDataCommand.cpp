@@ -91,7 +91,8 @@ int runCheckData(const Options& options, const std::optional<std::filesystem::pa
                 [](std::string_view data) { return ShortFreq::parse(data, false).fault; });
   checker.check("freq_short_ru",
                 [](std::string_view data) { return ShortFreq::parse(data, true).fault; });
-  for (const auto& pack : BuiltinPacks::all()) checker.check(pack.resource, findPackFault);
+  for (const auto& pack : BuiltinPacks::all())
+    checker.check(pack.resource, findPackFault);
   return checker.allGood() ? 0 : 2;
 }
 

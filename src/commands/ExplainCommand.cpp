@@ -91,7 +91,8 @@ std::string verdict(const Explanation& explanation) {
 
 void printText(const Explanation& explanation) {
   std::cout << verdict(explanation) << '\n';
-  for (const auto& step : explanation.steps) std::cout << "    " << step << '\n';
+  for (const auto& step : explanation.steps)
+    std::cout << "    " << step << '\n';
 }
 
 void explainAll(std::string_view lines, const ExplainOptions& options) {

@@ -82,9 +82,11 @@ int runType(const Options& options, const TypeOptions& type) {
   auto& desktop = session.desktop();
   desktop.inputSources().setCurrent(russian ? kRussianLayout : kEnglishLayout);
   session.launch();
-  for (const auto& message : desktop.systemLog().take()) std::cerr << message << '\n';
+  for (const auto& message : desktop.systemLog().take())
+    std::cerr << message << '\n';
   Typist typist(desktop, russian);
-  for (const auto character : text::Characters(text)) typist.type(character);
+  for (const auto character : text::Characters(text))
+    typist.type(character);
   const auto screen = desktop.textField().text();
   std::cout << screen;
   if (!screen.ends_with('\n')) std::cout << '\n';

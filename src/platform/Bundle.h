@@ -14,8 +14,8 @@ class Bundle {
   /// The application's identifier; absent for a bare executable.
   [[nodiscard]] virtual std::optional<std::string> identifier() = 0;
   /// Where a data file lies in the installed application; absent when it is not there.
-  [[nodiscard]] virtual std::optional<std::filesystem::path> resource(std::string_view name,
-                                                                      std::string_view extension) = 0;
+  [[nodiscard]] virtual std::optional<std::filesystem::path> resource(
+      std::string_view name, std::string_view extension) = 0;
   /// Whether the program runs from its installed form, which then is the only place that its
   /// data may come from.
   [[nodiscard]] virtual bool isApplication() = 0;

@@ -1,15 +1,14 @@
 #include "platform/posix/PosixFiles.h"
 
+#include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdlib>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -25,7 +24,9 @@ namespace fs = std::filesystem;
 constexpr mode_t kFileMode = 0600;
 constexpr mode_t kFolderMode = 0700;
 
-std::string errorText(int number) { return std::generic_category().message(number); }
+std::string errorText(int number) {
+  return std::generic_category().message(number);
+}
 
 FileDescriptor openFile(const fs::path& file, int flags, mode_t mode = kFileMode) {
   int descriptor = -1;
@@ -151,14 +152,18 @@ std::unique_ptr<PosixFiles> PosixFiles::ofUser() {
   return std::make_unique<PosixFiles>(home, isUsable ? fs::path(named) : defaultDataHome(home));
 }
 
-fs::path PosixFiles::defaultDataHome(const fs::path& home) { return home / ".local" / "share"; }
+fs::path PosixFiles::defaultDataHome(const fs::path& home) {
+  return home / ".local" / "share";
+}
 
 bool PosixFiles::exists(const fs::path& file) {
   std::error_code error;
   return fs::exists(file, error);
 }
 
-bool PosixFiles::isReadable(const fs::path& file) { return ::access(file.c_str(), R_OK) == 0; }
+bool PosixFiles::isReadable(const fs::path& file) {
+  return ::access(file.c_str(), R_OK) == 0;
+}
 
 std::optional<platform::FileStamp> PosixFiles::stamp(const fs::path& file) {
   struct stat status {};

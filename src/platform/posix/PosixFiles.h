@@ -29,8 +29,7 @@ class PosixFiles : public platform::Files {
   bool exists(const std::filesystem::path& file) override;
   bool isReadable(const std::filesystem::path& file) override;
   std::optional<platform::FileStamp> stamp(const std::filesystem::path& file) override;
-  std::optional<std::string> read(const std::filesystem::path& file,
-                                  std::string* error) override;
+  std::optional<std::string> read(const std::filesystem::path& file, std::string* error) override;
   std::unique_ptr<platform::MappedFile> map(const std::filesystem::path& file) override;
   std::optional<std::string> createDirectories(const std::filesystem::path& folder) override;
   std::optional<std::string> writeAtomically(const std::filesystem::path& file,

@@ -19,16 +19,30 @@ constexpr std::uint8_t kIsoKey[] = {10};
 constexpr std::span<const std::uint8_t> kRows[] = {kDigitRow, kUpperRow, kHomeRow, kLowerRow,
                                                    kIsoKey};
 
-constexpr const char16_t* kEnglish[10] = {
-    u"`1234567890-=",  u"~!@#$%^&*()_+", u"qwertyuiop[]\\", u"QWERTYUIOP{}|", u"asdfghjkl;'",
-    u"ASDFGHJKL:\"",   u"zxcvbnm,./",    u"ZXCVBNM<>?",     u"§",             u"±"};
-constexpr const char16_t* kRussian[10] = {
-    u"ё1234567890-=",  u"Ё!\"№;%:?*()_+", u"йцукенгшщзхъ\\", u"ЙЦУКЕНГШЩЗХЪ/", u"фывапролджэ",
-    u"ФЫВАПРОЛДЖЭ",    u"ячсмитьбю.",     u"ЯЧСМИТЬБЮ,",     u">",             u"<"};
+constexpr const char16_t* kEnglish[10] = {u"`1234567890-=",
+                                          u"~!@#$%^&*()_+",
+                                          u"qwertyuiop[]\\",
+                                          u"QWERTYUIOP{}|",
+                                          u"asdfghjkl;'",
+                                          u"ASDFGHJKL:\"",
+                                          u"zxcvbnm,./",
+                                          u"ZXCVBNM<>?",
+                                          u"§",
+                                          u"±"};
+constexpr const char16_t* kRussian[10] = {u"ё1234567890-=",
+                                          u"Ё!\"№;%:?*()_+",
+                                          u"йцукенгшщзхъ\\",
+                                          u"ЙЦУКЕНГШЩЗХЪ/",
+                                          u"фывапролджэ",
+                                          u"ФЫВАПРОЛДЖЭ",
+                                          u"ячсмитьбю.",
+                                          u"ЯЧСМИТЬБЮ,",
+                                          u">",
+                                          u"<"};
 
-constexpr std::string_view kEnglishLayouts[] = {
-    "com.apple.keylayout.US", "com.apple.keylayout.ABC", "com.apple.keylayout.USInternational-PC",
-    "com.apple.keylayout.British"};
+constexpr std::string_view kEnglishLayouts[] = {"com.apple.keylayout.US", "com.apple.keylayout.ABC",
+                                                "com.apple.keylayout.USInternational-PC",
+                                                "com.apple.keylayout.British"};
 constexpr std::string_view kRussianLayouts[] = {"com.apple.keylayout.Russian",
                                                 "com.apple.keylayout.RussianWin"};
 

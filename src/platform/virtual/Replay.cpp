@@ -76,14 +76,22 @@ void Replay::runLine(const std::string& line) {
 
 void Replay::perform(const std::string& name, const Json& value) {
   static const std::map<std::string, Action, std::less<>> actions = {
-      {"keys", &Replay::keys},         {"down", &Replay::down},
-      {"up", &Replay::up},             {"click", &Replay::click},
-      {"select", &Replay::select},     {"enable", &Replay::enable},
-      {"keyboard", &Replay::keyboard}, {"secure", &Replay::secure},
-      {"trusted", &Replay::trusted},   {"tap", &Replay::tap},
-      {"fail", &Replay::fail},         {"workspace", &Replay::workspace},
-      {"menu", &Replay::menu},         {"file", &Replay::file},
-      {"wait", &Replay::wait},         {"quit", &Replay::quit},
+      {"keys", &Replay::keys},
+      {"down", &Replay::down},
+      {"up", &Replay::up},
+      {"click", &Replay::click},
+      {"select", &Replay::select},
+      {"enable", &Replay::enable},
+      {"keyboard", &Replay::keyboard},
+      {"secure", &Replay::secure},
+      {"trusted", &Replay::trusted},
+      {"tap", &Replay::tap},
+      {"fail", &Replay::fail},
+      {"workspace", &Replay::workspace},
+      {"menu", &Replay::menu},
+      {"file", &Replay::file},
+      {"wait", &Replay::wait},
+      {"quit", &Replay::quit},
       {"print", &Replay::print},
   };
   if (name == "setup") {
@@ -170,7 +178,8 @@ void Replay::keys(const Json& value) {
   for (const auto character : text::Characters(values::text(value, "\"keys\""))) {
     strokes.push_back(strokeFor(character));
   }
-  for (const auto& stroke : strokes) session_.desktop().stroke(stroke);
+  for (const auto& stroke : strokes)
+    session_.desktop().stroke(stroke);
 }
 
 void Replay::down(const Json& value) {
@@ -179,9 +188,9 @@ void Replay::down(const Json& value) {
   VirtualDesktop::KeyDown key{.code = values::integer(value["code"], "\"code\"")};
   if (value.contains("mods")) key.modifiers = values::modifiers(value["mods"]);
   if (value.contains("repeat")) key.autorepeat = values::boolean(value["repeat"], "\"repeat\"");
-  if (value.contains("chars")) key.characters = text::utf16(values::text(value["chars"], "\"chars\""));
-  const bool marked =
-      value.contains("marker") && values::boolean(value["marker"], "\"marker\"");
+  if (value.contains("chars"))
+    key.characters = text::utf16(values::text(value["chars"], "\"chars\""));
+  const bool marked = value.contains("marker") && values::boolean(value["marker"], "\"marker\"");
   if (marked) key.userData = KeyTap::kMarker;
   session_.desktop().keyDown(key);
 }

@@ -33,9 +33,8 @@ json autoFixValue(const WordState& word) {
 json rejectionValue(const WordState& word) {
   if (!word.pendingRejection) return nullptr;
   const auto& rejection = *word.pendingRejection;
-  return {{"typed", rejection.typed},
-          {"rejectionWord", rejection.rejectionWord},
-          {"at", rejection.at}};
+  return {
+      {"typed", rejection.typed}, {"rejectionWord", rejection.rejectionWord}, {"at", rejection.at}};
 }
 
 json stateValue() {

@@ -44,7 +44,8 @@ double seconds(const Json& value, std::string_view what) {
 std::vector<std::string> texts(const Json& value, std::string_view what) {
   if (!value.is_array()) refuse(what, "a list of texts");
   std::vector<std::string> all;
-  for (const auto& element : value) all.push_back(text(element, what));
+  for (const auto& element : value)
+    all.push_back(text(element, what));
   return all;
 }
 

@@ -15,7 +15,8 @@ namespace tessarok::virtualdesktop {
 class Session {
  public:
   /// `home` is an existing directory; absent for a temporary one that is removed at the end.
-  Session(std::optional<std::filesystem::path> home, std::optional<std::filesystem::path> resources);
+  Session(std::optional<std::filesystem::path> home,
+          std::optional<std::filesystem::path> resources);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
   ~Session();

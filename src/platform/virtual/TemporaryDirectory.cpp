@@ -1,8 +1,7 @@
 #include "platform/virtual/TemporaryDirectory.h"
 
-#include <stdlib.h>
-
 #include <cerrno>
+#include <stdlib.h>
 #include <string>
 #include <system_error>
 

@@ -43,16 +43,22 @@ void TextField::moveCaretToEnd() {
   after_.clear();
 }
 
-std::size_t TextField::caret() const { return text::count(before_); }
+std::size_t TextField::caret() const {
+  return text::count(before_);
+}
 
 void TextField::insert(std::u16string_view units) {
   text::assignUtf16(units, typed_);
   before_ += typed_;
 }
 
-void TextField::eraseBefore() { before_.resize(text::withoutLast(before_, 1).size()); }
+void TextField::eraseBefore() {
+  before_.resize(text::withoutLast(before_, 1).size());
+}
 
-void TextField::eraseAfter() { after_.erase(0, text::firstCharacter(after_).size()); }
+void TextField::eraseAfter() {
+  after_.erase(0, text::firstCharacter(after_).size());
+}
 
 void TextField::moveLeft() {
   const auto character = std::string(text::lastCharacter(before_));

@@ -10,7 +10,9 @@ using platform::EventType;
 
 class TapSource final : public platform::RunLoopSource {};
 
-bool isKey(EventType type) { return type == EventType::keyDown || type == EventType::keyUp; }
+bool isKey(EventType type) {
+  return type == EventType::keyDown || type == EventType::keyUp;
+}
 
 }  // namespace
 

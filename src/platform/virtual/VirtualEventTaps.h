@@ -21,7 +21,8 @@ class VirtualEventTaps final : public platform::EventTaps {
   explicit VirtualEventTaps(Delivery deliver);
   ~VirtualEventTaps() override;
 
-  std::unique_ptr<platform::EventTap> create(std::uint64_t mask, platform::EventTapCallback callback,
+  std::unique_ptr<platform::EventTap> create(std::uint64_t mask,
+                                             platform::EventTapCallback callback,
                                              void* userData) override;
   bool preflightPostAccess() override { return trusted_; }
 

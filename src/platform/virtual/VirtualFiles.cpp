@@ -18,8 +18,7 @@ std::optional<std::string> VirtualFiles::writeAtomically(const std::filesystem::
   return PosixFiles::writeAtomically(file, text);
 }
 
-void VirtualFiles::appendToLog(const std::filesystem::path&, std::string_view text,
-                               std::uint64_t) {
+void VirtualFiles::appendToLog(const std::filesystem::path&, std::string_view text, std::uint64_t) {
   if (text.ends_with('\n')) text.remove_suffix(1);
   const std::lock_guard lock(mutex_);
   log_.emplace_back(text);

@@ -34,7 +34,8 @@ VirtualInputSources::VirtualInputSources()
 
 std::vector<std::shared_ptr<platform::InputSourceHandle>> VirtualInputSources::enabledLayouts() {
   std::vector<std::shared_ptr<platform::InputSourceHandle>> layouts;
-  for (const auto& identifier : enabled_) layouts.push_back(std::make_shared<Layout>(identifier));
+  for (const auto& identifier : enabled_)
+    layouts.push_back(std::make_shared<Layout>(identifier));
   return layouts;
 }
 

@@ -101,8 +101,7 @@ class VirtualEvents final : public platform::Events {
     if (std::exchange(failsNextSource, false)) return nullptr;
     return std::make_unique<VirtualEventSource>();
   }
-  std::unique_ptr<platform::Event> createKeyboardEvent(platform::EventSource&,
-                                                       std::int64_t keyCode,
+  std::unique_ptr<platform::Event> createKeyboardEvent(platform::EventSource&, std::int64_t keyCode,
                                                        bool keyDown) override {
     if (std::exchange(failsNextEvent, false)) return nullptr;
     auto event = std::make_unique<VirtualEvent>();
