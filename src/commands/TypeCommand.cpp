@@ -6,14 +6,14 @@
 #include "KeyCodes.h"
 #include "Text.h"
 #include "commands/Input.h"
-#include "platform/virtual/KeyTable.h"
+#include "platform/layouts/KeyTable.h"
 #include "platform/virtual/Session.h"
 
 namespace tessarok::commands {
 
 namespace {
 
-using virtualdesktop::KeyTable;
+using layouts::KeyTable;
 using virtualdesktop::VirtualDesktop;
 
 constexpr const char* kEnglishLayout = "com.apple.keylayout.US";

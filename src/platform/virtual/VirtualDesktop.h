@@ -10,12 +10,12 @@
 #include "KeyCodes.h"
 #include "platform/Desktop.h"
 #include "platform/posix/DataDirectoryBundle.h"
+#include "platform/posix/NotificationCentre.h"
 #include "platform/virtual/TextField.h"
 #include "platform/virtual/VirtualEventTaps.h"
 #include "platform/virtual/VirtualFiles.h"
 #include "platform/virtual/VirtualInputSources.h"
 #include "platform/virtual/VirtualKeyboard.h"
-#include "platform/virtual/VirtualNotifications.h"
 #include "platform/virtual/VirtualRunLoop.h"
 #include "platform/virtual/VirtualServices.h"
 #include "platform/virtual/VirtualStatusBar.h"
@@ -74,7 +74,7 @@ class VirtualDesktop final : public platform::Desktop {
   VirtualEvents& events() override { return events_; }
   VirtualFiles& files() override { return files_; }
   VirtualInputSources& inputSources() override { return inputSources_; }
-  VirtualNotifications& inputSourceNotifications() override { return inputSourceNotifications_; }
+  posix::NotificationCentre& inputSourceNotifications() override { return inputSourceNotifications_; }
   VirtualKeyboard& keyboard() override { return keyboard_; }
   VirtualRunLoop& runLoop() override { return runLoop_; }
   VirtualSecureInput& secureInput() override { return secureInput_; }
@@ -82,7 +82,7 @@ class VirtualDesktop final : public platform::Desktop {
   VirtualSystemLog& systemLog() override { return systemLog_; }
   VirtualUserDefaults& userDefaults() override { return userDefaults_; }
   VirtualWorkspace& workspace() override { return workspace_; }
-  VirtualNotifications& workspaceNotifications() override { return workspaceNotifications_; }
+  posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
 
  private:
   void sendKey(platform::EventType type, const KeyDown& key);
@@ -99,14 +99,14 @@ class VirtualDesktop final : public platform::Desktop {
   VirtualEventTaps eventTaps_;
   VirtualEvents events_;
   VirtualInputSources inputSources_;
-  VirtualNotifications inputSourceNotifications_;
+  posix::NotificationCentre inputSourceNotifications_;
   VirtualKeyboard keyboard_;
   VirtualSecureInput secureInput_;
   VirtualStatusBar statusBar_;
   VirtualSystemLog systemLog_;
   VirtualUserDefaults userDefaults_;
   VirtualWorkspace workspace_;
-  VirtualNotifications workspaceNotifications_;
+  posix::NotificationCentre workspaceNotifications_;
   TextField textField_;
   std::vector<std::string> posted_;
   std::vector<std::string> delivered_;

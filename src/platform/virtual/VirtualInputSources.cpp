@@ -3,29 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/layouts/TableLayout.h"
+
 namespace tessarok::virtualdesktop {
-
-namespace {
-
-class Layout final : public platform::InputSourceHandle {
- public:
-  explicit Layout(std::string identifier)
-      : identifier_(std::move(identifier)), table_(KeyTable::ofLayout(identifier_)) {}
-
-  std::optional<std::string> identifier() const override { return identifier_; }
-  bool hasLayoutData() const override { return table_ != nullptr; }
-  std::u16string translate(std::uint16_t keyCode, bool shift, std::uint32_t) const override {
-    const auto character =
-        table_ == nullptr ? std::optional<char16_t>() : table_->character(keyCode, shift);
-    return character ? std::u16string(1, *character) : std::u16string();
-  }
-
- private:
-  std::string identifier_;
-  const KeyTable* table_;
-};
-
-}  // namespace
 
 VirtualInputSources::VirtualInputSources()
     : enabled_{"com.apple.keylayout.US", "com.apple.keylayout.RussianWin"} {
@@ -33,10 +13,11 @@ VirtualInputSources::VirtualInputSources()
 }
 
 std::vector<std::shared_ptr<platform::InputSourceHandle>> VirtualInputSources::enabledLayouts() {
-  std::vector<std::shared_ptr<platform::InputSourceHandle>> layouts;
-  for (const auto& identifier : enabled_)
-    layouts.push_back(std::make_shared<Layout>(identifier));
-  return layouts;
+  std::vector<std::shared_ptr<platform::InputSourceHandle>> handles;
+  for (const auto& identifier : enabled_) {
+    handles.push_back(std::make_shared<layouts::TableLayout>(identifier));
+  }
+  return handles;
 }
 
 bool VirtualInputSources::select(platform::InputSourceHandle& source) {

@@ -5,9 +5,11 @@
 #include <vector>
 
 #include "platform/InputSources.h"
-#include "platform/virtual/KeyTable.h"
+#include "platform/layouts/KeyTable.h"
 
 namespace tessarok::virtualdesktop {
+
+using layouts::KeyTable;
 
 /// The layouts of the virtual desktop.
 class VirtualInputSources final : public platform::InputSources {

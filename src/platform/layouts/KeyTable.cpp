@@ -1,11 +1,11 @@
-#include "platform/virtual/KeyTable.h"
+#include "platform/layouts/KeyTable.h"
 
 #include <algorithm>
 #include <array>
 #include <span>
 #include <string_view>
 
-namespace tessarok::virtualdesktop {
+namespace tessarok::layouts {
 
 namespace {
 
@@ -102,4 +102,4 @@ std::optional<KeyTable::Stroke> KeyTable::strokeFor(char32_t wanted) const {
   return std::nullopt;
 }
 
-}  // namespace tessarok::virtualdesktop
+}  // namespace tessarok::layouts

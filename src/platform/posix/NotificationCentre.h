@@ -9,10 +9,10 @@
 
 #include "platform/Notifications.h"
 
-namespace tessarok::virtualdesktop {
+namespace tessarok::posix {
 
-/// A notification centre whose announcements are made by hand.
-class VirtualNotifications final : public platform::Notifications {
+/// A notification centre inside the process: what a desktop notices, it announces here.
+class NotificationCentre final : public platform::Notifications {
  public:
   std::unique_ptr<platform::Observation> observe(std::string_view name,
                                                  std::function<void()> work) override;
@@ -30,4 +30,4 @@ class VirtualNotifications final : public platform::Notifications {
   std::uint64_t lastNumber_ = 0;
 };
 
-}  // namespace tessarok::virtualdesktop
+}  // namespace tessarok::posix

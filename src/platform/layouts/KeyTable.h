@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-namespace tessarok::virtualdesktop {
+namespace tessarok::layouts {
 
 /// Which character each key of a layout gives, plain and with Shift. Two tables exist: the one of
 /// the English layouts and the one of the Russian ones.
@@ -33,4 +33,4 @@ class KeyTable {
   const char16_t* const (&rows_)[10];
 };
 
-}  // namespace tessarok::virtualdesktop
+}  // namespace tessarok::layouts

@@ -1,27 +1,27 @@
-#include "platform/virtual/VirtualNotifications.h"
+#include "platform/posix/NotificationCentre.h"
 
 #include <utility>
 
-namespace tessarok::virtualdesktop {
+namespace tessarok::posix {
 
-class VirtualNotifications::Token final : public platform::Observation {
+class NotificationCentre::Token final : public platform::Observation {
  public:
-  Token(VirtualNotifications& centre, std::uint64_t number) : centre_(centre), number_(number) {}
+  Token(NotificationCentre& centre, std::uint64_t number) : centre_(centre), number_(number) {}
   ~Token() override { centre_.observers_.erase(number_); }
 
  private:
-  VirtualNotifications& centre_;
+  NotificationCentre& centre_;
   std::uint64_t number_;
 };
 
-std::unique_ptr<platform::Observation> VirtualNotifications::observe(std::string_view name,
+std::unique_ptr<platform::Observation> NotificationCentre::observe(std::string_view name,
                                                                      std::function<void()> work) {
   const auto number = ++lastNumber_;
   observers_.emplace(number, Observer{std::string(name), std::move(work)});
   return std::make_unique<Token>(*this, number);
 }
 
-void VirtualNotifications::announce(std::string_view name) {
+void NotificationCentre::announce(std::string_view name) {
   // Observers may come and go while they are called.
   const auto observers = observers_;
   for (const auto& [number, observer] : observers) {
@@ -29,4 +29,4 @@ void VirtualNotifications::announce(std::string_view name) {
   }
 }
 
-}  // namespace tessarok::virtualdesktop
+}  // namespace tessarok::posix
