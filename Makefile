@@ -15,19 +15,19 @@ run: build data ## Build everything and show it: in a terminal, or as a demonstr
 	@scripts/run $(BUILD)/tessarok
 
 build: $(BUILD)/build.ninja ## Build the program: build/release/tessarok
-	@cmake --build --preset release --target tessarok -- --quiet
+	@cmake --build --preset release --target tessarok
 
 data: $(BUILD)/build.ninja ## Make the word data in Resources/
 	@scripts/install-packages data
-	@cmake --build --preset release --target data -- --quiet
+	@cmake --build --preset release --target data
 
 test: check-format data ## Build and run every test
 	@scripts/install-packages test
-	cmake --build --preset release -- --quiet
+	cmake --build --preset release
 	ctest --preset release -j $(JOBS)
 
 bench: data ## Measure time and memory
-	@cmake --build --preset release --target tessarok tessarok_bench -- --quiet
+	@cmake --build --preset release --target tessarok tessarok_bench tessarok_launch_bench
 	@scripts/bench $(BUILD)
 
 format: ## Format every source file
@@ -45,19 +45,19 @@ lint: ## Check every source file with clang-tidy (takes minutes)
 
 strict: ## Build with both compilers, warnings as errors
 	@scripts/install-packages build lint
-	@cmake --preset debug > /dev/null && cmake --build --preset debug -- --quiet
-	@cmake --preset clang > /dev/null && cmake --build --preset clang -- --quiet
+	@cmake --preset debug > /dev/null && cmake --build --preset debug
+	@cmake --preset clang > /dev/null && cmake --build --preset clang
 
 sanitize: data ## Run every test under the address and undefined-behaviour sanitizers
 	@scripts/install-packages test
 	@cmake --preset asan > /dev/null
-	cmake --build --preset asan -- --quiet
+	cmake --build --preset asan
 	ctest --preset asan -j $(JOBS)
 
 coverage: data ## Measure branch coverage: build/coverage/report/index.html
 	@scripts/install-packages test coverage
 	@cmake --preset coverage > /dev/null
-	cmake --build --preset coverage -- --quiet
+	cmake --build --preset coverage
 	ctest --preset coverage -j $(JOBS)
 	@scripts/coverage build/coverage
 
