@@ -39,25 +39,7 @@ void press(NullProxy& proxy, VirtualEvent& event) {
   benchmark::DoNotOptimize(KeyTap::shared().handle(&proxy, platform::EventType::keyDown, &event));
 }
 
-/// Ten letters, then the ten Backspaces that take them back: no word ever ends.
-void letterKey(benchmark::State& state) {
-  NullProxy proxy;
-  auto letter = keyDown(U'h');
-  VirtualEvent backspace;
-  backspace.code = keyCodes::backspace;
-  constexpr int kRun = 10;
-  for ([[maybe_unused]] auto iteration : state) {
-    for (int i = 0; i < kRun; ++i)
-      press(proxy, letter);
-    state.PauseTiming();
-    for (int i = 0; i < kRun; ++i)
-      press(proxy, backspace);
-    state.ResumeTiming();
-  }
-  state.SetItemsProcessed(state.iterations() * kRun);
-}
-
-/// The same with the Backspaces timed, free of the cost of stopping the clock.
+/// A letter and the Backspace that takes it back: no word ever ends.
 void letterKeyAndBackspace(benchmark::State& state) {
   NullProxy proxy;
   auto letter = keyDown(U'h');
@@ -98,8 +80,7 @@ void dictionaryLookup(benchmark::State& state) {
 }
 
 void registerAll() {
-  benchmark::RegisterBenchmark("letter_key", letterKey);
-  benchmark::RegisterBenchmark("letter_key_and_backspace", letterKeyAndBackspace);
+  benchmark::RegisterBenchmark("letter_and_backspace", letterKeyAndBackspace);
   benchmark::RegisterBenchmark("word_left_as_typed", wordLeftAsTyped);
   const std::pair<const char*, std::string> decisions[] = {
       {"decide/english_word_left", "keyboard"},
