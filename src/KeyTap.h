@@ -163,6 +163,7 @@ class KeyTap final : public std::enable_shared_from_this<KeyTap> {
   void ruStreakResetIfBoundary(const Boundary& boundary);
   bool leaveTooShort(const Boundary& boundary);
   bool applyConversion(const Conversion& conversion, const Boundary& boundary);
+  void rememberConverted(const Conversion& conversion, const Boundary& boundary);
   [[nodiscard]] RetroFix retroactiveFix(bool fromRu) const;
   void countConverted(bool fromRu, const Boundary& boundary);
   bool applyShiftLag(const std::string& fixed, const Boundary& boundary);

@@ -116,7 +116,8 @@ bool KeyTap::leaveTooShort(const Boundary& boundary) {
 }
 
 bool KeyTap::applyConversion(const Conversion& conversion, const Boundary& boundary) {
-  const auto& [decision, core, fixed] = conversion;
+  const auto& decision = conversion.decision;
+  const auto& fixed = conversion.fixed;
   dbg([&] {
     return std::string("  decided fromRu=") + (decision.fromRu ? "true" : "false") +
            " conf=" + Detector::name(decision.confidence) +
@@ -128,9 +129,6 @@ bool KeyTap::applyConversion(const Conversion& conversion, const Boundary& bound
     return false;
   }
   const auto retro = retroactiveFix(decision.fromRu);
-  if (retro.words > 0) {
-    dbg([&] { return "  retro-fix count=" + std::to_string(retro.words); });
-  }
   word_.pendingShorts.clear();
   countConverted(decision.fromRu, boundary);
   const auto switchToRussian = decision.confidence == Detector::Confidence::high
@@ -143,19 +141,23 @@ bool KeyTap::applyConversion(const Conversion& conversion, const Boundary& bound
     resetWord();
     return false;
   }
+  rememberConverted(conversion, boundary);
+  return true;
+}
+
+void KeyTap::rememberConverted(const Conversion& conversion, const Boundary& boundary) {
   if (boundary.endsLine()) {
     word_.lastFix.reset();
     word_.lastAutoFix.reset();
-    return true;
+    return;
   }
   auto& lastFix = word_.lastFix.renew();
-  lastFix.text = fixed;
+  lastFix.text = conversion.fixed;
   lastFix.tail = boundary.text();
   auto& lastAutoFix = word_.lastAutoFix.renew();
   lastAutoFix.typed = word_.buffer;
-  lastAutoFix.converted = fixed;
-  lastAutoFix.rejectionWord = core;
-  return true;
+  lastAutoFix.converted = conversion.fixed;
+  lastAutoFix.rejectionWord = conversion.core;
 }
 
 KeyTap::RetroFix KeyTap::retroactiveFix(bool fromRu) const {
@@ -170,6 +172,9 @@ KeyTap::RetroFix KeyTap::retroactiveFix(bool fromRu) const {
     retro.deleteCount = checkedAdd(retro.deleteCount, text::count(word) + 1);
     retro.text.append(fixed).push_back(' ');
     ++retro.words;
+  }
+  if (retro.words > 0) {
+    dbg([&] { return "  retro-fix count=" + std::to_string(retro.words); });
   }
   return retro;
 }
