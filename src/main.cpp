@@ -114,7 +114,9 @@ class CommandLine {
 
 int main(int argc, char** argv) {
   try {
-    return CommandLine().run(argc, argv);
+    const int status = CommandLine().run(argc, argv);
+    if (!std::cout.flush()) throw CommandError("standard output cannot be written");
+    return status;
   } catch (const std::exception& error) {
     std::cerr << "tessarok: " << error.what() << '\n';
     return kUsageError;

@@ -7,14 +7,13 @@
 
 #include "BuiltinPacks.h"
 #include "Detector.h"
-#include "Dict.h"
 #include "IgnoreList.h"
 #include "LayoutMap.h"
 #include "Proto.h"
 #include "Text.h"
 #include "UserDict.h"
-#include "commands/CommandError.h"
 #include "commands/Input.h"
+#include "commands/WordData.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/virtual/VirtualDesktop.h"
 
@@ -106,15 +105,6 @@ void explainAll(std::string_view lines, const ExplainOptions& options) {
   }
 }
 
-void requireDictionaries() {
-  for (const auto& [dictionary, name] :
-       {std::pair(&Dict::en(), "dict_en.txt"), std::pair(&Dict::ru(), "dict_ru.txt")}) {
-    if (!dictionary->isAvailable()) {
-      throw CommandError(std::string(name) + " is missing or invalid; see tessarok check-data");
-    }
-  }
-}
-
 void loadLists() {
   IgnoreList::load(false);
   UserDict::reload();
@@ -127,7 +117,7 @@ int runExplain(const Options& options, const ExplainOptions& explain) {
   const auto files = posix::PosixFiles::ofUser();
   virtualdesktop::VirtualDesktop desktop(files->homeDirectory(), options.resources);
   platform::setDesktop(desktop);
-  requireDictionaries();
+  requireWordData(explain.noLists ? Packs::unused : Packs::needed);
   Proto::load();
   if (!explain.noLists) loadLists();
   std::ios::sync_with_stdio(false);

@@ -6,6 +6,7 @@
 #include "KeyCodes.h"
 #include "Text.h"
 #include "commands/Input.h"
+#include "commands/WordData.h"
 #include "platform/layouts/KeyTable.h"
 #include "platform/virtual/Session.h"
 
@@ -79,6 +80,7 @@ int runType(const Options& options, const TypeOptions& type) {
   requireUtf8(text, "the text");
   const bool russian = type.fromRussian.value_or(startsRussian(text));
   virtualdesktop::Session session(std::nullopt, options.resources);
+  requireWordData(Packs::needed);
   auto& desktop = session.desktop();
   desktop.inputSources().setCurrent(russian ? kRussianLayout : kEnglishLayout);
   session.launch();

@@ -311,7 +311,8 @@ void Replay::print(const Json& value) {
     printed[field] = printer_.value(field);
   }
   // Text from files may be anything; what is not UTF-8 shows as the replacement character.
-  *out_ << printed.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+  // Whoever drives a replay through a pipe waits for the answer.
+  *out_ << printed.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
 }
 
 }  // namespace tessarok::virtualdesktop

@@ -1,0 +1,32 @@
+#include "commands/WordData.h"
+
+#include <string>
+
+#include "BuiltinPacks.h"
+#include "Proto.h"
+#include "ResourceLocator.h"
+#include "commands/CommandError.h"
+
+namespace tessarok::commands {
+
+namespace {
+
+void requireFile(const std::string& name) {
+  if (ResourceLocator::url(name)) return;
+  throw CommandError("the data file " + name + ".txt is missing; see tessarok check-data");
+}
+
+}  // namespace
+
+void requireWordData(Packs packs) {
+  for (const auto* name : {"dict_en", "dict_ru", "freq_short_en", "freq_short_ru"}) {
+    requireFile(name);
+  }
+  for (const auto& kind : Proto::kKinds)
+    requireFile(kind.resource);
+  if (packs == Packs::unused) return;
+  for (const auto& pack : BuiltinPacks::all())
+    requireFile(pack.resource);
+}
+
+}  // namespace tessarok::commands
