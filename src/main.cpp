@@ -10,6 +10,7 @@
 #include "commands/CommandError.h"
 #include "commands/ExplainCommand.h"
 #include "commands/ReplayCommand.h"
+#include "commands/TerminalCommand.h"
 #include "commands/TypeCommand.h"
 
 namespace {
@@ -38,6 +39,7 @@ class CommandLine {
     addType();
     addExplain();
     addReplay();
+    addTerminal();
     addCheckData();
   }
 
@@ -91,6 +93,14 @@ class CommandLine {
     replay->callback([this] { command_ = [this] { return runReplay(options_, replay_); }; });
   }
 
+  void addTerminal() {
+    auto* terminal = app_.add_subcommand(
+        "terminal", "correct what is typed into a program in this terminal; the default");
+    terminal->add_option("COMMAND", terminal_.command,
+                         "the program and its arguments, after --; the login shell without it");
+    terminal->callback([this] { command_ = [this] { return runTerminal(options_, terminal_); }; });
+  }
+
   void addCheckData() {
     auto* check = app_.add_subcommand("check-data", "validate the data files");
     check->add_option("DIR", checkDirectory_, "the directory of the data files");
@@ -98,7 +108,7 @@ class CommandLine {
         [this] { command_ = [this] { return runCheckData(options_, checkDirectory_); }; });
   }
 
-  int runDesktop() { throw CommandError("no desktop to run on"); }
+  int runDesktop() { return runTerminal(options_, terminal_); }
 
   CLI::App app_{"Puts words right that were typed in the wrong keyboard layout.", "tessarok"};
   Options options_;
@@ -107,6 +117,7 @@ class CommandLine {
   std::vector<std::string> words_;
   ExplainOptions explain_;
   ReplayOptions replay_;
+  TerminalOptions terminal_;
   std::optional<std::filesystem::path> checkDirectory_;
 };
 

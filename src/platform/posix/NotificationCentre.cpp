@@ -15,7 +15,7 @@ class NotificationCentre::Token final : public platform::Observation {
 };
 
 std::unique_ptr<platform::Observation> NotificationCentre::observe(std::string_view name,
-                                                                     std::function<void()> work) {
+                                                                   std::function<void()> work) {
   const auto number = ++lastNumber_;
   observers_.emplace(number, Observer{std::string(name), std::move(work)});
   return std::make_unique<Token>(*this, number);

@@ -74,7 +74,9 @@ class VirtualDesktop final : public platform::Desktop {
   VirtualEvents& events() override { return events_; }
   VirtualFiles& files() override { return files_; }
   VirtualInputSources& inputSources() override { return inputSources_; }
-  posix::NotificationCentre& inputSourceNotifications() override { return inputSourceNotifications_; }
+  posix::NotificationCentre& inputSourceNotifications() override {
+    return inputSourceNotifications_;
+  }
   VirtualKeyboard& keyboard() override { return keyboard_; }
   VirtualRunLoop& runLoop() override { return runLoop_; }
   VirtualSecureInput& secureInput() override { return secureInput_; }

@@ -1,0 +1,74 @@
+#include "commands/TerminalCommand.h"
+
+#include <iostream>
+#include <memory>
+#include <variant>
+
+#include "AppDelegate.h"
+#include "DiagnosticLog.h"
+#include "Dict.h"
+#include "commands/CommandError.h"
+#include "platform/terminal/LoginShell.h"
+#include "platform/terminal/OuterTerminal.h"
+#include "platform/terminal/Pty.h"
+#include "platform/terminal/TerminalDesktop.h"
+#include "platform/terminal/TerminalSession.h"
+
+namespace tessarok::commands {
+
+namespace {
+
+using terminal::OuterTerminal;
+using terminal::Pty;
+using terminal::TerminalDesktop;
+using terminal::TerminalSession;
+
+/// The corrector from launch to quit; however that comes about, what was learned is saved.
+class Corrector {
+ public:
+  Corrector() { delegate_->applicationDidFinishLaunching(); }
+  Corrector(const Corrector&) = delete;
+  Corrector& operator=(const Corrector&) = delete;
+  ~Corrector() {
+    delegate_->applicationWillTerminate();
+    DiagnosticLog::drain();
+  }
+
+ private:
+  std::shared_ptr<AppDelegate> delegate_ =
+      std::make_shared<AppDelegate>(AppDelegate::Instances::many);
+};
+
+/// There is no icon to say it.
+void warnIfDataIsMissing(TerminalDesktop& desktop) {
+  if (Dict::en().isAvailable() && Dict::ru().isAvailable()) return;
+  desktop.systemLog().write(
+      "Tessarok: the word data is missing; automatic correction is off, ⌥Space works");
+}
+
+int correct(const Options& options, OuterTerminal& outer, Pty& pty) {
+  TerminalDesktop desktop(options.resources);
+  platform::setDesktop(desktop);
+  const Corrector corrector;
+  warnIfDataIsMissing(desktop);
+  TerminalSession session(desktop, outer, pty);
+  return session.run();
+}
+
+}  // namespace
+
+int runTerminal(const Options& options, const TerminalOptions& terminal) {
+  if (!OuterTerminal::isStandardInput()) throw CommandError("standard input is not a terminal");
+  OuterTerminal outer;
+  const auto command =
+      terminal.command.empty() ? std::vector{terminal::loginShell()} : terminal.command;
+  // Started before the corrector, whose threads a new process would not have.
+  auto started = Pty::start(command, outer.settings(), outer.size());
+  if (const auto* failure = std::get_if<Pty::Failure>(&started)) {
+    std::cerr << "tessarok: " << failure->reason << '\n';
+    return failure->exitStatus;
+  }
+  return correct(options, outer, std::get<Pty>(started));
+}
+
+}  // namespace tessarok::commands

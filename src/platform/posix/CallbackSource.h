@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+
+#include "platform/posix/PollSource.h"
+
+namespace tessarok::posix {
+
+/// A file descriptor served by two functions. Main thread.
+class CallbackSource final : public PollSource {
+ public:
+  /// `events` and `ready` as in `PollSource`; the descriptor is not owned.
+  CallbackSource(int descriptor, std::function<short()> events, std::function<void(short)> ready)
+      : descriptor_(descriptor), events_(std::move(events)), ready_(std::move(ready)) {}
+
+  [[nodiscard]] int descriptor() const override { return descriptor_; }
+  [[nodiscard]] short events() const override { return events_(); }
+  void ready(short events) override { ready_(events); }
+
+ private:
+  int descriptor_;
+  std::function<short()> events_;
+  std::function<void(short)> ready_;
+};
+
+}  // namespace tessarok::posix

@@ -1,0 +1,85 @@
+#include "platform/posix/SettingsFile.h"
+
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <utility>
+
+namespace tessarok::posix {
+
+namespace {
+
+/// The library's own words without the number in brackets before them.
+std::string withoutNumber(const std::string& message) {
+  const auto end = message.find("] ");
+  return message.starts_with('[') && end != std::string::npos ? message.substr(end + 2) : message;
+}
+
+/// Throws `std::exception` saying what is wrong with the text, and where.
+std::map<std::string, bool, std::less<>> parse(const std::string& text) {
+  const auto object = nlohmann::json::parse(text);
+  if (!object.is_object()) throw std::runtime_error("the file holds no JSON object");
+  std::map<std::string, bool, std::less<>> values;
+  for (const auto& [key, value] : object.items()) {
+    if (!value.is_boolean()) throw std::runtime_error("\"" + key + "\" is neither true nor false");
+    values.emplace(key, value.get<bool>());
+  }
+  return values;
+}
+
+}  // namespace
+
+SettingsFile::SettingsFile(std::filesystem::path file, platform::Files& files,
+                           platform::SystemLog& log)
+    : file_(std::move(file)), files_(files), log_(log) {}
+
+std::filesystem::path SettingsFile::locationFor(const std::filesystem::path& home) {
+  // A relative path there is to be ignored, as the base directory rules say.
+  const char* named = std::getenv("XDG_CONFIG_HOME");
+  const bool isUsable = named != nullptr && *named == '/';
+  const auto folder = isUsable ? std::filesystem::path(named) : home / ".config";
+  return folder / "Tessarok" / "settings.json";
+}
+
+std::optional<bool> SettingsFile::boolean(std::string_view key) {
+  if (!isLoaded_) load();
+  const auto found = values_.find(key);
+  return found == values_.end() ? std::nullopt : std::optional(found->second);
+}
+
+void SettingsFile::setBoolean(std::string_view key, bool value) {
+  // Another copy of the program may have saved other switches since.
+  if (!isUnusable_ && !isUnsaved_) load();
+  values_.insert_or_assign(std::string(key), value);
+  if (!isUnusable_) save();
+}
+
+void SettingsFile::load() {
+  isLoaded_ = true;
+  if (!files_.exists(file_)) return;
+  std::string error;
+  const auto text = files_.read(file_, &error);
+  try {
+    if (!text) throw std::runtime_error(error);
+    values_ = parse(*text);
+  } catch (const std::exception& fault) {
+    isUnusable_ = true;
+    report("could not read settings " + file_.string() + ": " + withoutNumber(fault.what()));
+  }
+}
+
+void SettingsFile::save() {
+  auto error = files_.createDirectories(file_.parent_path());
+  if (!error) {
+    error = files_.writeAtomically(file_, nlohmann::json(values_).dump(2) + "\n");
+  }
+  isUnsaved_ = error.has_value();
+  if (error) report("could not save settings " + file_.string() + ": " + *error);
+}
+
+void SettingsFile::report(const std::string& problem) {
+  if (std::exchange(isReported_, true)) return;
+  log_.write("Tessarok: " + problem + "; changes last until the program ends");
+}
+
+}  // namespace tessarok::posix

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Files.h"
+#include "platform/SystemLog.h"
+#include "platform/UserDefaults.h"
+
+namespace tessarok::posix {
+
+/// The person's switches in a file, a JSON object of booleans. A file that cannot be used is
+/// reported once and left as it is: changes then last until the program ends. Main thread.
+class SettingsFile final : public platform::UserDefaults {
+ public:
+  /// Read on first use. `files` and `log` outlive this object.
+  SettingsFile(std::filesystem::path file, platform::Files& files, platform::SystemLog& log);
+
+  /// $XDG_CONFIG_HOME/Tessarok/settings.json, or the same below ~/.config.
+  [[nodiscard]] static std::filesystem::path locationFor(const std::filesystem::path& home);
+
+  std::optional<bool> boolean(std::string_view key) override;
+  void setBoolean(std::string_view key, bool value) override;
+
+ private:
+  using Values = std::map<std::string, bool, std::less<>>;
+
+  void load();
+  void save();
+  void report(const std::string& problem);
+
+  std::filesystem::path file_;
+  platform::Files& files_;
+  platform::SystemLog& log_;
+  Values values_;
+  bool isLoaded_ = false;
+  /// The file holds something that must not be overwritten.
+  bool isUnusable_ = false;
+  /// A change could not be saved; reading the file again would lose it.
+  bool isUnsaved_ = false;
+  bool isReported_ = false;
+};
+
+}  // namespace tessarok::posix

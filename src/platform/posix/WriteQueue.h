@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tessarok::posix {
+
+/// Bytes on their way to a file descriptor that may not take them at once. Nothing is dropped; the
+/// one who fills the queue stops when it is full. Main thread.
+class WriteQueue {
+ public:
+  /// `descriptor` is not owned. It may be in blocking mode: a write is made only when poll says
+  /// that it can be.
+  explicit WriteQueue(int descriptor) : descriptor_(descriptor) {}
+
+  void add(std::string_view bytes) { bytes_.append(bytes); }
+  /// Writes as much as can be written without waiting; false when the descriptor is broken, and
+  /// then nothing more will be written.
+  [[nodiscard]] bool flush();
+  /// Writes everything, waiting as long as it takes. False as for `flush`.
+  [[nodiscard]] bool flushWaiting();
+
+  [[nodiscard]] int descriptor() const { return descriptor_; }
+  [[nodiscard]] bool isEmpty() const { return bytes_.size() == done_; }
+  /// Time to add no more.
+  [[nodiscard]] bool isFull() const { return bytes_.size() - done_ >= kFull; }
+
+ private:
+  static constexpr std::size_t kFull = 64 * 1024;
+
+  enum class Step { progress, wouldBlock, broken };
+  [[nodiscard]] Step writeSome(int milliseconds);
+  [[nodiscard]] bool flush(int milliseconds);
+
+  int descriptor_;
+  std::string bytes_;
+  /// How many of `bytes_` are written; they are removed when it pays.
+  std::size_t done_ = 0;
+  bool broken_ = false;
+};
+
+}  // namespace tessarok::posix

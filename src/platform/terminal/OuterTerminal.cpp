@@ -1,0 +1,67 @@
+#include "platform/terminal/OuterTerminal.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace tessarok::terminal {
+
+namespace {
+
+/// The terminal of standard output, opened once more. Not to wait is a property of an open file,
+/// and the one of standard output is shared with the shell, which would be surprised.
+posix::FileDescriptor openOutput() {
+  char name[256];
+  if (::ttyname_r(STDOUT_FILENO, name, sizeof name) != 0) return {};
+  return posix::FileDescriptor(::open(name, O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+}
+
+}  // namespace
+
+OuterTerminal::OuterTerminal() : output_(openOutput()) {
+  if (::tcgetattr(input(), &settings_) != 0) {
+    throw std::system_error(errno, std::generic_category(), "standard input");
+  }
+}
+
+OuterTerminal::~OuterTerminal() {
+  restore();
+}
+
+bool OuterTerminal::isStandardInput() {
+  return ::isatty(STDIN_FILENO) == 1;
+}
+
+int OuterTerminal::input() {
+  return STDIN_FILENO;
+}
+
+int OuterTerminal::output() const {
+  return output_.isOpen() ? output_.get() : STDOUT_FILENO;
+}
+
+winsize OuterTerminal::size() const {
+  winsize size{};
+  ::ioctl(input(), TIOCGWINSZ, &size);
+  return size;
+}
+
+void OuterTerminal::makeRaw() {
+  auto raw = settings_;
+  ::cfmakeraw(&raw);
+  raw.c_cc[VMIN] = 1;
+  raw.c_cc[VTIME] = 0;
+  isRaw_ = true;
+  // Not TCSAFLUSH: what was typed ahead belongs to the program.
+  ::tcsetattr(input(), TCSADRAIN, &raw);
+}
+
+void OuterTerminal::restore() {
+  if (!isRaw_) return;
+  isRaw_ = false;
+  // Not TCSADRAIN: a screen that was stopped, or has gone, would hold the program's end up.
+  ::tcsetattr(input(), TCSANOW, &settings_);
+}
+
+}  // namespace tessarok::terminal

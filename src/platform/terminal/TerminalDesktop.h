@@ -1,0 +1,74 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "platform/Desktop.h"
+#include "platform/posix/DataDirectoryBundle.h"
+#include "platform/posix/MonotonicClock.h"
+#include "platform/posix/NotificationCentre.h"
+#include "platform/posix/PollLoop.h"
+#include "platform/posix/PosixFiles.h"
+#include "platform/posix/ProcessApplication.h"
+#include "platform/posix/ProcessEnvironment.h"
+#include "platform/posix/SettingsFile.h"
+#include "platform/terminal/TerminalEventTaps.h"
+#include "platform/terminal/TerminalInputSources.h"
+#include "platform/terminal/TerminalLog.h"
+#include "platform/terminal/TerminalServices.h"
+
+namespace tessarok::terminal {
+
+/// One program in a pseudo-terminal, as a desktop. `TerminalSession` moves the bytes.
+class TerminalDesktop final : public platform::Desktop {
+ public:
+  /// `resources` is the directory of the data files, absent to search for it.
+  explicit TerminalDesktop(std::optional<std::filesystem::path> resources);
+
+  /// Another program has the screen, or has left it: words are not carried over.
+  void announceOtherProgram();
+
+  TerminalAccessibility& accessibility() override { return accessibility_; }
+  posix::ProcessApplication& application() override { return application_; }
+  posix::DataDirectoryBundle& bundle() override { return bundle_; }
+  posix::MonotonicClock& clock() override { return clock_; }
+  posix::ProcessEnvironment& environment() override { return environment_; }
+  TerminalEventTaps& eventTaps() override { return eventTaps_; }
+  TerminalEvents& events() override { return events_; }
+  posix::PosixFiles& files() override { return *files_; }
+  TerminalInputSources& inputSources() override { return inputSources_; }
+  posix::NotificationCentre& inputSourceNotifications() override {
+    return inputSourceNotifications_;
+  }
+  TerminalKeyboard& keyboard() override { return keyboard_; }
+  posix::PollLoop& runLoop() override { return runLoop_; }
+  TerminalSecureInput& secureInput() override { return secureInput_; }
+  TerminalStatusBar& statusBar() override { return statusBar_; }
+  TerminalLog& systemLog() override { return systemLog_; }
+  posix::SettingsFile& userDefaults() override { return userDefaults_; }
+  TerminalWorkspace& workspace() override { return workspace_; }
+  posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
+
+ private:
+  std::unique_ptr<posix::PosixFiles> files_ = posix::PosixFiles::ofUser();
+  TerminalLog systemLog_;
+  posix::MonotonicClock clock_;
+  posix::PollLoop runLoop_{clock_};
+  TerminalAccessibility accessibility_;
+  posix::ProcessApplication application_{runLoop_};
+  posix::DataDirectoryBundle bundle_;
+  posix::ProcessEnvironment environment_;
+  TerminalEventTaps eventTaps_;
+  TerminalEvents events_;
+  TerminalInputSources inputSources_;
+  posix::NotificationCentre inputSourceNotifications_;
+  TerminalKeyboard keyboard_{clock_};
+  TerminalSecureInput secureInput_;
+  TerminalStatusBar statusBar_;
+  posix::SettingsFile userDefaults_;
+  TerminalWorkspace workspace_;
+  posix::NotificationCentre workspaceNotifications_;
+};
+
+}  // namespace tessarok::terminal
