@@ -13,8 +13,7 @@
 #include "Text.h"
 #include "UserDict.h"
 #include "commands/CommandError.h"
-#include "platform/posix/PosixFiles.h"
-#include "platform/virtual/VirtualDesktop.h"
+#include "platform/terminal/TerminalDesktop.h"
 
 namespace tessarok::commands {
 
@@ -73,9 +72,7 @@ int runCheckData(const Options& options, const std::optional<std::filesystem::pa
   if (directory && !std::filesystem::is_directory(*directory, error)) {
     throw CommandError(directory->string() + " is not an existing directory");
   }
-  const auto files = posix::PosixFiles::ofUser();
-  virtualdesktop::VirtualDesktop desktop(files->homeDirectory(),
-                                         directory ? directory : options.resources);
+  terminal::TerminalDesktop desktop(directory ? directory : options.resources);
   platform::setDesktop(desktop);
   Checker checker;
   for (const std::string name : {"dict_en", "dict_ru"}) {

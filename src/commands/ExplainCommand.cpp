@@ -14,8 +14,7 @@
 #include "UserDict.h"
 #include "commands/Input.h"
 #include "commands/WordData.h"
-#include "platform/posix/PosixFiles.h"
-#include "platform/virtual/VirtualDesktop.h"
+#include "platform/terminal/TerminalDesktop.h"
 
 namespace tessarok::commands {
 
@@ -114,8 +113,8 @@ void loadLists() {
 }  // namespace
 
 int runExplain(const Options& options, const ExplainOptions& explain) {
-  const auto files = posix::PosixFiles::ofUser();
-  virtualdesktop::VirtualDesktop desktop(files->homeDirectory(), options.resources);
+  // The desktop of this terminal knows the person's lists and switches; no key is watched.
+  terminal::TerminalDesktop desktop(options.resources);
   platform::setDesktop(desktop);
   requireWordData(explain.noLists ? Packs::unused : Packs::needed);
   Proto::load();
