@@ -83,7 +83,7 @@ void Keys::pressSecretly(const InputItem& item) {
 }
 
 void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
-  if (modes.isRaw() && mayRetype(item) && output_.isEchoComplete()) expectsEcho_ = true;
+  if (modes.isRaw() && mayRetype(item) && output_.hasEchoed()) expectsEcho_ = true;
   reader_.read(item, modes, event_);
   const bool isControlSpace = item.kind == Kind::control && item.scalar == 0;
   if (isControlSpace) return pressControlSpace();

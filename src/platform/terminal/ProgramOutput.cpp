@@ -81,7 +81,9 @@ void ProgramOutput::feedText(char byte) {
   }
   if (expected_[matched_] != byte) return;
   ++matched_;
-  if (isEchoComplete()) forgetEcho();
+  if (!isEchoComplete()) return;
+  forgetEcho();
+  hasEchoed_ = true;
 }
 
 void ProgramOutput::feedEscape(char byte) {
@@ -136,6 +138,7 @@ void ProgramOutput::setPrivateModes(bool on) {
 }
 
 void ProgramOutput::expectEcho(std::string_view character) {
+  hasEchoed_ = false;
   if (expected_.size() < kMaxExpected) expected_.append(character);
 }
 
@@ -151,6 +154,7 @@ void ProgramOutput::expectErased() {
 void ProgramOutput::forgetEcho() {
   expected_.clear();
   matched_ = 0;
+  hasEchoed_ = false;
 }
 
 }  // namespace tessarok::terminal

@@ -22,6 +22,8 @@ class ProgramOutput final {
   void expectErased();
   /// Nothing that was typed so far matters any more.
   void forgetEcho();
+  /// The characters expected last have appeared, all of them.
+  [[nodiscard]] bool hasEchoed() const { return hasEchoed_; }
   /// Every character expected has appeared.
   [[nodiscard]] bool isEchoComplete() const { return matched_ == expected_.size(); }
 
@@ -42,6 +44,7 @@ class ProgramOutput final {
   std::string expected_;
   /// Bytes of `expected_` that have appeared: whole characters, and part of the next one.
   std::size_t matched_ = 0;
+  bool hasEchoed_ = false;
 };
 
 }  // namespace tessarok::terminal
