@@ -10,6 +10,9 @@
 namespace tessarok::terminal {
 namespace {
 
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
 using Kind = InputItem::Kind;
 using Items = std::vector<std::pair<Kind, std::string>>;
 
@@ -77,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(
               {Kind::character, "€"},
               {Kind::character, "😀"}}},
         Case{"controls",
-             std::string("\0\r\t\x7f\x01", 5),
+             "\0\r\t\x7f\x01"s,
              {{Kind::control, std::string(1, '\0')},
               {Kind::control, "\r"},
               {Kind::control, "\t"},
@@ -135,7 +138,7 @@ INSTANTIATE_TEST_SUITE_P(
              {{Kind::control, "\x1b"}, {Kind::unknown, "\xff"}}}));
 
 TEST(InputDecoder, PastesEveryByteBetweenTheBrackets) {
-  const std::string text("b\x1b[A\r\0\xff п\x1b[20", 16);
+  const auto text = "b\x1b[A\r\0\xff п\x1b[20"s;
   const auto bytes = "a\x1b[200~" + text + "\x1b[201~c";
   const Items expected = {{Kind::character, "a"},
                           {Kind::pasteBracket, "\x1b[200~"},
@@ -208,7 +211,7 @@ TEST(InputDecoder, WaitsOnlyWhileMoreMayCome) {
 TEST(InputDecoder, ABurstIsAPasteWithoutBrackets) {
   InputDecoder decoder;
   Items items;
-  const std::string bytes("ghbdtn \x1b \0\x1b[A\xff", 13);
+  const auto bytes = "ghbdtn \x1b \0\x1b[A\xff"s;
   decoder.setBurst(true);
   decoder.append(bytes);
   drain(decoder, items);
@@ -238,7 +241,7 @@ TEST(InputDecoder, FindsTheBracketsInABurst) {
 TEST(InputDecoder, LosesNoByteOfNoise) {
   std::mt19937 random(1);
   // Mostly what sequences are made of.
-  const std::string_view likely("\x1b[]OPM~;?<0129ab \x7f\r\a\\\xd0\xbf\xff", 24);
+  const auto likely = "\x1b[]OPM~;?<0129ab \x7f\r\a\\\xd0\xbf\xff"sv;
   for (int run = 0; run < 500; ++run) {
     InputDecoder decoder;
     std::string sent;
