@@ -6,7 +6,7 @@ JOBS ?= $(shell nproc)
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test stories bench format check-format lint strict sanitize coverage install clean
+.PHONY: help run build data test stories bench measure frequencies format check-format lint strict sanitize coverage install clean
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -29,6 +29,16 @@ test: check-format data ## Build and run every test
 bench: data ## Measure time and memory
 	@cmake --build --preset release --target tessarok tessarok_bench tessarok_launch_bench
 	@scripts/bench $(BUILD)
+
+measure: data ## Type thousands of sentences and report how they come out: build/measure.html
+	@scripts/install-packages measure
+	@cmake --build --preset release --target tessarok-measure
+	@$(BUILD)/tools/tessarok-measure --json build/measure.json --html build/measure.html
+
+frequencies: $(BUILD)/build.ninja ## Count the words of the corpora anew: tools/data/frequencies_*.tsv
+	@scripts/install-packages measure frequencies
+	@cmake --build --preset release --target tessarok-count-words
+	@scripts/count-words $(BUILD)/tools/tessarok-count-words
 
 format: ## Format every source file
 	@scripts/install-packages format

@@ -43,6 +43,11 @@ void TextField::moveCaretToEnd() {
   after_.clear();
 }
 
+void TextField::clear() {
+  before_.clear();
+  after_.clear();
+}
+
 std::size_t TextField::caret() const {
   return text::count(before_);
 }

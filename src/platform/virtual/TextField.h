@@ -14,6 +14,8 @@ class TextField {
   /// Acts on a key-down that reached the application.
   void keyDown(const VirtualEvent& event);
   void moveCaretToEnd();
+  /// Empties the field, as for the next of many texts.
+  void clear();
 
   [[nodiscard]] std::string text() const { return before_ + after_; }
   /// Characters before the caret.

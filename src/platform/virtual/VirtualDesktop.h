@@ -64,6 +64,7 @@ class VirtualDesktop final : public platform::Desktop {
   bool recordsEvents = false;
 
   [[nodiscard]] const TextField& textField() const { return textField_; }
+  void clearTextField() { textField_.clear(); }
 
   VirtualAccessibility& accessibility() override { return accessibility_; }
   VirtualApplication& application() override { return application_; }

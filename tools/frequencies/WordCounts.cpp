@@ -1,0 +1,64 @@
+#include "WordCounts.h"
+
+#include <algorithm>
+
+#include "Alphabet.h"
+#include "Text.h"
+
+namespace tessarok::frequencies {
+
+namespace {
+
+using alphabet::Kind;
+
+constexpr std::string_view kPunctuation = "\"'()[]{}<>,.;:!?*_-";
+
+/// A token without the punctuation at its ends.
+std::string_view stripped(std::string_view token) {
+  const auto first = token.find_first_not_of(kPunctuation);
+  if (first == std::string_view::npos) return {};
+  return token.substr(first, token.find_last_not_of(kPunctuation) - first + 1);
+}
+
+bool isWord(std::string_view word, bool russian) {
+  const auto own = russian ? Kind::cyrillic : Kind::latin;
+  return !word.empty() &&
+         std::ranges::all_of(text::Characters(word), [own](std::string_view character) {
+           return alphabet::kindOf(character) == own;
+         });
+}
+
+}  // namespace
+
+void WordCounts::add(std::string_view sentence, bool russian) {
+  while (!sentence.empty()) {
+    const auto end = std::min(sentence.find(' '), sentence.size());
+    auto token = stripped(sentence.substr(0, end));
+    sentence.remove_prefix(std::min(end + 1, sentence.size()));
+    while (!token.empty()) {
+      // Both parts of a word with a hyphen are typed as words.
+      const auto hyphen = std::min(token.find('-'), token.size());
+      const auto part = token.substr(0, hyphen);
+      token.remove_prefix(std::min(hyphen + 1, token.size()));
+      if (!isWord(part, russian)) continue;
+      ++entries_[text::lowercased(part)].count;
+      ++total_;
+    }
+  }
+}
+
+void WordCounts::rank(const std::string& word, std::size_t place) {
+  auto& entry = entries_[word];
+  if (entry.place == 0) entry.place = place;
+}
+
+std::string WordCounts::table(std::string_view head, std::size_t fewest) const {
+  std::string table(head);
+  for (const auto& [word, entry] : entries_) {
+    if (entry.count < fewest && entry.place == 0) continue;
+    table += word + '\t' + std::to_string(entry.count) + '\t' + std::to_string(entry.place) + '\n';
+  }
+  return table;
+}
+
+}  // namespace tessarok::frequencies

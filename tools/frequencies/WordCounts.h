@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace tessarok::frequencies {
+
+/// How often words were met.
+class WordCounts final {
+ public:
+  /// Counts the words of a sentence of one language: its runs of letters, in lower case. Words with
+  /// an apostrophe or a full stop inside, addresses and the like say nothing and are left out.
+  void add(std::string_view sentence, bool russian);
+  /// Gives a word its place in a list by frequency; the first place is 1.
+  void rank(const std::string& word, std::size_t place);
+
+  /// All words counted.
+  [[nodiscard]] std::size_t total() const { return total_; }
+  /// The table: a head line, then a line for every word that was counted `fewest` times or has a
+  /// place: the word, its count and its place (0 for none), with tabs between them.
+  [[nodiscard]] std::string table(std::string_view head, std::size_t fewest) const;
+
+ private:
+  struct Entry {
+    std::size_t count = 0;
+    std::size_t place = 0;
+  };
+
+  std::map<std::string, Entry> entries_;
+  std::size_t total_ = 0;
+};
+
+}  // namespace tessarok::frequencies

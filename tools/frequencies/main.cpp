@@ -1,0 +1,105 @@
+// Counts the words of the making half of the corpora and writes the tables that the word data are
+// made with. Exit status: 0 done, 2 an input or output that cannot be used.
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include "Alphabet.h"
+#include "Corpus.h"
+#include "Half.h"
+#include "Text.h"
+#include "WordCounts.h"
+#include "make_data/FileSetWriter.h"
+
+namespace {
+
+using namespace tessarok;
+using frequencies::WordCounts;
+namespace fs = std::filesystem;
+
+constexpr int kDone = 0;
+constexpr int kUnusable = 2;
+/// A word met once may be a slip.
+constexpr std::size_t kFewest = 2;
+
+struct Options {
+  fs::path corpora = "tools/measure/corpora.json";
+  fs::path rankedRussian;
+  fs::path rankedEnglish;
+  fs::path output = "tools/data";
+};
+
+bool isSpelledIn(const std::string& word, bool russian) {
+  const auto own = russian ? alphabet::Kind::cyrillic : alphabet::Kind::latin;
+  for (const auto character : text::Characters(word)) {
+    if (alphabet::kindOf(character) != own) return false;
+  }
+  return !word.empty();
+}
+
+void addRanks(const fs::path& list, bool russian, WordCounts& counts) {
+  std::ifstream stream(list);
+  if (!stream) throw std::runtime_error(list.string() + ": cannot be read");
+  std::size_t place = 0;
+  for (std::string line; std::getline(stream, line);) {
+    ++place;
+    const auto word = text::normalizedWord(line);
+    if (isSpelledIn(word, russian)) counts.rank(word, place);
+  }
+}
+
+std::string tableOf(const WordCounts& counts, const char* language) {
+  const std::string head =
+      std::string("# ") + language +
+      " words with the number of times they were counted and their place in a ranked list (0:\n"
+      "# none). Made by `make frequencies`; Resources/NOTICE.md tells the sources. Counted: " +
+      std::to_string(counts.total()) + "\n";
+  return counts.table(head, kFewest);
+}
+
+void run(const Options& options) {
+  WordCounts russian;
+  WordCounts english;
+  for (const auto& corpus : measure::readCorpora(options.corpora)) {
+    if (corpus.isCode) continue;
+    for (const auto& sentence : measure::sentencesOf(corpus)) {
+      if (measure::halfOf(sentence.text) != measure::Half::making) continue;
+      (corpus.russian ? russian : english).add(sentence.text, corpus.russian);
+    }
+  }
+  addRanks(options.rankedRussian, true, russian);
+  addRanks(options.rankedEnglish, false, english);
+  makedata::FileSetWriter writer(options.output);
+  writer.stage("frequencies_ru.tsv", tableOf(russian, "Russian"));
+  writer.stage("frequencies_en.tsv", tableOf(english, "English"));
+  writer.commit();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Options options;
+  CLI::App app("Makes the frequency tables of Tessarok", "tessarok-count-words");
+  app.add_option("output", options.output, "Directory of the tables")->capture_default_str();
+  app.add_option("--corpora", options.corpora, "The list of corpora")->capture_default_str();
+  app.add_option("--ranked-russian", options.rankedRussian, "Russian words by frequency")
+      ->required();
+  app.add_option("--ranked-english", options.rankedEnglish, "English words by frequency")
+      ->required();
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? kDone : kUnusable;
+  }
+  try {
+    run(options);
+    return kDone;
+  } catch (const std::exception& error) {
+    std::cerr << "tessarok-count-words: " << error.what() << '\n';
+    return kUnusable;
+  }
+}

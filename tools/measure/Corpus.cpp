@@ -1,0 +1,142 @@
+#include "Corpus.h"
+
+#include <algorithm>
+#include <fnmatch.h>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <stdexcept>
+#include <unordered_set>
+
+#include "SentenceSplitter.h"
+#include "Text.h"
+#include "Typography.h"
+#include "make_data/Program.h"
+
+namespace tessarok::measure {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+
+/// A line of code that is longer was not typed by hand.
+constexpr std::size_t kLongestLine = 120;
+
+std::string readFile(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  std::string bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+  if (!stream) throw std::runtime_error(file.string() + ": cannot be read");
+  if (file.extension() != ".gz") return bytes;
+  auto unpacked = makedata::runProgram({"gzip", "-dc"}, bytes);
+  if (unpacked.status != 0) throw std::runtime_error(file.string() + ": cannot be unpacked");
+  return std::move(unpacked.output);
+}
+
+Corpus::Files filesFrom(const Json& json) {
+  const auto format = textFormatNamed(json.at("format").get<std::string>());
+  if (!format) throw std::runtime_error("unknown format " + json.at("format").dump());
+  return {json.at("package").get<std::string>(), *format,
+          json.at("files").get<std::vector<std::string>>(),
+          json.value("except", std::vector<std::string>())};
+}
+
+Corpus corpusFrom(const Json& json) {
+  Corpus corpus;
+  corpus.name = json.at("name").get<std::string>();
+  corpus.title = json.at("title").get<std::string>();
+  const auto language = json.at("language").get<std::string>();
+  if (language != "ru" && language != "en" && language != "code") {
+    throw std::runtime_error("unknown language \"" + language + "\"");
+  }
+  corpus.russian = language == "ru";
+  corpus.isCode = language == "code";
+  for (const auto& files : json.at("from"))
+    corpus.files.push_back(filesFrom(files));
+  return corpus;
+}
+
+/// The package's own files, whatever other packages have put beside them.
+std::vector<fs::path> filesMatching(const Corpus::Files& files) {
+  const auto listing = makedata::runProgram({"dpkg-query", "-L", files.package}, "");
+  std::vector<fs::path> paths;
+  std::istringstream lines(listing.output);
+  for (std::string path; std::getline(lines, path);) {
+    const auto matches = [&](const std::string& pattern) {
+      return ::fnmatch(pattern.c_str(), path.c_str(), 0) == 0;
+    };
+    const auto endsPath = [&](const std::string& ending) { return path.ends_with(ending); };
+    if (!std::ranges::any_of(files.patterns, matches)) continue;
+    if (std::ranges::any_of(files.except, endsPath)) continue;
+    if (fs::is_regular_file(path) && !fs::is_symlink(path)) paths.emplace_back(path);
+  }
+  std::ranges::sort(paths);
+  if (paths.empty()) {
+    throw std::runtime_error("the package " + files.package + " with " + files.patterns.front() +
+                             " is not installed; `make measure` installs it");
+  }
+  return paths;
+}
+
+bool isTypedLine(std::string_view line) {
+  const auto isPrintable = [](char byte) { return byte >= ' ' && byte < 127; };
+  return line.size() <= kLongestLine && std::ranges::all_of(line, isPrintable) &&
+         line.find(' ') != std::string_view::npos;
+}
+
+/// Adds what fits the corpus and has not been met before.
+class Collector {
+ public:
+  explicit Collector(const Corpus& corpus) : corpus_(corpus) {}
+
+  void add(const std::string& paragraph) {
+    const auto typed = asTyped(paragraph);
+    if (corpus_.isCode) {
+      if (isTypedLine(typed)) addOnce(typed);
+      return;
+    }
+    for (auto& sentence : splitSentences(typed)) {
+      if (isSentenceOf(sentence, corpus_.russian)) addOnce(sentence);
+    }
+  }
+  std::vector<Sentence> take() { return std::move(sentences_); }
+
+ private:
+  void addOnce(const std::string& text) {
+    if (met_.insert(text).second) sentences_.push_back({text, corpus_.russian});
+  }
+
+  const Corpus& corpus_;
+  std::unordered_set<std::string> met_;
+  std::vector<Sentence> sentences_;
+};
+
+}  // namespace
+
+std::vector<Corpus> readCorpora(const fs::path& list) {
+  try {
+    std::vector<Corpus> corpora;
+    for (const auto& json : Json::parse(readFile(list)))
+      corpora.push_back(corpusFrom(json));
+    return corpora;
+  } catch (const Json::exception& error) {
+    throw std::runtime_error(list.string() + ": " + error.what());
+  }
+}
+
+std::vector<Sentence> sentencesOf(const Corpus& corpus) {
+  Collector collector(corpus);
+  for (const auto& files : corpus.files) {
+    for (const auto& file : filesMatching(files)) {
+      const auto bytes = readFile(file);
+      // A few old files are in another encoding; they say nothing about typing.
+      if (!text::isValidUtf8(bytes)) continue;
+      for (const auto& paragraph : paragraphsOf(bytes, files.format))
+        collector.add(paragraph);
+    }
+  }
+  return collector.take();
+}
+
+}  // namespace tessarok::measure

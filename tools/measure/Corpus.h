@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Sentence.h"
+#include "TextFormat.h"
+
+namespace tessarok::measure {
+
+/// A body of text from installed packages.
+struct Corpus {
+  /// Files that hold text in one format.
+  struct Files {
+    std::string package;
+    TextFormat format = TextFormat::plain;
+    /// Shell patterns.
+    std::vector<std::string> patterns;
+    /// Endings of file names to leave out.
+    std::vector<std::string> except;
+  };
+
+  std::string name;
+  std::string title;
+  bool russian = false;
+  /// Programs, file names and commands: typed in the right layout only.
+  bool isCode = false;
+  std::vector<Files> files;
+};
+
+/// Reads the list of corpora. Throws std::runtime_error that names the file and the fault.
+[[nodiscard]] std::vector<Corpus> readCorpora(const std::filesystem::path& list);
+
+/// Every sentence of the corpus once, in the order of the files. Throws std::runtime_error when a
+/// package is missing or a file cannot be read.
+[[nodiscard]] std::vector<Sentence> sentencesOf(const Corpus& corpus);
+
+}  // namespace tessarok::measure

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <map>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+#include "SentenceScore.h"
+
+namespace tessarok::measure {
+
+/// How often each miss happened: what was meant and what was shown, to the number of times.
+using MissCounts = std::map<std::pair<std::string, std::string>, std::size_t>;
+
+/// What was measured on one corpus, in sums that can be added.
+struct CorpusReport {
+  std::string name;
+  std::string title;
+  bool russian = false;
+  bool isCode = false;
+  std::size_t sentences = 0;
+  std::size_t words = 0;
+  MissCounts falseFixes;
+  std::size_t longWords = 0;
+  std::size_t longRight = 0;
+  std::size_t oneLetterWords = 0;
+  std::size_t oneLetterRight = 0;
+  std::size_t firstRight = 0;
+  std::size_t secondRight = 0;
+  MissCounts misses;
+
+  void addRightLayout(const SentenceScore& score);
+  void addWrongLayout(const SentenceScore& score);
+  /// Adds the sums of another part of the same corpus.
+  void add(const CorpusReport& part);
+
+  [[nodiscard]] std::size_t falseFixCount() const;
+  [[nodiscard]] double falseFixesPer10000() const;
+  /// Shares in per cent.
+  [[nodiscard]] double lettersRight() const;
+  [[nodiscard]] double oneLetterRightShare() const;
+  [[nodiscard]] double firstRightShare() const;
+  [[nodiscard]] double secondRightShare() const;
+};
+
+/// The figures and every miss, or only the most frequent `misses` of each kind.
+[[nodiscard]] nlohmann::ordered_json toJson(const CorpusReport& report, std::size_t misses);
+[[nodiscard]] CorpusReport reportFromJson(const nlohmann::ordered_json& json);
+
+}  // namespace tessarok::measure

@@ -1,0 +1,63 @@
+#include "SentenceScore.h"
+
+#include "Text.h"
+
+namespace tessarok::measure {
+
+namespace {
+
+struct Word {
+  std::string meant;
+  std::string shown;
+  std::size_t letters = 0;
+  bool lettersRight = true;
+};
+
+/// The words of the meant text with what stands in their places on the screen: a fix changes
+/// Characters but never their number.
+std::vector<Word> alignedWords(std::string_view meant, std::string_view shown) {
+  std::vector<Word> words(1);
+  auto place = text::Characters(shown).begin();
+  for (const auto character : text::Characters(meant)) {
+    const auto there = place == text::Characters::end() ? std::string_view() : *place;
+    if (place != text::Characters::end()) ++place;
+    if (character == " ") {
+      words.emplace_back();
+      continue;
+    }
+    auto& word = words.back();
+    word.meant += character;
+    word.shown += there;
+    if (!text::isLetter(character)) continue;
+    ++word.letters;
+    word.lettersRight = word.lettersRight && character == there;
+  }
+  return words;
+}
+
+}  // namespace
+
+SentenceScore scoreSentence(std::string_view meant, std::string_view shown) {
+  SentenceScore score;
+  for (auto& word : alignedWords(meant, shown)) {
+    if (word.meant.empty()) continue;
+    ++score.words;
+    if (word.meant != word.shown) score.changed.push_back({word.meant, word.shown});
+    if (word.letters == 1) {
+      ++score.oneLetterWords;
+      if (word.lettersRight) ++score.oneLetterRight;
+    }
+    if (word.letters < 2) continue;
+    ++score.longWords;
+    if (word.lettersRight) {
+      ++score.longRight;
+      score.firstRight = score.firstRight || score.longWords == 1;
+      score.secondRight = score.secondRight || score.longWords <= 2;
+    } else {
+      score.misses.push_back({std::move(word.meant), std::move(word.shown)});
+    }
+  }
+  return score;
+}
+
+}  // namespace tessarok::measure

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "Sentence.h"
+#include "platform/virtual/Session.h"
+
+namespace tessarok::measure {
+
+/// Types sentences key by key through the whole program on a virtual desktop. One per process.
+class SentenceTypist {
+ public:
+  enum class Layout { right, wrong };
+
+  /// `resources` is the directory of the word data.
+  explicit SentenceTypist(const std::filesystem::path& resources);
+
+  /// Types the keys that the sentence has on its language's keyboard, starting with that
+  /// language's layout selected or with the other one, and never looking up. The answer is what is
+  /// on the screen at the end of the line. No sentence knows of the one before it.
+  [[nodiscard]] std::string type(const Sentence& sentence, Layout layout);
+
+ private:
+  virtualdesktop::Session session_;
+};
+
+}  // namespace tessarok::measure

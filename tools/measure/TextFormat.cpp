@@ -1,0 +1,275 @@
+#include "TextFormat.h"
+
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <utility>
+
+#include "Text.h"
+
+namespace tessarok::measure {
+
+namespace {
+
+std::vector<std::string_view> linesOf(std::string_view text) {
+  std::vector<std::string_view> lines;
+  while (!text.empty()) {
+    const auto end = std::min(text.find('\n'), text.size());
+    lines.push_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return lines;
+}
+
+/// Collects lines into paragraphs.
+class Paragraphs {
+ public:
+  void add(std::string_view line) {
+    if (!current_.empty()) current_ += ' ';
+    current_ += line;
+  }
+  void end() {
+    if (!text::trimmed(current_).empty()) all_.push_back(std::move(current_));
+    current_.clear();
+  }
+  std::vector<std::string> take() {
+    end();
+    return std::move(all_);
+  }
+
+ private:
+  std::string current_;
+  std::vector<std::string> all_;
+};
+
+std::vector<std::string> fortuneParagraphs(std::string_view text) {
+  Paragraphs paragraphs;
+  for (const auto line : linesOf(text)) {
+    const auto trimmed = text::trimmed(line);
+    const bool isAuthor = trimmed.starts_with("--") || trimmed.starts_with("(c)");
+    const bool startsSpeech = trimmed.starts_with("- ") || line.starts_with("  ");
+    if (trimmed == "%" || trimmed.empty() || isAuthor || startsSpeech) paragraphs.end();
+    if (trimmed != "%" && !isAuthor)
+      paragraphs.add(trimmed.starts_with("- ") ? trimmed.substr(2) : trimmed);
+  }
+  return paragraphs.take();
+}
+
+std::vector<std::string> plainParagraphs(std::string_view text) {
+  Paragraphs paragraphs;
+  for (const auto line : linesOf(text)) {
+    const auto trimmed = text::trimmed(line);
+    if (trimmed.empty() || trimmed.starts_with("* ") || trimmed.starts_with("- ")) paragraphs.end();
+    paragraphs.add(trimmed);
+  }
+  return paragraphs.take();
+}
+
+std::vector<std::string> lineParagraphs(std::string_view text) {
+  Paragraphs paragraphs;
+  for (const auto line : linesOf(text)) {
+    paragraphs.add(text::trimmed(line));
+    paragraphs.end();
+  }
+  return paragraphs.take();
+}
+
+/// The line without font changes and special characters of troff.
+std::string withoutEscapes(std::string_view line) {
+  std::string plain;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (line[i] != '\\') {
+      plain += line[i];
+      continue;
+    }
+    if (++i >= line.size()) break;
+    if (line[i] == 'f') {
+      if (i + 1 < line.size() && line[i + 1] == '[') {
+        i = std::min(line.find(']', i), line.size());
+      } else {
+        ++i;
+      }
+    } else if (line[i] == '(') {
+      const auto name = line.substr(i + 1, 2);
+      plain += name == "aq" ? "'" : name == "em" || name == "en" ? "-" : "\"";
+      i += 2;
+    } else if (line[i] == '-') {
+      plain += '-';
+    } else if (line[i] == ' ' || line[i] == '~') {
+      plain += ' ';
+    } else if (line[i] == 'e') {
+      plain += '\\';
+    }
+  }
+  return plain;
+}
+
+/// The words of a request that sets its arguments in another font.
+bool isFontRequest(std::string_view name) {
+  constexpr std::array kRequests = {"B", "I", "BR", "BI", "IR", "RB", "RI", "IB"};
+  for (const std::string_view request : kRequests) {
+    if (name == request) return true;
+  }
+  return false;
+}
+
+std::vector<std::string> manParagraphs(std::string_view text) {
+  Paragraphs paragraphs;
+  bool isExample = false;
+  for (const auto line : linesOf(text)) {
+    if (!line.starts_with('.') && !line.starts_with('\'')) {
+      if (!isExample) paragraphs.add(withoutEscapes(line));
+      continue;
+    }
+    const auto end = std::min(line.find(' '), line.size());
+    const auto name = line.substr(1, end - 1);
+    if (name == "nf" || name == "EX") isExample = true;
+    if (name == "fi" || name == "EE") isExample = false;
+    if (isFontRequest(name) && !isExample) {
+      paragraphs.add(withoutEscapes(line.substr(std::min(end + 1, line.size()))));
+    } else {
+      paragraphs.end();
+    }
+  }
+  return paragraphs.take();
+}
+
+std::string entity(std::string_view name) {
+  constexpr std::array<std::pair<std::string_view, std::string_view>, 11> kNamed = {
+      {{"amp", "&"},
+       {"lt", "<"},
+       {"gt", ">"},
+       {"quot", "\""},
+       {"apos", "'"},
+       {"nbsp", " "},
+       {"mdash", "—"},
+       {"ndash", "–"},
+       {"laquo", "«"},
+       {"raquo", "»"},
+       {"hellip", "…"}}};
+  for (const auto& [known, meaning] : kNamed) {
+    if (name == known) return std::string(meaning);
+  }
+  if (!name.starts_with('#')) return "\uFFFD";
+  const bool hex = name.size() > 1 && (name[1] == 'x' || name[1] == 'X');
+  std::uint32_t scalar = 0;
+  const auto digits = name.substr(hex ? 2 : 1);
+  std::from_chars(digits.data(), digits.data() + digits.size(), scalar, hex ? 16 : 10);
+  std::string text;
+  if (scalar > 0 && scalar < 0x110000) text::appendScalar(scalar, text);
+  return text;
+}
+
+std::string lowerTagName(std::string_view tag) {
+  std::string name;
+  for (const char byte : tag) {
+    if (std::isalnum(static_cast<unsigned char>(byte)) == 0) break;
+    name += static_cast<char>(std::tolower(static_cast<unsigned char>(byte)));
+  }
+  return name;
+}
+
+bool isInline(std::string_view name) {
+  constexpr std::array kInline = {"a",   "b",   "i",    "em",   "strong", "span",
+                                  "tt",  "u",   "cite", "code", "abbr",   "font",
+                                  "kbd", "var", "sub",  "sup",  "acronym"};
+  for (const std::string_view known : kInline) {
+    if (name == known) return true;
+  }
+  return false;
+}
+
+/// What holds no running text: the end of such an element is searched for at once.
+bool isSkipped(std::string_view name) {
+  return name == "pre" || name == "script" || name == "style" || name == "head" || name == "nav";
+}
+
+/// Walks over an HTML text and collects the paragraphs.
+class HtmlReader {
+ public:
+  explicit HtmlReader(std::string_view text) : text_(text) {}
+
+  std::vector<std::string> read() {
+    while (position_ < text_.size()) {
+      const char byte = text_[position_];
+      if (byte == '<') {
+        readTag();
+      } else if (byte == '&') {
+        readEntity();
+      } else {
+        current_ += byte == '\n' ? ' ' : byte;
+        ++position_;
+      }
+    }
+    endParagraph();
+    return std::move(paragraphs_);
+  }
+
+ private:
+  void readTag() {
+    const bool isComment = text_.substr(position_).starts_with("<!--");
+    const auto end = isComment ? text_.find("-->", position_) : text_.find('>', position_);
+    auto tag =
+        text_.substr(position_ + 1, end == std::string_view::npos ? end : end - position_ - 1);
+    position_ = end == std::string_view::npos ? text_.size() : end + (isComment ? 3 : 1);
+    const bool closes = tag.starts_with('/');
+    if (closes) tag.remove_prefix(1);
+    const auto name = lowerTagName(tag);
+    if (!isComment && !isInline(name)) endParagraph();
+    if (!isComment && !closes && isSkipped(name)) skipTo("</" + name);
+  }
+
+  void skipTo(const std::string& endTag) {
+    const auto end = text_.find(endTag, position_);
+    position_ = end == std::string_view::npos ? text_.size() : end;
+  }
+
+  void readEntity() {
+    const auto end = text_.find(';', position_);
+    if (end == std::string_view::npos || end - position_ > 9) {
+      current_ += text_[position_++];
+      return;
+    }
+    current_ += entity(text_.substr(position_ + 1, end - position_ - 1));
+    position_ = end + 1;
+  }
+
+  void endParagraph() {
+    if (!text::trimmed(current_).empty()) paragraphs_.push_back(current_);
+    current_.clear();
+  }
+
+  std::string_view text_;
+  std::size_t position_ = 0;
+  std::string current_;
+  std::vector<std::string> paragraphs_;
+};
+
+}  // namespace
+
+std::optional<TextFormat> textFormatNamed(const std::string& name) {
+  if (name == "fortune") return TextFormat::fortune;
+  if (name == "html") return TextFormat::html;
+  if (name == "man") return TextFormat::man;
+  if (name == "plain") return TextFormat::plain;
+  if (name == "lines") return TextFormat::lines;
+  return std::nullopt;
+}
+
+std::vector<std::string> paragraphsOf(std::string_view text, TextFormat format) {
+  switch (format) {
+    case TextFormat::fortune:
+      return fortuneParagraphs(text);
+    case TextFormat::html:
+      return HtmlReader(text).read();
+    case TextFormat::man:
+      return manParagraphs(text);
+    case TextFormat::plain:
+      return plainParagraphs(text);
+    case TextFormat::lines:
+      return lineParagraphs(text);
+  }
+  return {};
+}
+
+}  // namespace tessarok::measure

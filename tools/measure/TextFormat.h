@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessarok::measure {
+
+/// How a corpus file holds its text.
+enum class TextFormat {
+  /// Sayings between lines of a single percent sign, with their authors on lines of their own.
+  fortune,
+  html,
+  /// A manual page with troff requests.
+  man,
+  /// Paragraphs between empty lines.
+  plain,
+  /// Every line by itself: programs and lists of file names.
+  lines,
+};
+
+/// Absent for an unknown name.
+[[nodiscard]] std::optional<TextFormat> textFormatNamed(const std::string& name);
+
+/// The running text of a file, a paragraph an element. `text` is UTF-8.
+[[nodiscard]] std::vector<std::string> paragraphsOf(std::string_view text, TextFormat format);
+
+}  // namespace tessarok::measure

@@ -1,0 +1,172 @@
+// Types sentences key by key through the whole program and reports how they come out. Exit status:
+// 0 done, 1 a figure is worse than the recorded one, 2 a wrong command line or an input or output
+// that cannot be used.
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Baseline.h"
+#include "Half.h"
+#include "HtmlReport.h"
+#include "Measurement.h"
+#include "Progress.h"
+#include "TextReport.h"
+
+namespace {
+
+using namespace tessarok::measure;
+using Json = nlohmann::ordered_json;
+
+constexpr int kDone = 0;
+constexpr int kWorse = 1;
+constexpr int kUnusable = 2;
+
+struct Options {
+  std::filesystem::path corpora = "tools/measure/corpora.json";
+  std::filesystem::path resources = "Resources";
+  std::vector<std::string> only;
+  std::string half = "judging";
+  std::size_t words = 0;
+  std::size_t misses = 40;
+  std::size_t processes = std::max(1U, std::thread::hardware_concurrency());
+  std::filesystem::path json;
+  std::filesystem::path html;
+  std::filesystem::path baseline;
+  std::filesystem::path writeBaseline;
+  std::filesystem::path writeSentences;
+};
+
+void declareOptions(CLI::App& app, Options& options) {
+  app.add_option("--corpora", options.corpora, "The list of corpora")->capture_default_str();
+  app.add_option("--resources", options.resources, "Directory of the word data")
+      ->capture_default_str();
+  app.add_option("--only", options.only, "Names of the corpora to measure; all without it");
+  app.add_option("--half", options.half, "Which sentences: judging, making or all")
+      ->capture_default_str()
+      ->check(CLI::IsMember({"judging", "making", "all"}));
+  app.add_option("--words", options.words, "About so many words of each corpus; 0 for all")
+      ->capture_default_str();
+  app.add_option("--misses", options.misses, "Longest list of misses")->capture_default_str();
+  app.add_option("--processes", options.processes, "Processes to type with")
+      ->capture_default_str()
+      ->check(CLI::Range(1, 256));
+  app.add_option("--json", options.json, "Write the figures to this file");
+  app.add_option("--html", options.html, "Write a page with charts to this file");
+  app.add_option("--baseline", options.baseline, "Fail when a figure is worse than in this file");
+  app.add_option("--write-baseline", options.writeBaseline, "Record the figures in this file");
+  app.add_option("--write-sentences", options.writeSentences,
+                 "Write the chosen sentences to a directory, a file for each corpus, and stop");
+}
+
+void writeFile(const std::filesystem::path& file, const std::string& content) {
+  std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+  stream << content;
+  stream.close();
+  if (!stream) throw std::runtime_error(file.string() + ": cannot be written");
+}
+
+std::vector<Sentence> chosenSentences(const Corpus& corpus, const Options& options) {
+  auto sentences = sentencesOf(corpus);
+  if (const auto half = halfNamed(options.half)) {
+    std::erase_if(sentences, [&](const Sentence& s) { return halfOf(s.text) != *half; });
+  }
+  if (options.words == 0) return sentences;
+  std::size_t words = 0;
+  for (const auto& sentence : sentences) {
+    words += 1 + static_cast<std::size_t>(std::ranges::count(sentence.text, ' '));
+  }
+  if (words <= options.words) return sentences;
+  // Evenly from the whole corpus, which is made of files of different kinds.
+  std::vector<Sentence> some;
+  std::size_t credit = 0;
+  for (auto& sentence : sentences) {
+    credit += options.words;
+    if (credit < words) continue;
+    credit -= words;
+    some.push_back(std::move(sentence));
+  }
+  return some;
+}
+
+std::vector<Task> makeTasks(const Options& options) {
+  std::vector<Task> tasks;
+  for (const auto& corpus : readCorpora(options.corpora)) {
+    const bool isWanted =
+        options.only.empty() || std::ranges::find(options.only, corpus.name) != options.only.end();
+    if (isWanted) tasks.push_back({corpus, chosenSentences(corpus, options)});
+  }
+  if (tasks.empty()) throw std::runtime_error("there is no corpus of that name");
+  return tasks;
+}
+
+int writeSentences(const std::vector<Task>& tasks, const std::filesystem::path& directory) {
+  std::filesystem::create_directories(directory);
+  for (const auto& task : tasks) {
+    std::string content;
+    for (const auto& sentence : task.sentences)
+      content += sentence.text + "\n";
+    writeFile(directory / (task.corpus.name + ".txt"), content);
+  }
+  return kDone;
+}
+
+int compareWithBaseline(const std::vector<CorpusReport>& reports,
+                        const std::filesystem::path& file) {
+  std::ifstream stream(file);
+  if (!stream) throw std::runtime_error(file.string() + ": cannot be read");
+  const auto complaints = worseThan(Json::parse(stream), reports);
+  for (const auto& complaint : complaints)
+    std::cerr << "worse: " << complaint << '\n';
+  return complaints.empty() ? kDone : kWorse;
+}
+
+int run(const Options& options) {
+  const auto tasks = makeTasks(options);
+  if (!options.writeSentences.empty()) return writeSentences(tasks, options.writeSentences);
+  std::vector<CorpusReport> reports;
+  {
+    Progress progress;
+    reports = measure(tasks, options.resources, options.processes,
+                      [&](std::size_t done, std::size_t all) { progress.show(done, all); });
+  }
+  std::cout << textReport(reports, options.misses);
+  if (!options.json.empty()) {
+    Json all = Json::array();
+    for (const auto& report : reports)
+      all.push_back(toJson(report, options.misses));
+    writeFile(options.json, all.dump(1) + "\n");
+  }
+  if (!options.html.empty()) writeFile(options.html, htmlReport(reports, options.misses));
+  if (!options.writeBaseline.empty()) {
+    writeFile(options.writeBaseline, baselineOf(reports).dump(2) + "\n");
+  }
+  return options.baseline.empty() ? kDone : compareWithBaseline(reports, options.baseline);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Options options;
+  CLI::App app("Types sentences through Tessarok and reports how they come out",
+               "tessarok-measure");
+  declareOptions(app, options);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? kDone : kUnusable;
+  }
+  try {
+    return run(options);
+  } catch (const std::exception& error) {
+    std::cerr << "tessarok-measure: " << error.what() << '\n';
+    return kUnusable;
+  }
+}
