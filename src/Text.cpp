@@ -56,14 +56,14 @@ std::size_t firstCharacterLength(std::string_view text) {
   return length;
 }
 
-/// Where the last scalar of a non-empty text starts.
+/// Where the last scalar of a non-empty text starts; a byte that belongs to none is its own.
 std::size_t lastScalarStart(std::string_view text) {
   std::size_t start = text.size() - 1;
   while (start > 0 && text.size() - start < 4 &&
          (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) {
     --start;
   }
-  return start;
+  return decode(text.substr(start)).length == text.size() - start ? start : text.size() - 1;
 }
 
 /// Where the last Character of a non-empty text starts.
