@@ -1,0 +1,70 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+#include "platform/virtual/TemporaryDirectory.h"
+#include "platform/virtual/VirtualDesktop.h"
+#include "support/FakeServices.h"
+
+namespace tessarok::testing {
+
+/// A virtual desktop some of whose services are the test's own, with a home and a data directory
+/// that go away with it. It is the process's desktop from its making on.
+class FakeDesktop final : public platform::Desktop {
+ public:
+  FakeDesktop();
+  FakeDesktop(const FakeDesktop&) = delete;
+  FakeDesktop& operator=(const FakeDesktop&) = delete;
+  /// Drains the program's queues, whose jobs use the desktop.
+  ~FakeDesktop() override;
+
+  [[nodiscard]] const std::filesystem::path& home() const { return home_.path(); }
+  /// The folder of the program's per-user files; not made yet.
+  [[nodiscard]] std::filesystem::path folder() const {
+    return posix::PosixFiles::defaultDataHome(home()) / "Tessarok";
+  }
+  /// Puts a data file in place, found as the bundle's resource.
+  void addResource(std::string_view name, std::string_view text);
+  /// The same with a list of tests/data.
+  void addAllTestData();
+  /// The keyboard, text field and clock behind the services.
+  [[nodiscard]] virtualdesktop::VirtualDesktop& base() { return base_; }
+
+  FakeApplication& application() override { return application_; }
+  FakeBundle& bundle() override { return bundle_; }
+  FakeEnvironment& environment() override { return environment_; }
+  FakeFiles& files() override { return files_; }
+  FakeInputSources& inputSources() override { return inputSources_; }
+  FakeKeyboard& keyboard() override { return keyboard_; }
+
+  virtualdesktop::VirtualAccessibility& accessibility() override { return base_.accessibility(); }
+  virtualdesktop::VirtualRunLoop& clock() override { return base_.clock(); }
+  virtualdesktop::VirtualEventTaps& eventTaps() override { return base_.eventTaps(); }
+  virtualdesktop::VirtualEvents& events() override { return base_.events(); }
+  posix::NotificationCentre& inputSourceNotifications() override {
+    return base_.inputSourceNotifications();
+  }
+  virtualdesktop::VirtualRunLoop& runLoop() override { return base_.runLoop(); }
+  virtualdesktop::VirtualSecureInput& secureInput() override { return base_.secureInput(); }
+  virtualdesktop::VirtualStatusBar& statusBar() override { return base_.statusBar(); }
+  virtualdesktop::VirtualSystemLog& systemLog() override { return base_.systemLog(); }
+  virtualdesktop::VirtualUserDefaults& userDefaults() override { return base_.userDefaults(); }
+  virtualdesktop::VirtualWorkspace& workspace() override { return base_.workspace(); }
+  posix::NotificationCentre& workspaceNotifications() override {
+    return base_.workspaceNotifications();
+  }
+
+ private:
+  virtualdesktop::TemporaryDirectory home_;
+  virtualdesktop::TemporaryDirectory data_;
+  virtualdesktop::VirtualDesktop base_;
+  FakeApplication application_;
+  FakeBundle bundle_;
+  FakeEnvironment environment_;
+  FakeFiles files_;
+  FakeInputSources inputSources_;
+  FakeKeyboard keyboard_;
+};
+
+}  // namespace tessarok::testing
