@@ -1,0 +1,276 @@
+// The program as a person calls it from a shell.
+
+#include <algorithm>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "platform/virtual/TemporaryDirectory.h"
+#include "support/ChildProcess.h"
+#include "support/TestFiles.h"
+
+namespace tessarok {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using testing::ProgramRun;
+using testing::runProgram;
+using testing::writeFile;
+using virtualdesktop::TemporaryDirectory;
+using Arguments = std::vector<std::string>;
+
+const std::string kData = TESSAROK_TEST_DATA;
+
+/// Whatever is wrong with a call is one line on standard error and nothing else.
+void expectRefusal(const ProgramRun& run) {
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_TRUE(run.err.ends_with('\n')) << run.err;
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+}
+
+void expectOutput(const ProgramRun& run, std::string_view out) {
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, out);
+  EXPECT_EQ(run.err, "");
+}
+
+ProgramRun type(Arguments arguments, std::string_view input = {}) {
+  arguments.insert(arguments.begin(), {"--resources", kData, "type"});
+  return runProgram(arguments, input);
+}
+
+std::vector<json> explain(Arguments arguments, std::string_view input = {}) {
+  TemporaryDirectory home;
+  arguments.insert(arguments.begin(), {"--resources", kData, "explain", "--json"});
+  const auto run = runProgram(arguments, input, {{"HOME", home.path()}, {"XDG_DATA_HOME", ""}});
+  EXPECT_EQ(run.status, 0) << run.err;
+  std::vector<json> lines;
+  std::size_t start = 0;
+  for (auto end = run.out.find('\n'); end != std::string::npos; end = run.out.find('\n', start)) {
+    lines.push_back(json::parse(run.out.substr(start, end - start)));
+    start = end + 1;
+  }
+  return lines;
+}
+
+TEST(CommandLine, HelpAndVersionSucceed) {
+  for (const Arguments& arguments :
+       {Arguments{"--help"}, Arguments{"-h"}, Arguments{"type", "--help"},
+        Arguments{"replay", "--help"}, Arguments{"explain", "--help"},
+        Arguments{"check-data", "--help"}}) {
+    const auto run = runProgram(arguments);
+    EXPECT_EQ(run.status, 0) << arguments.front();
+    EXPECT_NE(run.out, "") << arguments.front();
+    EXPECT_EQ(run.err, "") << arguments.front();
+  }
+  const auto version = runProgram({"--version"});
+  EXPECT_EQ(version.status, 0);
+  EXPECT_TRUE(version.out.starts_with("tessarok ")) << version.out;
+  EXPECT_EQ(version.err, "");
+}
+
+TEST(CommandLine, WrongCallsAreRefused) {
+  for (const Arguments& arguments : {
+           Arguments{"no-such-command"},
+           Arguments{"--no-such-option"},
+           Arguments{"type", "--from", "de", "x"},
+           Arguments{"type", "--from"},
+           Arguments{"type", "--no-such-option"},
+           Arguments{"explain"},
+           Arguments{"explain", "--ru-streak", "many", "x"},
+           Arguments{"replay", "a", "b"},
+           Arguments{"check-data", "a", "b"},
+           Arguments{"--resources"},
+       }) {
+    SCOPED_TRACE(::testing::PrintToString(arguments));
+    expectRefusal(runProgram(arguments));
+  }
+}
+
+TEST(CommandLine, FilesThatCannotBeReadAreRefused) {
+  TemporaryDirectory directory;
+  const auto missing = (directory.path() / "no.jsonl").string();
+  const auto refused = runProgram({"replay", missing});
+  expectRefusal(refused);
+  EXPECT_NE(refused.err.find(missing), std::string::npos) << refused.err;
+  expectRefusal(runProgram({"replay", directory.path()}));
+  expectRefusal(runProgram({"replay", "--home", missing}));
+  writeFile(directory.path() / "file", "");
+  expectRefusal(runProgram({"replay", "--home", directory.path() / "file"}));
+  expectRefusal(runProgram({"replay", directory.path() / "file" / "below"}));
+  expectRefusal(runProgram({"check-data", missing}));
+  expectRefusal(runProgram({"check-data", directory.path() / "file"}));
+}
+
+TEST(CommandLine, TextThatIsNotUtf8IsRefused) {
+  expectRefusal(type({"abc\xff"}));
+  expectRefusal(type({}, "abc\xff\n"));
+  expectRefusal(runProgram({"--resources", kData, "explain", "abc\xff"}));
+  expectRefusal(runProgram({"--resources", kData, "explain", "-"}, "good\nabc\xff\n"));
+}
+
+TEST(CommandLine, AReplayThatIsNotUtf8IsRefused) {
+  const auto run = runProgram({"replay"}, "{\"keys\": \"\xff\"}\n");
+  expectRefusal(run);
+  EXPECT_TRUE(run.err.starts_with("replay: line 1: ")) << run.err;
+}
+
+TEST(CommandLine, WrongReplayLinesAreNamed) {
+  for (const std::string_view line : {"{",
+                                      "[]",
+                                      "{}",
+                                      "1",
+                                      R"({"keys": "a", "wait": 1})",
+                                      R"({"keys": 1})",
+                                      R"({"keys": "я"})",
+                                      R"({"no": 1})",
+                                      R"({"print": ["no"]})",
+                                      R"({"wait": -1})",
+                                      R"({"wait": "1"})",
+                                      R"({"down": {}})",
+                                      R"({"down": {"code": 1.5}})",
+                                      R"({"down": {"code": 1, "no": 1}})",
+                                      R"({"down": {"code": 1, "mods": ["no"]}})",
+                                      R"({"select": "no"})",
+                                      R"({"enable": []})",
+                                      R"({"tap": "no"})",
+                                      R"({"fail": "no"})",
+                                      R"({"menu": "no"})",
+                                      R"({"click": "no"})",
+                                      R"({"file": {"../x": ""}})",
+                                      R"({"file": {"x": 1}})",
+                                      R"({"quit": false})",
+                                      R"({"setup": {}})",
+                                      R"({"keyboard": {"type": -1}})",
+                                      R"({"secure": 1})"}) {
+    SCOPED_TRACE(line);
+    const auto run = runProgram(
+        {"--resources", kData, "replay"},
+        "# a comment\n{\"keys\": \"a\"}\n\n" + std::string(line) + "\n{\"print\": [\"text\"]}\n");
+    expectRefusal(run);
+    EXPECT_TRUE(run.err.starts_with("replay: line 4: ")) << run.err;
+  }
+}
+
+TEST(CommandLine, WhatAReplayPrintedBeforeAWrongLineStands) {
+  const auto run = runProgram({"--resources", kData, "replay"},
+                              "{\"keys\": \"ab\"}\n{\"print\": [\"text\"]}\nwrong\n");
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.out, "{\"text\":\"ab\"}\n");
+  EXPECT_EQ(run.err.find("replay: line 3: "), 0u) << run.err;
+}
+
+TEST(CommandLine, MissingDataIsRefused) {
+  TemporaryDirectory empty;
+  for (const auto* command : {"type", "explain"}) {
+    SCOPED_TRACE(command);
+    expectRefusal(runProgram({"--resources", empty.path(), command, "ghbdtn"}));
+    expectRefusal(runProgram({"--resources", empty.path() / "no", command, "ghbdtn"}));
+  }
+}
+
+TEST(CommandLine, TypesWhatWouldBeOnTheScreen) {
+  // Once the first word has selected the Russian layout, the same keys type Russian letters.
+  expectOutput(type({"ghbdtn? rfr ltkf"}), "привет? как дела\n");
+  expectOutput(type({"ghbdtn"}), "ghbdtn\n");
+  expectOutput(type({"ghbdtn? rfr ltkf "}), "привет? как дела \n");
+  expectOutput(type({"руддщ цщкдв "}), "hello world \n");
+  expectOutput(type({"hello world "}), "hello world \n");
+  expectOutput(type({"ПРивет "}), "Привет \n");
+}
+
+TEST(CommandLine, JoinsTheWordsOfItsArguments) {
+  expectOutput(type({"ghbdtn", "vbh", "z"}), "привет мир я\n");
+}
+
+TEST(CommandLine, TypesStandardInput) {
+  expectOutput(type({}, "ghbdtn\nhello\n"), "привет\nhello\n");
+  expectOutput(type({}, ""), "\n");
+  expectOutput(type({}, "руддщ 👍 ok\n"), "hello 👍 ok\n");
+}
+
+TEST(CommandLine, StartsOnTheNamedLayout) {
+  // Latin letters cannot be typed on the Russian layout: the keys stay the same.
+  const auto run = type({"--from", "ru"}, "ghbdtn");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "привет\n");
+  expectOutput(type({"--from", "en"}, "ghbdtn "), "привет \n");
+}
+
+TEST(CommandLine, ExplainsADecision) {
+  const auto lines = explain({"ghbdtn,"});
+  ASSERT_EQ(lines.size(), 1u);
+  const auto& line = lines.front();
+  EXPECT_EQ(line["word"], "ghbdtn,");
+  EXPECT_EQ(line["decision"], (json{{"fromRu", false}, {"confidence", "high"}, {"trim", 1}}));
+  EXPECT_EQ(line["converted"], "привет,");
+  EXPECT_EQ(line["shiftLag"], nullptr);
+  EXPECT_EQ(line["shortRuCandidate"], false);
+  EXPECT_EQ(line["shortEnCandidate"], false);
+  EXPECT_TRUE(line["steps"].is_array());
+  EXPECT_FALSE(line["steps"].empty());
+}
+
+TEST(CommandLine, ExplainsWhatIsLeftAlone) {
+  const auto lines = explain({"hello", "yf", "ПРивет"});
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_EQ(lines[0]["decision"], nullptr);
+  EXPECT_EQ(lines[0]["converted"], nullptr);
+  EXPECT_EQ(lines[1]["shortRuCandidate"], true);
+  EXPECT_EQ(lines[2]["shiftLag"], "Привет");
+}
+
+TEST(CommandLine, ExplainsTheWordsOfStandardInput) {
+  const auto lines = explain({"-"}, "ghbdtn\r\nhello\nруддщ");
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_EQ(lines[0]["word"], "ghbdtn");
+  EXPECT_EQ(lines[1]["word"], "hello");
+  EXPECT_EQ(lines[2]["converted"], "hello");
+}
+
+TEST(CommandLine, StreaksCountInAnExplanation) {
+  EXPECT_EQ(explain({"vs"})[0]["decision"], nullptr);
+  EXPECT_EQ(explain({"--ru-streak", "1", "vs"})[0]["converted"], "мы");
+  EXPECT_EQ(explain({"--en-streak", "1", "vs"})[0]["decision"], nullptr);
+}
+
+TEST(CommandLine, ExplanationsKnowTheListsOfThePerson) {
+  TemporaryDirectory home;
+  writeFile(home.path() / ".local/share/Tessarok/dictionary.txt", "ghbdtn\n");
+  const auto run = [&](Arguments arguments) {
+    arguments.insert(arguments.begin(), {"--resources", kData, "explain", "--json"});
+    const auto ran = runProgram(arguments, {}, {{"HOME", home.path()}, {"XDG_DATA_HOME", ""}});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    return json::parse(ran.out);
+  };
+  EXPECT_EQ(run({"ghbdtn"})["decision"], nullptr);
+  EXPECT_EQ(run({"--no-lists", "ghbdtn"})["converted"], "привет");
+}
+
+TEST(CommandLine, GoodDataIsCalledGood) {
+  const auto run = runProgram({"check-data", kData});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 13);
+}
+
+TEST(CommandLine, BadDataIsNamedByFileAndLine) {
+  TemporaryDirectory data;
+  fs::copy(kData, data.path());
+  writeFile(data.path() / "dict_en.txt", "apple\nbear\nart\n");
+  writeFile(data.path() / "freq_short_ru.txt", "на\n\nслово\n");
+  writeFile(data.path() / "pack_it.txt", "git\n\xff\n");
+  fs::remove(data.path() / "proto_ru2.txt");
+  const auto run = runProgram({"check-data", data.path()});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_NE(run.err.find((data.path() / "dict_en.txt").string() + ":3: "), std::string::npos);
+  EXPECT_NE(run.err.find((data.path() / "freq_short_ru.txt").string() + ":3: "), std::string::npos);
+  EXPECT_NE(run.err.find((data.path() / "pack_it.txt").string() + ":2: "), std::string::npos);
+  EXPECT_NE(run.err.find("proto_ru2.txt: "), std::string::npos);
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 4) << run.err;
+}
+
+}  // namespace
+}  // namespace tessarok

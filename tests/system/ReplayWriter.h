@@ -1,0 +1,41 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace tessarok {
+
+/// Makes up replay lines of every kind, the same ones for the same seed. What it says is always
+/// allowed; whether it makes sense is left to chance.
+class ReplayWriter {
+ public:
+  explicit ReplayWriter(unsigned seed) : random_(seed) {}
+
+  [[nodiscard]] nlohmann::json setup();
+  /// Any line but "setup", "print" and "quit".
+  [[nodiscard]] nlohmann::json line();
+
+ private:
+  [[nodiscard]] nlohmann::json keys();
+  [[nodiscard]] nlohmann::json down();
+  [[nodiscard]] nlohmann::json up();
+  [[nodiscard]] nlohmann::json desktopLine();
+  [[nodiscard]] nlohmann::json file();
+  [[nodiscard]] nlohmann::json enable();
+  [[nodiscard]] std::string dictionaryText();
+  [[nodiscard]] std::size_t below(std::size_t limit) { return random_() % limit; }
+  template <typename Value>
+  [[nodiscard]] const Value& any(const std::vector<Value>& values) {
+    return values[below(values.size())];
+  }
+
+  std::mt19937 random_;
+  std::vector<std::string> enabled_ = {"com.apple.keylayout.US", "com.apple.keylayout.RussianWin"};
+  /// What is left of the word being typed, a key a line.
+  std::string pending_;
+  std::vector<int> held_;
+};
+
+}  // namespace tessarok
