@@ -1,0 +1,259 @@
+// The tap and its watchdog.
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+
+#include "DiagnosticLog.h"
+#include "KeyTap.h"
+#include "support/FakeDesktop.h"
+#include "support/TestFiles.h"
+
+namespace tessarok {
+namespace {
+
+using testing::FakeDesktop;
+
+constexpr double kInfinite = std::numeric_limits<double>::infinity();
+
+class KeyTapTest : public ::testing::Test {
+ protected:
+  KeyTapTest() { desktop.environment().variables["TESSAROK_DEBUG"] = ""; }
+
+  /// Presses a letter that the tap sees.
+  void type(const char16_t* letter) { desktop.base().keyDown({.code = 0, .characters = letter}); }
+  void pressPauseKey() { desktop.base().keyDown({.code = keyCodes::grave, .characters = u"`"}); }
+  void advance(double seconds) { desktop.clock().advance(seconds); }
+  /// The lines of the log that hold this text.
+  [[nodiscard]] int logged(std::string_view text) const {
+    DiagnosticLog::drain();
+    const auto file = desktop.home() / "tessarok.log";
+    if (!std::filesystem::exists(file)) return 0;
+    const auto log = testing::readFile(file);
+    int count = 0;
+    for (auto at = log.find(text); at != std::string::npos; at = log.find(text, at + 1))
+      ++count;
+    return count;
+  }
+  /// Whether the heartbeat recreates the tap after so much silence, with the hardware's last key
+  /// so long ago.
+  bool recreates(double silence, double hardware, double limit = 5.0) {
+    keyTap.stop();
+    keyTap.start();
+    advance(silence);
+    desktop.keyboard().silence = hardware;
+    return keyTap.heartbeatRecreateIfStale(limit);
+  }
+
+  FakeDesktop desktop;
+  KeyTap& keyTap = KeyTap::shared();
+};
+
+TEST_F(KeyTapTest, StartsATap) {
+  EXPECT_FALSE(keyTap.tapExists());
+  EXPECT_EQ(keyTap.lastKeyEventAt(), 0);
+  EXPECT_TRUE(keyTap.start());
+  EXPECT_TRUE(keyTap.tapExists());
+  EXPECT_TRUE(keyTap.tapIsEnabled());
+  EXPECT_EQ(keyTap.lastKeyEventAt(), desktop.clock().uptime());
+  EXPECT_EQ(logged("tap started enabled=true auto=true postAccess=true dictionaries=false\n"), 1);
+}
+
+TEST_F(KeyTapTest, StartingARunningTapChangesNothing) {
+  keyTap.start();
+  advance(1);
+  EXPECT_TRUE(keyTap.start());
+  EXPECT_EQ(logged("tap started"), 1);
+  EXPECT_EQ(keyTap.lastKeyEventAt(), desktop.clock().uptime() - 1);
+}
+
+TEST_F(KeyTapTest, StartingWithADisabledTapRecreatesIt) {
+  keyTap.start();
+  desktop.eventTaps().disable();
+  EXPECT_TRUE(keyTap.start());
+  EXPECT_TRUE(keyTap.tapIsEnabled());
+  EXPECT_TRUE(keyTap.word().untrackableWord);
+  EXPECT_EQ(logged("tap started"), 2);
+}
+
+TEST_F(KeyTapTest, NoTapIsStartedUnderSecureInput) {
+  desktop.secureInput().on = true;
+  EXPECT_FALSE(keyTap.start());
+  EXPECT_FALSE(keyTap.tapExists());
+  desktop.secureInput().on = false;
+  EXPECT_TRUE(keyTap.start());
+}
+
+TEST_F(KeyTapTest, ATapThatCannotBeCreatedChangesNothing) {
+  desktop.base().setTrusted(false);
+  EXPECT_FALSE(keyTap.start());
+  EXPECT_FALSE(keyTap.tapExists());
+  EXPECT_EQ(keyTap.lastKeyEventAt(), 0);
+  EXPECT_EQ(logged("tap started"), 0);
+}
+
+TEST_F(KeyTapTest, StoppingForgetsEverything) {
+  keyTap.start();
+  type(u"a");
+  desktop.base().keyDown({.code = keyCodes::space, .modifiers = 0x80000});
+  EXPECT_FALSE(keyTap.swallowedKeyUps().empty());
+  keyTap.stop();
+  EXPECT_FALSE(keyTap.tapExists());
+  EXPECT_EQ(keyTap.lastKeyEventAt(), 0);
+  EXPECT_TRUE(keyTap.swallowedKeyUps().empty());
+  EXPECT_TRUE(keyTap.word().buffer.empty());
+}
+
+TEST_F(KeyTapTest, AWorkingTapIsNotRearmed) {
+  keyTap.start();
+  type(u"a");
+  EXPECT_FALSE(keyTap.reArmIfDisabled());
+  EXPECT_EQ(keyTap.word().buffer, "a");
+}
+
+TEST_F(KeyTapTest, ADisabledTapIsRecreated) {
+  keyTap.start();
+  type(u"a");
+  desktop.eventTaps().disable();
+  EXPECT_TRUE(keyTap.reArmIfDisabled());
+  EXPECT_TRUE(keyTap.tapIsEnabled());
+  EXPECT_TRUE(keyTap.word().untrackableWord);
+  EXPECT_EQ(logged("*** WATCHDOG: tap disabled — recreating ***\n"), 1);
+}
+
+TEST_F(KeyTapTest, ADisabledTapWithoutPermissionIsNotRecreated) {
+  keyTap.start();
+  desktop.base().setTrusted(false);
+  EXPECT_FALSE(keyTap.reArmIfDisabled());
+  EXPECT_FALSE(keyTap.tapExists());
+}
+
+TEST_F(KeyTapTest, AMissingTapIsStarted) {
+  EXPECT_TRUE(keyTap.reArmIfDisabled());
+  EXPECT_TRUE(keyTap.tapIsEnabled());
+  EXPECT_FALSE(keyTap.word().untrackableWord);
+  EXPECT_EQ(logged("WATCHDOG"), 0);
+}
+
+TEST_F(KeyTapTest, SecureInputForgetsTheWordAndStartsTheSilenceAnew) {
+  keyTap.start();
+  type(u"a");
+  advance(10);
+  desktop.secureInput().on = true;
+  EXPECT_FALSE(keyTap.reArmIfDisabled());
+  EXPECT_TRUE(keyTap.word().buffer.empty());
+  EXPECT_EQ(keyTap.lastKeyEventAt(), desktop.clock().uptime());
+  advance(10);
+  EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
+  EXPECT_EQ(keyTap.lastKeyEventAt(), desktop.clock().uptime());
+  desktop.secureInput().on = false;
+  desktop.keyboard().silence = 1;
+  advance(4);
+  EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
+}
+
+TEST_F(KeyTapTest, TheHeartbeatNeedsSilenceAndRecentKeysOfTheHardware) {
+  struct Case {
+    double silence;
+    double hardware;
+    bool recreates;
+  };
+  const Case cases[] = {
+      {10.0, 4.0, true},        {10.0, 5.0, true},           {10.0, 5.001, false},
+      {10.0, 9.0, false},       {10.0, 0.0, true},           {10.0, -0.5, false},
+      {10.0, kInfinite, false}, {10.0, std::nan(""), false}, {6.0, 4.5, false},
+      {6.0, 4.0, false},        {6.0, 3.999, true},          {6.0, 0.0, true},
+      {5.0, 0.0, false},        {5.001, 0.0, true},          {4.0, 0.0, false},
+      {0.0, 0.0, false},        {1000.0, 1.0, true},
+  };
+  for (const auto& [silence, hardware, expected] : cases) {
+    EXPECT_EQ(recreates(silence, hardware), expected) << silence << " s, hardware " << hardware;
+  }
+}
+
+TEST_F(KeyTapTest, TheHeartbeatsLimitIsNeverBelowFiveSeconds) {
+  EXPECT_FALSE(recreates(4.5, 0.5, 3.0));
+  EXPECT_FALSE(recreates(5.0, 0.5, 3.0));
+  EXPECT_TRUE(recreates(5.5, 0.5, 3.0));
+  EXPECT_TRUE(recreates(5.5, 0.5, 5.0));
+  EXPECT_FALSE(recreates(8.0, 0.5, 8.0));
+  EXPECT_TRUE(recreates(8.5, 0.5, 8.0));
+  EXPECT_TRUE(recreates(5.5, 0.5, -1.0));
+  EXPECT_TRUE(recreates(5.5, 0.5, std::nan("")));
+  EXPECT_FALSE(recreates(100.0, 0.5, kInfinite));
+}
+
+TEST_F(KeyTapTest, ARecreatedTapKnowsNothingOfTheWordUntilItsEnd) {
+  EXPECT_TRUE(recreates(10.0, 1.0));
+  EXPECT_TRUE(keyTap.tapIsEnabled());
+  EXPECT_EQ(logged("*** WATCHDOG: hardware keystrokes missing from tap — recreating ***\n"), 1);
+  EXPECT_EQ(keyTap.lastKeyEventAt(), desktop.clock().uptime());
+  type(u"a");
+  EXPECT_TRUE(keyTap.word().untrackableWord);
+  EXPECT_TRUE(keyTap.word().buffer.empty());
+  desktop.base().keyDown({.code = keyCodes::space});
+  type(u"b");
+  EXPECT_EQ(keyTap.word().buffer, "b");
+}
+
+TEST_F(KeyTapTest, AKeyTheTapSawEndsTheSilence) {
+  keyTap.start();
+  advance(10);
+  type(u"a");
+  desktop.keyboard().silence = 0;
+  EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
+}
+
+TEST_F(KeyTapTest, NothingIsRecreatedWhilePaused) {
+  keyTap.start();
+  pressPauseKey();
+  EXPECT_EQ(keyTap.pausedUntil(), desktop.clock().uptime() + 5.0);
+  advance(4.9);
+  desktop.keyboard().silence = 0;
+  EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
+  pressPauseKey();
+  advance(4.999);
+  EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
+  advance(1);
+  EXPECT_TRUE(keyTap.heartbeatRecreateIfStale(5.0));
+}
+
+TEST_F(KeyTapTest, NothingIsRecreatedWhileSwitchedOff) {
+  keyTap.enabled = false;
+  EXPECT_FALSE(recreates(10.0, 1.0));
+  keyTap.enabled = true;
+  EXPECT_TRUE(keyTap.heartbeatRecreateIfStale(5.0));
+}
+
+TEST_F(KeyTapTest, TheHeartbeatLeavesMissingAndDisabledTapsAlone) {
+  desktop.keyboard().silence = 1;
+  advance(10);
+  EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
+  EXPECT_FALSE(keyTap.tapExists());
+  keyTap.start();
+  advance(10);
+  desktop.eventTaps().disable();
+  EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
+  EXPECT_FALSE(keyTap.tapIsEnabled());
+}
+
+TEST_F(KeyTapTest, TheSavedSwitchOfTheShiftFixIsReadAtTheStart) {
+  EXPECT_TRUE(keyTap.shiftFixEnabled);
+  desktop.userDefaults().setBoolean("shiftLagFix", false);
+  EXPECT_FALSE(std::make_shared<KeyTap>()->shiftFixEnabled);
+  desktop.userDefaults().setBoolean("shiftLagFix", true);
+  EXPECT_TRUE(std::make_shared<KeyTap>()->shiftFixEnabled);
+}
+
+TEST_F(KeyTapTest, ADestroyedKeyTapLeavesNoTap) {
+  {
+    const auto own = std::make_shared<KeyTap>();
+    EXPECT_TRUE(own->start());
+  }
+  // Nobody calls the object that is gone.
+  type(u"a");
+  EXPECT_EQ(desktop.base().textField().text(), "a");
+}
+
+}  // namespace
+}  // namespace tessarok

@@ -1,0 +1,79 @@
+#include <atomic>
+#include <future>
+#include <gtest/gtest.h>
+#include <numeric>
+#include <thread>
+#include <vector>
+
+#include "SerialQueue.h"
+
+namespace tessarok {
+namespace {
+
+TEST(SerialQueue, RunsJobsInTheOrderOfTheirSubmission) {
+  std::vector<int> done;
+  SerialQueue queue("test");
+  for (int i = 0; i < 1000; ++i)
+    queue.async([&done, i] { done.push_back(i); });
+  queue.drain();
+  std::vector<int> expected(1000);
+  std::iota(expected.begin(), expected.end(), 0);
+  EXPECT_EQ(done, expected);
+}
+
+TEST(SerialQueue, DrainingWaitsForTheJobInHand) {
+  std::promise<void> started;
+  std::promise<void> mayEnd;
+  std::atomic<bool> ended = false;
+  SerialQueue queue("test");
+  queue.async([&] {
+    started.set_value();
+    mayEnd.get_future().wait();
+    ended = true;
+  });
+  started.get_future().wait();
+  std::thread other([&] { mayEnd.set_value(); });
+  queue.drain();
+  EXPECT_TRUE(ended);
+  other.join();
+}
+
+TEST(SerialQueue, DrainingAnUnusedQueueReturnsAtOnce) {
+  SerialQueue queue("test");
+  queue.drain();
+  EXPECT_EQ(queue.label(), "test");
+}
+
+TEST(SerialQueue, DestructionFinishesEveryJob) {
+  int done = 0;
+  {
+    SerialQueue queue("test");
+    for (int i = 0; i < 100; ++i)
+      queue.async([&done] { ++done; });
+  }
+  EXPECT_EQ(done, 100);
+}
+
+TEST(SerialQueue, AJobMaySubmitAnother) {
+  std::vector<int> done;
+  SerialQueue queue("test");
+  queue.async([&] {
+    done.push_back(1);
+    queue.async([&done] { done.push_back(2); });
+  });
+  queue.drain();
+  EXPECT_EQ(done, (std::vector<int>{1, 2}));
+}
+
+TEST(SerialQueue, JobsRunOnOneThreadThatIsNotTheCallers) {
+  std::vector<std::thread::id> threads;
+  SerialQueue queue("test");
+  for (int i = 0; i < 3; ++i)
+    queue.async([&] { threads.push_back(std::this_thread::get_id()); });
+  queue.drain();
+  EXPECT_EQ(threads, std::vector<std::thread::id>(3, threads.front()));
+  EXPECT_NE(threads.front(), std::this_thread::get_id());
+}
+
+}  // namespace
+}  // namespace tessarok
