@@ -108,9 +108,14 @@ void AppDelegate::applicationWillTerminate() {
 }
 
 bool AppDelegate::mayRun() {
-  if (instances_ == Instances::onlyOne) return !olderInstanceRuns() && acquireInstanceLock();
-  if (acquireInstanceLock()) return true;
-  log("what is learned here stays in memory");
+  if (instances_ == Instances::onlyOne && olderInstanceRuns()) return false;
+  const auto obstacle = acquireInstanceLock();
+  if (!obstacle) return true;
+  if (instances_ == Instances::onlyOne) {
+    log(*obstacle);
+    return false;
+  }
+  log(*obstacle + "; what is learned here stays in memory");
   IgnoreList::keepInMemory();
   return true;
 }
@@ -126,20 +131,18 @@ bool AppDelegate::olderInstanceRuns() const {
   return false;
 }
 
-bool AppDelegate::acquireInstanceLock() {
+std::optional<std::string> AppDelegate::acquireInstanceLock() {
   auto& files = platform::desktop().files();
   const auto folder = UserDict::fileURL().parent_path();
   if (const auto error = files.createDirectories(folder)) {
-    log("could not create instance lock directory: " + *error);
-    return false;
+    return "could not create instance lock directory: " + *error;
   }
   auto result = files.lockExclusively(folder / "instance.lock");
   if (const auto* failure = std::get_if<platform::FileLockFailure>(&result)) {
-    log(lockFailureMessage(*failure));
-    return false;
+    return lockFailureMessage(*failure);
   }
   instanceLock_ = std::move(std::get<std::unique_ptr<platform::FileLock>>(result));
-  return true;
+  return std::nullopt;
 }
 
 void AppDelegate::loadPersistentData() {

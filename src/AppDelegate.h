@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/FileLock.h"
@@ -39,7 +41,8 @@ class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
 
  private:
   [[nodiscard]] bool olderInstanceRuns() const;
-  [[nodiscard]] bool acquireInstanceLock();
+  /// Why the lock could not be had; absent when it is held now.
+  [[nodiscard]] std::optional<std::string> acquireInstanceLock();
   [[nodiscard]] bool mayRun();
   void loadPersistentData();
   void warmUp();
