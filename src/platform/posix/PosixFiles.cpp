@@ -168,7 +168,11 @@ bool PosixFiles::isReadable(const fs::path& file) {
 std::optional<platform::FileStamp> PosixFiles::stamp(const fs::path& file) {
   struct stat status {};
   if (::stat(file.c_str(), &status) != 0) return std::nullopt;
+#ifdef __APPLE__
+  const auto& time = status.st_mtimespec;
+#else
   const auto& time = status.st_mtim;
+#endif
   return platform::FileStamp{
       .modified = static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec,
       .size = static_cast<std::uint64_t>(status.st_size),

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <CoreGraphics/CoreGraphics.h>
+#include <utility>
+
+#include "platform/EventSource.h"
+#include "platform/macos/CfRef.h"
+
+namespace tessarok::macos {
+
+class MacEventSource final : public platform::EventSource {
+ public:
+  explicit MacEventSource(CfRef<CGEventSourceRef> source) : source_(std::move(source)) {}
+
+  [[nodiscard]] CGEventSourceRef get() const { return source_.get(); }
+
+ private:
+  CfRef<CGEventSourceRef> source_;
+};
+
+}  // namespace tessarok::macos

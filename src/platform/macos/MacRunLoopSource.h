@@ -1,0 +1,21 @@
+#pragma once
+
+#include <CoreFoundation/CoreFoundation.h>
+#include <utility>
+
+#include "platform/RunLoopSource.h"
+#include "platform/macos/CfRef.h"
+
+namespace tessarok::macos {
+
+class MacRunLoopSource final : public platform::RunLoopSource {
+ public:
+  explicit MacRunLoopSource(CfRef<CFRunLoopSourceRef> source) : source_(std::move(source)) {}
+
+  [[nodiscard]] CFRunLoopSourceRef get() const { return source_.get(); }
+
+ private:
+  CfRef<CFRunLoopSourceRef> source_;
+};
+
+}  // namespace tessarok::macos
