@@ -33,6 +33,8 @@ constexpr int kTurnMilliseconds = 50;
   ::setenv("TERM", "xterm", 1);
   ::setenv("LC_ALL", "C.UTF-8", 1);
   ::setenv("PS1", "ready> ", 1);
+  // A shell that outlives the test would write into a home that is gone.
+  ::setenv("HISTFILE", "/dev/null", 1);
   for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "TESSAROK_RES", "INPUTRC", "ENV"}) {
     ::unsetenv(name);
   }
