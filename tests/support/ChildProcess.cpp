@@ -66,7 +66,7 @@ ProgramRun runProgram(const std::vector<std::string>& arguments, std::string_vie
   const auto in = temporaryFile();
   const auto out = temporaryFile();
   const auto err = temporaryFile();
-  std::fwrite(input.data(), 1, input.size(), in.get());
+  if (!input.empty()) std::fwrite(input.data(), 1, input.size(), in.get());
   std::rewind(in.get());
   const auto process = ::fork();
   if (process < 0) throw std::runtime_error("cannot fork");

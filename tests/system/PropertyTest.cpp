@@ -2,6 +2,7 @@
 // names the seed and the line, and prints the script as far as it got, ready for the program's
 // replay command.
 
+#include <fstream>
 #include <gtest/gtest.h>
 #include <istream>
 #include <set>
@@ -198,6 +199,9 @@ class Watcher {
     checkState();
   }
 
+  /// How often the program has retyped something.
+  [[nodiscard]] int replacements() const { return replacements_; }
+
  private:
   void checkState() {
     const auto& word = KeyTap::shared().word();
@@ -215,6 +219,7 @@ class Watcher {
 
   /// What the program posted arrives complete and in order, behind the key in hand.
   void applyPosted(const Events& posted) {
+    if (!posted.empty()) ++replacements_;
     for (const auto& event : posted) {
       if (!event.starts_with("down ")) continue;
       const auto what = event.substr(5);
@@ -334,10 +339,22 @@ class Watcher {
   bool reachable_ = true;
   bool deaf_ = false;
   std::set<KeyCode> swallowed_;
+  int replacements_ = 0;
 };
 
+/// The words of both dictionaries as keys of the US layout.
+std::vector<std::string> wordsOfBothLanguages() {
+  std::vector<std::string> words;
+  for (const std::string name : {"/dict_en.txt", "/dict_ru.txt"}) {
+    std::ifstream in(TESSAROK_TEST_DATA + name);
+    for (std::string word; std::getline(in, word);)
+      words.push_back(LayoutMap::convert(word, true));
+  }
+  return words;
+}
+
 void runScript(unsigned seed, int lines) {
-  ReplayWriter writer(seed);
+  ReplayWriter writer(seed, wordsOfBothLanguages());
   Watcher watcher;
   std::string written;
   int number = 0;
@@ -357,6 +374,9 @@ void runScript(unsigned seed, int lines) {
   EXPECT_FALSE(::testing::Test::HasFailure()) << "seed " << seed << ", line " << number << " of\n"
                                               << written;
   EXPECT_EQ(number, lines);
+  // A script that never makes the program retype anything would prove little.
+  EXPECT_GT(watcher.replacements(), lines / 50);
+  ::testing::Test::RecordProperty("replacements", watcher.replacements());
 }
 
 constexpr int kLines = 5000;
@@ -394,6 +414,9 @@ class PlainTyping {
  public:
   explicit PlainTyping(unsigned seed) : random_(seed) {}
 
+  /// After how many keys the last word stood as the program had fixed it.
+  [[nodiscard]] int fixes() const { return fixes_; }
+
   [[nodiscard]] std::string nextLine() {
     if (pending_.empty()) pending_ = nextWord();
     const char key = pending_.front();
@@ -418,9 +441,10 @@ class PlainTyping {
     }
   }
 
-  /// Forgets lines that are finished: no fix reaches behind one.
+  /// Checks, and is done with the lines that are finished: no fix reaches behind one.
   void endOfLine() {
     check();
+    if (KeyTap::shared().word().lastAutoFix) ++fixes_;
     for (std::size_t i = keys_.size(); i > 0; --i) {
       if (keys_[i - 1].typed != "\n") continue;
       checkedUpTo_ = i;
@@ -499,6 +523,7 @@ class PlainTyping {
   std::string pending_;
   std::vector<TypedKey> keys_;
   std::size_t checkedUpTo_ = 0;
+  int fixes_ = 0;
 };
 
 void typePlainly(unsigned seed, int lines) {
@@ -521,6 +546,7 @@ void typePlainly(unsigned seed, int lines) {
   EXPECT_FALSE(::testing::Test::HasFailure()) << "seed " << seed << ", line " << number << " of\n"
                                               << written;
   EXPECT_EQ(number, lines);
+  EXPECT_GT(typing.fixes(), lines / 100);
 }
 
 TEST(Property, PlainTypingLosesNothingWithSeed11) {

@@ -1,6 +1,7 @@
 #include "ReplayWriter.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tessarok {
 
@@ -57,17 +58,31 @@ json ReplayWriter::setup() {
   return {{"setup", fields}};
 }
 
+void ReplayWriter::queueRepair() {
+  enabled_ = {kLayouts[0], kLayouts[4]};
+  pending_.clear();
+  queued_ = {{{"secure", false}},         {{"trusted", true}}, {{"enable", enabled_}},
+             {{"select", any(enabled_)}}, {{"wait", 5.5}},     {{"keys", "\n"}}};
+  if (!std::exchange(switchedOn_, true)) queued_.push_front({{"menu", "Enabled"}});
+}
+
 json ReplayWriter::line() {
+  if (queued_.empty() && below(50) == 0) queueRepair();
+  if (!queued_.empty()) {
+    auto next = std::move(queued_.front());
+    queued_.pop_front();
+    return next;
+  }
   if (!pending_.empty()) return keys();
   const auto chance = below(100);
-  if (chance < 55) return keys();
-  if (chance < 75) return down();
-  if (chance < 82) return up();
+  if (chance < 70) return keys();
+  if (chance < 86) return down();
+  if (chance < 94) return up();
   return desktopLine();
 }
 
 json ReplayWriter::keys() {
-  if (pending_.empty()) pending_ = any(kWords) + any(kBoundaries);
+  if (pending_.empty()) pending_ = any(below(4) == 0 ? kWords : words_) + any(kBoundaries);
   // Words come whole now and then; only letters and spaces, whose place in the stream is plain.
   const auto end = std::find_if_not(pending_.begin(), pending_.end(),
                                     [](char c) { return (c >= 'a' && c <= 'z') || c == ' '; });
@@ -123,8 +138,11 @@ json ReplayWriter::desktopLine() {
       return {{"fail", any(Texts{"source", "event", "select", "write"})}};
     case 10:
       return {{"workspace", any(kWorkspace)}};
-    case 11:
-      return {{"menu", any(kMenu)}};
+    case 11: {
+      const auto& title = any(kMenu);
+      if (title == "Enabled") switchedOn_ = !switchedOn_;
+      return {{"menu", title}};
+    }
     case 12:
       return file();
     default:

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <deque>
 #include <nlohmann/json.hpp>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tessarok {
@@ -11,7 +13,9 @@ namespace tessarok {
 /// allowed; whether it makes sense is left to chance.
 class ReplayWriter {
  public:
-  explicit ReplayWriter(unsigned seed) : random_(seed) {}
+  /// `words` are what it types besides a few words of its own, as keys of the US layout.
+  ReplayWriter(unsigned seed, std::vector<std::string> words)
+      : random_(seed), words_(std::move(words)) {}
 
   [[nodiscard]] nlohmann::json setup();
   /// Any line but "setup", "print" and "quit".
@@ -31,7 +35,14 @@ class ReplayWriter {
     return values[below(values.size())];
   }
 
+  /// Lines that put everything back to where words are tracked; else a script would spend most
+  /// of its time where nothing happens.
+  void queueRepair();
+
   std::mt19937 random_;
+  std::vector<std::string> words_;
+  std::deque<nlohmann::json> queued_;
+  bool switchedOn_ = true;
   std::vector<std::string> enabled_ = {"com.apple.keylayout.US", "com.apple.keylayout.RussianWin"};
   /// What is left of the word being typed, a key a line.
   std::string pending_;
