@@ -124,8 +124,9 @@ int runExplain(const Options& options, const ExplainOptions& explain) {
     explainAll(readStandardInput(), explain);
     return 0;
   }
-  for (const auto& word : explain.words) {
+  for (const auto& word : explain.words)
     requireUtf8(word, "the word");
+  for (const auto& word : explain.words) {
     const auto explanation = explainWord(word, explain);
     explain.json ? printJson(explanation) : printText(explanation);
   }

@@ -108,6 +108,7 @@ TEST(CommandLine, TextThatIsNotUtf8IsRefused) {
   expectRefusal(type({"abc\xff"}));
   expectRefusal(type({}, "abc\xff\n"));
   expectRefusal(runProgram({"--resources", kData, "explain", "abc\xff"}));
+  expectRefusal(runProgram({"--resources", kData, "explain", "good", "abc\xff"}));
   expectRefusal(runProgram({"--resources", kData, "explain", "-"}, "good\nabc\xff\n"));
 }
 

@@ -72,6 +72,14 @@ TEST_F(PosixFilesTest, AReplacedFileKeepsItsMode) {
   EXPECT_EQ(modeOf(folder / "a.txt"), 0644u);
 }
 
+TEST_F(PosixFilesTest, ASymbolicLinkToNothingYetStaysOne) {
+  fs::create_directory(folder / "elsewhere");
+  fs::create_symlink("elsewhere/new.txt", folder / "link.txt");
+  EXPECT_EQ(files.writeAtomically(folder / "link.txt", "text"), std::nullopt);
+  EXPECT_TRUE(fs::is_symlink(folder / "link.txt"));
+  EXPECT_EQ(files.read(folder / "elsewhere" / "new.txt", nullptr), "text");
+}
+
 TEST_F(PosixFilesTest, ASymbolicLinkStaysOne) {
   fs::create_directory(folder / "elsewhere");
   writeFile(folder / "elsewhere" / "real.txt", "old\n");

@@ -125,12 +125,18 @@ void flushFolder(const fs::path& folder) {
   if (descriptor.isOpen()) ::fsync(descriptor.get());
 }
 
-/// Where a write has to go so that a symbolic link at `file` stays one.
-fs::path linkTarget(const fs::path& file) {
+/// Where a write has to go so that a symbolic link at `file` stays one, whether or not there is
+/// anything at its end.
+fs::path linkTarget(fs::path file) {
+  constexpr int kMostLinks = 40;
   std::error_code error;
-  if (!fs::is_symlink(file, error)) return file;
-  const auto target = fs::weakly_canonical(file, error);
-  return error ? file : target;
+  for (int links = 0; links < kMostLinks && fs::is_symlink(file, error); ++links) {
+    const auto target = fs::read_symlink(file, error);
+    if (error) break;
+    // An absolute target stands for itself.
+    file = file.parent_path() / target;
+  }
+  return file;
 }
 
 fs::path homeOfUser() {

@@ -70,6 +70,8 @@ json menuValue(const platform::Menu& menu) {
 }
 
 json listsValue() {
+  // Whoever has read the lists may rely on the files.
+  IgnoreList::flush();
   return {{"ignored", IgnoreList::words()},
           {"session", IgnoreList::sessionWords()},
           {"rejects", json(IgnoreList::rejectCounts())},
