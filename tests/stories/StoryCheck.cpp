@@ -2,14 +2,13 @@
 //
 // usage: tessarok_story_check PROGRAM DATA-DIRECTORY STORY
 
-#include <sys/wait.h>
-
 #include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <sys/wait.h>
 #include <vector>
 
 namespace {
@@ -49,7 +48,8 @@ std::optional<std::vector<Expectation>> readExpectations(const std::string& stor
 
 std::string quoted(const std::string& argument) {
   std::string text = "'";
-  for (const char c : argument) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  for (const char c : argument)
+    text += c == '\'' ? std::string("'\\''") : std::string(1, c);
   return text + "'";
 }
 
@@ -65,7 +65,8 @@ std::optional<std::vector<json>> play(const std::string& program, const std::str
   }
   std::string output;
   char chunk[4096];
-  while (const auto count = std::fread(chunk, 1, sizeof chunk, pipe)) output.append(chunk, count);
+  while (const auto count = std::fread(chunk, 1, sizeof chunk, pipe))
+    output.append(chunk, count);
   const int status = pclose(pipe);
   if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
     std::cerr << "the replay failed with status " << status << '\n';
