@@ -8,6 +8,9 @@
 
 #include "commands/CheckDataCommand.h"
 #include "commands/CommandError.h"
+#ifdef TESSAROK_HAS_X11
+#include "commands/DesktopCommand.h"
+#endif
 #include "commands/ExplainCommand.h"
 #include "commands/ReplayCommand.h"
 #include "commands/TerminalCommand.h"
@@ -95,7 +98,8 @@ class CommandLine {
 
   void addTerminal() {
     auto* terminal = app_.add_subcommand(
-        "terminal", "correct what is typed into a program in this terminal; the default");
+        "terminal",
+        "correct what is typed into a program in this terminal; the default without a display");
     terminal->add_option("COMMAND", terminal_.command,
                          "the program and its arguments, after --; the login shell without it");
     terminal->callback([this] { command_ = [this] { return runTerminal(options_, terminal_); }; });
@@ -108,7 +112,15 @@ class CommandLine {
         [this] { command_ = [this] { return runCheckData(options_, checkDirectory_); }; });
   }
 
-  int runDesktop() { return runTerminal(options_, terminal_); }
+  /// The desktop that there is; in a terminal the terminal, if there is no other.
+  int runDesktop() {
+#ifdef TESSAROK_HAS_X11
+    if (hasDisplay()) {
+      if (const auto status = tessarok::commands::runDesktop(options_)) return *status;
+    }
+#endif
+    return runTerminal(options_, terminal_);
+  }
 
   CLI::App app_{"Puts words right that were typed in the wrong keyboard layout.", "tessarok"};
   Options options_;

@@ -31,6 +31,7 @@ class PollLoop final : public platform::RunLoop {
   /// Runs until `stop`.
   void run();
   void stop() { stopped_ = true; }
+  [[nodiscard]] bool isStopped() const { return stopped_; }
   /// Runs everything queued on the main queue, first in first out, until nothing is left. For a
   /// source that serves several events in one turn, each of which is to find the queue empty.
   void runQueue();

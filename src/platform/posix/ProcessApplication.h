@@ -1,23 +1,33 @@
 #pragma once
 
+#include <filesystem>
+#include <optional>
+#include <utility>
+#include <vector>
+
 #include "platform/Application.h"
 #include "platform/posix/PollLoop.h"
 
 namespace tessarok::posix {
 
-/// This process, where no system keeps a list of running applications: a second copy is known by
-/// the lock that the first one holds.
+/// This process, where no system keeps a list of running applications: another copy is known by
+/// the lock file, in which the one that took the lock leaves its process identifier. Main thread.
 class ProcessApplication final : public platform::Application {
  public:
-  explicit ProcessApplication(PollLoop& loop) : loop_(loop) {}
+  /// `lockFile` is absent for programs of which any number may run.
+  explicit ProcessApplication(PollLoop& loop,
+                              std::optional<std::filesystem::path> lockFile = std::nullopt)
+      : loop_(loop), lockFile_(std::move(lockFile)) {}
 
   void becomeAccessory() override {}
   platform::RunningApplication self() override;
-  std::vector<platform::RunningApplication> running(std::string_view) override { return {self()}; }
+  /// This process and, if it still runs this program, the one that the lock file names.
+  std::vector<platform::RunningApplication> running(std::string_view identifier) override;
   void terminate() override { loop_.stop(); }
 
  private:
   PollLoop& loop_;
+  std::optional<std::filesystem::path> lockFile_;
 };
 
 }  // namespace tessarok::posix

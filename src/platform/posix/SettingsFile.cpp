@@ -15,19 +15,30 @@ std::string withoutNumber(const std::string& message) {
   return message.starts_with('[') && end != std::string::npos ? message.substr(end + 2) : message;
 }
 
-/// Throws `std::exception` saying what is wrong with the text, and where.
-std::map<std::string, bool, std::less<>> parse(const std::string& text) {
-  const auto object = nlohmann::json::parse(text);
-  if (!object.is_object()) throw std::runtime_error("the file holds no JSON object");
-  std::map<std::string, bool, std::less<>> values;
-  for (const auto& [key, value] : object.items()) {
-    if (!value.is_boolean()) throw std::runtime_error("\"" + key + "\" is neither true nor false");
-    values.emplace(key, value.get<bool>());
-  }
-  return values;
+/// Whether a setting is a text, and no switch.
+bool isText(std::string_view key) {
+  return key == "manualKey";
 }
 
 }  // namespace
+
+/// Throws `std::exception` saying what is wrong with the text, and where.
+SettingsFile::Values SettingsFile::parse(const std::string& text) {
+  const auto object = nlohmann::json::parse(text);
+  if (!object.is_object()) throw std::runtime_error("the file holds no JSON object");
+  Values values;
+  for (const auto& [key, value] : object.items()) {
+    if (value.is_boolean() && !isText(key)) {
+      values.emplace(key, value.get<bool>());
+    } else if (value.is_string() && isText(key)) {
+      values.emplace(key, value.get<std::string>());
+    } else {
+      throw std::runtime_error("\"" + key + "\" is " +
+                               (isText(key) ? "no text" : "neither true nor false"));
+    }
+  }
+  return values;
+}
 
 SettingsFile::SettingsFile(std::filesystem::path file, platform::Files& files,
                            platform::SystemLog& log)
@@ -44,7 +55,17 @@ std::filesystem::path SettingsFile::locationFor(const std::filesystem::path& hom
 std::optional<bool> SettingsFile::boolean(std::string_view key) {
   if (!isLoaded_) load();
   const auto found = values_.find(key);
-  return found == values_.end() ? std::nullopt : std::optional(found->second);
+  if (found == values_.end()) return std::nullopt;
+  const auto* value = std::get_if<bool>(&found->second);
+  return value == nullptr ? std::nullopt : std::optional(*value);
+}
+
+std::optional<std::string> SettingsFile::string(std::string_view key) {
+  if (!isLoaded_) load();
+  const auto found = values_.find(key);
+  if (found == values_.end()) return std::nullopt;
+  const auto* value = std::get_if<std::string>(&found->second);
+  return value == nullptr ? std::nullopt : std::optional(*value);
 }
 
 void SettingsFile::setBoolean(std::string_view key, bool value) {
@@ -71,7 +92,11 @@ void SettingsFile::load() {
 void SettingsFile::save() {
   auto error = files_.createDirectories(file_.parent_path());
   if (!error) {
-    error = files_.writeAtomically(file_, nlohmann::json(values_).dump(2) + "\n");
+    auto object = nlohmann::json::object();
+    for (const auto& [key, value] : values_) {
+      std::visit([&, &name = key](const auto& plain) { object[name] = plain; }, value);
+    }
+    error = files_.writeAtomically(file_, object.dump(2) + "\n");
   }
   isUnsaved_ = error.has_value();
   if (error) report("could not save settings " + file_.string() + ": " + *error);

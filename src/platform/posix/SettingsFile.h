@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 
 #include "platform/Files.h"
 #include "platform/SystemLog.h"
@@ -12,7 +13,8 @@
 
 namespace tessarok::posix {
 
-/// The person's switches in a file, a JSON object of booleans. A file that cannot be used is
+/// The person's switches in a file, a JSON object of booleans; a few settings are texts, which
+/// only the person changes. A file that cannot be used is
 /// reported once and left as it is: changes then last until the program ends. Main thread.
 class SettingsFile final : public platform::UserDefaults {
  public:
@@ -24,9 +26,14 @@ class SettingsFile final : public platform::UserDefaults {
 
   std::optional<bool> boolean(std::string_view key) override;
   void setBoolean(std::string_view key, bool value) override;
+  /// A setting that is a text; absent when it was never set or is none.
+  [[nodiscard]] std::optional<std::string> string(std::string_view key);
 
  private:
-  using Values = std::map<std::string, bool, std::less<>>;
+  using Value = std::variant<bool, std::string>;
+  using Values = std::map<std::string, Value, std::less<>>;
+
+  [[nodiscard]] static Values parse(const std::string& text);
 
   void load();
   void save();

@@ -1,0 +1,102 @@
+#include "commands/DesktopCommand.h"
+
+#include <cstdlib>
+#include <initializer_list>
+#include <iostream>
+#include <memory>
+#include <signal.h>
+#include <string>
+#include <utility>
+#include <variant>
+
+#include "AppDelegate.h"
+#include "DiagnosticLog.h"
+#include "Dict.h"
+#include "InputSource.h"
+#include "platform/posix/SignalPipe.h"
+#include "platform/x11/Watchdog.h"
+#include "platform/x11/X11Desktop.h"
+#include "platform/x11/XConnection.h"
+
+namespace tessarok::commands {
+
+namespace {
+
+using x11::X11Desktop;
+using x11::XConnection;
+
+constexpr int kNotStarted = 1;
+
+void say(const std::string& message) {
+  std::cerr << "tessarok: " << message << std::endl;
+}
+
+/// What the layouts of the display lack; empty when nothing.
+std::string missingLayouts() {
+  bool hasEnglish = false;
+  bool hasRussian = false;
+  std::string names;
+  for (const auto& layout : InputSource::enabledLayouts()) {
+    const auto identifier = layout->identifier().value_or("");
+    hasEnglish = hasEnglish || InputSource::isInGroup(identifier, false);
+    hasRussian = hasRussian || InputSource::isInGroup(identifier, true);
+    names += (names.empty() ? "" : ", ") + identifier;
+  }
+  if (hasEnglish && hasRussian) return {};
+  const auto* missing = hasEnglish ? "no Russian" : hasRussian ? "no English" : "neither";
+  return std::string("both an English and a Russian keyboard layout are needed, and there is ") +
+         missing + " one among " + names;
+}
+
+/// There may be no icon to say it.
+void sayWhatIsMissing() {
+  if (!Dict::en().isAvailable() || !Dict::ru().isAvailable()) {
+    say("the word data is missing; automatic correction is off, ⌥Space works");
+  }
+  if (const auto missing = missingLayouts(); !missing.empty()) {
+    say(missing + "; waiting for them");
+  }
+}
+
+int correct(X11Desktop& desktop) {
+  auto& loop = desktop.runLoop();
+  posix::SignalPipe signals({SIGTERM, SIGINT, SIGHUP, SIGQUIT}, [&loop](int) { loop.stop(); });
+  loop.add(signals);
+  const auto delegate = std::make_shared<AppDelegate>(AppDelegate::Instances::onlyOne);
+  delegate->applicationDidFinishLaunching();
+  const bool isEnding = loop.isStopped();
+  if (isEnding) {
+    say("not started; is it running already?");
+  } else {
+    sayWhatIsMissing();
+    if (delegate->tapRunning()) say("correcting in every application of this display");
+    loop.run();
+  }
+  delegate->applicationWillTerminate();
+  DiagnosticLog::drain();
+  loop.remove(signals);
+  return isEnding ? kNotStarted : 0;
+}
+
+}  // namespace
+
+bool hasDisplay() {
+  const char* display = std::getenv("DISPLAY");
+  return display != nullptr && *display != '\0';
+}
+
+std::optional<int> runDesktop(const Options& options) {
+  // Before there is a connection, or a thread, that both processes would have.
+  auto watchdog = std::make_unique<x11::Watchdog>();
+  auto opened = XConnection::open();
+  if (const auto* reason = std::get_if<std::string>(&opened)) {
+    say("cannot correct in the applications of this display: " + *reason);
+    return std::nullopt;
+  }
+  X11Desktop desktop(std::move(std::get<std::unique_ptr<XConnection>>(opened)), std::move(watchdog),
+                     options.resources, {});
+  platform::setDesktop(desktop);
+  return correct(desktop);
+}
+
+}  // namespace tessarok::commands

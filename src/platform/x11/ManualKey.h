@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace tessarok::x11 {
+
+/// The keys that convert a word by hand.
+struct ManualKey {
+  /// The setting that chooses them.
+  static constexpr const char* kSetting = "manualKey";
+
+  bool altSpace = true;
+  bool pause = true;
+
+  /// "both", "alt-space" or "pause"; absent for any other value.
+  [[nodiscard]] static std::optional<ManualKey> named(std::string_view value) {
+    if (value == "both") return ManualKey{};
+    if (value == "alt-space") return ManualKey{true, false};
+    if (value == "pause") return ManualKey{false, true};
+    return std::nullopt;
+  }
+};
+
+}  // namespace tessarok::x11

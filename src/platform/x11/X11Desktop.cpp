@@ -1,0 +1,192 @@
+#include "platform/x11/X11Desktop.h"
+
+#include <X11/XKBlib.h>
+#include <X11/Xlib.h>
+#include <X11/extensions/XInput2.h>
+#include <poll.h>
+#include <utility>
+
+namespace tessarok::x11 {
+
+namespace {
+
+/// Seconds in which all messages about one change of the keymap have come.
+constexpr double kSettle = 0.05;
+
+std::optional<std::filesystem::path> lockFileOf(platform::Files& files) {
+  const auto folder = files.applicationSupportDirectory();
+  return folder ? std::optional(*folder / "Tessarok" / "instance.lock") : std::nullopt;
+}
+
+}  // namespace
+
+X11Desktop::X11Desktop(std::unique_ptr<XConnection> connection, std::unique_ptr<Watchdog> watchdog,
+                       std::optional<std::filesystem::path> resources,
+                       const MakeSessionServices& makeServices)
+    : watchdog_(std::move(watchdog)),
+      connection_(std::move(connection)),
+      application_(runLoop_, lockFileOf(*files_)),
+      bundle_(std::move(resources)),
+      userDefaults_(posix::SettingsFile::locationFor(files_->homeDirectory()), *files_, systemLog_),
+      layouts_(*connection_),
+      focus_(*connection_),
+      keyboards_(*connection_),
+      typist_(*connection_, layouts_, runLoop_),
+      eventTaps_(std::make_unique<X11EventTaps>(
+          X11EventTaps::Parts{keyboards_, layouts_, typist_, runLoop_}, manualKey())),
+      keyboard_(clock_, layouts_),
+      services_(makeServices
+                    ? makeServices({runLoop_, environment_, systemLog_, workspaceNotifications_})
+                    : SessionServices{}),
+      secureInput_(focus_, services_.secureInput),
+      source_(
+          connection_->descriptor(), [this] { return pollEvents(); }, [this](short) { serve(); }) {
+  connect();
+}
+
+X11Desktop::~X11Desktop() {
+  connection_->onLost = nullptr;
+  runLoop_.remove(source_);
+}
+
+ManualKey X11Desktop::manualKey() {
+  const auto value = userDefaults_.string(ManualKey::kSetting);
+  if (!value) return {};
+  const auto key = ManualKey::named(*value);
+  if (!key) {
+    systemLog_.write(std::string("Tessarok: the setting \"") + ManualKey::kSetting + "\" is \"" +
+                     *value + "\", which is none of \"both\", \"alt-space\" and \"pause\"");
+  }
+  return key.value_or(ManualKey{});
+}
+
+void X11Desktop::connect() {
+  layouts_.onSelected = [this] {
+    runLoop_.async([this] {
+      inputSourceNotifications_.announce("kTISNotifySelectedKeyboardInputSourceChanged");
+    });
+  };
+  layouts_.onEnabledChanged = [this] {
+    runLoop_.async([this] {
+      inputSourceNotifications_.announce("kTISNotifyEnabledKeyboardInputSourcesChanged");
+    });
+  };
+  layouts_.onKeymapChanged = [this] { keymapChanged(); };
+  layouts_.onControlsChanged = [this] { keyboards_.silenceSyntheticRepeats(); };
+  focus_.onChange = [this] {
+    workspaceNotifications_.announce("NSWorkspaceDidActivateApplicationNotification");
+  };
+  eventTaps_->onRefused = [this](const std::string& reason) { report(reason); };
+  eventTaps_->onHeld = [this](bool held) { keyboardsHeld(held); };
+  connection_->onLost = [this] {
+    systemLog_.write("Tessarok: the X server has gone");
+    runLoop_.stop();
+  };
+  runLoop_.add(source_);
+}
+
+platform::StatusBar& X11Desktop::statusBar() {
+  if (services_.statusBar != nullptr) return *services_.statusBar;
+  return noStatusBar_;
+}
+
+platform::Workspace& X11Desktop::workspace() {
+  if (services_.workspace != nullptr) return *services_.workspace;
+  return noWorkspace_;
+}
+
+void X11Desktop::keyboardsHeld(bool held) {
+  if (!watchdog_) return;
+  if (!held) return watchdog_->stop();
+  const auto lost = [this] {
+    eventTaps_->close();
+    report("the watchdog process has ended, so the keyboards are not held any more");
+    runLoop_.stop();
+  };
+  if (!watchdog_->start(runLoop_, lost)) lost();
+}
+
+void X11Desktop::report(const std::string& problem) {
+  if (std::exchange(reported_, problem) == problem) return;
+  systemLog_.write("Tessarok: " + problem);
+}
+
+void X11Desktop::keymapChanged() {
+  // One change is told in many messages.
+  if (std::exchange(isCopyDue_, true)) return;
+  runLoop_.after(kSettle, [this] {
+    isCopyDue_ = false;
+    keyboards_.copyKeymap();
+    keyboards_.silenceSyntheticRepeats();
+  });
+}
+
+short X11Desktop::pollEvents() {
+  if (connection_->isLost()) return 0;
+  // Waiting for an answer may have brought events in: of those the descriptor tells nothing.
+  if (XPending(connection_->display()) > 0) runLoop_.async([this] { serve(); });
+  return POLLIN;
+}
+
+void X11Desktop::serve() {
+  auto* display = connection_->display();
+  while (!connection_->isLost() && XPending(display) > 0) {
+    XEvent event;
+    XNextEvent(display, &event);
+    dispatch(event);
+    runLoop_.runQueue();
+  }
+}
+
+void X11Desktop::dispatch(XEvent& event) {
+  if (event.type == connection_->xkbEvent()) return layouts_.handleXkb(event);
+  switch (event.type) {
+    case GenericEvent:
+      return dispatchInput(event);
+    case PropertyNotify:
+    case FocusIn:
+    case FocusOut:
+    case UnmapNotify:
+    case DestroyNotify:
+      return focus_.handle(event);
+    case MappingNotify:
+      XRefreshKeyboardMapping(&event.xmapping);
+      return;
+    default:
+      return;
+  }
+}
+
+void X11Desktop::dispatchInput(XEvent& event) {
+  auto* display = connection_->display();
+  auto& cookie = event.xcookie;
+  if (cookie.extension != connection_->inputOpcode()) return;
+  if (XGetEventData(display, &cookie) == 0) return;
+  const auto* key = static_cast<const XIDeviceEvent*>(cookie.data);
+  const auto* raw = static_cast<const XIRawEvent*>(cookie.data);
+  switch (cookie.evtype) {
+    case XI_KeyPress:
+      eventTaps_->keyDown(key->deviceid, static_cast<std::uint8_t>(key->detail),
+                          (key->flags & XIKeyRepeat) != 0);
+      break;
+    case XI_KeyRelease:
+      eventTaps_->keyUp(key->deviceid, static_cast<std::uint8_t>(key->detail));
+      break;
+    case XI_RawKeyPress:
+      keyboard_.noteKeyDown();
+      break;
+    case XI_RawButtonPress:
+      eventTaps_->buttonDown(raw->detail);
+      break;
+    case XI_HierarchyChanged:
+      eventTaps_->updateKeyboards();
+      break;
+    default:
+      break;
+  }
+  XFreeEventData(display, &cookie);
+  // The key is on its way before anything else is done.
+  connection_->flush();
+}
+
+}  // namespace tessarok::x11

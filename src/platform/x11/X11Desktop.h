@@ -1,0 +1,107 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/Desktop.h"
+#include "platform/posix/CallbackSource.h"
+#include "platform/posix/DataDirectoryBundle.h"
+#include "platform/posix/MonotonicClock.h"
+#include "platform/posix/NotificationCentre.h"
+#include "platform/posix/PollLoop.h"
+#include "platform/posix/PosixFiles.h"
+#include "platform/posix/ProcessApplication.h"
+#include "platform/posix/ProcessEnvironment.h"
+#include "platform/posix/SettingsFile.h"
+#include "platform/posix/StandardErrorLog.h"
+#include "platform/x11/FocusWatch.h"
+#include "platform/x11/Keyboards.h"
+#include "platform/x11/Layouts.h"
+#include "platform/x11/Typist.h"
+#include "platform/x11/Watchdog.h"
+#include "platform/x11/X11EventTaps.h"
+#include "platform/x11/X11PlainServices.h"
+#include "platform/x11/X11Services.h"
+#include "platform/x11/XConnection.h"
+
+union _XEvent;
+
+namespace tessarok::x11 {
+
+/// A desktop on an X server. Main thread.
+class X11Desktop final : public platform::Desktop {
+ public:
+  /// `resources` is the directory of the data files, absent to search for it; `makeServices` may
+  /// be empty. Throws `std::runtime_error` when the server has no keymap.
+  X11Desktop(std::unique_ptr<XConnection> connection, std::unique_ptr<Watchdog> watchdog,
+             std::optional<std::filesystem::path> resources,
+             const MakeSessionServices& makeServices);
+  X11Desktop(const X11Desktop&) = delete;
+  X11Desktop& operator=(const X11Desktop&) = delete;
+  ~X11Desktop() override;
+
+  X11Accessibility& accessibility() override { return accessibility_; }
+  posix::ProcessApplication& application() override { return application_; }
+  posix::DataDirectoryBundle& bundle() override { return bundle_; }
+  posix::MonotonicClock& clock() override { return clock_; }
+  posix::ProcessEnvironment& environment() override { return environment_; }
+  X11EventTaps& eventTaps() override { return *eventTaps_; }
+  X11Events& events() override { return events_; }
+  posix::PosixFiles& files() override { return *files_; }
+  Layouts& inputSources() override { return layouts_; }
+  posix::NotificationCentre& inputSourceNotifications() override {
+    return inputSourceNotifications_;
+  }
+  X11Keyboard& keyboard() override { return keyboard_; }
+  posix::PollLoop& runLoop() override { return runLoop_; }
+  X11SecureInput& secureInput() override { return secureInput_; }
+  platform::StatusBar& statusBar() override;
+  posix::StandardErrorLog& systemLog() override { return systemLog_; }
+  posix::SettingsFile& userDefaults() override { return userDefaults_; }
+  platform::Workspace& workspace() override;
+  posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
+
+ private:
+  [[nodiscard]] ManualKey manualKey();
+  void connect();
+  [[nodiscard]] short pollEvents();
+  void serve();
+  void dispatch(_XEvent& event);
+  void dispatchInput(_XEvent& event);
+  void keymapChanged();
+  void keyboardsHeld(bool held);
+  void report(const std::string& problem);
+
+  posix::MonotonicClock clock_;
+  posix::PollLoop runLoop_{clock_};
+  posix::StandardErrorLog systemLog_;
+  std::unique_ptr<posix::PosixFiles> files_ = posix::PosixFiles::ofUser();
+  std::unique_ptr<Watchdog> watchdog_;
+  std::unique_ptr<XConnection> connection_;
+  posix::ProcessApplication application_;
+  posix::DataDirectoryBundle bundle_;
+  posix::ProcessEnvironment environment_;
+  posix::SettingsFile userDefaults_;
+  posix::NotificationCentre inputSourceNotifications_;
+  posix::NotificationCentre workspaceNotifications_;
+  Layouts layouts_;
+  FocusWatch focus_;
+  Keyboards keyboards_;
+  Typist typist_;
+  std::unique_ptr<X11EventTaps> eventTaps_;
+  X11Accessibility accessibility_;
+  X11Events events_;
+  X11Keyboard keyboard_;
+  X11NoStatusBar noStatusBar_;
+  X11NoWorkspace noWorkspace_;
+  SessionServices services_;
+  X11SecureInput secureInput_;
+  posix::CallbackSource source_;
+  bool isCopyDue_ = false;
+  /// What was reported last; the same problem comes again every few seconds.
+  std::string reported_;
+};
+
+}  // namespace tessarok::x11

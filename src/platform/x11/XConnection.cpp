@@ -1,0 +1,120 @@
+#include "platform/x11/XConnection.h"
+
+#include <X11/XKBlib.h>
+#include <X11/Xlib.h>
+#include <X11/extensions/XInput2.h>
+#include <X11/extensions/XTest.h>
+#include <cstdlib>
+#include <string_view>
+
+namespace tessarok::x11 {
+
+namespace {
+
+/// Errors of all requests so far; Xlib tells them to a function, not to an object.
+unsigned long errorCount = 0;
+
+int noteError(Display*, XErrorEvent*) {
+  ++errorCount;
+  return 0;
+}
+
+/// A server that runs inside a Wayland session sees keys only while one of its own windows has
+/// them, and cannot switch the layout of the others.
+bool isInsideWayland(Display* display) {
+  int opcode = 0;
+  int event = 0;
+  int error = 0;
+  if (XQueryExtension(display, "XWAYLAND", &opcode, &event, &error) != 0) return true;
+  int count = 0;
+  auto* devices = XIQueryDevice(display, XIAllDevices, &count);
+  bool found = false;
+  for (int i = 0; i < count; ++i) {
+    found = found || std::string_view(devices[i].name).find("xwayland-") == 0;
+  }
+  if (devices != nullptr) XIFreeDeviceInfo(devices);
+  return found;
+}
+
+}  // namespace
+
+std::variant<std::unique_ptr<XConnection>, std::string> XConnection::open() {
+  XSetErrorHandler(&noteError);
+  auto* display = XOpenDisplay(nullptr);
+  if (display == nullptr) {
+    const char* name = std::getenv("DISPLAY");
+    return "cannot open the display \"" + std::string(name == nullptr ? "" : name) + "\"";
+  }
+  std::unique_ptr<XConnection> connection(new XConnection(display));
+  if (auto missing = connection->prepare(); !missing.empty()) return missing;
+  return connection;
+}
+
+XConnection::XConnection(Display* display) : display_(display), root_(DefaultRootWindow(display)) {}
+
+XConnection::~XConnection() {
+  // Closing a connection that has gone would only fail again.
+  if (!isLost_) XCloseDisplay(display_);
+}
+
+int XConnection::descriptor() const {
+  return ConnectionNumber(display_);
+}
+
+void XConnection::flush() const {
+  XFlush(display_);
+}
+
+std::string XConnection::prepare() {
+  int event = 0;
+  int error = 0;
+  if (XQueryExtension(display_, "XInputExtension", &inputOpcode_, &event, &error) == 0) {
+    return "the X server has no XInput extension";
+  }
+  int major = 2;
+  int minor = 2;
+  if (XIQueryVersion(display_, &major, &minor) != Success || major < 2) {
+    return "the X server has no XInput 2";
+  }
+  int opcode = 0;
+  if (XTestQueryExtension(display_, &event, &error, &major, &minor) == 0) {
+    return "the X server has no XTEST extension";
+  }
+  int xkbMajor = XkbMajorVersion;
+  int xkbMinor = XkbMinorVersion;
+  if (XkbQueryExtension(display_, &opcode, &xkbEvent_, &error, &xkbMajor, &xkbMinor) == 0) {
+    return "the X server has no XKB extension";
+  }
+  if (isInsideWayland(display_)) {
+    return "this display is part of a Wayland session, in which an X11 program sees only the keys "
+           "of X11 windows";
+  }
+  // Keys must go on while another program holds the server.
+  XTestGrabControl(display_, True);
+  watchForLoss();
+  return {};
+}
+
+void XConnection::watchForLoss() {
+  XSetIOErrorExitHandler(
+      display_,
+      [](Display*, void* data) {
+        auto& self = *static_cast<XConnection*>(data);
+        if (self.isLost_) return;
+        self.isLost_ = true;
+        if (self.onLost) self.onLost();
+      },
+      this);
+}
+
+ErrorTrap::ErrorTrap(XConnection& connection) : connection_(connection) {
+  XSync(connection_.display(), False);
+  before_ = errorCount;
+}
+
+bool ErrorTrap::failed() {
+  XSync(connection_.display(), False);
+  return errorCount != before_;
+}
+
+}  // namespace tessarok::x11
