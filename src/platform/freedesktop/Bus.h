@@ -1,0 +1,77 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <systemd/sd-bus.h>
+
+#include "platform/RunLoop.h"
+#include "platform/freedesktop/BusMessage.h"
+#include "platform/freedesktop/BusSlot.h"
+#include "platform/posix/PollSource.h"
+
+namespace tessarok::freedesktop {
+
+/// A connection to a message bus, served by the run loop. Main thread.
+///
+/// Nothing here waits for an answer: a bus or a program that hangs must not hold up the keys.
+/// Once the connection is lost every operation does nothing.
+class Bus final : public posix::PollSource {
+ public:
+  /// Microseconds that a call may take before it counts as failed.
+  static constexpr std::uint64_t kPatience = 5'000'000;
+
+  /// Each is null when there is no such bus, with the reason in `reason`. `loop` outlives the bus.
+  [[nodiscard]] static std::unique_ptr<Bus> openSession(platform::RunLoop& loop,
+                                                        std::string& reason);
+  [[nodiscard]] static std::unique_ptr<Bus> openSystem(platform::RunLoop& loop,
+                                                       std::string& reason);
+  [[nodiscard]] static std::unique_ptr<Bus> openAddress(platform::RunLoop& loop,
+                                                        const std::string& address,
+                                                        std::string& reason);
+  Bus(const Bus&) = delete;
+  Bus& operator=(const Bus&) = delete;
+  /// Closes at once. Not to be destroyed by a handler of its own; slots may outlive the bus.
+  ~Bus() override;
+
+  [[nodiscard]] bool isOpen() const { return bus_ != nullptr; }
+  /// Called on a later turn of the loop when the other end has closed the connection.
+  std::function<void()> onClosed;
+
+  /// Calls `handler` for every signal that the match rule describes.
+  [[nodiscard]] BusSlot match(const std::string& rule, BusSlot::Handler handler);
+  /// Offers an interface of an object; `vtable` and `object` outlive the slot.
+  [[nodiscard]] BusSlot addObject(const char* path, const char* interface,
+                                  const sd_bus_vtable* vtable, void* object);
+  /// Asks for a well-known name. Being refused is no reason to stop: the connection's own name
+  /// does as well for everything but being found by people.
+  [[nodiscard]] BusSlot requestName(const std::string& name);
+
+  [[nodiscard]] BusMessage methodCall(const std::string& destination, const std::string& path,
+                                      const char* interface, const char* member);
+  [[nodiscard]] BusMessage signal(const char* path, const char* interface, const char* member);
+  /// Sends a call; `handler` gets the reply or the error. The answer is ignored once the slot is
+  /// gone. An empty slot when the call cannot be sent.
+  [[nodiscard]] BusSlot call(BusMessage message, BusSlot::Handler handler,
+                             std::uint64_t patience = kPatience);
+  void send(BusMessage message);
+
+  [[nodiscard]] int descriptor() const override;
+  [[nodiscard]] short events() const override;
+  void ready(short events) override;
+
+ private:
+  Bus(platform::RunLoop& loop, sd_bus* bus);
+  static std::unique_ptr<Bus> started(platform::RunLoop& loop, int result, sd_bus* bus,
+                                      std::string& reason);
+  void process();
+  void processAfter(std::uint64_t microseconds);
+  void close();
+
+  platform::RunLoop& loop_;
+  sd_bus* bus_;
+  /// Lets calls that wait in the loop see whether the bus still is.
+  std::shared_ptr<Bus*> self_ = std::make_shared<Bus*>(this);
+};
+
+}  // namespace tessarok::freedesktop
