@@ -9,8 +9,10 @@ using Words = std::vector<std::string>;
 Words formsOf(std::string_view dictionary) {
   const AffixTable table = AffixTable::parse("SFX S Y 1\nSFX S 0 s .\n", "x.aff");
   Words forms;
-  expandHunspell(dictionary, table, "x.dic",
-                 [&forms](std::u32string_view form) { forms.push_back(encodeUtf8(form)); });
+  expandHunspell(dictionary, table, "x.dic", [&forms](const std::vector<std::u32string>& ofEntry) {
+    for (const auto& form : ofEntry)
+      forms.push_back(encodeUtf8(form));
+  });
   return forms;
 }
 

@@ -52,5 +52,10 @@ TEST(Scowl, RefusesLinesThatAreNotOneWord) {
             "l:2: a line must hold one word");
 }
 
+TEST(Scowl, TellsTheSizeOfAList) {
+  EXPECT_EQ(sizeOfScowlList("/usr/share/dict/scowl/english-words.10"), 10);
+  EXPECT_EQ(sizeOfScowlList("special-hacker.50"), 50);
+}
+
 }  // namespace
 }  // namespace tessarok::makedata::test

@@ -28,6 +28,15 @@ bool isWord(std::string_view word, bool russian) {
          });
 }
 
+/// CMake, but not IDs: in the dictionary such a name would look like a Shift key held too long.
+bool hasTwoLeadingCapitals(std::string_view word) {
+  const auto second = word.substr(text::firstCharacter(word).size());
+  const auto third = second.substr(text::firstCharacter(second).size());
+  return text::count(word) >= 4 && text::isUppercase(text::firstCharacter(word)) &&
+         text::isUppercase(text::firstCharacter(second)) &&
+         std::ranges::all_of(text::Characters(third), &text::isLowercase);
+}
+
 }  // namespace
 
 void WordCounts::add(std::string_view sentence, bool russian) {
@@ -40,11 +49,30 @@ void WordCounts::add(std::string_view sentence, bool russian) {
       const auto hyphen = std::min(token.find('-'), token.size());
       const auto part = token.substr(0, hyphen);
       token.remove_prefix(std::min(hyphen + 1, token.size()));
-      if (!isWord(part, russian)) continue;
+      if (!isWord(part, russian) || hasTwoLeadingCapitals(part)) continue;
       ++entries_[text::lowercased(part)].count;
       ++total_;
     }
   }
+}
+
+void WordCounts::addCode(std::string_view line) {
+  std::string run;
+  const auto end = [&] {
+    if (run.size() > 1 && !hasTwoLeadingCapitals(run)) {
+      ++entries_[text::lowercased(run)].count;
+      ++total_;
+    }
+    run.clear();
+  };
+  for (const char byte : line) {
+    if (alphabet::kindOf(std::string_view(&byte, 1)) == Kind::latin) {
+      run += byte;
+    } else {
+      end();
+    }
+  }
+  end();
 }
 
 void WordCounts::rank(const std::string& word, std::size_t place) {

@@ -13,6 +13,8 @@ class WordCounts final {
   /// Counts the words of a sentence of one language: its runs of letters, in lower case. Words with
   /// an apostrophe or a full stop inside, addresses and the like say nothing and are left out.
   void add(std::string_view sentence, bool russian);
+  /// Counts the runs of Latin letters in a line of a program or of file names.
+  void addCode(std::string_view line);
   /// Gives a word its place in a list by frequency; the first place is 1.
   void rank(const std::string& word, std::size_t place);
 

@@ -65,10 +65,13 @@ void run(const Options& options) {
   WordCounts russian;
   WordCounts english;
   for (const auto& corpus : measure::readCorpora(options.corpora)) {
-    if (corpus.isCode) continue;
     for (const auto& sentence : measure::sentencesOf(corpus)) {
       if (measure::halfOf(sentence.text) != measure::Half::making) continue;
-      (corpus.russian ? russian : english).add(sentence.text, corpus.russian);
+      if (corpus.isCode) {
+        english.addCode(sentence.text);
+      } else {
+        (corpus.russian ? russian : english).add(sentence.text, corpus.russian);
+      }
     }
   }
   addRanks(options.rankedRussian, true, russian);

@@ -24,7 +24,7 @@ void refuseUnknownFlags(std::u32string_view flags, const AffixTable& table,
 }  // namespace
 
 void expandEntries(const std::vector<Line>& entries, const AffixTable& table,
-                   const std::filesystem::path& file, const FormSink& sink) {
+                   const std::filesystem::path& file, const FormsSink& sink) {
   std::vector<std::u32string> forms;
   for (const Line& line : entries) {
     const std::string_view entry = trimmed(line.text.substr(0, line.text.find('\t')));
@@ -36,13 +36,12 @@ void expandEntries(const std::vector<Line>& entries, const AffixTable& table,
     refuseUnknownFlags(flags, table, file, line.number);
     forms.clear();
     table.expand(stem, flags, forms);
-    for (const std::u32string& form : forms)
-      sink(form);
+    sink(forms);
   }
 }
 
 void expandHunspell(std::string_view utf8, const AffixTable& table,
-                    const std::filesystem::path& file, const FormSink& sink) {
+                    const std::filesystem::path& file, const FormsSink& sink) {
   std::vector<Line> lines = splitLines(utf8);
   // The number is a hint that real dictionaries get wrong, so only its presence is checked: without
   // it the file is not a dictionary and its first word would be lost.

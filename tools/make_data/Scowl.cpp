@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <string>
 #include <system_error>
 
 #include "InputError.h"
@@ -64,6 +65,10 @@ std::vector<std::filesystem::path> findScowlLists(const std::filesystem::path& d
     throw InputError(directory, 0, "the list " + std::string(kCommonest) + " is missing");
   }
   return lists;
+}
+
+int sizeOfScowlList(const std::filesystem::path& list) {
+  return std::stoi(list.extension().string().substr(1));
 }
 
 void readScowlList(std::string_view utf8, const std::filesystem::path& file, const FormSink& sink) {

@@ -1,17 +1,21 @@
 #include "WordData.h"
 
-#include <array>
+#include <algorithm>
+#include <map>
 #include <string>
+#include <unordered_set>
 
 #include "AffixDictionary.h"
 #include "AffixTable.h"
 #include "Alphabet.h"
 #include "AspellArchive.h"
 #include "ByteOrder.h"
+#include "ConflictResolver.h"
+#include "FrequencyTable.h"
 #include "HandList.h"
 #include "InputError.h"
+#include "KeyText.h"
 #include "Manifest.h"
-#include "NgramSet.h"
 #include "Scowl.h"
 #include "Text.h"
 #include "WordCollector.h"
@@ -26,13 +30,165 @@ constexpr const char* kUtf8 = "UTF-8";
 constexpr const char* kKoi8 = "KOI8-R";
 constexpr const char* kLatin1 = "ISO-8859-1";
 
+/// The data of one language while they are made.
+struct Language {
+  const Alphabet& alphabet;
+  bool isRussian;
+  LanguageModel model;
+  Weights weights;
+
+  [[nodiscard]] std::string keys(const std::string& word) const {
+    return isRussian ? keysOf(word) : word;
+  }
+  /// A word, or a letter group with its marks.
+  [[nodiscard]] std::string written(const std::string& keys) const {
+    if (!isRussian) return keys;
+    std::string_view middle = keys;
+    std::string text;
+    if (middle.starts_with('^')) {
+      text = "^";
+      middle.remove_prefix(1);
+    }
+    const bool ends = middle.ends_with('$');
+    if (ends) middle.remove_suffix(1);
+    text += russianOf(middle);
+    return ends ? text + "$" : text;
+  }
+  [[nodiscard]] DataFile file(const char* name, const std::vector<std::string>& list) const {
+    std::vector<std::string> lines;
+    for (const std::string& entry : list)
+      lines.push_back(written(entry));
+    sortByBytes(lines);
+    return {name, joinLines(lines), lines.size()};
+  }
+  [[nodiscard]] DataFile file(const char* name, const std::unordered_set<std::string>& set) const {
+    return file(name, std::vector<std::string>(set.begin(), set.end()));
+  }
+};
+
+void raise(Language& language, const std::string& keys, double weight) {
+  auto& known = language.weights[keys];
+  known = std::max(known, weight);
+}
+
+/// A word without ё is typed as often as the one with it, or more.
+void weigh(const FrequencyTable& table, Language& language) {
+  for (const auto& [word, entry] : table.entries()) {
+    raise(language, language.keys(word), entry.perMillion);
+    if (const auto plain = withoutYo(decodeUtf8(word))) {
+      raise(language, language.keys(encodeUtf8(*plain)), entry.perMillion);
+    }
+  }
+}
+
+/// The words of the alphabet among them, in key spelling, those with ё also without it.
+std::vector<std::string> keysOfWords(const std::vector<std::u32string>& forms) {
+  std::vector<std::string> keys;
+  for (const std::u32string& form : forms) {
+    const auto word = lowerCase(form);
+    if (!Alphabet::russian().spells(word)) continue;
+    keys.push_back(keysOf(encodeUtf8(word)));
+    if (const auto plain = withoutYo(word)) keys.push_back(keysOf(encodeUtf8(*plain)));
+  }
+  return keys;
+}
+
+/// No table is large enough to hold every form of a word: a form that it lacks is typed as often as
+/// a small part of all the forms of its word.
+constexpr double kShareOfEntry = 0.01;
+
+void shareWithinEntries(const std::vector<std::vector<std::string>>& entries, Language& language) {
+  Weights shares;
+  for (const auto& forms : entries) {
+    double all = 0;
+    for (const std::string& form : forms) {
+      const auto known = language.weights.find(form);
+      if (known != language.weights.end()) all += known->second;
+    }
+    if (all <= 0) continue;
+    for (const std::string& form : forms) {
+      auto& share = shares[form];
+      share = std::max(share, all * kShareOfEntry);
+    }
+  }
+  for (const auto& [form, share] : shares)
+    raise(language, form, share);
+}
+
+/// How often, per million, the words of a list of this size are typed at least: the lists of common
+/// words are better judges than a table that happens to lack a word.
+double weightOfSize(int size) {
+  if (size <= 20) return 2;
+  return size <= 40 ? 0.7 : 0;
+}
+
+/// A word that a person has added is typed at least so often, in times per million.
+constexpr double kOwnWord = 3;
+
+/// Words that people type and no packaged list holds: names, slang, abbreviations.
+constexpr std::size_t kFewestForDictionary = 3;
+/// Words of two and three letters as frequent as this, per million, may be conversions.
+constexpr double kFrequentShortWord = 12;
+
+bool isForDictionary(const FrequencyTable::Entry& entry) {
+  return entry.place > 0 || entry.count >= kFewestForDictionary;
+}
+
+void addFrequent(const FrequencyTable& table, const std::unordered_set<std::string>& dropped,
+                 Language& language) {
+  for (const auto& [word, entry] : table.entries()) {
+    const auto letters = decodeUtf8(word);
+    if (!isForDictionary(entry) || !language.alphabet.isWord(letters)) continue;
+    if (dropped.contains(word)) continue;
+    language.model.words.insert(language.keys(word));
+  }
+}
+
+void addFrequentShortWords(Language& language) {
+  for (const auto& [keys, weight] : language.weights) {
+    const bool isShort = keys.size() == 2 || keys.size() == 3;
+    if (!isShort || weight < kFrequentShortWord || !language.model.words.contains(keys)) continue;
+    language.model.shortWords.insert(keys);
+  }
+}
+
+/// In a fixed order, because sums of floating-point numbers depend on it.
+void countNgrams(Language& language) {
+  std::map<std::string, double> ordered;
+  for (const auto& [keys, weight] : language.weights) {
+    if (language.model.words.contains(keys)) ordered.emplace(keys, weight);
+  }
+  for (const auto& [keys, weight] : ordered)
+    language.model.ngrams.add(keys, weight);
+}
+
+/// Names of the files of one language.
+struct FileNames {
+  const char* words;
+  const char* pairs;
+  const char* triples;
+  const char* markedTriples;
+};
+
+void addFiles(const Language& language, const FileNames& names, std::vector<DataFile>& files) {
+  const auto& model = language.model;
+  files.push_back(language.file(names.words, model.words));
+  files.push_back(language.file(names.pairs, model.ngrams.pairs()));
+  files.push_back(language.file(names.triples, model.ngrams.triples()));
+  files.push_back(language.file(names.markedTriples, model.ngrams.markedTriples()));
+}
+
 class Sources final {
  public:
   Sources(const SourcePaths& paths, InputLedger& ledger) : paths_(paths), ledger_(ledger) {}
 
   [[nodiscard]] std::vector<std::string> russianWords() {
     WordCollector words(Alphabet::russian());
-    const FormSink sink = [&words](std::u32string_view form) { words.add(form); };
+    const FormsSink sink = [&](const std::vector<std::u32string>& forms) {
+      for (const std::u32string& form : forms)
+        words.add(form);
+      if (forms.size() > 1) entries_.push_back(keysOfWords(forms));
+    };
     const AffixTable affixes = addHunspell(sink);
     addAspell(sink);
     addOwnWords("add_ru.txt", affixes, Alphabet::russian(), words);
@@ -45,20 +201,41 @@ class Sources final {
     const FormSink sink = [&words](std::u32string_view form) { words.add(form); };
     for (const fs::path& list : findScowlLists(paths_.scowl)) {
       const std::string bytes = ledger_.read(list, "scowl", list.string());
-      readScowlList(toUtf8(bytes, kLatin1, list), list, sink);
+      const double weight = weightOfSize(sizeOfScowlList(list));
+      readScowlList(toUtf8(bytes, kLatin1, list), list, [&](std::u32string_view form) {
+        sink(form);
+        if (weight > 0) common_.emplace_back(encodeUtf8(lowerCase(form)), weight);
+      });
     }
     addOwnWords("add_en.txt", AffixTable(), Alphabet::english(), words);
     dropWords("drop_en.txt", Alphabet::english(), words);
     return words.take();
   }
 
-  /// A list of short words: the comments of the source are not allowed in the data file.
-  [[nodiscard]] DataFile shortWords(const std::string& name, const Alphabet& alphabet) {
-    const fs::path file = paths_.lists / name;
-    std::vector<std::string> words = readHandWords(readOwn(file), file, alphabet, {2, 3});
-    refuseEmpty(words.size(), file);
-    sortByBytes(words);
-    return {name, joinLines(words), words.size()};
+  /// Reads everything about one language.
+  void fill(Language& language) {
+    entries_.clear();
+    own_.clear();
+    common_.clear();
+    const std::string suffix = language.isRussian ? "_ru" : "_en";
+    for (const std::string& word : language.isRussian ? russianWords() : englishWords()) {
+      language.model.words.insert(language.keys(word));
+    }
+    const fs::path tableFile = paths_.lists / ("frequencies" + suffix + ".tsv");
+    const auto table = FrequencyTable::parse(readOwn(tableFile), tableFile, language.alphabet);
+    weigh(table, language);
+    shareWithinEntries(entries_, language);
+    for (const auto& [word, weight] : common_)
+      raise(language, language.keys(word), weight);
+    for (const std::string& word : own_)
+      raise(language, language.keys(word), kOwnWord);
+    addFrequent(table, dropped_, language);
+    for (const std::string& word : shortWords("freq_short" + suffix + ".txt", language.alphabet)) {
+      language.model.shortWords.insert(language.keys(word));
+      language.model.words.insert(language.keys(word));
+    }
+    addFrequentShortWords(language);
+    countNgrams(language);
   }
 
   /// A word pack, as it was written: the corrector skips the comments itself.
@@ -71,11 +248,18 @@ class Sources final {
   }
 
  private:
+  std::vector<std::string> shortWords(const std::string& name, const Alphabet& alphabet) {
+    const fs::path file = paths_.lists / name;
+    std::vector<std::string> words = readHandWords(readOwn(file), file, alphabet, {2, 3});
+    refuseEmpty(words.size(), file);
+    return words;
+  }
+
   std::string readOwn(const fs::path& file) {
     return toUtf8(ledger_.read(file, kOwnLists, file.filename().string()), kUtf8, file);
   }
 
-  AffixTable addHunspell(const FormSink& sink) {
+  AffixTable addHunspell(const FormsSink& sink) {
     const fs::path& affixFile = paths_.hunspellAffixes;
     const fs::path& wordFile = paths_.hunspellWords;
     const std::string affixes = ledger_.read(affixFile, "hunspell-ru", affixFile.string());
@@ -85,7 +269,7 @@ class Sources final {
     return table;
   }
 
-  void addAspell(const FormSink& sink) {
+  void addAspell(const FormsSink& sink) {
     const fs::path& affixFile = paths_.aspellAffixes;
     const fs::path& wordFile = paths_.aspellWords;
     const std::string affixes = ledger_.read(affixFile, "aspell-ru", affixFile.string());
@@ -100,11 +284,15 @@ class Sources final {
     const fs::path file = paths_.lists / name;
     const std::string text = readOwn(file);
     for (const Line& line : readHandList(text, file)) {
-      expandEntries({line}, affixes, file, [&](std::u32string_view form) {
-        if (words.add(form)) return;
-        throw InputError(
-            file, line.number,
-            "'" + encodeUtf8(form) + "' is not a word of the " + alphabet.name() + " letters");
+      expandEntries({line}, affixes, file, [&](const std::vector<std::u32string>& forms) {
+        for (const std::u32string& form : forms) {
+          if (!words.add(form)) {
+            throw InputError(
+                file, line.number,
+                "'" + encodeUtf8(form) + "' is not a word of the " + alphabet.name() + " letters");
+          }
+          own_.insert(encodeUtf8(lowerCase(form)));
+        }
       });
     }
   }
@@ -112,6 +300,7 @@ class Sources final {
   void dropWords(const char* name, const Alphabet& alphabet, WordCollector& words) {
     const fs::path file = paths_.lists / name;
     for (std::string& word : readHandWords(readOwn(file), file, alphabet)) {
+      dropped_.insert(word);
       words.drop(std::move(word));
     }
   }
@@ -122,55 +311,44 @@ class Sources final {
 
   const SourcePaths& paths_;
   InputLedger& ledger_;
+  /// Entries of the Russian dictionaries with their forms in key spelling.
+  std::vector<std::vector<std::string>> entries_;
+  /// Words of the lists of common words, with their least weights.
+  std::vector<std::pair<std::string, double>> common_;
+  /// Words of the add lists; the languages share no spelling.
+  std::unordered_set<std::string> own_;
+  /// Words of the drop lists.
+  std::unordered_set<std::string> dropped_;
 };
 
-DataFile ngramFile(const char* name, const NgramSet& ngrams) {
-  const std::vector<std::string> groups = ngrams.list();
-  return {name, joinLines(groups), groups.size()};
-}
-
-/// Names of the n-gram files of one language.
-struct NgramNames {
-  const char* pairs;
-  const char* triples;
-  const char* boundaryTriples;
-};
-
-void addNgramFiles(const std::vector<std::string>& words, const Alphabet& alphabet,
-                   const NgramNames& names, std::vector<DataFile>& files) {
-  NgramSet pairs(alphabet, 2, NgramSet::Marks::kNone);
-  NgramSet triples(alphabet, 3, NgramSet::Marks::kNone);
-  NgramSet boundaryTriples(alphabet, 3, NgramSet::Marks::kBoundary);
-  for (const std::string& word : words) {
-    const std::u32string letters = decodeUtf8(word);
-    pairs.add(letters);
-    triples.add(letters);
-    boundaryTriples.add(letters);
-  }
-  files.push_back(ngramFile(names.pairs, pairs));
-  files.push_back(ngramFile(names.triples, triples));
-  files.push_back(ngramFile(names.boundaryTriples, boundaryTriples));
+std::string reportOf(const ConflictResolver& resolver) {
+  std::string report;
+  for (const auto& finding : resolver.findings())
+    report += finding.word + ": " + finding.what + "\n";
+  return report;
 }
 
 }  // namespace
 
-std::vector<DataFile> makeWordData(const SourcePaths& paths, InputLedger& ledger) {
+std::vector<DataFile> makeWordData(const SourcePaths& paths, const NgramFloors& floors,
+                                   InputLedger& ledger, std::string& report) {
   Sources sources(paths, ledger);
+  Language english{Alphabet::english(), false, {}, {}};
+  Language russian{Alphabet::russian(), true, {}, {}};
+  sources.fill(english);
+  sources.fill(russian);
+  english.model.ngrams.setFloors(floors.english);
+  russian.model.ngrams.setFloors(floors.russian);
+
+  ConflictResolver resolver(english.model, russian.model, english.weights, russian.weights);
+  resolver.resolve();
+  report = reportOf(resolver);
+
   std::vector<DataFile> files;
-  {
-    const std::vector<std::string> words = sources.englishWords();
-    files.push_back({"dict_en.txt", joinLines(words), words.size()});
-    addNgramFiles(words, Alphabet::english(), {"proto_en2.txt", "proto_en3.txt", "proto_en3b.txt"},
-                  files);
-  }
-  {
-    const std::vector<std::string> words = sources.russianWords();
-    files.push_back({"dict_ru.txt", joinLines(words), words.size()});
-    addNgramFiles(words, Alphabet::russian(), {"proto_ru2.txt", "proto_ru3.txt", "proto_ru3b.txt"},
-                  files);
-  }
-  files.push_back(sources.shortWords("freq_short_en.txt", Alphabet::english()));
-  files.push_back(sources.shortWords("freq_short_ru.txt", Alphabet::russian()));
+  addFiles(english, {"dict_en.txt", "proto_en2.txt", "proto_en3.txt", "proto_en3b.txt"}, files);
+  addFiles(russian, {"dict_ru.txt", "proto_ru2.txt", "proto_ru3.txt", "proto_ru3b.txt"}, files);
+  files.push_back(english.file("freq_short_en.txt", english.model.shortWords));
+  files.push_back(russian.file("freq_short_ru.txt", russian.model.shortWords));
   for (const char* name : {"pack_it.txt", "pack_chat.txt", "pack_gaming.txt"}) {
     files.push_back(sources.pack(name));
   }

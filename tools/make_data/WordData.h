@@ -1,10 +1,12 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include "DataFile.h"
 #include "InputLedger.h"
+#include "KeyNgrams.h"
 
 namespace tessarok::makedata {
 
@@ -15,12 +17,23 @@ struct SourcePaths {
   std::filesystem::path aspellAffixes;
   std::filesystem::path aspellWords;
   std::filesystem::path scowl;
-  /// The lists written by hand: add_*, drop_*, freq_short_* and pack_*.
+  /// The frequency tables, and the lists written by hand: add_*, drop_*, freq_short_* and pack_*.
   std::filesystem::path lists;
 };
 
+/// From which weight on, in times per million words, letter groups are part of a language. The
+/// numbers are those that came out best of a measurement on the making half; docs/word-data.md has
+/// the others.
+struct NgramFloors {
+  KeyNgrams::Floors english{0.1, 0.1};
+  KeyNgrams::Floors russian{20, 20};
+};
+
 /// Makes all data files in memory, in the order in which the manifest lists them, and records every
-/// file read in `ledger`. Throws InputError.
-[[nodiscard]] std::vector<DataFile> makeWordData(const SourcePaths& paths, InputLedger& ledger);
+/// file read in `ledger`. `report` gets a line for every word that was dropped or that keeps
+/// another from being fixed, and why. Throws InputError.
+[[nodiscard]] std::vector<DataFile> makeWordData(const SourcePaths& paths,
+                                                 const NgramFloors& floors, InputLedger& ledger,
+                                                 std::string& report);
 
 }  // namespace tessarok::makedata

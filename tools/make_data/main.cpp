@@ -29,6 +29,8 @@ struct Options {
                       "/usr/lib/aspell/ru_affix.dat",  "/usr/share/aspell/ru.cwl.gz",
                       "/usr/share/dict/scowl",         "tools/data"};
   std::filesystem::path output = "Resources";
+  NgramFloors floors;
+  std::filesystem::path report;
   bool quiet = false;
 };
 
@@ -43,6 +45,14 @@ void declareOptions(CLI::App& app, Options& options) {
   path("--aspell-affixes", options.sources.aspellAffixes, "Russian affix file of aspell");
   path("--aspell-words", options.sources.aspellWords, "Russian word list of aspell (.cwl.gz)");
   path("--scowl", options.sources.scowl, "Directory of the SCOWL lists");
+  path("--report", options.report, "Write what was dropped, and why, to this file");
+  const auto floor = [&app](const char* name, double& target, const char* help) {
+    app.add_option(name, target, help)->capture_default_str();
+  };
+  floor("--english-groups", options.floors.english.plain, "Least weight of English letter groups");
+  floor("--english-edges", options.floors.english.marked, "The same, with the word's ends");
+  floor("--russian-groups", options.floors.russian.plain, "Least weight of Russian letter groups");
+  floor("--russian-edges", options.floors.russian.marked, "The same, with the word's ends");
   app.add_flag("-q,--quiet", options.quiet, "Print nothing but errors");
 }
 
@@ -53,6 +63,13 @@ void writeAll(const Options& options, const std::vector<DataFile>& files,
     writer.stage(file.name, file.content);
   // Last, so that data next to a manifest that fits them are complete.
   writer.stage("MANIFEST.json", manifest);
+  writer.commit();
+}
+
+void writeReport(const Options& options, const std::string& report) {
+  if (options.report.empty()) return;
+  FileSetWriter writer(options.report.parent_path().empty() ? "." : options.report.parent_path());
+  writer.stage(options.report.filename().string(), report);
   writer.commit();
 }
 
@@ -70,7 +87,10 @@ int complain(const std::string& what, int status) {
 int run(const Options& options) {
   try {
     InputLedger ledger;
-    const std::vector<DataFile> files = makeWordData(options.sources, ledger);
+    std::string report;
+    const std::vector<DataFile> files =
+        makeWordData(options.sources, options.floors, ledger, report);
+    writeReport(options, report);
     writeAll(options, files, manifestJson(ledger.records(), files, packageVersion));
     if (!options.quiet) printSummary(options, files);
     return kDone;

@@ -1,0 +1,180 @@
+#include "ConflictResolver.h"
+
+#include <algorithm>
+#include <array>
+#include <iomanip>
+#include <map>
+#include <sstream>
+
+#include "KeyText.h"
+
+namespace tessarok::makedata {
+
+namespace {
+
+/// A word that no table holds is still typed now and then.
+constexpr double kUnseen = 0.02;
+/// Dropping a word makes every use of it a false fix, so only a word as rare as this may go, and
+/// only for one that is frequent enough for its own misses to be noticed.
+constexpr double kRare = 0.6;
+constexpr double kWorthFixingRussian = 40;
+constexpr double kWorthFixingEnglish = 100;
+/// A Russian word with a letter on a punctuation key is never converted when it is typed in the
+/// Russian layout; without it in the dictionary it is only missed from the wrong one, and there
+/// only as one of the first words of a sentence. So it goes for far less than its own weight.
+constexpr double kMissPerFalseFix = 0.05;
+constexpr int kMostRounds = 8;
+
+/// What people type around a word without a space, in key spelling, and how often.
+struct Affix {
+  std::string_view keys;
+  double share;
+};
+
+constexpr std::array kHeads = {Affix{"", 1}, Affix{"'", 0.01}, Affix{"[", 0.002},
+                               Affix{",", 0.001}};
+constexpr std::array kTails = {
+    Affix{".", 0.04},   Affix{",", 0.05},     Affix{";", 0.01},     Affix{"'", 0.01},
+    Affix{"]", 0.002},  Affix{".'", 0.01},    Affix{",'", 0.005},   Affix{"'.", 0.003},
+    Affix{"',", 0.003}, Affix{"...", 0.003},  Affix{"].", 0.001},   Affix{"],", 0.001},
+    Affix{"'s", 0.01},  Affix{"'d", 0.0005},  Affix{"'ll", 0.0005}, Affix{"'re", 0.0003},
+    Affix{"", 1},       Affix{"'ve", 0.0003}, Affix{"';", 0.001},   Affix{".;", 0.0005},
+    Affix{"..", 0.001}, Affix{"'s.", 0.0005}, Affix{"'s,", 0.0005}};
+
+std::string number(double value) {
+  std::ostringstream out;
+  out << std::fixed << std::setprecision(2) << value;
+  return out.str();
+}
+
+std::string written(const std::string& keys, bool russian) {
+  return russian ? russianOf(keys) : keys;
+}
+
+std::vector<std::string> sorted(const std::unordered_set<std::string>& words) {
+  std::vector<std::string> list(words.begin(), words.end());
+  std::ranges::sort(list);
+  return list;
+}
+
+}  // namespace
+
+double ConflictResolver::weightOf(const std::string& keys, bool russian) const {
+  const auto& weights = russian ? russianWeights_ : englishWeights_;
+  const auto found = weights.find(keys);
+  return found == weights.end() ? 0 : found->second;
+}
+
+void ConflictResolver::drop(const std::string& keys, bool russian, const std::string& why) {
+  auto& language = russian ? russian_ : english_;
+  language.words.erase(keys);
+  language.shortWords.erase(keys);
+  findings_.push_back({written(keys, russian),
+                       "dropped (" + number(weightOf(keys, russian)) + " per million): " + why});
+}
+
+void ConflictResolver::resolvePairs() {
+  for (const auto& keys : sorted(english_.words)) {
+    if (!russian_.words.contains(keys)) continue;
+    const double english = weightOf(keys, false);
+    const double russian = weightOf(keys, true);
+    const auto against = [&](bool other) {
+      return "the keys of " + written(keys, other) + " (" + number(weightOf(keys, other)) + ")";
+    };
+    // Two letters are only ever converted next to English words, so nothing is lost in Russian
+    // text.
+    const bool isFreeToGo = keys.size() == 2 && english > russian;
+    if (isFreeToGo || (russian < kRare && english >= kWorthFixingEnglish)) {
+      drop(keys, true, against(false));
+    } else if (english < kRare && russian >= kWorthFixingRussian) {
+      drop(keys, false, against(true));
+    } else if (keys.size() > 1) {
+      findings_.push_back({written(keys, true) + " = " + keys,
+                           "both kept (" + number(russian) + ", " + number(english) +
+                               " per million): neither is fixed"});
+    }
+  }
+}
+
+void ConflictResolver::dropLookalikes() {
+  // What no dictionary holds, such as a name, must not turn into a word that nobody types.
+  constexpr double kLooksRight = 0.9;
+  for (const auto& keys : sorted(russian_.words)) {
+    if (keys.size() < 4 || weightOf(keys, true) > 0) continue;
+    if (std::ranges::any_of(keys, isPunctuationKey) || english_.words.contains(keys)) continue;
+    if (english_.ngrams.hasImpossible(keys)) continue;
+    if (english_.ngrams.plausibility(keys) < kLooksRight) continue;
+    drop(keys, true, "unknown, and its keys " + keys + " look like an English name");
+  }
+  for (const auto& keys : sorted(english_.words)) {
+    if (keys.size() < 4 || weightOf(keys, false) > 0) continue;
+    if (russian_.words.contains(keys) || russian_.ngrams.hasImpossible(keys)) continue;
+    if (russian_.ngrams.plausibility(keys) < kLooksRight) continue;
+    drop(keys, false, "unknown, and its keys " + russianOf(keys) + " look like a Russian name");
+  }
+}
+
+std::vector<ConflictResolver::Typed> ConflictResolver::findHarmful() const {
+  const DecisionModel model(english_, russian_);
+  std::vector<Typed> harmful;
+  for (const auto& word : sorted(english_.words)) {
+    const double weight = std::max(weightOf(word, false), kUnseen);
+    for (const auto& head : kHeads) {
+      for (const auto& tail : kTails) {
+        if (head.keys.empty() && tail.keys.empty()) continue;
+        auto typed = std::string(head.keys) + word;
+        typed += tail.keys;
+        if (model.typedInEnglish(typed).reason == DecisionModel::Reason::none) continue;
+        harmful.push_back({std::move(typed), weight * head.share * tail.share});
+      }
+    }
+  }
+  return harmful;
+}
+
+bool ConflictResolver::dropHarmful(const std::vector<Typed>& harmful) {
+  struct Harm {
+    double weight = 0;
+    double worst = 0;
+    std::string example;
+  };
+  const DecisionModel model(english_, russian_);
+  std::map<std::string, Harm> harms;
+  for (const auto& typed : harmful) {
+    const auto decision = model.typedInEnglish(typed.keys);
+    auto culprits = decision.endings;
+    if (decision.reason == DecisionModel::Reason::word) culprits.push_back(decision.converted);
+    for (const auto& culprit : culprits) {
+      auto& harm = harms[culprit];
+      harm.weight += typed.weight;
+      if (typed.weight <= harm.worst) continue;
+      harm.worst = typed.weight;
+      harm.example = typed.keys;
+    }
+  }
+  bool changed = false;
+  for (const auto& [keys, harm] : harms) {
+    const double own = weightOf(keys, true);
+    const bool isSafe = std::ranges::any_of(keys, isPunctuationKey);
+    const bool isWorthIt =
+        isSafe ? own * kMissPerFalseFix < harm.weight : own < kRare && own < harm.weight;
+    if (!isWorthIt) continue;
+    drop(keys, true,
+         "English " + harm.example + " and the like (" + number(harm.weight) + ") would become " +
+             russianOf(harm.example));
+    changed = true;
+  }
+  return changed;
+}
+
+void ConflictResolver::resolve() {
+  resolvePairs();
+  dropLookalikes();
+  // Dropping words never makes another conversion, so only what is harmful now is looked at again.
+  const auto harmful = findHarmful();
+  int round = 0;
+  while (round < kMostRounds && dropHarmful(harmful))
+    ++round;
+}
+
+}  // namespace tessarok::makedata
