@@ -183,7 +183,8 @@ void Mac::keyUp(const Key& key) {
 }
 
 void Mac::stroke(const KeyTable::Stroke& stroke) {
-  const Key key{.code = stroke.code, .flags = stroke.shift ? CGEventFlags{kCGEventFlagMaskShift} : 0};
+  const Key key{.code = stroke.code,
+                .flags = stroke.shift ? CGEventFlags{kCGEventFlagMaskShift} : 0};
   fakeSystem().lastKeyDownAt = fakeSystem().uptime;
   // Both are one turn: what the press has queued waits for the release.
   send(kCGEventKeyDown, key);
