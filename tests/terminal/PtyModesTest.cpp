@@ -20,6 +20,13 @@ TEST(PtyModes, APasswordIsALineThatIsNotShown) {
   EXPECT_FALSE(PtyModes(withFlags(ECHO)).isRaw());
 }
 
+TEST(PtyModes, WithoutALineNothingIsEdited) {
+  EXPECT_TRUE(PtyModes(withFlags(ECHO)).isUnedited());
+  EXPECT_FALSE(PtyModes(withFlags(ECHO | ICANON)).isUnedited());
+  // A program that shows the keys itself may well know an erase character.
+  EXPECT_FALSE(PtyModes(withFlags(0)).isUnedited());
+}
+
 TEST(PtyModes, EraseIsTheOneInForce) {
   auto settings = withFlags(0);
   settings.c_cc[VERASE] = '\b';

@@ -159,6 +159,21 @@ TEST(Secrets, BashReadsThemUntouched) {
   EXPECT_TRUE(user.sees("[ghbdtn vbh ]")) << user.screen();
 }
 
+TEST(KeyByKey, WithoutALineEditorNothingIsRetyped) {
+  // The kernel would show the erase characters, and the program would read them.
+  expectUntouched("stty -icanon; printf ready; printf '[%s]' \"$(head -c 13)\"", "ghbdtn\x1b vbh  ",
+                  "ghbdtn\x1b vbh  ");
+}
+
+TEST(KeyByKey, TheLayoutStaysSwitched) {
+  UserAtTerminal user(
+      {"sh", "-c", "head -n1; stty -icanon; printf ready; printf '[%s]' \"$(head -c 6)\""});
+  user.type("ghbdtn \r");
+  ASSERT_TRUE(user.sees("ready")) << user.screen();
+  user.type("vbh");
+  EXPECT_TRUE(user.sees("[мир]")) << user.screen();
+}
+
 TEST(AlternateScreen, SwitchesOffUntilItIsLeft) {
   UserAtTerminal user(
       {"sh", "-c", "printf '\\033[?1049hfull'; head -n1; printf '\\033[?1049lleft'; cat"});

@@ -87,6 +87,7 @@ void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
   reader_.read(item, modes, event_);
   const bool isControlSpace = item.kind == Kind::control && item.scalar == 0;
   if (isControlSpace) return pressControlSpace();
+  if (modes.isUnedited()) return pressUnedited();
   expectEcho(item, modes);
   send();
 }
@@ -97,6 +98,15 @@ void Keys::pressControlSpace() {
   send();
   auto& sources = desktop_.inputSources();
   sources.setRussian(!sources.isRussian());
+}
+
+void Keys::pressUnedited() {
+  output_.forgetEcho();
+  // The layouts still say what the key types.
+  text_ = event_.bytes;
+  KeyReader::readUnknown(event_);
+  event_.bytes = text_;
+  send();
 }
 
 void Keys::expectEcho(const InputItem& item, const PtyModes& modes) {

@@ -18,7 +18,8 @@ namespace tessarok::terminal {
 /// the pseudo-terminal gets for it. Main thread.
 ///
 /// Three kinds of bytes never see the tap: answers of the terminal, everything while the alternate
-/// screen is shown, and nothing but their existence is told of characters of a password.
+/// screen is shown, and nothing but their existence is told of characters of a password, or of
+/// those that could not be taken back.
 ///
 /// A program that reads raw keys may be asking for a secret without saying so. There a word is
 /// judged only when all of its characters have appeared on the screen: `needsEchoFirst` says that
@@ -39,6 +40,7 @@ class Keys final {
   void pressSecretly(const InputItem& item);
   void pressKey(const InputItem& item, const PtyModes& modes);
   void pressControlSpace();
+  void pressUnedited();
   void expectEcho(const InputItem& item, const PtyModes& modes);
   void send();
   void deliver(const TerminalEvent& event);
