@@ -9,10 +9,9 @@
 #include <utility>
 #include <variant>
 
-#include "AppDelegate.h"
-#include "DiagnosticLog.h"
 #include "Dict.h"
 #include "InputSource.h"
+#include "commands/Corrector.h"
 #include "platform/posix/SignalPipe.h"
 #include "platform/x11/Watchdog.h"
 #include "platform/x11/X11Desktop.h"
@@ -58,24 +57,27 @@ void sayWhatIsMissing() {
   }
 }
 
+int correctUntilStopped(X11Desktop& desktop) {
+  auto& loop = desktop.runLoop();
+  Corrector corrector(AppDelegate::Instances::onlyOne);
+  corrector.launch();
+  if (loop.isStopped()) {
+    say("not started; is it running already?");
+    return kNotStarted;
+  }
+  sayWhatIsMissing();
+  if (corrector.delegate().tapRunning()) say("correcting in every application of this display");
+  loop.run();
+  return 0;
+}
+
 int correct(X11Desktop& desktop) {
   auto& loop = desktop.runLoop();
   posix::SignalPipe signals({SIGTERM, SIGINT, SIGHUP, SIGQUIT}, [&loop](int) { loop.stop(); });
   loop.add(signals);
-  const auto delegate = std::make_shared<AppDelegate>(AppDelegate::Instances::onlyOne);
-  delegate->applicationDidFinishLaunching();
-  const bool isEnding = loop.isStopped();
-  if (isEnding) {
-    say("not started; is it running already?");
-  } else {
-    sayWhatIsMissing();
-    if (delegate->tapRunning()) say("correcting in every application of this display");
-    loop.run();
-  }
-  delegate->applicationWillTerminate();
-  DiagnosticLog::drain();
+  const int status = correctUntilStopped(desktop);
   loop.remove(signals);
-  return isEnding ? kNotStarted : 0;
+  return status;
 }
 
 }  // namespace

@@ -1,13 +1,11 @@
 #include "commands/TerminalCommand.h"
 
 #include <iostream>
-#include <memory>
 #include <variant>
 
-#include "AppDelegate.h"
-#include "DiagnosticLog.h"
 #include "Dict.h"
 #include "commands/CommandError.h"
+#include "commands/Corrector.h"
 #include "platform/terminal/LoginShell.h"
 #include "platform/terminal/OuterTerminal.h"
 #include "platform/terminal/Pty.h"
@@ -23,22 +21,6 @@ using terminal::Pty;
 using terminal::TerminalDesktop;
 using terminal::TerminalSession;
 
-/// The corrector from launch to quit; however that comes about, what was learned is saved.
-class Corrector {
- public:
-  Corrector() { delegate_->applicationDidFinishLaunching(); }
-  Corrector(const Corrector&) = delete;
-  Corrector& operator=(const Corrector&) = delete;
-  ~Corrector() {
-    delegate_->applicationWillTerminate();
-    DiagnosticLog::drain();
-  }
-
- private:
-  std::shared_ptr<AppDelegate> delegate_ =
-      std::make_shared<AppDelegate>(AppDelegate::Instances::many);
-};
-
 /// There is no icon to say it.
 void warnIfDataIsMissing(TerminalDesktop& desktop) {
   if (Dict::en().isAvailable() && Dict::ru().isAvailable()) return;
@@ -49,7 +31,8 @@ void warnIfDataIsMissing(TerminalDesktop& desktop) {
 int correct(const Options& options, OuterTerminal& outer, Pty& pty) {
   TerminalDesktop desktop(options.resources);
   platform::setDesktop(desktop);
-  const Corrector corrector;
+  Corrector corrector(AppDelegate::Instances::many);
+  corrector.launch();
   warnIfDataIsMissing(desktop);
   TerminalSession session(desktop, outer, pty);
   return session.run();
