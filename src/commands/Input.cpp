@@ -1,7 +1,8 @@
 #include "commands/Input.h"
 
+#include <array>
+#include <cstdio>
 #include <iostream>
-#include <iterator>
 
 #include "Text.h"
 #include "commands/CommandError.h"
@@ -9,10 +10,21 @@
 namespace tessarok::commands {
 
 std::string readStandardInput() {
-  std::string text{std::istreambuf_iterator<char>(std::cin), {}};
-  if (std::cin.bad()) throw CommandError("standard input cannot be read");
+  std::string text;
+  std::array<char, 64 * 1024> piece;
+  do {
+    std::cin.read(piece.data(), piece.size());
+    text.append(piece.data(), static_cast<std::size_t>(std::cin.gcount()));
+  } while (std::cin);
+  requireFullyRead(std::cin, "standard input");
   requireUtf8(text, "standard input");
   return text;
+}
+
+void requireFullyRead(const std::istream& stream, const std::string& what) {
+  // While it shares C's buffer, the standard stream takes an error for the end.
+  const bool failed = stream.bad() || (&stream == &std::cin && std::ferror(stdin) != 0);
+  if (failed) throw CommandError("cannot read " + what);
 }
 
 void requireUtf8(std::string_view text, std::string_view what) {

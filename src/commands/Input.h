@@ -6,8 +6,11 @@
 
 namespace tessarok::commands {
 
-/// Everything on standard input; throws `CommandError` when it is not UTF-8.
+/// Everything on standard input; throws `CommandError` when it cannot be read or is not UTF-8.
 [[nodiscard]] std::string readStandardInput();
+/// Throws `CommandError` when the stream, read to where it gives no more, has failed before its
+/// end; `what` names it.
+void requireFullyRead(const std::istream& stream, const std::string& what);
 /// Throws `CommandError` when the text is not UTF-8; `what` names it.
 void requireUtf8(std::string_view text, std::string_view what);
 

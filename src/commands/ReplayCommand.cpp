@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "commands/CommandError.h"
+#include "commands/Input.h"
 #include "platform/virtual/Replay.h"
 #include "platform/virtual/ReplayError.h"
 
@@ -29,14 +30,16 @@ int runReplay(const Options& options, const ReplayOptions& replay) {
     if (!std::filesystem::is_directory(*replay.file, error)) file.open(*replay.file);
     if (!file.is_open()) throw CommandError("cannot read " + replay.file->string());
   }
+  auto& script = replay.file ? static_cast<std::istream&>(file) : std::cin;
   virtualdesktop::Replay run(replay.home, options.resources);
   try {
-    run.run(replay.file ? static_cast<std::istream&>(file) : std::cin, std::cout);
+    run.run(script, std::cout);
   } catch (const virtualdesktop::ReplayError& error) {
     std::cout.flush();
     std::cerr << "replay: " << error.what() << '\n';
     return 2;
   }
+  requireFullyRead(script, replay.file ? replay.file->string() : "standard input");
   return 0;
 }
 

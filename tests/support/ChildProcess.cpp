@@ -58,28 +58,42 @@ int statusOf(pid_t process) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-}  // namespace
-
-ProgramRun runProgram(const std::vector<std::string>& arguments, std::string_view input,
-                      const std::vector<std::pair<std::string, std::string>>& environment,
-                      const std::optional<std::string>& folder) {
-  const auto in = temporaryFile();
+ProgramRun runToEnd(const std::vector<std::string>& arguments, int in,
+                    const std::vector<std::pair<std::string, std::string>>& environment,
+                    const std::optional<std::string>& folder) {
   const auto out = temporaryFile();
   const auto err = temporaryFile();
-  if (!input.empty()) std::fwrite(input.data(), 1, input.size(), in.get());
-  std::rewind(in.get());
   const auto process = ::fork();
   if (process < 0) throw std::runtime_error("cannot fork");
   if (process == 0) {
     for (const auto& [name, value] : environment)
       ::setenv(name.c_str(), value.c_str(), 1);
     if (folder && ::chdir(folder->c_str()) != 0) ::_exit(kCannotRun);
-    become(arguments, ::fileno(in.get()), ::fileno(out.get()), ::fileno(err.get()));
+    become(arguments, in, ::fileno(out.get()), ::fileno(err.get()));
   }
   ProgramRun run;
   run.status = statusOf(process);
   run.out = contentOf(out.get());
   run.err = contentOf(err.get());
+  return run;
+}
+
+}  // namespace
+
+ProgramRun runProgram(const std::vector<std::string>& arguments, std::string_view input,
+                      const std::vector<std::pair<std::string, std::string>>& environment,
+                      const std::optional<std::string>& folder) {
+  const auto in = temporaryFile();
+  if (!input.empty()) std::fwrite(input.data(), 1, input.size(), in.get());
+  std::rewind(in.get());
+  return runToEnd(arguments, ::fileno(in.get()), environment, folder);
+}
+
+ProgramRun runProgramReading(const std::string& path, const std::vector<std::string>& arguments) {
+  const int in = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (in < 0) throw std::runtime_error("cannot open " + path);
+  const auto run = runToEnd(arguments, in, {}, std::nullopt);
+  ::close(in);
   return run;
 }
 

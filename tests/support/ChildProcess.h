@@ -23,6 +23,9 @@ struct ProgramRun {
     const std::vector<std::string>& arguments, std::string_view input = {},
     const std::vector<std::pair<std::string, std::string>>& environment = {},
     const std::optional<std::string>& folder = std::nullopt);
+/// The same with whatever `path` names, a directory too, as standard input.
+[[nodiscard]] ProgramRun runProgramReading(const std::string& path,
+                                           const std::vector<std::string>& arguments);
 
 /// The program running beside the test, spoken to line by line. Killed when the object goes.
 class ChildProcess {

@@ -104,6 +104,19 @@ TEST(CommandLine, FilesThatCannotBeReadAreRefused) {
   expectRefusal(runProgram({"check-data", directory.path() / "file"}));
 }
 
+TEST(CommandLine, StandardInputThatCannotBeReadIsRefused) {
+  // A directory can be opened, but not read.
+  for (const Arguments& arguments :
+       {Arguments{"type"}, Arguments{"explain", "-"}, Arguments{"replay"}}) {
+    SCOPED_TRACE(arguments.front());
+    auto all = arguments;
+    all.insert(all.begin(), {"--resources", kData});
+    const auto run = runProgramReading("/", all);
+    expectRefusal(run);
+    EXPECT_EQ(run.err, "tessarok: cannot read standard input\n");
+  }
+}
+
 TEST(CommandLine, TextThatIsNotUtf8IsRefused) {
   expectRefusal(type({"abc\xff"}));
   expectRefusal(type({}, "abc\xff\n"));
