@@ -106,6 +106,7 @@ std::optional<DataFault> DictFile::findFault(std::string_view data, bool russian
     const auto end = lineEnd(data, start);
     const auto line = data.substr(start, end - start);
     if (line.empty()) return DataFault{number, "the line is empty"};
+    if (line.ends_with('\r')) return DataFault{number, kCrLfReason};
     if (!(russian ? isRussianLine(line) : isEnglishLine(line))) {
       return DataFault{number, badAlphabet(russian)};
     }

@@ -40,6 +40,7 @@ std::string_view symbolsOf(std::string_view line, const Proto::Kind& kind,
                            std::array<Symbol, 3>& symbols, std::size_t& count) {
   count = 0;
   for (const auto character : text::Characters(line)) {
+    if (character == "\r\n") return kCrLfReason;
     if (count == kind.length) return "the line is longer than the n-grams of this file";
     const auto symbol = NGramSet::symbol(character, kind.russian);
     const bool startsHere = kind.boundary && count == 0;

@@ -18,6 +18,7 @@ bool isLetterOf(std::string_view character, bool russian) {
 std::string_view problemOf(std::string_view word, bool russian) {
   std::size_t letters = 0;
   for (const auto character : text::Characters(word)) {
+    if (character == "\r\n") return kCrLfReason;
     if (!isLetterOf(character, russian)) return "only letters of the language are allowed";
     ++letters;
   }

@@ -130,6 +130,7 @@ TEST(DictFile, AFaultNamesItsLine) {
   ASSERT_TRUE(fault.has_value());
   EXPECT_EQ(fault->line, 3u);
   EXPECT_FALSE(fault->reason.empty());
+  EXPECT_EQ(DictFile::findFault("a\r\nb\r\n", false)->reason, kCrLfReason);
   EXPECT_EQ(DictFile::findFault("", false)->line, 0u);
   EXPECT_EQ(DictFile::findFault("a\n\n", false)->line, 2u);
   EXPECT_EQ(DictFile::findFault("b\na", false)->line, 2u);

@@ -49,6 +49,7 @@ TEST(Proto, BlankLinesRepetitionsAndSpacesAtTheEndsAreHarmless) {
 
 TEST(Proto, CrLfLineEndsAreRejected) {
   EXPECT_FALSE(isAccepted("ab\r\nbc\r\n", kEnglishPairs));
+  EXPECT_EQ(Proto::parse("ab\r\nbc\r\n", kEnglishPairs).fault->reason, kCrLfReason);
 }
 
 TEST(Proto, AFileWithoutLinesIsEmpty) {

@@ -29,6 +29,7 @@ TEST(ShortFreq, OneBadLineRejectsTheWholeFile) {
 
 TEST(ShortFreq, CrLfLineEndsMakeOneOverlongLine) {
   EXPECT_TRUE(ShortFreq::parse("the\r\nof\r\n", false).words.empty());
+  EXPECT_EQ(ShortFreq::parse("the\r\nof\r\n", false).fault->reason, kCrLfReason);
 }
 
 TEST(ShortFreq, AFileWithoutWordsIsEmpty) {
