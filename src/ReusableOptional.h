@@ -7,7 +7,6 @@ namespace tessarok {
 template <typename Record>
 class ReusableOptional {
  public:
-  [[nodiscard]] bool hasValue() const { return present_; }
   explicit operator bool() const { return present_; }
   [[nodiscard]] Record& operator*() { return record_; }
   [[nodiscard]] const Record& operator*() const { return record_; }

@@ -14,8 +14,8 @@
 namespace tessarok::posix {
 
 /// The person's switches in a file, a JSON object of booleans; a few settings are texts, which
-/// only the person changes. A file that cannot be used is
-/// reported once and left as it is: changes then last until the program ends. Main thread.
+/// only the person changes. A file that cannot be used is reported once and left as it is:
+/// changes then last until the program ends. Main thread.
 class SettingsFile final : public platform::UserDefaults {
  public:
   /// Read on first use. `files` and `log` outlive this object.
