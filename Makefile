@@ -6,7 +6,7 @@ JOBS ?= $(shell nproc)
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test stories bench measure frequencies format check-format lint strict sanitize coverage install clean
+.PHONY: help run build data test stories bench measure frequencies format check-format lint strict sanitize coverage macos-app install clean
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -70,6 +70,10 @@ coverage: data ## Measure branch coverage: build/coverage/report/index.html
 	cmake --build --preset coverage
 	ctest --preset coverage -j $(JOBS)
 	@scripts/coverage build/coverage
+
+macos-app: data ## Compile, link and check Tessarok.app for both kinds of Mac
+	@scripts/install-packages macos
+	@packaging/macos/cross-compile build/macos-app
 
 install: build data ## Install under DESTDIR and the configured prefix
 	@cmake --install $(BUILD)
