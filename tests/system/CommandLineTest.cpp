@@ -16,6 +16,7 @@ namespace fs = std::filesystem;
 using nlohmann::json;
 using testing::ProgramRun;
 using testing::runProgram;
+using testing::runProgramReading;
 using testing::writeFile;
 using virtualdesktop::TemporaryDirectory;
 using Arguments = std::vector<std::string>;
