@@ -25,6 +25,12 @@ constexpr double kWorthFixingEnglish = 100;
 constexpr double kMissPerFalseFix = 0.05;
 constexpr int kMostRounds = 8;
 
+/// Letter groups that are usual enough, per million words, for an unknown name to consist of them,
+/// and the length of such names.
+constexpr double kUsualGroup = 50;
+constexpr std::size_t kShortestLookalike = 4;
+constexpr std::size_t kLongestLookalike = 6;
+
 /// What people type around a word without a space, in key spelling, and how often.
 struct Affix {
   std::string_view keys;
@@ -96,21 +102,18 @@ void ConflictResolver::resolvePairs() {
   }
 }
 
-void ConflictResolver::dropLookalikes() {
+void ConflictResolver::dropLookalikes(bool russian) {
   // What no dictionary holds, such as a name, must not turn into a word that nobody types.
-  constexpr double kLooksRight = 0.9;
-  for (const auto& keys : sorted(russian_.words)) {
-    if (keys.size() < 4 || weightOf(keys, true) > 0) continue;
-    if (std::ranges::any_of(keys, isPunctuationKey) || english_.words.contains(keys)) continue;
-    if (english_.ngrams.hasImpossible(keys)) continue;
-    if (english_.ngrams.plausibility(keys) < kLooksRight) continue;
-    drop(keys, true, "unknown, and its keys " + keys + " look like an English name");
-  }
-  for (const auto& keys : sorted(english_.words)) {
-    if (keys.size() < 4 || weightOf(keys, false) > 0) continue;
-    if (russian_.words.contains(keys) || russian_.ngrams.hasImpossible(keys)) continue;
-    if (russian_.ngrams.plausibility(keys) < kLooksRight) continue;
-    drop(keys, false, "unknown, and its keys " + russianOf(keys) + " look like a Russian name");
+  const auto& own = russian ? russian_ : english_;
+  const auto& other = russian ? english_ : russian_;
+  auto usual = other.ngrams;
+  usual.setFloors({kUsualGroup, kUsualGroup});
+  for (const auto& keys : sorted(own.words)) {
+    if (keys.size() < kShortestLookalike || keys.size() > kLongestLookalike) continue;
+    if (weightOf(keys, russian) > 0 || other.words.contains(keys)) continue;
+    if (russian && std::ranges::any_of(keys, isPunctuationKey)) continue;
+    if (usual.hasImpossible(keys)) continue;
+    drop(keys, russian, "unknown, and its keys " + written(keys, !russian) + " could be a name");
   }
 }
 
@@ -169,7 +172,8 @@ bool ConflictResolver::dropHarmful(const std::vector<Typed>& harmful) {
 
 void ConflictResolver::resolve() {
   resolvePairs();
-  dropLookalikes();
+  dropLookalikes(true);
+  dropLookalikes(false);
   // Dropping words never makes another conversion, so only what is harmful now is looked at again.
   const auto harmful = findHarmful();
   int round = 0;

@@ -43,7 +43,7 @@ class ConflictResolver final {
   };
 
   void resolvePairs();
-  void dropLookalikes();
+  void dropLookalikes(bool russian);
   [[nodiscard]] std::vector<Typed> findHarmful() const;
   bool dropHarmful(const std::vector<Typed>& harmful);
   void drop(const std::string& keys, bool russian, const std::string& why);

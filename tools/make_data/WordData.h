@@ -25,7 +25,7 @@ struct SourcePaths {
 /// numbers are those that came out best of a measurement on the making half; docs/word-data.md has
 /// the others.
 struct NgramFloors {
-  KeyNgrams::Floors english{0.1, 0.1};
+  KeyNgrams::Floors english{1, 1};
   KeyNgrams::Floors russian{20, 20};
 };
 
