@@ -51,7 +51,8 @@ void FocusWatch::handle(const XEvent& event) {
   bool isChange = false;
   if (event.type == PropertyNotify) {
     if (event.xproperty.atom != activeWindowName_) return;
-    isChange = std::exchange(active_, activeWindow()) != active_;
+    const auto former = std::exchange(active_, activeWindow());
+    isChange = former != active_;
   } else if (event.type == FocusIn || event.type == FocusOut) {
     const auto mode = event.xfocus.mode;
     isTaken_ = mode == NotifyGrab || mode == NotifyWhileGrabbed;

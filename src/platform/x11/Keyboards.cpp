@@ -115,7 +115,10 @@ void Keyboards::letGo(Keyboard& keyboard) {
 }
 
 std::optional<std::string> Keyboards::hold() {
-  if (keyboards_.empty()) return "there is no keyboard";
+  findKeyboards({});
+  // One that another program holds is attached to nothing, and cannot be told from one that a
+  // person has taken out of use.
+  if (keyboards_.empty()) return "there is no keyboard that another program does not hold";
   isHolding_ = true;
   for (auto& keyboard : keyboards_) {
     if (keyboard.isHeld || hold(keyboard)) continue;
@@ -140,28 +143,43 @@ bool Keyboards::isIdle() {
   });
 }
 
-std::optional<std::string> Keyboards::update() {
+void Keyboards::findKeyboards(const std::vector<int>& changed) {
   const auto now = present();
-  const auto isGone = [&now](const Keyboard& keyboard) {
-    return std::find(now.begin(), now.end(), keyboard.device) == now.end();
+  const auto contains = [](const std::vector<int>& devices, int device) {
+    return std::find(devices.begin(), devices.end(), device) != devices.end();
   };
+  const auto isGone = [&](const Keyboard& keyboard) {
+    return !contains(now, keyboard.device) || contains(changed, keyboard.device);
+  };
+  std::vector<int> gone;
   for (const auto& keyboard : keyboards_) {
-    if (isGone(keyboard) && onGone) onGone(keyboard.device);
+    if (isGone(keyboard)) gone.push_back(keyboard.device);
   }
   keyboards_.erase(std::remove_if(keyboards_.begin(), keyboards_.end(), isGone), keyboards_.end());
+  for (const int device : gone) {
+    if (onGone) onGone(device);
+  }
   for (const int device : now) {
-    if (contains(device)) continue;
+    if (this->contains(device)) continue;
     watch(device);
     // What may be left of an earlier hold.
     if (isHolding_) XIUngrabDevice(connection_.display(), device, CurrentTime);
     keyboards_.push_back({device});
   }
-  if (!isHolding_) return std::nullopt;
-  const bool changed = std::any_of(keyboards_.begin(), keyboards_.end(),
-                                   [](const Keyboard& keyboard) { return !keyboard.isHeld; });
-  if (!changed) return std::nullopt;
-  auto refusal = hold();
-  if (!refusal) copyKeymap();
+}
+
+std::optional<std::string> Keyboards::update(const std::vector<int>& changed) {
+  auto* display = connection_.display();
+  // Nobody must disable a keyboard between the look at it and the rest.
+  XGrabServer(display);
+  findKeyboards(changed);
+  const bool isComplete = std::all_of(keyboards_.begin(), keyboards_.end(),
+                                      [](const Keyboard& keyboard) { return keyboard.isHeld; });
+  std::optional<std::string> refusal;
+  if (isHolding_ && !isComplete) refusal = hold();
+  XUngrabServer(display);
+  XFlush(display);
+  if (isHolding_ && !isComplete) copyKeymap();
   return refusal;
 }
 

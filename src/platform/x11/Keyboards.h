@@ -8,8 +8,6 @@
 
 #include "platform/x11/XConnection.h"
 
-struct _XDevice;
-
 namespace tessarok::x11 {
 
 /// The keyboards of the machine, which are held as long as there is a tap: their keys then come to
@@ -35,9 +33,10 @@ class Keyboards final {
   /// up unseen by the others, and stay down for them.
   [[nodiscard]] bool isIdle();
 
-  /// Something was plugged in, pulled out, enabled or disabled. While keyboards are held, why one
-  /// could not be; then none is held any more.
-  [[nodiscard]] std::optional<std::string> update();
+  /// Something was plugged in, pulled out, enabled or disabled; `changed` are the devices that
+  /// were, even if they are now what they were before. While keyboards are held, why one could not
+  /// be; then none is held any more.
+  [[nodiscard]] std::optional<std::string> update(const std::vector<int>& changed);
   /// Gives the held keyboards the server's keymap.
   void copyKeymap();
   /// Repetitions come from the keyboards themselves, so synthetic keys must not repeat as well.
@@ -54,6 +53,7 @@ class Keyboards final {
   };
 
   [[nodiscard]] std::vector<int> present();
+  void findKeyboards(const std::vector<int>& changed);
   [[nodiscard]] bool hold(Keyboard& keyboard);
   void letGo(Keyboard& keyboard);
   void watch(int device);

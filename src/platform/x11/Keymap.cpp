@@ -7,6 +7,7 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XKBgeom.h>
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <string_view>
 #include <xkbcommon/xkbcommon-keysyms.h>
@@ -159,6 +160,13 @@ Keymap::~Keymap() {
 const std::optional<std::string>& Keymap::optionalIdentifier(unsigned group) const {
   static const std::optional<std::string> kNone;
   return group < identifiers_.size() ? identifiers_[group] : kNone;
+}
+
+std::string Keymap::source() const {
+  auto* text = xkb_keymap_get_as_string(keymap_, XKB_KEYMAP_FORMAT_TEXT_V1);
+  std::string source = text == nullptr ? "" : text;
+  std::free(text);
+  return source;
 }
 
 void Keymap::nameGroups(XConnection& connection) {

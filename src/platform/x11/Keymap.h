@@ -45,6 +45,8 @@ class Keymap final {
   }
   [[nodiscard]] const std::optional<std::string>& optionalIdentifier(unsigned group) const;
   [[nodiscard]] platform::PhysicalLayoutType physicalLayout() const { return physicalLayout_; }
+  /// All of it, as text; takes milliseconds.
+  [[nodiscard]] std::string source() const;
   /// Equal for keymaps that give the same characters under the same identifiers.
   [[nodiscard]] const std::u16string& signature() const { return signature_; }
 

@@ -5,6 +5,7 @@
 #include <X11/extensions/XInput2.h>
 #include <poll.h>
 #include <utility>
+#include <vector>
 
 namespace tessarok::x11 {
 
@@ -16,6 +17,16 @@ constexpr double kSettle = 0.05;
 std::optional<std::filesystem::path> lockFileOf(platform::Files& files) {
   const auto folder = files.applicationSupportDirectory();
   return folder ? std::optional(*folder / "Tessarok" / "instance.lock") : std::nullopt;
+}
+
+/// The devices that were enabled or disabled.
+std::vector<int> restarted(const XIHierarchyEvent& event) {
+  std::vector<int> devices;
+  for (int i = 0; i < event.num_info; ++i) {
+    const bool isOne = (event.info[i].flags & (XIDeviceEnabled | XIDeviceDisabled)) != 0;
+    if (isOne) devices.push_back(event.info[i].deviceid);
+  }
+  return devices;
 }
 
 }  // namespace
@@ -96,6 +107,7 @@ platform::Workspace& X11Desktop::workspace() {
 }
 
 void X11Desktop::keyboardsHeld(bool held) {
+  if (held) copiedKeymap_ = layouts_.keymap().source();
   if (!watchdog_) return;
   if (!held) return watchdog_->stop();
   const auto lost = [this] {
@@ -116,9 +128,18 @@ void X11Desktop::keymapChanged() {
   if (std::exchange(isCopyDue_, true)) return;
   runLoop_.after(kSettle, [this] {
     isCopyDue_ = false;
-    keyboards_.copyKeymap();
-    keyboards_.silenceSyntheticRepeats();
+    copyKeymap();
   });
+}
+
+void X11Desktop::copyKeymap() {
+  // The server also speaks of a new keymap when another keyboard is used than before, and a copy
+  // ends the repetition of a key that is being held.
+  auto source = layouts_.keymap().source();
+  if (source == copiedKeymap_) return;
+  copiedKeymap_ = std::move(source);
+  keyboards_.copyKeymap();
+  keyboards_.silenceSyntheticRepeats();
 }
 
 short X11Desktop::pollEvents() {
@@ -179,7 +200,7 @@ void X11Desktop::dispatchInput(XEvent& event) {
       eventTaps_->buttonDown(raw->detail);
       break;
     case XI_HierarchyChanged:
-      eventTaps_->updateKeyboards();
+      eventTaps_->updateKeyboards(restarted(*static_cast<const XIHierarchyEvent*>(cookie.data)));
       break;
     default:
       break;

@@ -71,6 +71,7 @@ class X11Desktop final : public platform::Desktop {
   void dispatch(_XEvent& event);
   void dispatchInput(_XEvent& event);
   void keymapChanged();
+  void copyKeymap();
   void keyboardsHeld(bool held);
   void report(const std::string& problem);
 
@@ -100,6 +101,8 @@ class X11Desktop final : public platform::Desktop {
   X11SecureInput secureInput_;
   posix::CallbackSource source_;
   bool isCopyDue_ = false;
+  /// The keymap that the keyboards have.
+  std::string copiedKeymap_;
   /// What was reported last; the same problem comes again every few seconds.
   std::string reported_;
 };

@@ -149,8 +149,8 @@ void X11EventTaps::close() {
   letGo();
 }
 
-void X11EventTaps::updateKeyboards() {
-  if (const auto refusal = parts_.keyboards.update()) refuse(*refusal);
+void X11EventTaps::updateKeyboards(const std::vector<int>& changed) {
+  if (const auto refusal = parts_.keyboards.update(changed)) refuse(*refusal);
 }
 
 std::uint64_t X11EventTaps::flags() const {

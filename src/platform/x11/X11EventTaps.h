@@ -47,8 +47,8 @@ class X11EventTaps final : public platform::EventTaps {
   void keyUp(int device, std::uint8_t key);
   /// A button of the mouse went down, by its X number.
   void buttonDown(int button);
-  /// Keyboards came or went.
-  void updateKeyboards();
+  /// Keyboards came or went, as for `Keyboards::update`.
+  void updateKeyboards(const std::vector<int>& changed);
   /// Lets the keyboards go for good: no tap can be created any more.
   void close();
 

@@ -19,6 +19,12 @@ int noteError(Display*, XErrorEvent*) {
   return 0;
 }
 
+/// In place of the one of Xlib, which ends the process; what is to happen is for the connection's
+/// own exit handler.
+int ignoreLoss(Display*) {
+  return 0;
+}
+
 /// A server that runs inside a Wayland session sees keys only while one of its own windows has
 /// them, and cannot switch the layout of the others.
 bool isInsideWayland(Display* display) {
@@ -96,6 +102,7 @@ std::string XConnection::prepare() {
 }
 
 void XConnection::watchForLoss() {
+  XSetIOErrorHandler(&ignoreLoss);
   XSetIOErrorExitHandler(
       display_,
       [](Display*, void* data) {
