@@ -105,13 +105,16 @@ BusSlot Bus::call(BusMessage message, BusSlot::Handler handler, std::uint64_t pa
   auto owned = std::make_unique<BusSlot::Handler>(std::move(handler));
   sd_bus_slot* slot = nullptr;
   const int result = sd_bus_call_async(bus_, &slot, message.get(), handle, owned.get(), patience);
+  processSoonIfNeeded();
   if (result < 0) return {};
   processAfter(patience);
   return {std::move(owned), slot};
 }
 
 void Bus::send(BusMessage message) {
-  if (bus_ != nullptr && message) sd_bus_send(bus_, message.get(), nullptr);
+  if (bus_ == nullptr || !message) return;
+  sd_bus_send(bus_, message.get(), nullptr);
+  processSoonIfNeeded();
 }
 
 int Bus::descriptor() const {
@@ -121,7 +124,6 @@ int Bus::descriptor() const {
 short Bus::events() const {
   if (bus_ == nullptr) return 0;
   const int events = sd_bus_get_events(bus_);
-  // A connection that just broke wants to be processed once more, to say so.
   return static_cast<short>(events < 0 ? POLLIN : events);
 }
 
@@ -132,9 +134,24 @@ void Bus::ready(short) {
 void Bus::process() {
   while (bus_ != nullptr) {
     const int result = sd_bus_process(bus_, nullptr);
-    if (result == 0) return;
-    if (result < 0) close();
+    if (result < 0) {
+      close();
+    } else if (result == 0 && !hasWork()) {
+      return;
+    }
   }
+}
+
+bool Bus::hasWork() const {
+  std::uint64_t due = 0;
+  return bus_ != nullptr && sd_bus_get_timeout(bus_, &due) > 0 && due == 0;
+}
+
+void Bus::processSoonIfNeeded() {
+  if (!hasWork()) return;
+  loop_.async([weak = std::weak_ptr(self_)] {
+    if (const auto self = weak.lock()) (*self)->process();
+  });
 }
 
 void Bus::processAfter(std::uint64_t microseconds) {

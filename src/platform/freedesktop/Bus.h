@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -65,6 +66,10 @@ class Bus final : public posix::PollSource {
   static std::unique_ptr<Bus> started(platform::RunLoop& loop, int result, sd_bus* bus,
                                       std::string& reason);
   void process();
+  /// Whether something is to be done though no descriptor says so: a broken connection is taken
+  /// down in steps, one of which may begin with a write that fails.
+  [[nodiscard]] bool hasWork() const;
+  void processSoonIfNeeded();
   void processAfter(std::uint64_t microseconds);
   void close();
 
