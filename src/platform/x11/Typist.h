@@ -25,7 +25,6 @@ class Typist final {
   Typist& operator=(const Typist&) = delete;
   ~Typist();
 
-  /// A key that is down already repeats.
   void press(std::uint8_t key);
   /// A key that is not down is left alone.
   void release(std::uint8_t key);

@@ -188,9 +188,10 @@ bool X11EventTaps::send(X11Event& event) {
   return tap_ == nullptr || !tap_->isEnabled() || tap_->call(event) != nullptr;
 }
 
-void X11EventTaps::pass(std::uint8_t key, bool repeats) {
-  // A second keyboard may have the same key down; but only its own repetitions are repetitions.
-  if (!repeats) parts_.typist.release(key);
+void X11EventTaps::pass(std::uint8_t key) {
+  // A key that repeats, or that is down on a second keyboard as well: applications do not count a
+  // key as pressed that they have not seen released.
+  parts_.typist.release(key);
   parts_.typist.press(key);
 }
 
@@ -202,7 +203,7 @@ void X11EventTaps::keyDown(int device, std::uint8_t key, bool repeats) {
   parts_.runLoop.runQueue();
   if (layouts.keymap().changesState(key, layouts.state())) {
     held_[key] = {device, std::nullopt};
-    pass(key, repeats);
+    pass(key);
     layouts.markStateStale();
     return;
   }
@@ -211,7 +212,7 @@ void X11EventTaps::keyDown(int device, std::uint8_t key, bool repeats) {
   prepare(key, repeats);
   held_[key] = {device, event_.code};
   const bool passes = send(event_);
-  if (passes) pass(key, repeats);
+  if (passes) pass(key);
   if (wasLatched) layouts.markStateStale();
   typePosted();
 }

@@ -73,7 +73,7 @@ class X11EventTaps final : public platform::EventTaps {
   void refuse(const std::string& reason);
   void prepare(std::uint8_t key, bool repeats);
   [[nodiscard]] std::uint64_t flags() const;
-  void pass(std::uint8_t key, bool repeats);
+  void pass(std::uint8_t key);
   [[nodiscard]] bool send(X11Event& event);
   void typePosted();
   void releaseKeysOf(int device);

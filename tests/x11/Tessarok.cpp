@@ -1,0 +1,47 @@
+#include "x11/Tessarok.h"
+
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "x11/Patience.h"
+
+namespace tessarok::testing {
+
+Tessarok::Tessarok(XServer& server) : Tessarok(server, Setup()) {
+  if (!says("correcting in every application")) {
+    throw std::runtime_error("tessarok does not start: " + errors());
+  }
+}
+
+Tessarok::Tessarok(XServer& server, const Setup& setup)
+    : home_(setup.home.empty() ? folder_.path() : setup.home), errors_(folder_.path() / "errors") {
+  if (!setup.settings.empty()) {
+    const auto folder = home_ / ".config" / "Tessarok";
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "settings.json") << setup.settings;
+  }
+  Subprocess::Setup subprocess;
+  subprocess.errors = errors_;
+  subprocess.environment = {{"DISPLAY", server.name()},
+                            {"HOME", home_.string()},
+                            {"XDG_DATA_HOME", ""},
+                            {"XDG_CONFIG_HOME", ""},
+                            {"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"},
+                            {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent"},
+                            {"WAYLAND_DISPLAY", ""}};
+  program_ = std::make_unique<Subprocess>(
+      std::vector<std::string>{TESSAROK_PROGRAM, "--resources", TESSAROK_TEST_DATA}, "tessarok",
+      subprocess);
+}
+
+std::string Tessarok::errors() const {
+  std::ifstream in(errors_, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+bool Tessarok::says(std::string_view text) const {
+  return waitUntil([&] { return errors().find(text) != std::string::npos; });
+}
+
+}  // namespace tessarok::testing

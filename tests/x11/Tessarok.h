@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/virtual/TemporaryDirectory.h"
+#include "x11/Subprocess.h"
+#include "x11/XServer.h"
+
+namespace tessarok::testing {
+
+/// The built program on an X server, with the word data of the tests.
+class Tessarok {
+ public:
+  struct Setup {
+    /// The content of the settings file; empty for none.
+    std::string settings;
+    /// Another program's home; empty for one of its own.
+    std::filesystem::path home;
+  };
+
+  /// Ready to correct.
+  explicit Tessarok(XServer& server);
+  Tessarok(XServer& server, const Setup& setup);
+
+  /// Whether it has said this on standard error; waits for it.
+  [[nodiscard]] bool says(std::string_view text) const;
+  [[nodiscard]] std::string errors() const;
+  void send(int signal) const { program_->send(signal); }
+  [[nodiscard]] int exitStatus() { return program_->exitStatus(); }
+  [[nodiscard]] pid_t process() const { return program_->process(); }
+  [[nodiscard]] const std::filesystem::path& home() const { return home_; }
+  /// The folder with what was learned.
+  [[nodiscard]] std::filesystem::path learned() const {
+    return home_ / ".local" / "share" / "Tessarok";
+  }
+
+ private:
+  virtualdesktop::TemporaryDirectory folder_;
+  std::filesystem::path home_;
+  std::filesystem::path errors_;
+  std::unique_ptr<Subprocess> program_;
+};
+
+}  // namespace tessarok::testing

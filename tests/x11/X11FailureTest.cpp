@@ -1,0 +1,170 @@
+// Whatever happens to the program, a person keeps the keyboard.
+
+#include <chrono>
+#include <csignal>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+#include "x11/Applications.h"
+#include "x11/Patience.h"
+#include "x11/Tessarok.h"
+#include "x11/XServer.h"
+
+// Last, because of the plain words that Xlib defines as macros.
+#include <X11/Xlib.h>
+#include <X11/extensions/XInput2.h>
+
+namespace tessarok::testing {
+namespace {
+
+constexpr std::uint8_t kA = 38;
+constexpr std::uint8_t kShift = 50;
+
+class X11Failure : public ::testing::Test {
+ protected:
+  /// A letter and Shift are down, and the application has seen them.
+  void holdKeys() {
+    ASSERT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+    server_.key(kShift, true);
+    server_.key(kA, true);
+    ASSERT_TRUE(waitUntil([this] { return server_.keysDown().size() == 2; }));
+  }
+  /// The keyboard is free and no key is down, within a second.
+  void expectFreeWithinASecond(std::chrono::steady_clock::time_point since) {
+    EXPECT_TRUE(
+        waitUntil([this] { return !server_.isKeyboardHeld() && server_.keysDown().empty(); }));
+    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - since;
+    EXPECT_LT(passed.count(), 1.0);
+    RecordProperty("milliseconds", static_cast<int>(passed.count() * 1000));
+    const auto before = window_.text();
+    server_.key(kShift, false);
+    server_.key(kA, false);
+    server_.type("ghbdtn ");
+    EXPECT_TRUE(window_.shows(before + "ghbdtn ")) << window_.text();
+  }
+
+  XServer server_;
+  GtkEntry window_{server_};
+};
+
+TEST_F(X11Failure, AKilledProgramLeavesNoKeyDown) {
+  const Tessarok program(server_);
+  holdKeys();
+  program.send(SIGKILL);
+  expectFreeWithinASecond(std::chrono::steady_clock::now());
+}
+
+TEST_F(X11Failure, AStoppedProgramIsEnded) {
+  Tessarok program(server_);
+  holdKeys();
+  program.send(SIGSTOP);
+  expectFreeWithinASecond(std::chrono::steady_clock::now());
+  EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
+  EXPECT_TRUE(program.says("did not answer"));
+}
+
+TEST_F(X11Failure, AnEndedProgramLeavesNoKeyDown) {
+  Tessarok program(server_);
+  holdKeys();
+  program.send(SIGTERM);
+  expectFreeWithinASecond(std::chrono::steady_clock::now());
+  EXPECT_EQ(program.exitStatus(), 0) << program.errors();
+}
+
+TEST_F(X11Failure, WithoutItsWatchdogTheProgramHoldsNoKeyboard) {
+  Tessarok program(server_);
+  holdKeys();
+  pid_t watchdog = 0;
+  std::ifstream("/proc/" + std::to_string(program.process()) + "/task/" +
+                std::to_string(program.process()) + "/children") >>
+      watchdog;
+  ASSERT_GT(watchdog, 0);
+  ::kill(watchdog, SIGKILL);
+  expectFreeWithinASecond(std::chrono::steady_clock::now());
+  EXPECT_TRUE(program.says("watchdog process has ended")) << program.errors();
+  EXPECT_EQ(program.exitStatus(), 0);
+}
+
+TEST_F(X11Failure, AKeyHeldAtTheStartDoesNotStayDown) {
+  server_.key(kA, true);
+  const Tessarok program(server_);
+  EXPECT_FALSE(server_.isKeyboardHeld());
+  server_.key(kA, false);
+  EXPECT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+  EXPECT_TRUE(server_.keysDown().empty());
+}
+
+TEST_F(X11Failure, ASecondCopyDoesNotStart) {
+  Tessarok program(server_);
+  Tessarok second(server_, {.settings = {}, .home = program.home()});
+  EXPECT_EQ(second.exitStatus(), 1);
+  EXPECT_TRUE(second.says("not started")) << second.errors();
+  server_.type("ghbdtn ");
+  EXPECT_TRUE(window_.shows("привет ")) << window_.text();
+  // And after the first has gone, or was killed, another one does.
+  program.send(SIGKILL);
+  EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
+  Tessarok third(server_, {.settings = {}, .home = program.home()});
+  EXPECT_TRUE(third.says("correcting")) << third.errors();
+}
+
+TEST_F(X11Failure, AHeldKeyboardIsSaidToBeInTheWay) {
+  auto* other = XOpenDisplay(server_.name().c_str());
+  ASSERT_NE(other, nullptr);
+  unsigned char bits[XIMaskLen(XI_LASTEVENT)] = {};
+  XIEventMask mask{server_.keyboard(), sizeof bits, bits};
+  ASSERT_EQ(XIGrabDevice(other, server_.keyboard(), DefaultRootWindow(other), CurrentTime, None,
+                         GrabModeAsync, GrabModeAsync, False, &mask),
+            GrabSuccess);
+  XSync(other, False);
+  const Tessarok program(server_, {});
+  EXPECT_TRUE(program.says("no keyboard that another program does not hold")) << program.errors();
+  XIUngrabDevice(other, server_.keyboard(), CurrentTime);
+  XCloseDisplay(other);
+  // It tries again and again.
+  EXPECT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+  server_.type("ghbdtn ");
+  EXPECT_TRUE(window_.shows("привет ")) << window_.text();
+}
+
+TEST_F(X11Failure, AKeyboardThatGoesAndComesTypesOnce) {
+  const Tessarok program(server_);
+  std::string expected;
+  for (int i = 0; i < 3; ++i) {
+    server_.setKeyboardEnabled(false);
+    server_.setKeyboardEnabled(true);
+    EXPECT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+    server_.type("ghbdtn ");
+    expected += "привет ";
+    EXPECT_TRUE(window_.shows(expected)) << window_.text();
+    server_.lockGroup(0);
+  }
+}
+
+TEST_F(X11Failure, AKeyDownOnAKeyboardThatGoesDoesNotStayDown) {
+  const Tessarok program(server_);
+  holdKeys();
+  server_.setKeyboardEnabled(false);
+  EXPECT_TRUE(waitUntil([this] { return server_.keysDown().empty(); }));
+}
+
+TEST_F(X11Failure, TheEndOfTheServerEndsTheProgram) {
+  auto server = std::make_unique<XServer>();
+  Tessarok program(*server);
+  server->stop();
+  EXPECT_EQ(program.exitStatus(), 0) << program.errors();
+  EXPECT_TRUE(program.says("X server has gone")) << program.errors();
+}
+
+TEST_F(X11Failure, WithoutADisplayTheReasonIsSaid) {
+  auto server = std::make_unique<XServer>();
+  server->stop();
+  Tessarok program(*server, {});
+  EXPECT_EQ(program.exitStatus(), 2);
+  EXPECT_TRUE(program.says("cannot open the display")) << program.errors();
+}
+
+}  // namespace
+}  // namespace tessarok::testing
