@@ -200,6 +200,9 @@ TEST(MacUserDefaults, UnderstandsWhatPeopleWriteByHand) {
   EXPECT_EQ(read(new Number(0)), false);
   EXPECT_EQ(read(new Number(0.5)), true);
   EXPECT_EQ(read(new fakemac::Data({1})), false);
+  // The preferences hold the last value, and nobody holds another.
+  EXPECT_EQ(liveObjects(), 1U);
+  EXPECT_EQ(fakemac::objectOf(fakeSystem().preferences.at("key")).references, 1);
 }
 
 }  // namespace
