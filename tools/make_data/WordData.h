@@ -22,8 +22,7 @@ struct SourcePaths {
 };
 
 /// From which weight on, in times per million words, letter groups are part of a language. The
-/// numbers are those that came out best of a measurement on the making half; docs/word-data.md has
-/// the others.
+/// numbers came out best of a measurement; docs/word-data.md has the others.
 struct NgramFloors {
   KeyNgrams::Floors english{1, 1};
   KeyNgrams::Floors russian{20, 20};
