@@ -49,6 +49,12 @@ bool goesFirst(const platform::RunningApplication& other,
   return other.processIdentifier < self.processIdentifier;
 }
 
+/// Held by the one copy that may run.
+constexpr const char* kInstanceLock = "instance.lock";
+/// Held by the copy that writes what is learned, when it is one of many. Hidden, because people
+/// look into this folder.
+constexpr const char* kLearningLock = ".learning.lock";
+
 void log(const std::string& message) {
   platform::desktop().systemLog().write("Tessarok: " + message);
 }
@@ -65,6 +71,23 @@ std::string lockFailureMessage(const platform::FileLockFailure& failure) {
       break;
   }
   return "could not acquire instance lock" + number;
+}
+
+/// Locks a file of the per-user folder, which is made where it is missing. Absent when `lock` is
+/// held now, else why it is not.
+std::optional<std::string> acquireLock(const char* name,
+                                       std::unique_ptr<platform::FileLock>& lock) {
+  auto& files = platform::desktop().files();
+  const auto folder = UserDict::directory();
+  if (const auto error = files.createDirectories(folder)) {
+    return "could not create instance lock directory: " + *error;
+  }
+  auto result = files.lockExclusively(folder / name);
+  if (const auto* failure = std::get_if<platform::FileLockFailure>(&result)) {
+    return lockFailureMessage(*failure);
+  }
+  lock = std::move(std::get<std::unique_ptr<platform::FileLock>>(result));
+  return std::nullopt;
 }
 
 }  // namespace
@@ -104,19 +127,22 @@ void AppDelegate::applicationWillTerminate() {
   KeyTap::shared().onPauseChange = nullptr;
   KeyTap::shared().stop();
   IgnoreList::flush();
+  learningLock_.reset();
   instanceLock_.reset();
 }
 
 bool AppDelegate::mayRun() {
-  if (instances_ == Instances::onlyOne && olderInstanceRuns()) return false;
-  const auto obstacle = acquireInstanceLock();
-  if (!obstacle) return true;
   if (instances_ == Instances::onlyOne) {
-    log(*obstacle);
-    return false;
+    if (olderInstanceRuns()) return false;
+    if (const auto obstacle = acquireInstanceLock()) {
+      log(*obstacle);
+      return false;
+    }
   }
-  log(*obstacle + "; what is learned here stays in memory");
-  IgnoreList::keepInMemory();
+  if (const auto obstacle = claimLearning()) {
+    log(*obstacle + "; what is learned here stays in memory");
+    IgnoreList::keepInMemory();
+  }
   return true;
 }
 
@@ -132,17 +158,22 @@ bool AppDelegate::olderInstanceRuns() const {
 }
 
 std::optional<std::string> AppDelegate::acquireInstanceLock() {
+  return acquireLock(kInstanceLock, instanceLock_);
+}
+
+std::optional<std::string> AppDelegate::claimLearning() {
   auto& files = platform::desktop().files();
-  const auto folder = UserDict::fileURL().parent_path();
-  if (const auto error = files.createDirectories(folder)) {
-    return "could not create instance lock directory: " + *error;
+  if (instances_ == Instances::onlyOne) {
+    // Only copies that may be many make this file: without it there is none to share with.
+    if (!files.exists(UserDict::directory() / kLearningLock)) return std::nullopt;
+    return acquireLock(kLearningLock, learningLock_);
   }
-  auto result = files.lockExclusively(folder / "instance.lock");
-  if (const auto* failure = std::get_if<platform::FileLockFailure>(&result)) {
-    return lockFailureMessage(*failure);
-  }
-  instanceLock_ = std::move(std::get<std::unique_ptr<platform::FileLock>>(result));
-  return std::nullopt;
+  // First the own lock, then the look at the other one: of two that start at once, each in its
+  // own order, one at least sees the other.
+  if (auto obstacle = acquireLock(kLearningLock, learningLock_)) return obstacle;
+  if (!files.isLockedByAnother(UserDict::directory() / kInstanceLock)) return std::nullopt;
+  learningLock_.reset();
+  return lockFailureMessage({.reason = platform::FileLockFailure::Reason::heldByAnother});
 }
 
 void AppDelegate::loadPersistentData() {

@@ -46,6 +46,9 @@ class Files {
                            std::uint64_t restartAbove) = 0;
   /// Opens a file, creating it for its owner alone, and locks it without waiting.
   [[nodiscard]] virtual FileLockResult lockExclusively(const std::filesystem::path& file) = 0;
+  /// Whether another process holds the lock on a file. Asking takes nothing, so it never makes
+  /// another start fail.
+  [[nodiscard]] virtual bool isLockedByAnother(const std::filesystem::path& file) = 0;
 };
 
 }  // namespace tessarok::platform

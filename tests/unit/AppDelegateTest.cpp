@@ -5,6 +5,7 @@
 #include "IgnoreList.h"
 #include "KeyTap.h"
 #include "UserDict.h"
+#include "support/ChildProcess.h"
 #include "support/FakeDesktop.h"
 #include "support/TestFiles.h"
 
@@ -15,6 +16,9 @@ namespace fs = std::filesystem;
 using platform::FileLockFailure;
 using testing::FakeDesktop;
 using Log = std::vector<std::string>;
+
+constexpr const char* kKeptInMemory =
+    "Tessarok: another instance is already running; what is learned here stays in memory";
 
 class AppDelegateTest : public ::testing::Test {
  protected:
@@ -195,16 +199,53 @@ TEST_F(AppDelegateTest, AnAddedLayoutIsNoticedWithoutARestart) {
   EXPECT_EQ(desktop.statusBar().icon().symbol, "keyboard.badge.ellipsis");
 }
 
-TEST_F(AppDelegateTest, SeveralCopiesMayRunWhereEachHasKeysOfItsOwn) {
+TEST_F(AppDelegateTest, OfManyCopiesOneWritesWhatIsLearned) {
   ASSERT_FALSE(desktop.files().createDirectories(desktop.folder()).has_value());
-  const auto held = desktop.files().lockExclusively(desktop.folder() / "instance.lock");
+  const auto held = desktop.files().lockExclusively(desktop.folder() / ".learning.lock");
   delegate = std::make_shared<AppDelegate>(AppDelegate::Instances::many);
   delegate->applicationDidFinishLaunching();
   EXPECT_FALSE(desktop.application().terminationRequested);
   EXPECT_TRUE(delegate->tapRunning());
+  EXPECT_EQ(desktop.systemLog().take(), Log{kKeptInMemory});
   IgnoreList::recordRejection("слово");
   delegate->applicationWillTerminate();
   EXPECT_FALSE(fs::exists(desktop.folder() / "rejects.txt"));
+}
+
+TEST_F(AppDelegateTest, TheFirstOfManyCopiesWrites) {
+  delegate = std::make_shared<AppDelegate>(AppDelegate::Instances::many);
+  delegate->applicationDidFinishLaunching();
+  EXPECT_EQ(desktop.systemLog().take(), Log{});
+  IgnoreList::recordRejection("слово");
+  delegate->applicationWillTerminate();
+  EXPECT_TRUE(fs::exists(desktop.folder() / "rejects.txt"));
+}
+
+TEST_F(AppDelegateTest, TheOnlyCopyRunsBesideOneOfManyThatWrites) {
+  ASSERT_FALSE(desktop.files().createDirectories(desktop.folder()).has_value());
+  const auto held = desktop.files().lockExclusively(desktop.folder() / ".learning.lock");
+  delegate = std::make_shared<AppDelegate>(AppDelegate::Instances::onlyOne);
+  delegate->applicationDidFinishLaunching();
+  EXPECT_TRUE(delegate->tapRunning());
+  EXPECT_EQ(desktop.systemLog().take(), Log{kKeptInMemory});
+  IgnoreList::recordRejection("слово");
+  delegate->applicationWillTerminate();
+  EXPECT_FALSE(fs::exists(desktop.folder() / "rejects.txt"));
+}
+
+TEST_F(AppDelegateTest, ACopyOfManyLeavesTheFilesToTheOnlyOne) {
+  testing::ChildProcess other({"--resources", TESSAROK_TEST_DATA, "replay", "--home",
+                               desktop.files().homeDirectory().string()});
+  ASSERT_TRUE(other.send("{\"print\": [\"tap\"]}\n"));
+  ASSERT_TRUE(other.receive().has_value());
+  delegate = std::make_shared<AppDelegate>(AppDelegate::Instances::many);
+  delegate->applicationDidFinishLaunching();
+  EXPECT_TRUE(delegate->tapRunning());
+  EXPECT_EQ(desktop.systemLog().take(), Log{kKeptInMemory});
+  IgnoreList::recordRejection("слово");
+  delegate->applicationWillTerminate();
+  EXPECT_FALSE(fs::exists(desktop.folder() / "rejects.txt"));
+  EXPECT_EQ(other.finish(), 0);
 }
 
 }  // namespace

@@ -119,6 +119,21 @@ class TemporaryFile {
   bool exists_ = false;
 };
 
+/// A record lock on a whole file, however long it grows.
+struct flock wholeFile() {
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  return lock;
+}
+
+/// The lock proper is the open file's and cannot be asked for without trying to take it. This
+/// second one, the process's, can; where it is not to be had, the first still holds.
+void markAsLocked(int descriptor) {
+  auto mark = wholeFile();
+  static_cast<void>(::fcntl(descriptor, F_SETLK, &mark));
+}
+
 /// A rename is on the disk only when its folder is.
 void flushFolder(const fs::path& folder) {
   const auto descriptor = openFile(folder, O_RDONLY | O_DIRECTORY);
@@ -244,6 +259,13 @@ void PosixFiles::appendToLog(const fs::path& file, std::string_view text,
   static_cast<void>(writeAll(existing.get(), text));
 }
 
+bool PosixFiles::isLockedByAnother(const fs::path& file) {
+  const auto descriptor = openFile(file, O_RDWR);
+  auto mark = wholeFile();
+  return descriptor.isOpen() && ::fcntl(descriptor.get(), F_GETLK, &mark) == 0 &&
+         mark.l_type != F_UNLCK;
+}
+
 platform::FileLockResult PosixFiles::lockExclusively(const fs::path& file) {
   using Reason = platform::FileLockFailure::Reason;
   auto descriptor = openFile(file, O_RDWR | O_CREAT);
@@ -253,6 +275,7 @@ platform::FileLockResult PosixFiles::lockExclusively(const fs::path& file) {
     return platform::FileLockFailure{
         number == EWOULDBLOCK ? Reason::heldByAnother : Reason::cannotLock, number};
   }
+  markAsLocked(descriptor.get());
   // The number tells people, and other copies, who holds the lock; the lock itself is the
   // kernel's, so a number left by a crash holds nobody off.
   if (::ftruncate(descriptor.get(), 0) == 0) {

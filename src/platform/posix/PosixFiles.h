@@ -37,6 +37,7 @@ class PosixFiles : public platform::Files {
   void appendToLog(const std::filesystem::path& file, std::string_view text,
                    std::uint64_t restartAbove) override;
   platform::FileLockResult lockExclusively(const std::filesystem::path& file) override;
+  bool isLockedByAnother(const std::filesystem::path& file) override;
 
  private:
   std::filesystem::path home_;
