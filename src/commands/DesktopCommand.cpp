@@ -12,6 +12,7 @@
 #include "Dict.h"
 #include "InputSource.h"
 #include "commands/Corrector.h"
+#include "platform/freedesktop/DesktopServices.h"
 #include "platform/posix/SignalPipe.h"
 #include "platform/x11/Watchdog.h"
 #include "platform/x11/X11Desktop.h"
@@ -71,6 +72,15 @@ int correctUntilStopped(X11Desktop& desktop) {
   return 0;
 }
 
+x11::SessionServices sessionServices(const x11::SessionContext& context) {
+  const auto services = std::make_shared<freedesktop::DesktopServices>(
+      context.runLoop, context.environment, context.systemLog, context.workspaceNotifications);
+  return {.statusBar = &services->statusBar(),
+          .secureInput = &services->secureInput(),
+          .workspace = &services->workspace(),
+          .owner = services};
+}
+
 int correct(X11Desktop& desktop) {
   auto& loop = desktop.runLoop();
   posix::SignalPipe signals({SIGTERM, SIGINT, SIGHUP, SIGQUIT}, [&loop](int) { loop.stop(); });
@@ -96,7 +106,7 @@ std::optional<int> runDesktop(const Options& options) {
     return std::nullopt;
   }
   X11Desktop desktop(std::move(std::get<std::unique_ptr<XConnection>>(opened)), std::move(watchdog),
-                     options.resources, {});
+                     options.resources, &sessionServices);
   platform::setDesktop(desktop);
   return correct(desktop);
 }

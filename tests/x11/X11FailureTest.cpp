@@ -30,6 +30,7 @@ class X11Failure : public ::testing::Test {
     server_.key(kShift, true);
     server_.key(kA, true);
     ASSERT_TRUE(waitUntil([this] { return server_.keysDown().size() == 2; }));
+    ASSERT_TRUE(window_.shows("A")) << window_.text();
   }
   /// The keyboard is free and no key is down, within a second.
   void expectFreeWithinASecond(std::chrono::steady_clock::time_point since) {

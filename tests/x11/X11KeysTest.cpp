@@ -137,6 +137,7 @@ TEST(X11Keys, AltSpaceCanBeLeftToTheWindowManager) {
   EXPECT_TRUE(window.shows("привет ")) << window.text();
   EXPECT_TRUE(waitUntil([&] { return take(manager, KeyPress) == 1; }));
   server.type("ghbdtn ");
+  EXPECT_TRUE(window.shows("привет привет ")) << window.text();
   server.lockGroup(0);
   server.type("vbh ");
   server.tap(kPause);
