@@ -25,7 +25,9 @@ class Layouts::Handle final : public platform::InputSourceHandle {
   unsigned group_;
 };
 
-Layouts::Layouts(XConnection& connection) : connection_(connection) {
+Layouts::Layouts(XConnection& connection)
+    : connection_(connection),
+      rulesNames_(XInternAtom(connection.display(), "_XKB_RULES_NAMES", False)) {
   auto* display = connection_.display();
   XkbSelectEvents(display, XkbUseCoreKbd, XkbNewKeyboardNotifyMask, XkbNewKeyboardNotifyMask);
   XkbSelectEvents(display, XkbUseCoreKbd, XkbMapNotifyMask, XkbMapNotifyMask);
@@ -124,6 +126,12 @@ void Layouts::announceChanges() {
   if (announced_ == now) return;
   announced_ = now;
   if (onSelected) onSelected();
+}
+
+void Layouts::handleProperty(const XEvent& event) {
+  if (event.xproperty.atom != rulesNames_) return;
+  isKeymapStale_ = true;
+  announceChanges();
 }
 
 void Layouts::handleXkb(const XEvent& event) {

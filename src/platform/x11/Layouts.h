@@ -42,8 +42,10 @@ class Layouts final : public platform::InputSources {
   /// A number that grows whenever keys give other characters.
   [[nodiscard]] std::uint32_t generation();
 
-  /// An XKB event, or one that says that the keymap is another.
   void handleXkb(const _XEvent& event);
+  /// A property of the root window has changed. The names of layouts are one, and they come after
+  /// the layouts themselves.
+  void handleProperty(const _XEvent& event);
   void markKeymapStale() { isKeymapStale_ = true; }
 
   /// The current layout is another; the list of layouts, or what they give, is another.
@@ -60,6 +62,7 @@ class Layouts final : public platform::InputSources {
   void readKeymap();
 
   XConnection& connection_;
+  unsigned long rulesNames_;
   std::shared_ptr<const Keymap> keymap_;
   KeyboardState state_;
   bool isStateStale_ = true;

@@ -165,6 +165,8 @@ void X11Desktop::dispatch(XEvent& event) {
     case GenericEvent:
       return dispatchInput(event);
     case PropertyNotify:
+      layouts_.handleProperty(event);
+      return focus_.handle(event);
     case FocusIn:
     case FocusOut:
     case UnmapNotify:
