@@ -13,6 +13,8 @@ namespace {
 
 /// Seconds in which all messages about one change of the keymap have come.
 constexpr double kSettle = 0.05;
+/// So many keys may keep the loop from its timers, the sign of life for the watchdog among them.
+constexpr int kEventsPerTurn = 32;
 
 std::optional<std::filesystem::path> lockFileOf(platform::Files& files) {
   const auto folder = files.applicationSupportDirectory();
@@ -151,7 +153,7 @@ short X11Desktop::pollEvents() {
 
 void X11Desktop::serve() {
   auto* display = connection_->display();
-  while (!connection_->isLost() && XPending(display) > 0) {
+  for (int i = 0; i < kEventsPerTurn && !connection_->isLost() && XPending(display) > 0; ++i) {
     XEvent event;
     XNextEvent(display, &event);
     dispatch(event);
