@@ -43,6 +43,7 @@ class CommandLine {
     addExplain();
     addReplay();
     addTerminal();
+    addX11();
     addCheckData();
   }
 
@@ -98,8 +99,7 @@ class CommandLine {
 
   void addTerminal() {
     auto* terminal = app_.add_subcommand(
-        "terminal",
-        "correct what is typed into a program in this terminal; the default without a display");
+        "terminal", "correct what is typed into a program in this terminal; the default");
     terminal->add_option("COMMAND", terminal_.command,
                          "the program and its arguments, after --; the login shell without it");
     terminal->callback([this] { command_ = [this] { return runTerminal(options_, terminal_); }; });
@@ -113,12 +113,22 @@ class CommandLine {
   }
 
   /// The desktop that there is; in a terminal the terminal, if there is no other.
-  int runDesktop() {
+  void addX11() {
 #ifdef TESSAROK_HAS_X11
-    if (hasDisplay()) {
-      if (const auto status = tessarok::commands::runDesktop(options_)) return *status;
-    }
+    auto* x11 = app_.add_subcommand(
+        "x11", "correct in every application of the display; not ready for daily use");
+    x11->callback([this] { command_ = [this] { return runX11(); }; });
 #endif
+  }
+
+#ifdef TESSAROK_HAS_X11
+  int runX11() {
+    if (!hasDisplay()) throw CommandError("there is no X11 display");
+    return tessarok::commands::runDesktop(options_).value_or(kUsageError);
+  }
+#endif
+
+  int runDesktop() {
     return runTerminal(options_, terminal_);
   }
 
