@@ -99,15 +99,19 @@ int PollLoop::millisecondsToWait() {
 void PollLoop::serveDescriptors() {
   turn_ = sources_;
   descriptors_.clear();
+  bool mayWait = true;
   for (const auto* source : turn_) {
     const auto events = source->events();
     descriptors_.push_back({events != 0 ? source->descriptor() : -1, events, 0});
+    if (source->isReady()) mayWait = false;
   }
-  const int count = ::poll(descriptors_.data(), descriptors_.size(), millisecondsToWait());
+  const int count =
+      ::poll(descriptors_.data(), descriptors_.size(), mayWait ? millisecondsToWait() : 0);
   if (count < 0 && errno != EINTR) throw std::system_error(errno, std::generic_category(), "poll");
-  if (count <= 0) return;
+  if (count < 0 || (count == 0 && mayWait)) return;
   for (std::size_t i = 0; i < turn_.size() && !stopped_; ++i) {
-    if (descriptors_[i].revents == 0 || !isServed(turn_[i])) continue;
+    if (!isServed(turn_[i])) continue;
+    if (descriptors_[i].revents == 0 && !turn_[i]->isReady()) continue;
     turn_[i]->ready(descriptors_[i].revents);
     runQueue();
   }

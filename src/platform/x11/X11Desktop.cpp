@@ -53,7 +53,9 @@ X11Desktop::X11Desktop(std::unique_ptr<XConnection> connection, std::unique_ptr<
                     : SessionServices{}),
       secureInput_(focus_, services_.secureInput),
       source_(
-          connection_->descriptor(), [this] { return pollEvents(); }, [this](short) { serve(); }) {
+          connection_->descriptor(),
+          [this] { return connection_->isLost() ? short{0} : short{POLLIN}; },
+          [this](short) { serve(); }, [this] { return hasEvents(); }) {
   connect();
 }
 
@@ -144,11 +146,11 @@ void X11Desktop::copyKeymap() {
   keyboards_.silenceSyntheticRepeats();
 }
 
-short X11Desktop::pollEvents() {
-  if (connection_->isLost()) return 0;
-  // Waiting for an answer may have brought events in: of those the descriptor tells nothing.
-  if (XPending(connection_->display()) > 0) runLoop_.async([this] { serve(); });
-  return POLLIN;
+bool X11Desktop::hasEvents() const {
+  // Waiting for an answer may have brought events in: of those the descriptor tells nothing. They
+  // must not be served from the loop's queue, which is run in the middle of an event as well: the
+  // events after it would overtake it.
+  return !connection_->isLost() && XPending(connection_->display()) > 0;
 }
 
 void X11Desktop::serve() {

@@ -66,7 +66,7 @@ class X11Desktop final : public platform::Desktop {
  private:
   [[nodiscard]] ManualKey manualKey();
   void connect();
-  [[nodiscard]] short pollEvents();
+  [[nodiscard]] bool hasEvents() const;
   void serve();
   void dispatch(_XEvent& event);
   void dispatchInput(_XEvent& event);

@@ -1,0 +1,97 @@
+#include <algorithm>
+#include <functional>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <unistd.h>
+#include <vector>
+
+#include "platform/posix/CallbackSource.h"
+#include "platform/posix/FileDescriptor.h"
+#include "platform/posix/MonotonicClock.h"
+#include "platform/posix/PollLoop.h"
+
+namespace tessarok::posix {
+namespace {
+
+class PollLoopTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    out_ = FileDescriptor(ends[0]);
+    in_ = FileDescriptor(ends[1]);
+  }
+  /// A source with so many things to do that its descriptor says nothing of.
+  CallbackSource sourceWith(int& left, std::function<void()> serve) {
+    return CallbackSource(
+        out_.get(), [] { return short{POLLIN}; }, [serve](short) { serve(); },
+        [&left] { return left > 0; });
+  }
+
+  MonotonicClock clock_;
+  PollLoop loop_{clock_};
+  FileDescriptor out_;
+  FileDescriptor in_;
+};
+
+TEST_F(PollLoopTest, ServesWhatTheDescriptorSaysNothingOf) {
+  int left = 5;
+  auto source = sourceWith(left, [&] {
+    if (--left == 0) loop_.stop();
+  });
+  loop_.add(source);
+  loop_.run();
+  EXPECT_EQ(left, 0);
+}
+
+TEST_F(PollLoopTest, ReportsNoInputToASourceThatIsReady) {
+  int left = 1;
+  short reported = -1;
+  CallbackSource source(
+      out_.get(), [] { return short{POLLIN}; },
+      [&](short events) {
+        reported = events;
+        loop_.stop();
+      },
+      [&] { return left > 0; });
+  loop_.add(source);
+  loop_.run();
+  EXPECT_EQ(reported, 0);
+}
+
+// Keys are served by such a source, and the next must not overtake the one in hand.
+TEST_F(PollLoopTest, ServesNothingInTheMiddleOfServing) {
+  int left = 100;
+  int depth = 0;
+  int deepest = 0;
+  auto source = sourceWith(left, [&] {
+    deepest = std::max(deepest, ++depth);
+    loop_.runQueue();
+    --depth;
+    if (--left == 0) loop_.stop();
+  });
+  loop_.add(source);
+  // Input besides, so that there are two reasons to serve in every turn.
+  ASSERT_EQ(::write(in_.get(), "x", 1), 1);
+  loop_.run();
+  EXPECT_EQ(deepest, 1);
+}
+
+TEST_F(PollLoopTest, TimersAndTheQueueRunBetweenTwoTurnsOfAReadySource) {
+  int left = 1;
+  std::vector<char> order;
+  auto source = sourceWith(left, [&] {
+    order.push_back('s');
+    loop_.async([&] { order.push_back('q'); });
+  });
+  loop_.add(source);
+  loop_.after(0, [&] {
+    order.push_back('t');
+    loop_.stop();
+  });
+  loop_.run();
+  EXPECT_EQ(order, (std::vector<char>{'s', 'q', 't'}));
+}
+
+}  // namespace
+}  // namespace tessarok::posix
