@@ -3,10 +3,11 @@
 
 BUILD := build/release
 JOBS ?= $(shell nproc)
+FUZZ_SECONDS ?= 60
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-x11 stories bench measure frequencies format check-format lint strict sanitize coverage macos-app install clean
+.PHONY: help run build data test test-x11 stories bench measure frequencies fuzz format check-format lint strict sanitize coverage macos-app install clean
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -34,6 +35,12 @@ test-x11: data ## Run the tests of the X11 desktop, which is not ready (docs/x11
 bench: data ## Measure time and memory
 	@cmake --build --preset release --target tessarok tessarok_bench tessarok_launch_bench
 	@scripts/bench $(BUILD)
+
+fuzz: ## Fuzz every parser, FUZZ_SECONDS (60) each
+	@scripts/install-packages build lint
+	@cmake --preset fuzz > /dev/null
+	@cmake --build --preset fuzz --target tessarok_fuzz
+	@scripts/fuzz build/fuzz $(FUZZ_SECONDS)
 
 measure: data ## Type thousands of sentences and report how they come out: build/measure.html
 	@scripts/install-packages measure

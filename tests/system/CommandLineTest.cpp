@@ -143,6 +143,8 @@ TEST(CommandLine, WrongReplayLinesAreNamed) {
                                       R"({"no": 1})",
                                       R"({"print": ["no"]})",
                                       R"({"wait": -1})",
+                                      R"({"wait": 1e300})",
+                                      R"({"wait": 100000001})",
                                       R"({"wait": "1"})",
                                       R"({"down": {}})",
                                       R"({"down": {"code": 1.5}})",

@@ -11,6 +11,10 @@ namespace tessarok::virtualdesktop::replayValues {
 
 namespace {
 
+/// Three years, in seconds. Every tick of a wait is carried out, so a longer one would go on for
+/// ever; and where doubles are so far apart that a tick does not move the clock, it really would.
+constexpr double kLongest = 1e8;
+
 [[noreturn]] void refuse(std::string_view what, std::string_view demand) {
   throw ReplayError(std::string(what) + " must be " + std::string(demand));
 }
@@ -37,7 +41,9 @@ std::int64_t integer(const Json& value, std::string_view what) {
 }
 
 double seconds(const Json& value, std::string_view what) {
-  if (!value.is_number() || value.get<double>() < 0) refuse(what, "a number of seconds, 0 or more");
+  const bool fits =
+      value.is_number() && value.get<double>() >= 0 && value.get<double>() <= kLongest;
+  if (!fits) refuse(what, "a number of seconds, 0 to 100000000");
   return value.get<double>();
 }
 

@@ -1,0 +1,12 @@
+// "ignored.txt": the words that are never corrected again.
+
+#include "LearnedLists.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace tessarok;
+  static fuzz::FuzzDesktop desktop;
+  desktop.files().clear();
+  desktop.files().put(rejectsFile(), "cgfcb,j\t2\n");
+  fuzz::checkLearning(desktop, std::string(fuzz::textOf(data, size)), ignoredFile());
+  return 0;
+}

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/Files.h"
+
+namespace tessarok::fuzz {
+
+/// Files that are on no disk, so that thousands can be parsed in a second. Any thread.
+class MemoryFiles final : public platform::Files {
+ public:
+  void put(const std::filesystem::path& file, std::string text) {
+    const std::lock_guard lock(mutex_);
+    files_[file.string()] = {std::move(text), ++writes_};
+  }
+  void clear() {
+    const std::lock_guard lock(mutex_);
+    files_.clear();
+  }
+  /// Absent when there is none.
+  [[nodiscard]] std::optional<std::string> text(const std::filesystem::path& file) {
+    const std::lock_guard lock(mutex_);
+    const auto found = files_.find(file.string());
+    return found == files_.end() ? std::nullopt : std::optional(found->second.text);
+  }
+
+  std::filesystem::path homeDirectory() override { return "/home"; }
+  std::optional<std::filesystem::path> applicationSupportDirectory() override { return "/support"; }
+  bool exists(const std::filesystem::path& file) override { return text(file).has_value(); }
+  bool isReadable(const std::filesystem::path& file) override { return exists(file); }
+  std::optional<platform::FileStamp> stamp(const std::filesystem::path& file) override {
+    const std::lock_guard lock(mutex_);
+    const auto found = files_.find(file.string());
+    if (found == files_.end()) return std::nullopt;
+    return platform::FileStamp{
+        .modified = found->second.number, .size = found->second.text.size(), .inode = 0};
+  }
+  std::optional<std::string> read(const std::filesystem::path& file, std::string* error) override {
+    auto found = text(file);
+    if (!found && error != nullptr) *error = "there is no such file";
+    return found;
+  }
+  std::unique_ptr<platform::MappedFile> map(const std::filesystem::path& file) override {
+    auto found = text(file);
+    return found ? std::make_unique<Copy>(std::move(*found)) : nullptr;
+  }
+  std::optional<std::string> createDirectories(const std::filesystem::path&) override {
+    return std::nullopt;
+  }
+  std::optional<std::string> writeAtomically(const std::filesystem::path& file,
+                                             std::string_view text) override {
+    put(file, std::string(text));
+    return std::nullopt;
+  }
+  void appendToLog(const std::filesystem::path&, std::string_view, std::uint64_t) override {}
+  platform::FileLockResult lockExclusively(const std::filesystem::path&) override {
+    return std::make_unique<platform::FileLock>();
+  }
+  bool isLockedByAnother(const std::filesystem::path&) override { return false; }
+
+ private:
+  struct File {
+    std::string text;
+    std::int64_t number = 0;
+  };
+  class Copy final : public platform::MappedFile {
+   public:
+    explicit Copy(std::string text) : text_(std::move(text)) {}
+    [[nodiscard]] std::string_view bytes() const override { return text_; }
+
+   private:
+    std::string text_;
+  };
+
+  std::mutex mutex_;
+  std::map<std::string, File> files_;
+  std::int64_t writes_ = 0;
+};
+
+}  // namespace tessarok::fuzz

@@ -1,0 +1,12 @@
+// "rejects.txt": how often the fix of a word was rejected.
+
+#include "LearnedLists.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace tessarok;
+  static fuzz::FuzzDesktop desktop;
+  desktop.files().clear();
+  desktop.files().put(ignoredFile(), "vjcrdf\n");
+  fuzz::checkLearning(desktop, std::string(fuzz::textOf(data, size)), rejectsFile());
+  return 0;
+}

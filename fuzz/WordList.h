@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+#include "Check.h"
+#include "Text.h"
+#include "UserDict.h"
+#include "WordSet.h"
+
+namespace tessarok::fuzz {
+
+/// What holds for the words of every list that people write.
+inline void checkListedWords(const WordSet& words) {
+  std::string lines;
+  for (const auto& word : words) {
+    check(text::normalizedWord(word) == word, "a word is kept in the form that is looked up");
+    check(!word.empty() && word.front() != '#', "comments are no words");
+    lines += word + "\n";
+  }
+  check(UserDict::parse(lines) == words, "a list read again is the same");
+}
+
+}  // namespace tessarok::fuzz
