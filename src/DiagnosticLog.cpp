@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <utility>
 
-#include "SerialQueue.h"
 #include "platform/Desktop.h"
 
 namespace tessarok {
@@ -24,9 +23,9 @@ const std::filesystem::path& logPath() {
   return path;
 }
 
-SerialQueue& queue() {
-  static SerialQueue instance("app.tessarok.dbg");
-  return instance;
+platform::SerialQueue& queue() {
+  static const auto instance = platform::desktop().serialQueues().create("app.tessarok.dbg");
+  return *instance;
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "CheckedArithmetic.h"
-#include "SerialQueue.h"
 #include "Text.h"
 #include "UserDict.h"
 #include "WordLines.h"
@@ -39,9 +38,10 @@ State& state() {
   return instance;
 }
 
-SerialQueue& persistenceQueue() {
-  static SerialQueue queue("app.tessarok.ignore-persistence");
-  return queue;
+platform::SerialQueue& persistenceQueue() {
+  static const auto queue =
+      platform::desktop().serialQueues().create("app.tessarok.ignore-persistence");
+  return *queue;
 }
 
 std::filesystem::path ignoredFile() {

@@ -13,6 +13,7 @@
 #include "platform/Notifications.h"
 #include "platform/RunLoop.h"
 #include "platform/SecureInput.h"
+#include "platform/SerialQueues.h"
 #include "platform/StatusBar.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
@@ -39,6 +40,7 @@ class Desktop {
   virtual Keyboard& keyboard() = 0;
   virtual RunLoop& runLoop() = 0;
   virtual SecureInput& secureInput() = 0;
+  virtual SerialQueues& serialQueues() = 0;
   virtual StatusBar& statusBar() = 0;
   virtual SystemLog& systemLog() = 0;
   virtual UserDefaults& userDefaults() = 0;

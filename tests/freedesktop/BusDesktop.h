@@ -51,6 +51,7 @@ class BusDesktop final : public platform::Desktop {
   }
   platform::Keyboard& keyboard() override { return base_.keyboard(); }
   platform::SecureInput& secureInput() override { return base_.secureInput(); }
+  platform::SerialQueues& serialQueues() override { return base_.serialQueues(); }
   virtualdesktop::VirtualSystemLog& systemLog() override { return base_.systemLog(); }
   virtualdesktop::VirtualUserDefaults& userDefaults() override { return base_.userDefaults(); }
   posix::NotificationCentre& workspaceNotifications() override {

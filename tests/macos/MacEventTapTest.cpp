@@ -71,7 +71,7 @@ TEST_F(MacEventTapTest, IsAnActiveTapAtTheHeadOfTheSession) {
   EXPECT_EQ(request.placement, kCGHeadInsertEventTap);
   EXPECT_EQ(request.options, kCGEventTapOptionDefault);
   EXPECT_EQ(request.mask, kKeys);
-  EXPECT_TRUE(request.hasUserInfo);
+  EXPECT_EQ(request.userInfo, this);
   ASSERT_EQ(fakeSystem().sources.size(), 1U);
   EXPECT_EQ(fakeSystem().sources.front()->order, 0);
 }

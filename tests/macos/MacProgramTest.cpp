@@ -39,6 +39,7 @@ TEST_F(MacProgramTest, CreatesOneTapForKeysAndClicks) {
   EXPECT_EQ(request.placement, kCGHeadInsertEventTap);
   EXPECT_EQ(request.options, kCGEventTapOptionDefault);
   EXPECT_EQ(request.mask, 0x2000C0AU);
+  EXPECT_EQ(request.userInfo, &KeyTap::shared());
   EXPECT_EQ(fakeSystem().trustQuestions, std::vector{true});
   ASSERT_EQ(fakeSystem().timers.size(), 1U);
   EXPECT_EQ(fakeSystem().timers.front()->interval, 2.0);

@@ -1,7 +1,11 @@
+#include <algorithm>
 #include <cmath>
+#include <dispatch/dispatch.h>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
+#include <string>
+#include <thread>
 #include <vector>
 
 #include "macos/fake/FakeConstants.h"
@@ -12,6 +16,7 @@
 #include "platform/macos/MacKeyboard.h"
 #include "platform/macos/MacRunLoop.h"
 #include "platform/macos/MacSecureInput.h"
+#include "platform/macos/MacSerialQueues.h"
 #include "platform/macos/MacUserDefaults.h"
 
 namespace tessarok::macos {
@@ -203,6 +208,37 @@ TEST(MacUserDefaults, UnderstandsWhatPeopleWriteByHand) {
   // The preferences hold the last value, and nobody holds another.
   EXPECT_EQ(liveObjects(), 1U);
   EXPECT_EQ(fakemac::objectOf(fakeSystem().preferences.at("key")).references, 1);
+}
+
+TEST(MacSerialQueues, RunJobsInOrderOnAnotherThread) {
+  const auto caller = std::this_thread::get_id();
+  std::vector<int> done;
+  const auto queue = MacSerialQueues().create("app.tessarok.test");
+  EXPECT_EQ(fakeSystem().queueLabels, std::vector<std::string>{"app.tessarok.test"});
+  for (int i = 0; i < 100; ++i) {
+    queue->async([&, i] {
+      EXPECT_NE(std::this_thread::get_id(), caller);
+      done.push_back(i);
+    });
+  }
+  queue->drain();
+  ASSERT_EQ(done.size(), 100U);
+  EXPECT_TRUE(std::is_sorted(done.begin(), done.end()));
+}
+
+TEST(MacSerialQueues, AQueueFinishesItsJobsBeforeItGoes) {
+  bool isDone = false;
+  {
+    const auto queue = MacSerialQueues().create("app.tessarok.test");
+    queue->async([&] { isDone = true; });
+  }
+  EXPECT_TRUE(isDone);
+}
+
+TEST(MacSerialQueuesDeathTest, AReleasedQueueIsGone) {
+  auto* const queue = dispatch_queue_create("a", DISPATCH_QUEUE_SERIAL);
+  dispatch_release(queue);
+  EXPECT_DEATH(dispatch_sync_f(queue, nullptr, [](void*) {}), "does not exist");
 }
 
 }  // namespace

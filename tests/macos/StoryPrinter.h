@@ -16,10 +16,6 @@ class StoryPrinter final {
   [[nodiscard]] nlohmann::json value(const std::string& field);
 
  private:
-  [[nodiscard]] nlohmann::json tap();
-  [[nodiscard]] nlohmann::json icon();
-  [[nodiscard]] nlohmann::json files();
-
   Mac& mac_;
 };
 

@@ -47,6 +47,7 @@ class FakeDesktop final : public platform::Desktop {
   }
   virtualdesktop::VirtualRunLoop& runLoop() override { return base_.runLoop(); }
   virtualdesktop::VirtualSecureInput& secureInput() override { return base_.secureInput(); }
+  posix::ThreadQueues& serialQueues() override { return base_.serialQueues(); }
   virtualdesktop::VirtualStatusBar& statusBar() override { return base_.statusBar(); }
   virtualdesktop::VirtualSystemLog& systemLog() override { return base_.systemLog(); }
   virtualdesktop::VirtualUserDefaults& userDefaults() override { return base_.userDefaults(); }

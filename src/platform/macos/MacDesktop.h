@@ -12,6 +12,7 @@
 #include "platform/macos/MacKeyboard.h"
 #include "platform/macos/MacRunLoop.h"
 #include "platform/macos/MacSecureInput.h"
+#include "platform/macos/MacSerialQueues.h"
 #include "platform/macos/MacUserDefaults.h"
 #include "platform/macos/ObjectiveCServices.h"
 #include "platform/posix/PosixFiles.h"
@@ -39,6 +40,7 @@ class MacDesktop final : public platform::Desktop {
   platform::Keyboard& keyboard() override { return keyboard_; }
   platform::RunLoop& runLoop() override { return runLoop_; }
   platform::SecureInput& secureInput() override { return secureInput_; }
+  platform::SerialQueues& serialQueues() override { return serialQueues_; }
   platform::StatusBar& statusBar() override { return *services_.statusBar; }
   platform::SystemLog& systemLog() override { return *services_.systemLog; }
   platform::UserDefaults& userDefaults() override { return userDefaults_; }
@@ -60,6 +62,7 @@ class MacDesktop final : public platform::Desktop {
   MacKeyboard keyboard_;
   MacRunLoop runLoop_;
   MacSecureInput secureInput_;
+  MacSerialQueues serialQueues_;
   MacUserDefaults userDefaults_;
 };
 

@@ -1,5 +1,7 @@
 #include "platform/macos/MacEventTap.h"
 
+#include <utility>
+
 #include "platform/macos/MacEvent.h"
 #include "platform/macos/MacRunLoopSource.h"
 
@@ -24,17 +26,17 @@ class Proxy final : public platform::EventTapProxy {
 std::unique_ptr<MacEventTap> MacEventTap::create(CGEventMask mask,
                                                  platform::EventTapCallback callback,
                                                  void* userData) {
-  std::unique_ptr<MacEventTap> tap(new MacEventTap(callback, userData));
-  tap->port_ = CfRef<CFMachPortRef>::adopt(
+  callback_ = callback;
+  auto port = CfRef<CFMachPortRef>::adopt(
       CGEventTapCreate(kCGSessionEventTap, kCGHeadInsertEventTap, kCGEventTapOptionDefault, mask,
-                       &MacEventTap::receive, tap.get()));
-  if (!tap->port_) return nullptr;
-  return tap;
+                       &MacEventTap::receive, userData));
+  if (!port) return nullptr;
+  return std::unique_ptr<MacEventTap>(new MacEventTap(std::move(port)));
 }
 
 MacEventTap::~MacEventTap() {
-  // The run loop's source keeps the port alive, and with it a callback into this object.
-  if (port_) invalidate();
+  // The run loop's source keeps the port alive, and with it calls for the user data.
+  invalidate();
 }
 
 bool MacEventTap::isEnabled() const {
@@ -57,18 +59,17 @@ std::unique_ptr<platform::RunLoopSource> MacEventTap::createRunLoopSource(int or
 }
 
 CGEventRef MacEventTap::receive(CGEventTapProxy systemProxy, CGEventType type,
-                                CGEventRef systemEvent, void* userInfo) {
-  if (userInfo == nullptr) return systemEvent;
-  const auto& tap = *static_cast<const MacEventTap*>(userInfo);
+                                CGEventRef systemEvent, void* userData) {
+  if (userData == nullptr) return systemEvent;
   Proxy proxy(systemProxy);
   const auto eventType = static_cast<platform::EventType>(type);
   // The system tells of a disabled tap without an event.
   if (systemEvent == nullptr) {
-    tap.callback_(&proxy, eventType, nullptr, tap.userData_);
+    callback_(&proxy, eventType, nullptr, userData);
     return nullptr;
   }
   MacEvent event(CfRef<CGEventRef>::retain(systemEvent));
-  const auto* delivered = tap.callback_(&proxy, eventType, &event, tap.userData_);
+  const auto* delivered = callback_(&proxy, eventType, &event, userData);
   // The event stays the system's; returning it gives no reference away.
   return delivered == nullptr ? nullptr : static_cast<const MacEvent*>(delivered)->get();
 }

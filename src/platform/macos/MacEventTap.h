@@ -1,16 +1,20 @@
 #pragma once
 
 #include <CoreGraphics/CoreGraphics.h>
+#include <memory>
+#include <utility>
 
 #include "platform/EventTap.h"
 #include "platform/macos/CfRef.h"
 
 namespace tessarok::macos {
 
-/// An active Quartz event tap at the head of the session's event stream.
+/// An active Quartz event tap at the head of the session's event stream. Main thread.
 class MacEventTap final : public platform::EventTap {
  public:
-  /// Null when the system refuses.
+  /// Null when the system refuses. `userData` is the system's to hand back, not retained; whoever
+  /// it designates destroys the tap before it goes. All taps of the process have one callback: the
+  /// system carries no more than the user data.
   [[nodiscard]] static std::unique_ptr<MacEventTap> create(CGEventMask mask,
                                                            platform::EventTapCallback callback,
                                                            void* userData);
@@ -22,14 +26,12 @@ class MacEventTap final : public platform::EventTap {
   std::unique_ptr<platform::RunLoopSource> createRunLoopSource(int order) override;
 
  private:
-  MacEventTap(platform::EventTapCallback callback, void* userData)
-      : callback_(callback), userData_(userData) {}
+  explicit MacEventTap(CfRef<CFMachPortRef> port) : port_(std::move(port)) {}
 
   static CGEventRef receive(CGEventTapProxy proxy, CGEventType type, CGEventRef event,
-                            void* userInfo);
+                            void* userData);
 
-  platform::EventTapCallback callback_;
-  void* userData_;
+  static inline platform::EventTapCallback callback_ = nullptr;
   CfRef<CFMachPortRef> port_;
 };
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/macos/CfRef.h"
+#include "platform/macos/DispatchWork.h"
 #include "platform/macos/MacRunLoopSource.h"
 
 namespace tessarok::macos {
@@ -13,11 +14,6 @@ namespace tessarok::macos {
 namespace {
 
 using Work = std::function<void()>;
-
-void runOnce(void* context) {
-  const std::unique_ptr<Work> work(static_cast<Work*>(context));
-  (*work)();
-}
 
 class RepeatingTimer final : public platform::Timer {
  public:
@@ -51,13 +47,14 @@ CFRunLoopSourceRef sourceOf(platform::RunLoopSource& source) {
 }  // namespace
 
 void MacRunLoop::async(Work work) {
-  dispatch_async_f(dispatch_get_main_queue(), new Work(std::move(work)), &runOnce);
+  dispatch_async_f(dispatch_get_main_queue(), DispatchWork::context(std::move(work)),
+                   &DispatchWork::call);
 }
 
 void MacRunLoop::after(double seconds, Work work) {
   const auto delay = std::llround(seconds * static_cast<double>(NSEC_PER_SEC));
   dispatch_after_f(dispatch_time(DISPATCH_TIME_NOW, delay), dispatch_get_main_queue(),
-                   new Work(std::move(work)), &runOnce);
+                   DispatchWork::context(std::move(work)), &DispatchWork::call);
 }
 
 std::unique_ptr<platform::Timer> MacRunLoop::repeating(double interval, double tolerance,

@@ -16,6 +16,7 @@ set(TESSAROK_MACOS_SOURCES
   MacKeyboard.cpp
   MacRunLoop.cpp
   MacSecureInput.cpp
+  MacSerialQueues.cpp
   MacUserDefaults.cpp
 )
 list(TRANSFORM TESSAROK_MACOS_SOURCES PREPEND ${CMAKE_CURRENT_LIST_DIR}/)

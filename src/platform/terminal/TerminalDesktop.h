@@ -13,6 +13,7 @@
 #include "platform/posix/ProcessApplication.h"
 #include "platform/posix/ProcessEnvironment.h"
 #include "platform/posix/SettingsFile.h"
+#include "platform/posix/ThreadQueues.h"
 #include "platform/terminal/TerminalEventTaps.h"
 #include "platform/terminal/TerminalInputSources.h"
 #include "platform/terminal/TerminalLog.h"
@@ -44,6 +45,7 @@ class TerminalDesktop final : public platform::Desktop {
   TerminalKeyboard& keyboard() override { return keyboard_; }
   posix::PollLoop& runLoop() override { return runLoop_; }
   TerminalSecureInput& secureInput() override { return secureInput_; }
+  posix::ThreadQueues& serialQueues() override { return serialQueues_; }
   TerminalStatusBar& statusBar() override { return statusBar_; }
   TerminalLog& systemLog() override { return systemLog_; }
   posix::SettingsFile& userDefaults() override { return userDefaults_; }
@@ -65,6 +67,7 @@ class TerminalDesktop final : public platform::Desktop {
   posix::NotificationCentre inputSourceNotifications_;
   TerminalKeyboard keyboard_{clock_};
   TerminalSecureInput secureInput_;
+  posix::ThreadQueues serialQueues_;
   TerminalStatusBar statusBar_;
   posix::SettingsFile userDefaults_;
   TerminalWorkspace workspace_;

@@ -16,11 +16,6 @@ class ReplayPrinter {
   [[nodiscard]] nlohmann::json value(const std::string& field);
 
  private:
-  [[nodiscard]] nlohmann::json tap();
-  [[nodiscard]] nlohmann::json icon();
-  [[nodiscard]] nlohmann::json menu();
-  [[nodiscard]] nlohmann::json files();
-
   Session& session_;
 };
 

@@ -11,6 +11,7 @@
 #include "platform/Desktop.h"
 #include "platform/posix/DataDirectoryBundle.h"
 #include "platform/posix/NotificationCentre.h"
+#include "platform/posix/ThreadQueues.h"
 #include "platform/virtual/TextField.h"
 #include "platform/virtual/VirtualEventTaps.h"
 #include "platform/virtual/VirtualFiles.h"
@@ -81,6 +82,7 @@ class VirtualDesktop final : public platform::Desktop {
   VirtualKeyboard& keyboard() override { return keyboard_; }
   VirtualRunLoop& runLoop() override { return runLoop_; }
   VirtualSecureInput& secureInput() override { return secureInput_; }
+  posix::ThreadQueues& serialQueues() override { return serialQueues_; }
   VirtualStatusBar& statusBar() override { return statusBar_; }
   VirtualSystemLog& systemLog() override { return systemLog_; }
   VirtualUserDefaults& userDefaults() override { return userDefaults_; }
@@ -105,6 +107,7 @@ class VirtualDesktop final : public platform::Desktop {
   posix::NotificationCentre inputSourceNotifications_;
   VirtualKeyboard keyboard_;
   VirtualSecureInput secureInput_;
+  posix::ThreadQueues serialQueues_;
   VirtualStatusBar statusBar_;
   VirtualSystemLog systemLog_;
   VirtualUserDefaults userDefaults_;

@@ -16,6 +16,7 @@
 #include "platform/posix/ProcessEnvironment.h"
 #include "platform/posix/SettingsFile.h"
 #include "platform/posix/StandardErrorLog.h"
+#include "platform/posix/ThreadQueues.h"
 #include "platform/x11/FocusWatch.h"
 #include "platform/x11/Keyboards.h"
 #include "platform/x11/Layouts.h"
@@ -57,6 +58,7 @@ class X11Desktop final : public platform::Desktop {
   X11Keyboard& keyboard() override { return keyboard_; }
   posix::PollLoop& runLoop() override { return runLoop_; }
   X11SecureInput& secureInput() override { return secureInput_; }
+  posix::ThreadQueues& serialQueues() override { return serialQueues_; }
   platform::StatusBar& statusBar() override;
   posix::StandardErrorLog& systemLog() override { return systemLog_; }
   posix::SettingsFile& userDefaults() override { return userDefaults_; }
@@ -99,6 +101,7 @@ class X11Desktop final : public platform::Desktop {
   X11NoWorkspace noWorkspace_;
   SessionServices services_;
   X11SecureInput secureInput_;
+  posix::ThreadQueues serialQueues_;
   posix::CallbackSource source_;
   bool isCopyDue_ = false;
   /// The keymap that the keyboards have.

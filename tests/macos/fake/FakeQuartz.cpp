@@ -99,7 +99,7 @@ CFMachPortRef CGEventTapCreate(CGEventTapLocation location, CGEventTapPlacement 
                                CGEventTapOptions options, CGEventMask mask,
                                CGEventTapCallBack callback, void* userInfo) {
   auto& system = fakeSystem();
-  system.tapRequests.push_back({location, placement, options, mask, userInfo != nullptr});
+  system.tapRequests.push_back({location, placement, options, mask, userInfo});
   if (!system.trusted) return nullptr;
   if (system.tap != nullptr && system.tap->isValid) misuse("a second tap was created");
   system.tap = new Tap(callback, userInfo);

@@ -1,13 +1,8 @@
-// The main run loop, the main queue and the distributed notifications that they bring.
+// The main run loop and the distributed notifications that it brings.
 
 #include <algorithm>
-#include <dispatch/dispatch.h>
 
 #include "macos/fake/FakeSystem.h"
-
-// The names are the system's.
-struct dispatch_queue_s {};
-dispatch_queue_s _dispatch_main_q;
 
 const CFRunLoopMode kCFRunLoopCommonModes = tessarok::fakemac::refTo<CFRunLoopMode>(
     new tessarok::fakemac::String("kCFRunLoopCommonModes", true));
@@ -16,16 +11,10 @@ namespace tessarok::fakemac {
 
 namespace {
 
-void requireMain(dispatch_queue_t queue) {
-  if (queue != &_dispatch_main_q) misuse("a queue other than the main one");
-}
-
 void requireMain(CFRunLoopRef loop, CFRunLoopMode mode) {
   if (loop != CFRunLoopGetMain()) misuse("a run loop other than the main one");
   if (mode != kCFRunLoopCommonModes) misuse("a mode other than the common ones");
 }
-
-constexpr double kNanosecondsPerSecond = 1e9;
 
 }  // namespace
 
@@ -111,24 +100,6 @@ void CFRunLoopTimerInvalidate(CFRunLoopTimerRef timer) {
   if (found == timers.end()) return;
   timers.erase(found);
   CFRelease(timer);
-}
-
-dispatch_time_t dispatch_time(dispatch_time_t when, int64_t nanoseconds) {
-  if (when != DISPATCH_TIME_NOW) misuse("a time other than from now on");
-  return static_cast<dispatch_time_t>(fakeSystem().uptime * kNanosecondsPerSecond) +
-         static_cast<dispatch_time_t>(nanoseconds);
-}
-
-void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t work) {
-  requireMain(queue);
-  fakeSystem().mainQueue.push_back({0, context, work});
-}
-
-void dispatch_after_f(dispatch_time_t when, dispatch_queue_t queue, void* context,
-                      dispatch_function_t work) {
-  requireMain(queue);
-  fakeSystem().delayed.push_back(
-      {static_cast<double>(when) / kNanosecondsPerSecond, context, work});
 }
 
 CFNotificationCenterRef CFNotificationCenterGetDistributedCenter() {

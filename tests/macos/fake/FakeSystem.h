@@ -39,7 +39,7 @@ struct TapRequest {
   CGEventTapPlacement placement;
   CGEventTapOptions options;
   CGEventMask mask;
-  bool hasUserInfo;
+  void* userInfo;
 };
 
 struct Tap final : Object {
@@ -88,6 +88,8 @@ class FakeSystem final {
  public:
   // Time and the main thread.
   double uptime = 1000;
+  /// The labels of the serial queues that were made.
+  std::vector<std::string> queueLabels;
   /// Runs what is queued on the main queue until nothing is left.
   void runMainQueue();
   /// Moves the clock on; what falls due runs in order, timers before delayed calls.

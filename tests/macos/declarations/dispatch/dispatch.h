@@ -6,19 +6,29 @@
 extern "C" {
 #endif
 
+#ifdef __cplusplus
+struct dispatch_object_s {};
+struct dispatch_queue_s : dispatch_object_s {};
+#endif
+typedef struct dispatch_object_s* dispatch_object_t;
 typedef struct dispatch_queue_s* dispatch_queue_t;
+typedef struct dispatch_queue_attr_s* dispatch_queue_attr_t;
 typedef uint64_t dispatch_time_t;
 typedef void (*dispatch_function_t)(void* context);
 
 #define DISPATCH_TIME_NOW (0ull)
+#define DISPATCH_QUEUE_SERIAL 0
 #define NSEC_PER_SEC 1000000000ull
 
 extern struct dispatch_queue_s _dispatch_main_q;
 static inline dispatch_queue_t dispatch_get_main_queue(void) {
   return &_dispatch_main_q;
 }
+dispatch_queue_t dispatch_queue_create(const char* label, dispatch_queue_attr_t attributes);
+void dispatch_release(dispatch_object_t object);
 dispatch_time_t dispatch_time(dispatch_time_t when, int64_t nanoseconds);
 void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t work);
+void dispatch_sync_f(dispatch_queue_t queue, void* context, dispatch_function_t work);
 void dispatch_after_f(dispatch_time_t when, dispatch_queue_t queue, void* context,
                       dispatch_function_t work);
 

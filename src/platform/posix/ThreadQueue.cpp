@@ -1,10 +1,10 @@
-#include "SerialQueue.h"
+#include "platform/posix/ThreadQueue.h"
 
 #include <utility>
 
-namespace tessarok {
+namespace tessarok::posix {
 
-SerialQueue::~SerialQueue() {
+ThreadQueue::~ThreadQueue() {
   {
     const std::lock_guard lock(mutex_);
     ending_ = true;
@@ -13,7 +13,7 @@ SerialQueue::~SerialQueue() {
   if (worker_.joinable()) worker_.join();
 }
 
-void SerialQueue::async(std::function<void()> job) {
+void ThreadQueue::async(std::function<void()> job) {
   {
     const std::lock_guard lock(mutex_);
     jobs_.push_back(std::move(job));
@@ -22,12 +22,12 @@ void SerialQueue::async(std::function<void()> job) {
   changed_.notify_all();
 }
 
-void SerialQueue::drain() {
+void ThreadQueue::drain() {
   std::unique_lock lock(mutex_);
   changed_.wait(lock, [this] { return jobs_.empty() && !busy_; });
 }
 
-void SerialQueue::serve() {
+void ThreadQueue::serve() {
   std::unique_lock lock(mutex_);
   while (true) {
     changed_.wait(lock, [this] { return !jobs_.empty() || ending_; });
@@ -45,4 +45,4 @@ void SerialQueue::serve() {
   }
 }
 
-}  // namespace tessarok
+}  // namespace tessarok::posix

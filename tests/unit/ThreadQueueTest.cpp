@@ -5,14 +5,14 @@
 #include <thread>
 #include <vector>
 
-#include "SerialQueue.h"
+#include "platform/posix/ThreadQueue.h"
 
 namespace tessarok {
 namespace {
 
-TEST(SerialQueue, RunsJobsInTheOrderOfTheirSubmission) {
+TEST(ThreadQueue, RunsJobsInTheOrderOfTheirSubmission) {
   std::vector<int> done;
-  SerialQueue queue("test");
+  posix::ThreadQueue queue;
   for (int i = 0; i < 1000; ++i)
     queue.async([&done, i] { done.push_back(i); });
   queue.drain();
@@ -21,11 +21,11 @@ TEST(SerialQueue, RunsJobsInTheOrderOfTheirSubmission) {
   EXPECT_EQ(done, expected);
 }
 
-TEST(SerialQueue, DrainingWaitsForTheJobInHand) {
+TEST(ThreadQueue, DrainingWaitsForTheJobInHand) {
   std::promise<void> started;
   std::promise<void> mayEnd;
   std::atomic<bool> ended = false;
-  SerialQueue queue("test");
+  posix::ThreadQueue queue;
   queue.async([&] {
     started.set_value();
     mayEnd.get_future().wait();
@@ -38,25 +38,24 @@ TEST(SerialQueue, DrainingWaitsForTheJobInHand) {
   other.join();
 }
 
-TEST(SerialQueue, DrainingAnUnusedQueueReturnsAtOnce) {
-  SerialQueue queue("test");
+TEST(ThreadQueue, DrainingAnUnusedQueueReturnsAtOnce) {
+  posix::ThreadQueue queue;
   queue.drain();
-  EXPECT_EQ(queue.label(), "test");
 }
 
-TEST(SerialQueue, DestructionFinishesEveryJob) {
+TEST(ThreadQueue, DestructionFinishesEveryJob) {
   int done = 0;
   {
-    SerialQueue queue("test");
+    posix::ThreadQueue queue;
     for (int i = 0; i < 100; ++i)
       queue.async([&done] { ++done; });
   }
   EXPECT_EQ(done, 100);
 }
 
-TEST(SerialQueue, AJobMaySubmitAnother) {
+TEST(ThreadQueue, AJobMaySubmitAnother) {
   std::vector<int> done;
-  SerialQueue queue("test");
+  posix::ThreadQueue queue;
   queue.async([&] {
     done.push_back(1);
     queue.async([&done] { done.push_back(2); });
@@ -65,9 +64,9 @@ TEST(SerialQueue, AJobMaySubmitAnother) {
   EXPECT_EQ(done, (std::vector<int>{1, 2}));
 }
 
-TEST(SerialQueue, JobsRunOnOneThreadThatIsNotTheCallers) {
+TEST(ThreadQueue, JobsRunOnOneThreadThatIsNotTheCallers) {
   std::vector<std::thread::id> threads;
-  SerialQueue queue("test");
+  posix::ThreadQueue queue;
   for (int i = 0; i < 3; ++i)
     queue.async([&] { threads.push_back(std::this_thread::get_id()); });
   queue.drain();

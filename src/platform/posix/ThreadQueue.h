@@ -1,0 +1,35 @@
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include "platform/SerialQueue.h"
+
+namespace tessarok::posix {
+
+/// A serial queue with a thread of its own, which starts with the first job.
+class ThreadQueue final : public platform::SerialQueue {
+ public:
+  ThreadQueue() = default;
+  ThreadQueue(const ThreadQueue&) = delete;
+  ThreadQueue& operator=(const ThreadQueue&) = delete;
+  ~ThreadQueue() override;
+
+  void async(std::function<void()> job) override;
+  void drain() override;
+
+ private:
+  void serve();
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<std::function<void()>> jobs_;
+  bool busy_ = false;
+  bool ending_ = false;
+  std::thread worker_;
+};
+
+}  // namespace tessarok::posix
