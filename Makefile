@@ -7,7 +7,7 @@ FUZZ_SECONDS ?= 60
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-x11 stories bench measure frequencies fuzz format check-format lint strict sanitize coverage macos-app install clean
+.PHONY: help run build data test test-x11 stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize coverage macos-app install clean
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -46,6 +46,17 @@ measure: data ## Type thousands of sentences and report how they come out: build
 	@scripts/install-packages measure
 	@cmake --build --preset release --target tessarok-measure
 	@$(BUILD)/tools/tessarok-measure --json build/measure.json --html build/measure.html
+
+measure-unseen: data ## The same with texts that the word data were not made with: build/unseen.html
+	@scripts/install-packages measure unseen
+	@cmake --build --preset release --target tessarok-measure
+	@$(BUILD)/tools/tessarok-measure --corpora tools/measure/unseen.json --half all \
+	  --json build/unseen.json --html build/unseen.html
+
+ceiling: data ## The best figures that the rules of the decision allow: build/ceiling.html
+	@scripts/install-packages measure
+	@cmake --build --preset release --target tessarok-measure
+	@$(BUILD)/tools/tessarok-measure --ceiling --json build/ceiling.json --html build/ceiling.html
 
 frequencies: $(BUILD)/build.ninja ## Count the words of the corpora anew: tools/data/frequencies_*.tsv
 	@scripts/install-packages measure frequencies

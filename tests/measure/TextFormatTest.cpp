@@ -32,6 +32,38 @@ TEST(TextFormat, ReadsManualPages) {
             (Paragraphs{"List files with ls .", "It's -a flag"}));
 }
 
+/// A catalogue of one message, in the order of bytes of the machines that Debian compiles on.
+std::string catalog(const std::string& original, const std::string& translation) {
+  std::string bytes;
+  const auto number = [&](std::size_t value) {
+    for (int shift = 0; shift < 32; shift += 8)
+      bytes += static_cast<char>(value >> shift & 0xFFU);
+  };
+  constexpr std::size_t kHead = 28;
+  constexpr std::size_t kTexts = kHead + 16;
+  for (const std::size_t value : {std::size_t{0x950412DE}, std::size_t{0}, std::size_t{1}, kHead,
+                                  kHead + 8, std::size_t{0}, std::size_t{0}})
+    number(value);
+  number(original.size());
+  number(kTexts);
+  number(translation.size());
+  number(kTexts + original.size() + 1);
+  return bytes + original + '\0' + translation + '\0';
+}
+
+TEST(TextFormat, ReadsMessageCatalogues) {
+  const auto bytes = catalog(std::string("menu\4One cat\0Many cats", 22), "Кот\nпришёл");
+  EXPECT_EQ(paragraphsOf(bytes, TextFormat::catalog), (Paragraphs{"Кот", "пришёл"}));
+  EXPECT_EQ(paragraphsOf(bytes, TextFormat::catalogOriginals),
+            (Paragraphs{"One cat", "Many cats"}));
+}
+
+TEST(TextFormat, FindsNoTextInAFileThatIsNoCatalogue) {
+  EXPECT_TRUE(paragraphsOf("text", TextFormat::catalog).empty());
+  // Cut off in the middle.
+  EXPECT_TRUE(paragraphsOf(catalog("One", "Кот").substr(0, 30), TextFormat::catalog).empty());
+}
+
 TEST(TextFormat, ReadsPlainTextAndLines) {
   EXPECT_EQ(paragraphsOf("one\ntwo\n\nthree\n", TextFormat::plain),
             (Paragraphs{"one two", "three"}));

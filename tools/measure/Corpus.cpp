@@ -28,7 +28,8 @@ std::string readFile(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
   std::string bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
   if (!stream) throw std::runtime_error(file.string() + ": cannot be read");
-  if (file.extension() != ".gz") return bytes;
+  // The second is a gzip file that can be read from the middle.
+  if (file.extension() != ".gz" && file.extension() != ".dz") return bytes;
   auto unpacked = makedata::runProgram({"gzip", "-dc"}, bytes);
   if (unpacked.status != 0) throw std::runtime_error(file.string() + ": cannot be unpacked");
   return std::move(unpacked.output);
@@ -59,6 +60,7 @@ Corpus corpusFrom(const Json& json) {
 
 /// The package's own files, whatever other packages have put beside them.
 std::vector<fs::path> filesMatching(const Corpus::Files& files) {
+  if (files.package.empty()) return {files.patterns.front()};
   const auto listing = makedata::runProgram({"dpkg-query", "-L", files.package}, "");
   std::vector<fs::path> paths;
   std::istringstream lines(listing.output);
@@ -77,6 +79,11 @@ std::vector<fs::path> filesMatching(const Corpus::Files& files) {
                              " is not installed; `make measure` installs it");
   }
   return paths;
+}
+
+/// A catalogue has numbers between its texts, and reads only the texts that are UTF-8.
+bool isCatalog(TextFormat format) {
+  return format == TextFormat::catalog || format == TextFormat::catalogOriginals;
 }
 
 bool isTypedLine(std::string_view line) {
@@ -125,13 +132,24 @@ std::vector<Corpus> readCorpora(const fs::path& list) {
   }
 }
 
+Corpus textFile(const std::string& language, const fs::path& file) {
+  Corpus corpus;
+  corpus.name = file.filename().string();
+  corpus.title = corpus.name;
+  corpus.russian = language == "ru";
+  corpus.isCode = language == "code";
+  const auto format = corpus.isCode ? TextFormat::lines : TextFormat::plain;
+  corpus.files.push_back({"", format, {file.string()}, {}});
+  return corpus;
+}
+
 std::vector<Sentence> sentencesOf(const Corpus& corpus) {
   Collector collector(corpus);
   for (const auto& files : corpus.files) {
     for (const auto& file : filesMatching(files)) {
       const auto bytes = readFile(file);
       // A few old files are in another encoding; they say nothing about typing.
-      if (!text::isValidUtf8(bytes)) continue;
+      if (!isCatalog(files.format) && !text::isValidUtf8(bytes)) continue;
       for (const auto& paragraph : paragraphsOf(bytes, files.format))
         collector.add(paragraph);
     }

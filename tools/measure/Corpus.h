@@ -13,6 +13,7 @@ namespace tessarok::measure {
 struct Corpus {
   /// Files that hold text in one format.
   struct Files {
+    /// Empty for a file of a person's own, whose path is the pattern.
     std::string package;
     TextFormat format = TextFormat::plain;
     /// Shell patterns.
@@ -36,4 +37,7 @@ struct Corpus {
 /// package is missing or a file cannot be read.
 [[nodiscard]] std::vector<Sentence> sentencesOf(const Corpus& corpus);
 
+/// A corpus that is one file of a person's own text: paragraphs between empty lines, or lines of
+/// code. `language` is "ru", "en" or "code".
+[[nodiscard]] Corpus textFile(const std::string& language, const std::filesystem::path& file);
 }  // namespace tessarok::measure

@@ -42,6 +42,13 @@ MissCounts missesFromJson(const Json& list) {
 
 }  // namespace
 
+std::size_t sumOf(const MissCounts& counts) {
+  std::size_t sum = 0;
+  for (const auto& [miss, times] : counts)
+    sum += times;
+  return sum;
+}
+
 void CorpusReport::addRightLayout(const SentenceScore& score) {
   ++sentences;
   words += score.words;
@@ -56,6 +63,8 @@ void CorpusReport::addWrongLayout(const SentenceScore& score) {
   if (score.firstRight) ++firstRight;
   if (score.secondRight) ++secondRight;
   count(score.misses, misses);
+  for (const auto& miss : score.misses)
+    ++missesByRule[miss.rule][{miss.meant, miss.shown}];
 }
 
 void CorpusReport::add(const CorpusReport& part) {
@@ -71,13 +80,14 @@ void CorpusReport::add(const CorpusReport& part) {
     falseFixes[miss] += times;
   for (const auto& [miss, times] : part.misses)
     misses[miss] += times;
+  for (const auto& [rule, counts] : part.missesByRule) {
+    for (const auto& [miss, times] : counts)
+      missesByRule[rule][miss] += times;
+  }
 }
 
 std::size_t CorpusReport::falseFixCount() const {
-  std::size_t sum = 0;
-  for (const auto& [miss, times] : falseFixes)
-    sum += times;
-  return sum;
+  return sumOf(falseFixes);
 }
 
 double CorpusReport::falseFixesPer10000() const {
@@ -122,7 +132,12 @@ Json toJson(const CorpusReport& report, std::size_t misses) {
                  {"secondRightShare", report.secondRightShare()}});
   }
   json["falseFixList"] = missesJson(report.falseFixes, misses);
-  if (!report.isCode) json["missList"] = missesJson(report.misses, misses);
+  if (report.isCode) return json;
+  json["missList"] = missesJson(report.misses, misses);
+  for (const auto& [rule, counts] : report.missesByRule) {
+    json["missRules"][nameOf(rule)] = {{"misses", sumOf(counts)},
+                                       {"list", missesJson(counts, misses)}};
+  }
   return json;
 }
 
@@ -143,6 +158,10 @@ CorpusReport reportFromJson(const Json& json) {
   report.firstRight = json.at("firstRight").get<std::size_t>();
   report.secondRight = json.at("secondRight").get<std::size_t>();
   report.misses = missesFromJson(json.at("missList"));
+  for (const auto rule : kMissRules) {
+    if (!json.contains("missRules") || !json["missRules"].contains(nameOf(rule))) continue;
+    report.missesByRule[rule] = missesFromJson(json["missRules"][nameOf(rule)].at("list"));
+  }
   return report;
 }
 

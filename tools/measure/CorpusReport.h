@@ -27,6 +27,8 @@ struct CorpusReport {
   std::size_t firstRight = 0;
   std::size_t secondRight = 0;
   MissCounts misses;
+  /// The same misses by what the rules say about the word.
+  std::map<MissRule, MissCounts> missesByRule;
 
   void addRightLayout(const SentenceScore& score);
   void addWrongLayout(const SentenceScore& score);
@@ -41,6 +43,9 @@ struct CorpusReport {
   [[nodiscard]] double firstRightShare() const;
   [[nodiscard]] double secondRightShare() const;
 };
+
+/// All times together.
+[[nodiscard]] std::size_t sumOf(const MissCounts& counts);
 
 /// The figures and every miss, or only the most frequent `misses` of each kind.
 [[nodiscard]] nlohmann::ordered_json toJson(const CorpusReport& report, std::size_t misses);

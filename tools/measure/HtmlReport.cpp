@@ -102,6 +102,14 @@ void addMisses(std::ostringstream& out, const char* heading, const nlohmann::ord
   out << "</div>\n";
 }
 
+void addRules(std::ostringstream& out, const CorpusReport& report) {
+  out << "<h3>Misses by what the word is</h3>\n<table>\n";
+  for (const auto& [rule, counts] : report.missesByRule) {
+    out << "<tr><td>" << describe(rule) << "</td><td>" << sumOf(counts) << "</td></tr>\n";
+  }
+  out << "</table>\n";
+}
+
 }  // namespace
 
 std::string htmlReport(const std::vector<CorpusReport>& reports, std::size_t misses) {
@@ -129,7 +137,9 @@ std::string htmlReport(const std::vector<CorpusReport>& reports, std::size_t mis
     const auto json = toJson(report, misses);
     out << "<h2>" << escaped(report.title) << "</h2>\n";
     addMisses(out, "False fixes, right layout", json.at("falseFixList"));
-    if (!report.isCode) addMisses(out, "Misses, wrong layout", json.at("missList"));
+    if (report.isCode) continue;
+    addRules(out, report);
+    addMisses(out, "Misses, wrong layout", json.at("missList"));
   }
   out << "</body></html>\n";
   return out.str();

@@ -9,6 +9,8 @@ namespace {
 struct Word {
   std::string meant;
   std::string shown;
+  std::size_t start = 0;
+  std::size_t length = 0;
   std::size_t letters = 0;
   bool lettersRight = true;
 };
@@ -18,14 +20,17 @@ struct Word {
 std::vector<Word> alignedWords(std::string_view meant, std::string_view shown) {
   std::vector<Word> words(1);
   auto place = text::Characters(shown).begin();
+  std::size_t start = 0;
   for (const auto character : text::Characters(meant)) {
     const auto there = place == text::Characters::end() ? std::string_view() : *place;
     if (place != text::Characters::end()) ++place;
+    ++start;
     if (character == " ") {
-      words.emplace_back();
+      words.emplace_back().start = start;
       continue;
     }
     auto& word = words.back();
+    ++word.length;
     word.meant += character;
     word.shown += there;
     if (!text::isLetter(character)) continue;
@@ -42,7 +47,8 @@ SentenceScore scoreSentence(std::string_view meant, std::string_view shown) {
   for (auto& word : alignedWords(meant, shown)) {
     if (word.meant.empty()) continue;
     ++score.words;
-    if (word.meant != word.shown) score.changed.push_back({word.meant, word.shown});
+    if (word.meant != word.shown)
+      score.changed.push_back({word.meant, word.shown, MissRule::other});
     if (word.letters == 1) {
       ++score.oneLetterWords;
       if (word.lettersRight) ++score.oneLetterRight;
@@ -54,7 +60,8 @@ SentenceScore scoreSentence(std::string_view meant, std::string_view shown) {
       score.firstRight = score.firstRight || score.longWords == 1;
       score.secondRight = score.secondRight || score.longWords <= 2;
     } else {
-      score.misses.push_back({std::move(word.meant), std::move(word.shown)});
+      const auto rule = missRuleOf(meant, word.start, word.length);
+      score.misses.push_back({std::move(word.meant), std::move(word.shown), rule});
     }
   }
   return score;

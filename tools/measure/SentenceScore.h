@@ -4,12 +4,15 @@
 #include <string_view>
 #include <vector>
 
+#include "MissRule.h"
+
 namespace tessarok::measure {
 
 /// A word that is not on the screen as it was meant.
 struct Miss {
   std::string meant;
   std::string shown;
+  MissRule rule = MissRule::other;
 };
 
 /// How the words of one typed sentence came out. Words are what stands between spaces, and count

@@ -15,9 +15,7 @@ using layouts::KeyTable;
 constexpr const char* kEnglishLayout = "com.apple.keylayout.US";
 constexpr const char* kRussianLayout = "com.apple.keylayout.RussianWin";
 
-/// Seconds from one key to the next, and from one sentence to the next: time matters, because ё is
-/// on the key that pauses the program for some seconds.
-constexpr double kKeyInterval = 0.2;
+/// Seconds from one sentence to the next, longer than the pause.
 constexpr double kSentenceInterval = 10;
 
 }  // namespace

@@ -13,6 +13,10 @@ class SentenceTypist {
  public:
   enum class Layout { right, wrong };
 
+  /// Seconds from one key to the next: time matters, because ё is on the key that pauses the
+  /// program for some seconds.
+  static constexpr double kKeyInterval = 0.2;
+
   /// `resources` is the directory of the word data.
   explicit SentenceTypist(const std::filesystem::path& resources);
 

@@ -245,6 +245,59 @@ class HtmlReader {
   std::vector<std::string> paragraphs_;
 };
 
+/// A compiled catalogue of GNU gettext: two tables of lengths and places, the originals and their
+/// translations, in the byte order of the machine that compiled it.
+class CatalogReader {
+ public:
+  explicit CatalogReader(std::string_view bytes) : bytes_(bytes) {}
+
+  [[nodiscard]] std::vector<std::string> read(bool originals) const {
+    constexpr std::uint32_t kMagic = 0x950412DE;
+    constexpr std::size_t kCountAt = 8;
+    constexpr std::size_t kEntrySize = 8;
+    std::vector<std::string> paragraphs;
+    if (numberAt(0) != kMagic) return paragraphs;
+    const std::size_t table = numberAt(originals ? kCountAt + 4 : kCountAt + 8);
+    for (std::size_t i = 0; i < numberAt(kCountAt); ++i) {
+      const std::size_t entry = table + i * kEntrySize;
+      addTexts(textAt(numberAt(entry + 4), numberAt(entry)), paragraphs);
+    }
+    return paragraphs;
+  }
+
+ private:
+  /// 0 behind the end.
+  [[nodiscard]] std::uint32_t numberAt(std::size_t position) const {
+    if (position + 4 > bytes_.size()) return 0;
+    std::uint32_t number = 0;
+    for (std::size_t i = 4; i-- > 0;)
+      number = number << 8U | static_cast<unsigned char>(bytes_[position + i]);
+    return number;
+  }
+
+  [[nodiscard]] std::string_view textAt(std::size_t position, std::size_t length) const {
+    return position > bytes_.size() ? std::string_view() : bytes_.substr(position, length);
+  }
+
+  /// One of several forms of a plural ends with a zero byte; what stands before the byte 4 tells
+  /// the translator where the text belongs.
+  static void addTexts(std::string_view text, std::vector<std::string>& paragraphs) {
+    const auto context = text.find('\4');
+    if (context != std::string_view::npos) text.remove_prefix(context + 1);
+    Paragraphs parts;
+    while (!text.empty()) {
+      const auto end = std::min(text.find_first_of(std::string_view("\0\n", 2)), text.size());
+      if (text::isValidUtf8(text.substr(0, end))) parts.add(text.substr(0, end));
+      parts.end();
+      text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    for (auto& part : parts.take())
+      paragraphs.push_back(std::move(part));
+  }
+
+  std::string_view bytes_;
+};
+
 }  // namespace
 
 std::optional<TextFormat> textFormatNamed(const std::string& name) {
@@ -253,6 +306,8 @@ std::optional<TextFormat> textFormatNamed(const std::string& name) {
   if (name == "man") return TextFormat::man;
   if (name == "plain") return TextFormat::plain;
   if (name == "lines") return TextFormat::lines;
+  if (name == "catalog") return TextFormat::catalog;
+  if (name == "catalog-originals") return TextFormat::catalogOriginals;
   return std::nullopt;
 }
 
@@ -268,6 +323,10 @@ std::vector<std::string> paragraphsOf(std::string_view text, TextFormat format) 
       return plainParagraphs(text);
     case TextFormat::lines:
       return lineParagraphs(text);
+    case TextFormat::catalog:
+      return CatalogReader(text).read(false);
+    case TextFormat::catalogOriginals:
+      return CatalogReader(text).read(true);
   }
   return {};
 }

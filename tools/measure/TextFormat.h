@@ -18,12 +18,17 @@ enum class TextFormat {
   plain,
   /// Every line by itself: programs and lists of file names.
   lines,
+  /// The translations in a compiled message catalogue, such as the dialogues of a game.
+  catalog,
+  /// What was translated in it.
+  catalogOriginals,
 };
 
 /// Absent for an unknown name.
 [[nodiscard]] std::optional<TextFormat> textFormatNamed(const std::string& name);
 
-/// The running text of a file, a paragraph an element. `text` is UTF-8.
+/// The running text of a file, a paragraph an element. `text` is UTF-8 but for the head of a
+/// catalogue. A file that is no catalogue holds no paragraph.
 [[nodiscard]] std::vector<std::string> paragraphsOf(std::string_view text, TextFormat format);
 
 }  // namespace tessarok::measure

@@ -28,6 +28,13 @@ void addMisses(std::ostringstream& out, const std::string& heading,
   }
 }
 
+void addRules(std::ostringstream& out, const CorpusReport& report) {
+  out << "  misses in the wrong layout by what the word is\n";
+  for (const auto& [rule, counts] : report.missesByRule) {
+    out << "  " << std::setw(6) << sumOf(counts) << "  " << describe(rule) << '\n';
+  }
+}
+
 }  // namespace
 
 std::string textReport(const std::vector<CorpusReport>& reports, std::size_t misses) {
@@ -41,7 +48,9 @@ std::string textReport(const std::vector<CorpusReport>& reports, std::size_t mis
     const auto json = toJson(report, misses);
     out << '\n' << report.title << '\n';
     addMisses(out, "  false fixes in the right layout", json.at("falseFixList"));
-    if (!report.isCode) addMisses(out, "  misses in the wrong layout", json.at("missList"));
+    if (report.isCode) continue;
+    addRules(out, report);
+    addMisses(out, "  misses in the wrong layout", json.at("missList"));
   }
   return out.str();
 }

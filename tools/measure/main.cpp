@@ -14,11 +14,13 @@
 #include <vector>
 
 #include "Baseline.h"
+#include "CeilingData.h"
 #include "Half.h"
 #include "HtmlReport.h"
 #include "Measurement.h"
 #include "Progress.h"
 #include "TextReport.h"
+#include "platform/virtual/TemporaryDirectory.h"
 
 namespace {
 
@@ -42,6 +44,8 @@ struct Options {
   std::filesystem::path baseline;
   std::filesystem::path writeBaseline;
   std::filesystem::path writeSentences;
+  std::vector<std::string> texts;
+  bool ceiling = false;
 };
 
 void declareOptions(CLI::App& app, Options& options) {
@@ -49,6 +53,10 @@ void declareOptions(CLI::App& app, Options& options) {
   app.add_option("--resources", options.resources, "Directory of the word data")
       ->capture_default_str();
   app.add_option("--only", options.only, "Names of the corpora to measure; all without it");
+  app.add_option("--text", options.texts,
+                 "Measure this file instead of the corpora: ru:FILE, en:FILE or code:FILE");
+  app.add_flag("--ceiling", options.ceiling,
+               "With data made of the sentences themselves: the best that the rules allow");
   app.add_option("--half", options.half, "Which sentences: judging, making or all")
       ->capture_default_str()
       ->check(CLI::IsMember({"judging", "making", "all"}));
@@ -96,8 +104,22 @@ std::vector<Sentence> chosenSentences(const Corpus& corpus, const Options& optio
   return some;
 }
 
+Task taskOfText(const std::string& text, const Options& options) {
+  const auto colon = text.find(':');
+  const auto language = text.substr(0, colon);
+  const bool isKnown = language == "ru" || language == "en" || language == "code";
+  if (!isKnown || colon == std::string::npos) {
+    throw std::runtime_error("--text needs ru:FILE, en:FILE or code:FILE, not " + text);
+  }
+  const auto corpus = textFile(language, text.substr(colon + 1));
+  return {corpus, chosenSentences(corpus, options)};
+}
+
 std::vector<Task> makeTasks(const Options& options) {
   std::vector<Task> tasks;
+  for (const auto& text : options.texts)
+    tasks.push_back(taskOfText(text, options));
+  if (!tasks.empty()) return tasks;
   for (const auto& corpus : readCorpora(options.corpora)) {
     const bool isWanted =
         options.only.empty() || std::ranges::find(options.only, corpus.name) != options.only.end();
@@ -128,15 +150,31 @@ int compareWithBaseline(const std::vector<CorpusReport>& reports,
   return complaints.empty() ? kDone : kWorse;
 }
 
+std::vector<CorpusReport> measureAll(const std::vector<Task>& tasks, const Options& options) {
+  Progress progress;
+  return measure(tasks, options.resources, options.processes,
+                 [&](std::size_t done, std::size_t all) { progress.show(done, all); });
+}
+
+/// Every corpus with data of its own.
+std::vector<CorpusReport> measureCeilings(const std::vector<Task>& tasks, const Options& options) {
+  std::vector<CorpusReport> reports;
+  for (const auto& task : tasks) {
+    const tessarok::virtualdesktop::TemporaryDirectory data;
+    writeCeilingData(task.sentences, task.corpus.russian, data.path());
+    Progress progress;
+    auto report = measure({task}, data.path(), options.processes,
+                          [&](std::size_t done, std::size_t all) { progress.show(done, all); });
+    reports.push_back(std::move(report.front()));
+  }
+  return reports;
+}
+
 int run(const Options& options) {
   const auto tasks = makeTasks(options);
   if (!options.writeSentences.empty()) return writeSentences(tasks, options.writeSentences);
-  std::vector<CorpusReport> reports;
-  {
-    Progress progress;
-    reports = measure(tasks, options.resources, options.processes,
-                      [&](std::size_t done, std::size_t all) { progress.show(done, all); });
-  }
+  const auto reports =
+      options.ceiling ? measureCeilings(tasks, options) : measureAll(tasks, options);
   std::cout << textReport(reports, options.misses);
   if (!options.json.empty()) {
     Json all = Json::array();

@@ -1,0 +1,80 @@
+#include "CeilingData.h"
+
+#include <algorithm>
+#include <set>
+#include <string>
+
+#include "Alphabet.h"
+#include "Detector.h"
+#include "Text.h"
+#include "make_data/ByteOrder.h"
+#include "make_data/FileSetWriter.h"
+#include "make_data/KeyText.h"
+
+namespace tessarok::measure {
+
+namespace {
+
+using alphabet::Kind;
+using Words = std::set<std::string>;
+
+/// A dictionary must hold something: words of one letter, which are never looked up.
+constexpr const char* kEnglishFiller = "q";
+constexpr const char* kRussianFiller = "ъ";
+constexpr std::size_t kLongestShortWord = 3;
+
+/// The runs of letters.
+void addWords(std::string_view sentence, Kind script, Words& words) {
+  std::string run;
+  const auto end = [&] {
+    if (!run.empty()) words.insert(text::lowercased(run));
+    run.clear();
+  };
+  for (const auto character : text::Characters(sentence)) {
+    if (alphabet::kindOf(character) == script) {
+      run += character;
+    } else {
+      end();
+    }
+  }
+  end();
+}
+
+Words pairsOfWhitelist() {
+  Words words;
+  for (const auto& keys : Detector::shortWhitelist())
+    words.insert(makedata::russianOf(std::string(keys)));
+  return words;
+}
+
+void stage(const char* dictionary, const char* shortWords, const Words& words,
+           makedata::FileSetWriter& writer) {
+  std::vector<std::string> all(words.begin(), words.end());
+  std::vector<std::string> shorts;
+  for (const auto& word : all) {
+    if (text::count(word) > 1 && text::count(word) <= kLongestShortWord) shorts.push_back(word);
+  }
+  makedata::sortByBytes(all);
+  makedata::sortByBytes(shorts);
+  writer.stage(dictionary, makedata::joinLines(all));
+  writer.stage(shortWords, makedata::joinLines(shorts));
+}
+
+}  // namespace
+
+void writeCeilingData(const std::vector<Sentence>& sentences, bool russian,
+                      const std::filesystem::path& directory) {
+  Words own;
+  for (const auto& sentence : sentences)
+    addWords(sentence.text, russian ? Kind::cyrillic : Kind::latin, own);
+  Words englishWords = {kEnglishFiller};
+  Words russianWords = pairsOfWhitelist();
+  russianWords.insert(kRussianFiller);
+  (russian ? russianWords : englishWords).merge(own);
+  makedata::FileSetWriter writer(directory);
+  stage("dict_en.txt", "freq_short_en.txt", englishWords, writer);
+  stage("dict_ru.txt", "freq_short_ru.txt", russianWords, writer);
+  writer.commit();
+}
+
+}  // namespace tessarok::measure

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+#include "Sentence.h"
+
+namespace tessarok::measure {
+
+/// Writes word data that know every word of the sentences, long and short, and of the other
+/// language only what no word stands against: nothing, but for the Russian pairs that are converted
+/// whatever is known. What is missed with them is missed because of the rules. Throws
+/// std::system_error.
+void writeCeilingData(const std::vector<Sentence>& sentences, bool russian,
+                      const std::filesystem::path& directory);
+
+}  // namespace tessarok::measure
