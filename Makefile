@@ -7,7 +7,7 @@ FUZZ_SECONDS ?= 60
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-x11 stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize coverage macos-app install clean
+.PHONY: help run build data test stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize coverage macos-app install clean
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -25,12 +25,7 @@ data: $(BUILD)/build.ninja ## Make the word data in Resources/
 test: check-format data ## Build and run every test
 	@scripts/install-packages test
 	cmake --build --preset release
-	ctest --preset release -j $(JOBS) --label-exclude x11
-
-test-x11: data ## Run the tests of the X11 desktop, which is not ready (docs/x11.md says what fails)
-	@scripts/install-packages test
-	cmake --build --preset release
-	ctest --preset release --label-regex x11
+	ctest --preset release -j $(JOBS)
 
 bench: data ## Measure time and memory
 	@cmake --build --preset release --target tessarok tessarok_bench tessarok_launch_bench
@@ -85,13 +80,13 @@ sanitize: data ## Run every test under the address and undefined-behaviour sanit
 	@scripts/install-packages test
 	@cmake --preset asan > /dev/null
 	cmake --build --preset asan
-	ctest --preset asan -j $(JOBS) --label-exclude x11
+	ctest --preset asan -j $(JOBS)
 
 coverage: data ## Measure branch coverage: build/coverage/report/index.html
 	@scripts/install-packages test coverage
 	@cmake --preset coverage > /dev/null
 	cmake --build --preset coverage
-	ctest --preset coverage -j $(JOBS) --label-exclude x11
+	ctest --preset coverage -j $(JOBS)
 	@scripts/coverage build/coverage
 
 macos-app: data ## Compile, link and check Tessarok.app for both kinds of Mac

@@ -99,7 +99,8 @@ class CommandLine {
 
   void addTerminal() {
     auto* terminal = app_.add_subcommand(
-        "terminal", "correct what is typed into a program in this terminal; the default");
+        "terminal",
+        "correct what is typed into a program in this terminal; the default without a display");
     terminal->add_option("COMMAND", terminal_.command,
                          "the program and its arguments, after --; the login shell without it");
     terminal->callback([this] { command_ = [this] { return runTerminal(options_, terminal_); }; });
@@ -112,11 +113,10 @@ class CommandLine {
         [this] { command_ = [this] { return runCheckData(options_, checkDirectory_); }; });
   }
 
-  /// The desktop that there is; in a terminal the terminal, if there is no other.
   void addX11() {
 #ifdef TESSAROK_HAS_X11
     auto* x11 = app_.add_subcommand(
-        "x11", "correct in every application of the display; not ready for daily use");
+        "x11", "correct in every application of the display; the default where there is one");
     x11->callback([this] { command_ = [this] { return runX11(); }; });
 #endif
   }
@@ -128,7 +128,15 @@ class CommandLine {
   }
 #endif
 
+  /// The desktop that there is; in a terminal the terminal, if there is no other.
   int runDesktop() {
+#ifdef TESSAROK_HAS_X11
+    if (hasDisplay()) {
+      if (const auto status = tessarok::commands::runDesktop(options_)) return *status;
+    } else if (!isTerminal()) {
+      throw CommandError("there is no X11 display, and standard input is not a terminal");
+    }
+#endif
     return runTerminal(options_, terminal_);
   }
 

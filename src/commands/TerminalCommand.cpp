@@ -40,8 +40,12 @@ int correct(const Options& options, OuterTerminal& outer, Pty& pty) {
 
 }  // namespace
 
+bool isTerminal() {
+  return OuterTerminal::isStandardInput();
+}
+
 int runTerminal(const Options& options, const TerminalOptions& terminal) {
-  if (!OuterTerminal::isStandardInput()) throw CommandError("standard input is not a terminal");
+  if (!isTerminal()) throw CommandError("standard input is not a terminal");
   OuterTerminal outer;
   const auto command =
       terminal.command.empty() ? std::vector{terminal::loginShell()} : terminal.command;

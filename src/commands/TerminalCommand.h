@@ -12,6 +12,9 @@ struct TerminalOptions {
   std::vector<std::string> command;
 };
 
+/// Standard input is a terminal.
+[[nodiscard]] bool isTerminal();
+
 /// `tessarok terminal`: corrects what is typed into a program in a pseudo-terminal. Returns that
 /// program's exit status.
 int runTerminal(const Options& options, const TerminalOptions& terminal);

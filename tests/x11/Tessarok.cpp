@@ -31,8 +31,8 @@ Tessarok::Tessarok(XServer& server, const Setup& setup)
                             {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent"},
                             {"WAYLAND_DISPLAY", ""}};
   program_ = std::make_unique<Subprocess>(
-      std::vector<std::string>{TESSAROK_PROGRAM, "--resources", TESSAROK_TEST_DATA, "x11"},
-      "tessarok", subprocess);
+      std::vector<std::string>{TESSAROK_PROGRAM, "--resources", TESSAROK_TEST_DATA}, "tessarok",
+      subprocess);
 }
 
 std::string Tessarok::errors() const {
