@@ -8,6 +8,8 @@
 #include "KeyCodes.h"
 #include "Text.h"
 #include "platform/Desktop.h"
+#include "platform/layouts/KeyText.h"
+#include "platform/virtual/EventDescription.h"
 
 namespace tessarok::macostest {
 
@@ -15,10 +17,6 @@ namespace {
 
 using fakemac::fakeSystem;
 using layouts::KeyTable;
-
-/// What cursor keys carry: a character of the private-use area.
-constexpr char16_t kCursorKey = 0xF700;
-constexpr char16_t kNoBreakSpace = 0xA0;
 
 class FakeClock final : public platform::Clock {
  public:
@@ -33,48 +31,14 @@ std::unique_ptr<Service> make(Service*& pointer) {
   return made;
 }
 
-/// What a key gives in every layout; 0 for the keys of the layout's table.
-char16_t fixedCharacter(std::int64_t code, bool option) {
-  switch (code) {
-    case keyCodes::space:
-      return option ? kNoBreakSpace : u' ';
-    case keyCodes::returnKey:
-      return u'\r';
-    case keyCodes::enter:
-      return u'\u0003';
-    case keyCodes::tab:
-      return u'\t';
-    case keyCodes::escape:
-      return u'\u001b';
-    case keyCodes::backspace:
-    case keyCodes::forwardDelete:
-      return u'\u007f';
-    case keyCodes::left:
-    case keyCodes::right:
-    case keyCodes::up:
-    case keyCodes::down:
-    case keyCodes::home:
-    case keyCodes::end:
-    case keyCodes::pageUp:
-    case keyCodes::pageDown:
-      return kCursorKey;
-    default:
-      return 0;
-  }
-}
-
-/// Such as "down 51", or for events of the program "up п" and "down 36 posted".
-std::string describe(const fakemac::Event& event) {
-  if (event.type == kCGEventLeftMouseDown) return "click left";
-  if (event.type == kCGEventRightMouseDown) return "click right";
-  if (event.type == kCGEventOtherMouseDown) return "click other";
-  std::string text = event.type == kCGEventKeyDown ? "down " : "up ";
-  const auto code = std::to_string(event.keyCode);
-  if (!event.posted || event.keyCode == keyCodes::backspace) return text + code;
-  if (event.keyCode != 0) return text + code + " posted";
-  std::string payload;
-  text::assignUtf16(event.text, payload);
-  return text + payload;
+virtualdesktop::VirtualEvent asVirtual(const fakemac::Event& event) {
+  virtualdesktop::VirtualEvent values;
+  values.type = static_cast<platform::EventType>(event.type);
+  values.code = event.keyCode;
+  values.modifiers = event.flags;
+  values.payload = event.text;
+  values.posted = event.posted;
+  return values;
 }
 
 }  // namespace
@@ -104,7 +68,7 @@ Mac::Mac(const std::filesystem::path& home, const std::filesystem::path& resourc
   system.resourceDirectory = resources.string();
   system.onDelivered = [this](const fakemac::Event& event) { deliver(event); };
   system.onPosted = [this](const fakemac::Event& event) {
-    posted_.push_back(describe(event));
+    posted_.push_back(describe(asVirtual(event)));
     postedEvents.push_back({event.type, event.keyCode, event.autorepeat, event.userData,
                             event.flags, event.text, event.sourceState});
   };
@@ -204,7 +168,7 @@ void Mac::send(CGEventType type, const Key& key) {
   event.flags = key.flags;
   event.autorepeat = key.autorepeat ? 1 : 0;
   event.userData = key.userData;
-  event.text = key.text ? *key.text : textOf(key);
+  event.text = key.text ? *key.text : layouts::keyText(currentTable(), key.code, key.flags);
   fakeSystem().send(event);
 }
 
@@ -213,24 +177,12 @@ const KeyTable& Mac::currentTable() {
   return table != nullptr ? *table : KeyTable::english();
 }
 
-std::u16string Mac::textOf(const Key& key) {
-  const bool option = (key.flags & kCGEventFlagMaskAlternate) != 0;
-  if (const auto fixed = fixedCharacter(key.code, option)) return std::u16string(1, fixed);
-  const bool shift = (key.flags & kCGEventFlagMaskShift) != 0;
-  const auto character = currentTable().character(key.code, shift);
-  return character ? std::u16string(1, *character) : std::u16string();
-}
-
 void Mac::deliver(const fakemac::Event& event) {
-  delivered_.push_back(describe(event));
+  const auto values = asVirtual(event);
+  delivered_.push_back(describe(values));
   if (event.type == kCGEventKeyUp) return;
   if (event.type != kCGEventKeyDown) return textField_.moveCaretToEnd();
-  virtualdesktop::VirtualEvent key;
-  key.code = event.keyCode;
-  key.modifiers = event.flags;
-  key.payload = event.text;
-  key.posted = event.posted;
-  textField_.keyDown(key);
+  textField_.keyDown(values);
 }
 
 void Mac::click(CGEventType button) {

@@ -101,7 +101,6 @@ class Mac final {
  private:
   void send(CGEventType type, const Key& key);
   void deliver(const fakemac::Event& event);
-  [[nodiscard]] std::u16string textOf(const Key& key);
   [[nodiscard]] const layouts::KeyTable& currentTable();
 
   FakeObjectiveCServices services_;

@@ -1,7 +1,8 @@
 #include "platform/virtual/VirtualDesktop.h"
 
-#include "Text.h"
 #include "platform/EventFlags.h"
+#include "platform/layouts/KeyText.h"
+#include "platform/virtual/EventDescription.h"
 
 namespace tessarok::virtualdesktop {
 
@@ -12,57 +13,6 @@ namespace flags = platform::eventFlags;
 
 constexpr const char* kSelectedChanged = "kTISNotifySelectedKeyboardInputSourceChanged";
 constexpr const char* kEnabledChanged = "kTISNotifyEnabledKeyboardInputSourcesChanged";
-constexpr char16_t kNoBreakSpace = 0xA0;
-/// What cursor keys carry: a character of the private-use area.
-constexpr char16_t kCursorKey = 0xF700;
-
-/// What a key gives in every layout; 0 for the keys of the layout's table.
-char16_t fixedCharacter(KeyCode code, bool option) {
-  switch (code) {
-    case keyCodes::space:
-      return option ? kNoBreakSpace : u' ';
-    case keyCodes::returnKey:
-      return u'\r';
-    case keyCodes::enter:
-      return u'\u0003';
-    case keyCodes::tab:
-      return u'\t';
-    case keyCodes::escape:
-      return u'\u001b';
-    case keyCodes::backspace:
-    case keyCodes::forwardDelete:
-      return u'\u007f';
-    case keyCodes::left:
-    case keyCodes::right:
-    case keyCodes::up:
-    case keyCodes::down:
-    case keyCodes::home:
-    case keyCodes::end:
-    case keyCodes::pageUp:
-    case keyCodes::pageDown:
-      return kCursorKey;
-    default:
-      return 0;
-  }
-}
-
-std::string describeClick(EventType type) {
-  if (type == EventType::leftMouseDown) return "click left";
-  return type == EventType::rightMouseDown ? "click right" : "click other";
-}
-
-/// Such as "down 51", or for events of the program "up п" and "down 36 posted".
-std::string describe(const VirtualEvent& event) {
-  if (event.type != EventType::keyDown && event.type != EventType::keyUp) {
-    return describeClick(event.type);
-  }
-  std::string text = event.type == EventType::keyDown ? "down " : "up ";
-  if (!event.posted || event.code == keyCodes::backspace) return text + std::to_string(event.code);
-  if (event.code != 0) return text + std::to_string(event.code) + " posted";
-  std::string payload;
-  text::assignUtf16(event.payload, payload);
-  return text + payload;
-}
 
 }  // namespace
 
@@ -106,16 +56,9 @@ void VirtualDesktop::sendKey(EventType type, const KeyDown& key) {
   event.modifiers = key.modifiers;
   event.autorepeat = key.autorepeat;
   event.userData = key.userData;
-  event.payload = key.characters ? *key.characters : charactersOf(key.code, key.modifiers);
+  event.payload = key.characters ? *key.characters
+                                 : layouts::keyText(inputSources_.table(), key.code, key.modifiers);
   eventTaps_.send(event);
-}
-
-std::u16string VirtualDesktop::charactersOf(KeyCode code, std::uint64_t modifiers) const {
-  if (const auto fixed = fixedCharacter(code, (modifiers & flags::option) != 0)) {
-    return std::u16string(1, fixed);
-  }
-  const auto character = inputSources_.table().character(code, (modifiers & flags::shift) != 0);
-  return character ? std::u16string(1, *character) : std::u16string();
 }
 
 void VirtualDesktop::deliver(const VirtualEvent& event) {

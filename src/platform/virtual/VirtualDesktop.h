@@ -93,7 +93,6 @@ class VirtualDesktop final : public platform::Desktop {
   void sendKey(platform::EventType type, const KeyDown& key);
   void deliver(const VirtualEvent& event);
   void queueSelectedNotification();
-  [[nodiscard]] std::u16string charactersOf(KeyCode code, std::uint64_t modifiers) const;
 
   VirtualFiles files_;
   posix::DataDirectoryBundle bundle_;
