@@ -35,6 +35,7 @@ class FuzzDesktop final : public platform::Desktop {
   platform::Keyboard& keyboard() override { return base_.keyboard(); }
   platform::RunLoop& runLoop() override { return base_.runLoop(); }
   platform::SecureInput& secureInput() override { return base_.secureInput(); }
+  platform::SerialQueues& serialQueues() override { return base_.serialQueues(); }
   platform::StatusBar& statusBar() override { return base_.statusBar(); }
   virtualdesktop::VirtualSystemLog& systemLog() override { return base_.systemLog(); }
   platform::UserDefaults& userDefaults() override { return base_.userDefaults(); }

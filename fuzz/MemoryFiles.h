@@ -57,6 +57,7 @@ class MemoryFiles final : public platform::Files {
     put(file, std::string(text));
     return std::nullopt;
   }
+  void removeLeftovers(const std::filesystem::path&) override {}
   void appendToLog(const std::filesystem::path&, std::string_view, std::uint64_t) override {}
   platform::FileLockResult lockExclusively(const std::filesystem::path&) override {
     return std::make_unique<platform::FileLock>();

@@ -177,6 +177,7 @@ std::optional<std::string> AppDelegate::claimLearning() {
 }
 
 void AppDelegate::loadPersistentData() {
+  platform::desktop().files().removeLeftovers(UserDict::directory());
   IgnoreList::load(true);
   UserDict::seedIfMissing();
   UserDict::reload();

@@ -62,6 +62,8 @@ csr)";
 struct State {
   WordSet words;
   std::optional<platform::FileStamp> lastLoadedStamp;
+  /// Of a file that is too large, and was complained of.
+  std::optional<platform::FileStamp> refusedStamp;
 };
 
 State& state() {
@@ -71,6 +73,13 @@ State& state() {
 
 std::optional<platform::FileStamp> fileStamp() {
   return platform::desktop().files().stamp(UserDict::fileURL());
+}
+
+void refuse(const platform::FileStamp& stamp) {
+  if (state().refusedStamp == stamp) return;
+  state().refusedStamp = stamp;
+  platform::desktop().systemLog().write(
+      "Tessarok: dictionary.txt is larger than 8 MiB; its words stay as they were");
 }
 
 }  // namespace
@@ -101,6 +110,7 @@ void UserDict::seedIfMissing() {
 void UserDict::reload() {
   const auto before = fileStamp();
   if (!before) return;
+  if (before->size > kMostBytes) return refuse(*before);
   const auto text = platform::desktop().files().read(fileURL());
   if (!text || !text::isValidUtf8(*text)) return;
   // A file that changed while it was read is read again at the next check.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string_view>
@@ -14,6 +15,9 @@ class UserDict {
  public:
   UserDict() = delete;
 
+  /// A larger file is not read: keys wait meanwhile. Half a million words are smaller. 8 MiB.
+  static constexpr std::uint64_t kMostBytes = 8 * 1024 * 1024;
+
   /// The words of the last successful load, normalised; empty before it.
   [[nodiscard]] static const WordSet& words();
   /// "dictionary.txt" in the per-user folder. Computed on every use.
@@ -23,7 +27,8 @@ class UserDict {
 
   /// Writes the commented template when there is no file. An existing file is never touched.
   static void seedIfMissing();
-  /// Reads the file; on any failure the words stay as they were.
+  /// Reads the file; on any failure the words stay as they were. Of a file that is too large the
+  /// system log tells, once for each state of it.
   static void reload();
   /// Reads the file when its stamp is not that of the last successful load. One attribute query
   /// when nothing changed.

@@ -32,6 +32,13 @@ std::optional<DataFault> findBadEncoding(std::string_view data) {
   return std::nullopt;
 }
 
+/// Why a file cannot be mapped, which a mapping does not say.
+std::string reasonNotToRead(const std::filesystem::path& file) {
+  std::string error = "the file cannot be mapped into memory";
+  static_cast<void>(platform::desktop().files().read(file, &error));
+  return error;
+}
+
 class Checker {
  public:
   /// `findFault` judges the file's content.
@@ -39,11 +46,11 @@ class Checker {
   void check(const std::string& name, FindFault findFault) {
     const auto location = ResourceLocator::url(name);
     if (!location) return report(name + ".txt", {0, "the file is missing"});
-    std::string error;
-    const auto data = platform::desktop().files().read(*location, &error);
-    if (!data) return report(location->string(), {0, error});
-    auto fault = findBadEncoding(*data);
-    if (!fault) fault = findFault(*data);
+    // As the program itself takes the largest of them; there is no limit to their size.
+    const auto file = platform::desktop().files().map(*location);
+    if (!file) return report(location->string(), {0, reasonNotToRead(*location)});
+    auto fault = findBadEncoding(file->bytes());
+    if (!fault) fault = findFault(file->bytes());
     if (fault) return report(location->string(), *fault);
     std::cout << location->string() << ": good\n";
   }

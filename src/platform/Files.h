@@ -19,6 +19,10 @@ class Files {
  public:
   virtual ~Files() = default;
 
+  /// A larger file is not read whole; what is read is lists of words, and a file of this size in
+  /// their place is a mistake that would fill the memory. In bytes: 64 MiB.
+  static constexpr std::uint64_t kMostRead = 64 * 1024 * 1024;
+
   [[nodiscard]] virtual std::filesystem::path homeDirectory() = 0;
   /// The folder that holds every program's own data of this person; absent when unknown.
   [[nodiscard]] virtual std::optional<std::filesystem::path> applicationSupportDirectory() = 0;
@@ -27,7 +31,8 @@ class Files {
   [[nodiscard]] virtual bool isReadable(const std::filesystem::path& file) = 0;
   /// Absent when the file's attributes cannot be read.
   [[nodiscard]] virtual std::optional<FileStamp> stamp(const std::filesystem::path& file) = 0;
-  /// The whole file; absent on failure, with the reason in `error` when that is given.
+  /// The whole file, if it is one and not larger than `kMostRead`; absent on failure, with the
+  /// reason in `error` when that is given.
   [[nodiscard]] virtual std::optional<std::string> read(const std::filesystem::path& file,
                                                         std::string* error = nullptr) = 0;
   /// Null when the file cannot be opened or mapped.
@@ -40,8 +45,11 @@ class Files {
   /// old or the new text, never half of one. Absent on success, else the reason.
   [[nodiscard]] virtual std::optional<std::string> writeAtomically(
       const std::filesystem::path& file, std::string_view text) = 0;
+  /// Removes what writes that were cut off, by a crash or a power failure, have left in a folder
+  /// of this program. Failures are ignored.
+  virtual void removeLeftovers(const std::filesystem::path& folder) = 0;
   /// Adds to the end of a log file, creating it when it is missing and emptying it first when it
-  /// is longer than `restartAbove` bytes. Failures are ignored.
+  /// is longer than `restartAbove` bytes. No link is followed. Failures are ignored.
   virtual void appendToLog(const std::filesystem::path& file, std::string_view text,
                            std::uint64_t restartAbove) = 0;
   /// Opens a file, creating it for its owner alone, and locks it without waiting.

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -167,6 +169,25 @@ TEST_F(PosixFilesTest, AReadThatFailsSaysWhy) {
   EXPECT_FALSE(files.read(folder / "no.txt", nullptr).has_value());
 }
 
+TEST_F(PosixFilesTest, NobodyWaitsForAPipeOrADevice) {
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  std::string error;
+  EXPECT_FALSE(files.read(folder / "pipe", &error).has_value());
+  EXPECT_EQ(error, "not a regular file");
+  EXPECT_FALSE(files.read("/dev/zero", &error).has_value());
+  EXPECT_EQ(error, "not a regular file");
+  EXPECT_EQ(files.map(folder / "pipe"), nullptr);
+  files.appendToLog(folder / "pipe", "line\n", 8);
+}
+
+TEST_F(PosixFilesTest, AFileThatWouldFillTheMemoryIsNotRead) {
+  writeFile(folder / "large.txt", "word\n");
+  fs::resize_file(folder / "large.txt", std::uint64_t{2} * 1024 * 1024 * 1024);
+  std::string error;
+  EXPECT_FALSE(files.read(folder / "large.txt", &error).has_value());
+  EXPECT_EQ(error, "the file is larger than 64 MiB");
+}
+
 TEST_F(PosixFilesTest, MapsFiles) {
   writeFile(folder / "a.txt", "text");
   const auto mapped = files.map(folder / "a.txt");
@@ -268,6 +289,43 @@ TEST_F(PosixFilesTest, ALogThatCannotBeWrittenIsIgnored) {
   files.appendToLog(folder / "no" / "log", "line\n", 8);
   files.appendToLog("/dev/full", "line\n", 8);
   EXPECT_TRUE(names().empty());
+}
+
+TEST_F(PosixFilesTest, TheLogIsNotWrittenThroughALink) {
+  writeFile(folder / "precious", "text\n");
+  fs::create_symlink("precious", folder / "log");
+  fs::create_symlink("nothing yet", folder / "other.log");
+  files.appendToLog(folder / "log", "line\n", 0);
+  files.appendToLog(folder / "other.log", "line\n", 0);
+  EXPECT_EQ(readFile(folder / "precious"), "text\n");
+  EXPECT_FALSE(fs::exists(folder / "nothing yet"));
+}
+
+TEST_F(PosixFilesTest, WhatACutOffWriteHasLeftGoes) {
+  const auto old = fs::file_time_type::clock::now() - std::chrono::hours(1);
+  const auto leave = [&](const std::string& name, bool isOld) {
+    writeFile(folder / name, "half");
+    if (isOld) fs::last_write_time(folder / name, old);
+  };
+  leave(".rejects.txt.aB3dE9", true);
+  leave(".settings.json.000000", true);
+  // One that is perhaps being written, and files that are none of these.
+  std::vector<std::string> others = {".rejects.txt.aB3dE8"};
+  leave(others.back(), false);
+  for (const std::string name : {"rejects.txt", ".rejects.txt", ".rejects.txt.aB3dE", ".x.aB3dE9",
+                                 ".rejects.txt-aB3dE9", "rejects.txt.aB3dE9", ".learning.lock"}) {
+    leave(name, true);
+    others.push_back(name);
+  }
+  fs::create_directory(folder / ".folder.txt.aB3dE9");
+  others.emplace_back(".folder.txt.aB3dE9");
+  fs::last_write_time(folder / ".folder.txt.aB3dE9", old);
+  files.removeLeftovers(folder);
+  files.removeLeftovers(folder / "no such folder");
+  auto left = names();
+  std::sort(left.begin(), left.end());
+  std::sort(others.begin(), others.end());
+  EXPECT_EQ(left, others);
 }
 
 TEST_F(PosixFilesTest, ALockKeepsAnotherProcessOutUntilItGoes) {

@@ -1,8 +1,11 @@
 #include <atomic>
+#include <fstream>
 #include <future>
 #include <gtest/gtest.h>
 #include <numeric>
+#include <sys/resource.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 #include "platform/posix/ThreadQueue.h"
@@ -36,6 +39,37 @@ TEST(ThreadQueue, DrainingWaitsForTheJobInHand) {
   queue.drain();
   EXPECT_TRUE(ended);
   other.join();
+}
+
+/// The stack of a new thread finds no room any more.
+void forbidThreads() {
+  std::ifstream sizes("/proc/self/statm");
+  rlim_t pages = 0;
+  sizes >> pages;
+  const auto inUse = pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE));
+  const rlimit limit{inUse + 1024 * 1024, RLIM_INFINITY};
+  ASSERT_EQ(::setrlimit(RLIMIT_AS, &limit), 0);
+}
+
+TEST(ThreadQueue, WithoutAThreadJobsRunWhereTheyAreSubmitted) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "the sanitizer itself needs the memory";
+#endif
+  std::vector<int> done;
+  posix::ThreadQueue queue;
+  forbidThreads();
+  for (int i = 0; i < 3; ++i)
+    queue.async([&done, i] { done.push_back(i); });
+  EXPECT_EQ(done, (std::vector{0, 1, 2}));
+  queue.drain();
+  // As soon as there is one, it is used.
+  const rlimit unlimited{RLIM_INFINITY, RLIM_INFINITY};
+  ASSERT_EQ(::setrlimit(RLIMIT_AS, &unlimited), 0);
+  std::thread::id worker;
+  queue.async([&worker] { worker = std::this_thread::get_id(); });
+  queue.drain();
+  EXPECT_NE(worker, std::thread::id());
+  EXPECT_NE(worker, std::this_thread::get_id());
 }
 
 TEST(ThreadQueue, DrainingAnUnusedQueueReturnsAtOnce) {

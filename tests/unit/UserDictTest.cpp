@@ -1,3 +1,4 @@
+#include <chrono>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -135,6 +136,65 @@ TEST(UserDict, AFileThatIsNotUtf8IsIgnoredUntilItIsFixed) {
   UserDict::reloadIfChanged();
   EXPECT_EQ(UserDict::words(), WordSet{"новое"});
   EXPECT_TRUE(desktop.systemLog().take().empty());
+}
+
+TEST(UserDict, AFileThatIsTooLargeIsRefusedWithOneMessage) {
+  FakeDesktop desktop;
+  const auto file = UserDict::fileURL();
+  writeFile(file, "слово\n");
+  UserDict::reload();
+  swapIn(file, "новое\n");
+  fs::resize_file(file, std::uint64_t{2} * 1024 * 1024 * 1024);
+  for (int check = 0; check < 3; ++check)
+    UserDict::reloadIfChanged();
+  EXPECT_EQ(UserDict::words(), WordSet{"слово"});
+  EXPECT_EQ(desktop.systemLog().take(),
+            std::vector<std::string>{
+                "Tessarok: dictionary.txt is larger than 8 MiB; its words stay as they were"});
+  swapIn(file, "новое\n");
+  UserDict::reloadIfChanged();
+  EXPECT_EQ(UserDict::words(), WordSet{"новое"});
+}
+
+TEST(UserDict, AHundredThousandWordsAreRead) {
+  FakeDesktop desktop;
+  std::string text;
+  for (int i = 0; i < 100'000; ++i)
+    text += "Слово" + std::to_string(i) + "\n";
+  writeFile(UserDict::fileURL(), text);
+  UserDict::reload();
+  EXPECT_EQ(UserDict::words().size(), 100'000u);
+  EXPECT_TRUE(UserDict::words().contains("слово99999"));
+  EXPECT_TRUE(desktop.systemLog().take().empty());
+}
+
+TEST(UserDict, AClockThatWasPutBackHidesNoChange) {
+  FakeDesktop desktop;
+  const auto file = UserDict::fileURL();
+  writeFile(file, "слово\n");
+  UserDict::reload();
+  writeFile(file, "новое\n");
+  fs::last_write_time(file, fs::last_write_time(file) - std::chrono::hours(24 * 365));
+  UserDict::reloadIfChanged();
+  EXPECT_EQ(UserDict::words(), WordSet{"новое"});
+}
+
+TEST(UserDict, WhatIsNoFileIsIgnored) {
+  FakeDesktop desktop;
+  const auto file = UserDict::fileURL();
+  writeFile(file, "слово\n");
+  UserDict::reload();
+  fs::remove(file);
+  ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+  UserDict::reloadIfChanged();
+  fs::remove(file);
+  fs::create_directory(file);
+  UserDict::seedIfMissing();
+  UserDict::reloadIfChanged();
+  fs::remove(file);
+  fs::create_symlink("/dev/zero", file);
+  UserDict::reloadIfChanged();
+  EXPECT_EQ(UserDict::words(), WordSet{"слово"});
 }
 
 TEST(UserDict, AFileThatChangesWhileItIsReadIsReadAgainAtTheNextCheck) {

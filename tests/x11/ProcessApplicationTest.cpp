@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <string>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 #include "platform/posix/MonotonicClock.h"
+#include "platform/posix/PosixFiles.h"
 #include "platform/posix/ProcessApplication.h"
 #include "platform/virtual/TemporaryDirectory.h"
 #include "support/TestFiles.h"
@@ -38,21 +40,43 @@ TEST_F(RunningCopies, AreThisOneAlone) {
   EXPECT_EQ(running("no number").size(), 1u);
 }
 
-TEST_F(RunningCopies, IncludeTheOneThatTheLockNames) {
+TEST_F(RunningCopies, IncludeTheOneThatHoldsTheLock) {
+  const auto file = folder_.path() / "instance.lock";
   const auto copy = ::fork();
   ASSERT_GE(copy, 0);
   if (copy == 0) {
-    ::pause();
+    const auto lock = PosixFiles(folder_.path(), std::nullopt).lockExclusively(file);
+    ::kill(::getpid(), SIGSTOP);
     ::_exit(0);
   }
-  const auto both = running(std::to_string(copy) + "\n");
+  ::waitpid(copy, nullptr, WUNTRACED);
+  // Whatever the file says.
+  const auto both = running("1\n");
   ::kill(copy, SIGKILL);
   ::waitpid(copy, nullptr, 0);
   ASSERT_EQ(both.size(), 2u);
   EXPECT_EQ(both[1].processIdentifier, copy);
   ASSERT_TRUE(both[1].launchDate);
   EXPECT_GE(*both[1].launchDate, *both[0].launchDate);
-  EXPECT_EQ(running(std::to_string(copy)).size(), 1u);
+  EXPECT_EQ(running("").size(), 1u);
+}
+
+TEST_F(RunningCopies, DoNotIncludeAProgramThatHasTheNumberOfOneThatCrashed) {
+  const auto other = ::fork();
+  ASSERT_GE(other, 0);
+  if (other == 0) {
+    ::pause();
+    ::_exit(0);
+  }
+  // Of the same name even; but it holds no lock.
+  EXPECT_EQ(running(std::to_string(other) + "\n").size(), 1u);
+  ::kill(other, SIGKILL);
+  ::waitpid(other, nullptr, 0);
+}
+
+TEST_F(RunningCopies, AreNotWaitedForWhenTheLockIsAPipe) {
+  ASSERT_EQ(::mkfifo((folder_.path() / "instance.lock").c_str(), 0600), 0);
+  EXPECT_EQ(running("").size(), 1u);
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
 #include "platform/posix/PosixFiles.h"
 
+#include <algorithm>
 #include <cerrno>
-#include <cstdlib>
+#include <chrono>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/file.h>
@@ -13,6 +14,7 @@
 #include <vector>
 
 #include "platform/posix/FileDescriptor.h"
+#include "platform/posix/PersonsEnvironment.h"
 
 namespace tessarok::posix {
 
@@ -46,10 +48,29 @@ bool writeAll(int descriptor, std::string_view bytes) {
   return true;
 }
 
+/// Opens a file and nothing else. What a folder, a pipe or a device of this name would do to the
+/// reader, such as wait for ever, is not done. Leaves errno; a pipe or a device is EINVAL.
+FileDescriptor openRegularFile(const fs::path& file, int flags) {
+  // Without it the opening of a pipe waits; to regular files it means nothing.
+  auto descriptor = openFile(file, flags | O_NONBLOCK | O_NOCTTY);
+  struct stat status {};
+  if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0) return {};
+  if (S_ISREG(status.st_mode)) return descriptor;
+  errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+  return {};
+}
+
+std::string readErrorText(int number) {
+  if (number == EINVAL) return "not a regular file";
+  if (number == EFBIG) return "the file is larger than 64 MiB";
+  return errorText(number);
+}
+
 /// The error number of a failed read; 0 on success.
 int readAll(int descriptor, std::string& text) {
   std::vector<char> chunk(64 * 1024);
   while (true) {
+    if (text.size() > platform::Files::kMostRead) return EFBIG;
     const auto count = ::read(descriptor, chunk.data(), chunk.size());
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return errno;
@@ -81,11 +102,31 @@ class Lock final : public platform::FileLock {
   FileDescriptor descriptor_;
 };
 
+/// What mkostemp is to replace in the name of a temporary file.
+constexpr std::string_view kRandomPart = ".XXXXXX";
+/// No write takes so long, not even on a disk that has to wake up.
+constexpr auto kLongestWrite = std::chrono::minutes(5);
+
+/// Whether a file may be one that a write was about to put in the place of another: its name with
+/// a dot before it, and six letters and digits behind.
+bool isTemporaryName(std::string_view name) {
+  if (name.size() <= kRandomPart.size() + 1 || name.front() != '.') return false;
+  const auto random = name.substr(name.size() - kRandomPart.size());
+  // Of a file of this program: no other has a folder of that name.
+  const auto target = name.substr(1, name.size() - 1 - kRandomPart.size());
+  const bool isOurs = target.ends_with(".txt") || target.ends_with(".json");
+  return isOurs && random.front() == '.' &&
+         std::all_of(random.begin() + 1, random.end(), [](char c) {
+           return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+         });
+}
+
 /// A new file beside the target that goes away unless it was put in the target's place.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const fs::path& target)
-      : name_((target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string()),
+      : name_((target.parent_path() / ("." + target.filename().string() + std::string(kRandomPart)))
+                  .string()),
         descriptor_(::mkostemp(name_.data(), O_CLOEXEC)) {}
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -155,7 +196,7 @@ fs::path linkTarget(fs::path file) {
 }
 
 fs::path homeOfUser() {
-  if (const char* home = std::getenv("HOME"); home != nullptr && *home != '\0') return home;
+  if (const auto home = personsVariable("HOME"); home && !home->empty()) return *home;
   const auto* entry = ::getpwuid(::getuid());
   return entry != nullptr ? entry->pw_dir : "/";
 }
@@ -168,9 +209,9 @@ PosixFiles::PosixFiles(fs::path home, std::optional<fs::path> applicationSupport
 std::unique_ptr<PosixFiles> PosixFiles::ofUser() {
   const auto home = homeOfUser();
   // A relative path there is to be ignored, as the base directory rules say.
-  const char* named = std::getenv("XDG_DATA_HOME");
-  const bool isUsable = named != nullptr && *named == '/';
-  return std::make_unique<PosixFiles>(home, isUsable ? fs::path(named) : defaultDataHome(home));
+  const auto named = personsVariable("XDG_DATA_HOME");
+  const bool isUsable = named && named->starts_with('/');
+  return std::make_unique<PosixFiles>(home, isUsable ? fs::path(*named) : defaultDataHome(home));
 }
 
 fs::path PosixFiles::defaultDataHome(const fs::path& home) {
@@ -202,18 +243,17 @@ std::optional<platform::FileStamp> PosixFiles::stamp(const fs::path& file) {
 
 std::optional<std::string> PosixFiles::read(const fs::path& file, std::string* error) {
   std::string text;
-  const auto descriptor = openFile(file, O_RDONLY);
+  const auto descriptor = openRegularFile(file, O_RDONLY);
   const int number = descriptor.isOpen() ? readAll(descriptor.get(), text) : errno;
   if (number == 0) return text;
-  if (error != nullptr) *error = errorText(number);
+  if (error != nullptr) *error = readErrorText(number);
   return std::nullopt;
 }
 
 std::unique_ptr<platform::MappedFile> PosixFiles::map(const fs::path& file) {
-  const auto descriptor = openFile(file, O_RDONLY);
+  const auto descriptor = openRegularFile(file, O_RDONLY);
   struct stat status {};
   if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0) return nullptr;
-  if (!S_ISREG(status.st_mode)) return nullptr;
   const auto size = static_cast<std::size_t>(status.st_size);
   // A mapping cannot be empty.
   if (size == 0) return std::make_unique<Mapping>(nullptr, 0);
@@ -243,11 +283,26 @@ std::optional<std::string> PosixFiles::writeAtomically(const fs::path& file,
   return std::nullopt;
 }
 
+void PosixFiles::removeLeftovers(const fs::path& folder) {
+  std::error_code error;
+  const auto oldest = fs::file_time_type::clock::now() - kLongestWrite;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    std::error_code entryError;
+    if (!isTemporaryName(entry->path().filename().string())) continue;
+    if (!fs::is_regular_file(entry->symlink_status(entryError)) || entryError) continue;
+    const auto written = entry->last_write_time(entryError);
+    if (!entryError && written < oldest) ::unlink(entry->path().c_str());
+  }
+}
+
 void PosixFiles::appendToLog(const fs::path& file, std::string_view text,
                              std::uint64_t restartAbove) {
-  const auto existing = openFile(file, O_WRONLY);
+  // The place may be one where others can make files, such as /tmp: a link there would choose
+  // what is written to. Of folders on the way links are followed.
+  const auto existing = openRegularFile(file, O_WRONLY | O_NOFOLLOW);
   if (!existing.isOpen()) {
-    const auto created = openFile(file, O_WRONLY | O_CREAT | O_TRUNC);
+    const auto created = openFile(file, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
     if (created.isOpen()) static_cast<void>(writeAll(created.get(), text));
     return;
   }

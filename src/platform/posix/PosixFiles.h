@@ -34,6 +34,7 @@ class PosixFiles : public platform::Files {
   std::optional<std::string> createDirectories(const std::filesystem::path& folder) override;
   std::optional<std::string> writeAtomically(const std::filesystem::path& file,
                                              std::string_view text) override;
+  void removeLeftovers(const std::filesystem::path& folder) override;
   void appendToLog(const std::filesystem::path& file, std::string_view text,
                    std::uint64_t restartAbove) override;
   platform::FileLockResult lockExclusively(const std::filesystem::path& file) override;

@@ -1,10 +1,13 @@
 #include "platform/posix/ProcessApplication.h"
 
+#include <fcntl.h>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <system_error>
 #include <unistd.h>
+
+#include "platform/posix/FileDescriptor.h"
 
 namespace tessarok::posix {
 
@@ -41,6 +44,19 @@ fs::path programOf(pid_t process) {
   return fs::read_symlink(folderOf(process) / "exe", error);
 }
 
+/// The process that holds the lock on a file, as the kernel says: what is written in the file may
+/// be of a process that has long ended, and its number somebody else's. 0 when there is none, or
+/// none that can be seen from here. Not to be asked while this process holds it: to close the file
+/// would give it up.
+pid_t holderOf(const fs::path& lockFile) {
+  const FileDescriptor file(::open(lockFile.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  if (!file.isOpen() || ::fcntl(file.get(), F_GETLK, &lock) != 0) return 0;
+  return lock.l_type == F_UNLCK ? 0 : lock.l_pid;
+}
+
 }  // namespace
 
 platform::RunningApplication ProcessApplication::self() {
@@ -50,9 +66,8 @@ platform::RunningApplication ProcessApplication::self() {
 std::vector<platform::RunningApplication> ProcessApplication::running(std::string_view) {
   std::vector<platform::RunningApplication> all{self()};
   if (!lockFile_) return all;
-  pid_t other = 0;
-  if (!(std::ifstream(*lockFile_) >> other) || other <= 0 || other == ::getpid()) return all;
-  // After a crash the number may long belong to something else.
+  const auto other = holderOf(*lockFile_);
+  if (other <= 0 || other == ::getpid()) return all;
   const auto program = programOf(other);
   if (program.empty() || program.filename() != programOf(::getpid()).filename()) return all;
   all.push_back({.processIdentifier = other, .launchDate = launchDateOf(other)});

@@ -11,7 +11,7 @@
 namespace tessarok::posix {
 
 /// This process, where no system keeps a list of running applications: another copy is known by
-/// the lock file, in which the one that took the lock leaves its process identifier. Main thread.
+/// the lock that it holds on a file. Main thread.
 class ProcessApplication final : public platform::Application {
  public:
   /// `lockFile` is absent for programs of which any number may run.
@@ -21,7 +21,8 @@ class ProcessApplication final : public platform::Application {
 
   void becomeAccessory() override {}
   platform::RunningApplication self() override;
-  /// This process and, if it still runs this program, the one that the lock file names.
+  /// This process and, if it runs this program, the one that holds the lock. Before this process
+  /// takes the lock itself.
   std::vector<platform::RunningApplication> running(std::string_view identifier) override;
   void terminate() override { loop_.stop(); }
 

@@ -1,13 +1,11 @@
 #include "platform/posix/ProcessEnvironment.h"
 
-#include <cstdlib>
+#include "platform/posix/PersonsEnvironment.h"
 
 namespace tessarok::posix {
 
 std::optional<std::string> ProcessEnvironment::variable(std::string_view name) {
-  const char* value = std::getenv(std::string(name).c_str());
-  if (value == nullptr) return std::nullopt;
-  return value;
+  return personsVariable(std::string(name).c_str());
 }
 
 }  // namespace tessarok::posix

@@ -1,9 +1,10 @@
 #include "platform/posix/SettingsFile.h"
 
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
+
+#include "platform/posix/PersonsEnvironment.h"
 
 namespace tessarok::posix {
 
@@ -46,9 +47,9 @@ SettingsFile::SettingsFile(std::filesystem::path file, platform::Files& files,
 
 std::filesystem::path SettingsFile::locationFor(const std::filesystem::path& home) {
   // A relative path there is to be ignored, as the base directory rules say.
-  const char* named = std::getenv("XDG_CONFIG_HOME");
-  const bool isUsable = named != nullptr && *named == '/';
-  const auto folder = isUsable ? std::filesystem::path(named) : home / ".config";
+  const auto named = personsVariable("XDG_CONFIG_HOME");
+  const bool isUsable = named && named->starts_with('/');
+  const auto folder = isUsable ? std::filesystem::path(*named) : home / ".config";
   return folder / "Tessarok" / "settings.json";
 }
 
@@ -76,6 +77,7 @@ void SettingsFile::setBoolean(std::string_view key, bool value) {
 }
 
 void SettingsFile::load() {
+  if (!isLoaded_) files_.removeLeftovers(file_.parent_path());
   isLoaded_ = true;
   if (!files_.exists(file_)) return;
   std::string error;

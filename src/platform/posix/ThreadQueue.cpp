@@ -1,5 +1,6 @@
 #include "platform/posix/ThreadQueue.h"
 
+#include <system_error>
 #include <utility>
 
 namespace tessarok::posix {
@@ -16,10 +17,23 @@ ThreadQueue::~ThreadQueue() {
 void ThreadQueue::async(std::function<void()> job) {
   {
     const std::lock_guard lock(mutex_);
-    jobs_.push_back(std::move(job));
-    if (!worker_.joinable()) worker_ = std::thread([this] { serve(); });
+    if (worker_.joinable() || startWorker()) {
+      jobs_.push_back(std::move(job));
+      job = nullptr;
+    }
   }
+  // Without a thread there is no queue either, so this job is the next one.
+  if (job) return job();
   changed_.notify_all();
+}
+
+bool ThreadQueue::startWorker() {
+  try {
+    worker_ = std::thread([this] { serve(); });
+    return true;
+  } catch (const std::system_error&) {
+    return false;
+  }
 }
 
 void ThreadQueue::drain() {

@@ -10,7 +10,8 @@
 
 namespace tessarok::posix {
 
-/// A serial queue with a thread of its own, which starts with the first job.
+/// A serial queue with a thread of its own, which starts with the first job. While the system has
+/// no thread to give, a job runs where it is submitted: its submitter waits, but nothing is lost.
 class ThreadQueue final : public platform::SerialQueue {
  public:
   ThreadQueue() = default;
@@ -22,6 +23,7 @@ class ThreadQueue final : public platform::SerialQueue {
   void drain() override;
 
  private:
+  [[nodiscard]] bool startWorker();
   void serve();
 
   std::mutex mutex_;

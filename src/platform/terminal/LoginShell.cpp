@@ -1,13 +1,14 @@
 #include "platform/terminal/LoginShell.h"
 
-#include <cstdlib>
 #include <pwd.h>
 #include <unistd.h>
+
+#include "platform/posix/PersonsEnvironment.h"
 
 namespace tessarok::terminal {
 
 std::string loginShell() {
-  if (const char* shell = std::getenv("SHELL"); shell != nullptr && *shell != '\0') return shell;
+  if (const auto shell = posix::personsVariable("SHELL"); shell && !shell->empty()) return *shell;
   const auto* entry = ::getpwuid(::getuid());
   const bool hasShell = entry != nullptr && entry->pw_shell != nullptr && *entry->pw_shell != '\0';
   // What an empty field of the user database means.

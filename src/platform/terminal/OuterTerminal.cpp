@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <signal.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -17,9 +18,23 @@ posix::FileDescriptor openOutput() {
   return posix::FileDescriptor(::open(name, O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 }
 
+/// Waits, stopped as a job, until the terminal is this program's. In the background its settings
+/// are those of a shell that is editing a line, and with these nothing could be typed.
+void waitForForeground() {
+  // Where nobody could continue a stopped program, the signal does nothing.
+  constexpr int kMostSignals = 16;
+  for (int i = 0; i < kMostSignals; ++i) {
+    const auto foreground = ::tcgetpgrp(STDIN_FILENO);
+    // Absent for a terminal that controls no jobs.
+    if (foreground < 0 || foreground == ::getpgrp()) return;
+    ::kill(0, SIGTTIN);
+  }
+}
+
 }  // namespace
 
 OuterTerminal::OuterTerminal() : output_(openOutput()) {
+  waitForForeground();
   if (::tcgetattr(input(), &settings_) != 0) {
     throw std::system_error(errno, std::generic_category(), "standard input");
   }

@@ -48,7 +48,7 @@ TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer,
     : desktop_(desktop),
       outer_(outer),
       pty_(pty),
-      signals_({SIGCHLD, SIGWINCH, SIGCONT, SIGTERM, SIGHUP, SIGINT, SIGQUIT, SIGPIPE},
+      signals_({SIGCHLD, SIGWINCH, SIGCONT, SIGTSTP, SIGTERM, SIGHUP, SIGINT, SIGQUIT, SIGPIPE},
                [this](int signal) { handleSignal(signal); }),
       input_(
           OuterTerminal::input(), [this] { return readsInput() ? short{POLLIN} : short{0}; },
@@ -95,6 +95,8 @@ void TerminalSession::handleSignal(int signal) {
   switch (signal) {
     case SIGCHLD:
       return endIfProgramEnded();
+    case SIGTSTP:
+      return stop();
     case SIGCONT:
       outer_.makeRaw();
       [[fallthrough]];
@@ -108,6 +110,12 @@ void TerminalSession::handleSignal(int signal) {
       isHurried_ = true;
       return end(kKilled + signal);
   }
+}
+
+void TerminalSession::stop() {
+  // Whoever has the terminal meanwhile is to find it as it was.
+  outer_.restore();
+  ::raise(SIGSTOP);
 }
 
 void TerminalSession::endIfProgramEnded() {

@@ -40,6 +40,7 @@ class TerminalSession final {
   [[nodiscard]] short programEvents() const;
 
   void handleSignal(int signal);
+  void stop();
   void endIfProgramEnded();
   void end(int exitStatus);
   void tidyScreen();
