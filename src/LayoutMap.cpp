@@ -30,9 +30,37 @@ LayoutMap::Set setOf(std::u32string_view characters) {
   return {characters.begin(), characters.end()};
 }
 
+/// A map once more, for what is asked for every letter: the scalars of both alphabets have places
+/// of their own. A hash map takes four times as long, a quarter of a decision.
+class QuickMap {
+ public:
+  explicit QuickMap(const LayoutMap::Map& map) {
+    direct_.fill(kNone);
+    for (const auto& [key, value] : map) {
+      if (key < kDirect) direct_[key] = value;
+    }
+  }
+  /// What the key of `scalar` gives; `scalar` itself when `map`, the one this was made of, does
+  /// not hold it.
+  [[nodiscard]] char32_t valueOf(char32_t scalar, const LayoutMap::Map& map) const {
+    if (scalar < kDirect) return direct_[scalar] == kNone ? scalar : direct_[scalar];
+    const auto found = map.find(scalar);
+    return found == map.end() ? scalar : found->second;
+  }
+
+ private:
+  /// Up to ё, the last letter of both alphabets.
+  static constexpr std::size_t kDirect = U'ё' + 1;
+  static constexpr char32_t kNone = 0xFFFFFFFF;
+
+  std::array<char32_t, kDirect> direct_;
+};
+
 struct Tables {
   LayoutMap::Map enToRu = paired(kEnChars, kRuChars);
   LayoutMap::Map ruToEn = paired(kRuChars, kEnChars);
+  QuickMap quickEnToRu{enToRu};
+  QuickMap quickRuToEn{ruToEn};
   LayoutMap::Set russianLetterKeys = LayoutMap::letterKeys(enToRu);
   bool isAvailable = true;
 };
@@ -64,17 +92,13 @@ bool isComplete(const LayoutMap::Map& enToRu, const LayoutMap::Map& ruToEn) {
 template <typename String>
 void appendTo(std::string_view text, bool fromRussian, String& out) {
   const auto& map = fromRussian ? tables().ruToEn : tables().enToRu;
-  std::string replacement;
+  const auto& quick = fromRussian ? tables().quickRuToEn : tables().quickEnToRu;
   for (const auto character : text::Characters(text)) {
-    const auto scalar = text::singleScalar(character);
-    const auto found = scalar ? map.find(*scalar) : map.end();
-    if (found == map.end()) {
+    if (const auto scalar = text::singleScalar(character)) {
+      text::appendScalar(quick.valueOf(*scalar, map), out);
+    } else {
       out.append(character);
-      continue;
     }
-    replacement.clear();
-    text::appendScalar(found->second, replacement);
-    out.append(replacement);
   }
 }
 
@@ -140,6 +164,8 @@ bool LayoutMap::install(Map enToRu, Map ruToEn) {
   current.isAvailable = isComplete(enToRu, ruToEn);
   current.enToRu = current.isAvailable ? std::move(enToRu) : Map();
   current.ruToEn = current.isAvailable ? std::move(ruToEn) : Map();
+  current.quickEnToRu = QuickMap(current.enToRu);
+  current.quickRuToEn = QuickMap(current.ruToEn);
   current.russianLetterKeys = letterKeys(current.enToRu);
   return current.isAvailable;
 }

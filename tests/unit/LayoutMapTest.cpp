@@ -133,5 +133,17 @@ TEST(LayoutMap, LetterKeysOfAMapFollowTheMap) {
   EXPECT_EQ(LayoutMap::letterKeys(map), LayoutMap::Set{U'§'});
 }
 
+TEST(LayoutMap, ConvertsKeysBeyondBothAlphabets) {
+  auto enToRu = LayoutMap::enToRu();
+  auto ruToEn = LayoutMap::ruToEn();
+  enToRu[U'\u2019'] = U'э';
+  enToRu[U'#'] = U'\u2116';
+  ruToEn[U'\u2116'] = U'#';
+  ASSERT_TRUE(LayoutMap::install(enToRu, ruToEn));
+  EXPECT_EQ(LayoutMap::convert("’#f—", false), "э№а—");
+  EXPECT_EQ(LayoutMap::convert("№а—", true), "#f—");
+  ASSERT_TRUE(LayoutMap::isRussianLetterKey("’"));
+}
+
 }  // namespace
 }  // namespace tessarok

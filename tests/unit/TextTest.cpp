@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <utf8proc.h>
 #include <vector>
 
 #include "Text.h"
@@ -246,6 +247,59 @@ TEST(Text, ASurrogateWithoutItsPartnerBecomesTheReplacementCharacter) {
   EXPECT_EQ(out, "\uFFFDa");
   assignUtf16(std::u16string{high, high, low}, out);
   EXPECT_EQ(out, "\uFFFD😀");
+}
+
+// What is typed most takes short cuts past the Unicode tables; they lead to the same places.
+TEST(Text, ShortCutsAgreeWithTheUnicodeTables) {
+  for (utf8proc_int32_t scalar = 0; scalar <= 0x10FFFF; ++scalar) {
+    if (scalar >= 0xD800 && scalar <= 0xDFFF) continue;
+    utf8proc_uint8_t bytes[4];
+    const auto length = static_cast<std::size_t>(utf8proc_encode_char(scalar, bytes));
+    const std::string spelled(reinterpret_cast<const char*>(bytes), length);
+    std::string appended;
+    appendScalar(static_cast<char32_t>(scalar), appended);
+    ASSERT_EQ(appended, spelled) << scalar;
+    ASSERT_EQ(singleScalar(spelled), static_cast<char32_t>(scalar)) << scalar;
+    const auto category = utf8proc_category(scalar);
+    ASSERT_EQ(isLetter(spelled),
+              category >= UTF8PROC_CATEGORY_LU && category <= UTF8PROC_CATEGORY_LO)
+        << scalar;
+    ASSERT_EQ(isAsciiLetter(spelled), scalar < 0x80 && isLetter(spelled)) << scalar;
+    if (scalar == 0x130) continue;  // becomes two scalars
+    const auto lower = lowercased(spelled);
+    ASSERT_EQ(singleScalar(lower), static_cast<char32_t>(utf8proc_tolower(scalar))) << scalar;
+  }
+}
+
+TEST(Text, ShortCutsAgreeOnWhereACharacterEnds) {
+  std::vector<utf8proc_int32_t> scalars = {0x301, 0x483, 0x200D, 0x1F600, 0x1F1F7, 0xFE0F};
+  for (utf8proc_int32_t scalar = 0; scalar < 0x460; ++scalar)
+    scalars.push_back(scalar);
+  for (const auto first : scalars) {
+    for (const auto second : scalars) {
+      std::string pair;
+      appendScalar(static_cast<char32_t>(first), pair);
+      appendScalar(static_cast<char32_t>(second), pair);
+      ASSERT_EQ(count(pair), utf8proc_grapheme_break(first, second) ? 2u : 1u)
+          << first << " and " << second;
+    }
+  }
+}
+
+TEST(Text, ShortCutsAgreeOnWhatIsNoUtf8) {
+  for (unsigned first = 0; first < 0x100; ++first) {
+    for (unsigned second = 0; second < 0x100; ++second) {
+      const std::string bytes = {static_cast<char>(first), static_cast<char>(second)};
+      utf8proc_int32_t scalar = -1;
+      const auto length =
+          utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(bytes.data()), 2, &scalar);
+      const auto whole = singleScalar(bytes);
+      ASSERT_EQ(whole.has_value(), length == 2) << first << " " << second;
+      if (whole) {
+        ASSERT_EQ(*whole, static_cast<char32_t>(scalar));
+      }
+    }
+  }
 }
 
 }  // namespace
