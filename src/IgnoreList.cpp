@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "CheckedArithmetic.h"
+#include "RenderedList.h"
 #include "Text.h"
 #include "UserDict.h"
 #include "WordLines.h"
@@ -23,10 +24,23 @@ constexpr std::int64_t kPromotionThreshold = 3;
 /// So many words with fewer rejections are kept, so that the file stays small for ever.
 constexpr std::size_t kPendingCap = 500;
 
+void appendWord(const std::string& word, std::string& text) {
+  text.append(word);
+}
+
+void appendReject(const IgnoreList::Counts::value_type& reject, std::string& text) {
+  text.append(reject.first).push_back('\t');
+  text.append(std::to_string(reject.second));
+}
+
 struct State {
   WordSet words;
   WordSet sessionWords;
   IgnoreList::Counts rejectCounts;
+  /// The words of `rejectCounts` that are not promoted, those to be forgotten first at the front.
+  std::set<std::pair<std::int64_t, std::string>> pending;
+  RenderedList<WordSet> ignoredLines{words, &appendWord};
+  RenderedList<IgnoreList::Counts> rejectsLines{rejectCounts, &appendReject};
   /// Files that exist but could not be read: never written in this run.
   std::set<std::filesystem::path> protectedFiles;
   bool loaded = false;
@@ -74,48 +88,41 @@ void save(const std::filesystem::path& file, const std::string& text) {
   desktop.systemLog().write("Tessarok: could not save " + file.filename().string() + ": " + *error);
 }
 
-void write(std::string text, const std::filesystem::path& file) {
+template <typename Lines>
+void write(const Lines& lines, const std::filesystem::path& file) {
   if (state().inMemoryOnly || state().protectedFiles.contains(file)) return;
-  persistenceQueue().async([text = std::move(text), file] { save(file, text); });
-}
-
-/// Every file ends with a line break, an empty one consists of it.
-std::string lines(const std::vector<std::string>& records) {
-  if (records.empty()) return "\n";
-  std::string text;
-  for (const auto& record : records)
-    text.append(record).push_back('\n');
-  return text;
+  persistenceQueue().async([now = lines.snapshot(), file] { save(file, now.text()); });
 }
 
 void persist() {
-  const auto& words = state().words;
-  write(lines({words.begin(), words.end()}), ignoredFile());
+  write(state().ignoredLines, ignoredFile());
 }
 
 /// Forgets the words with the fewest rejections beyond the cap.
-void prunePending(IgnoreList::Counts& counts) {
-  std::vector<IgnoreList::Counts::const_iterator> pending;
-  for (auto entry = counts.begin(); entry != counts.end(); ++entry) {
-    if (entry->second < kPromotionThreshold) pending.push_back(entry);
+void prunePending() {
+  auto& all = state();
+  while (all.pending.size() > kPendingCap) {
+    const auto word = all.pending.extract(all.pending.begin()).value().second;
+    all.rejectCounts.erase(word);
+    all.rejectsLines.render(word);
   }
-  if (pending.size() <= kPendingCap) return;
-  // The map is in the order of the words, so a stable sort leaves ties in that order.
-  std::stable_sort(pending.begin(), pending.end(),
-                   [](auto a, auto b) { return a->second < b->second; });
-  pending.resize(pending.size() - kPendingCap);
-  for (const auto entry : pending)
-    counts.erase(entry);
 }
 
 void persistRejects() {
-  prunePending(state().rejectCounts);
-  std::vector<std::string> records;
-  records.reserve(state().rejectCounts.size());
-  for (const auto& [word, count] : state().rejectCounts) {
-    records.push_back(word + '\t' + std::to_string(count));
-  }
-  write(lines(records), rejectsFile());
+  prunePending();
+  write(state().rejectsLines, rejectsFile());
+}
+
+/// Counts one rejection; the new count.
+std::int64_t countRejection(const std::string& word) {
+  auto& all = state();
+  auto& stored = all.rejectCounts[word];
+  const auto count = checkedAdd<std::int64_t>(stored, 1);
+  all.pending.erase({stored, word});
+  stored = std::min(count, kPromotionThreshold);
+  if (stored < kPromotionThreshold) all.pending.insert({stored, word});
+  all.rejectsLines.render(word);
+  return count;
 }
 
 /// A decimal number with an optional sign and nothing else; absent for anything that is not one
@@ -159,6 +166,22 @@ bool loadReject(std::string_view line) {
   return true;
 }
 
+/// Reads both files; whether that brought back a promoted word.
+bool loadFiles() {
+  if (const auto text = read(ignoredFile())) {
+    WordLines lines(*text, WordLines::Split::atLoneLf);
+    while (lines.next())
+      state().words.insert(text::normalizedWord(lines.line()));
+  }
+  const auto text = read(rejectsFile());
+  if (!text) return false;
+  bool recovered = false;
+  WordLines lines(*text, WordLines::Split::atLoneLf);
+  while (lines.next())
+    recovered = loadReject(lines.line()) || recovered;
+  return recovered;
+}
+
 }  // namespace
 
 const WordSet& IgnoreList::words() {
@@ -177,17 +200,12 @@ void IgnoreList::load(bool persistRecovered) {
   auto& all = state();
   if (all.loaded) return;
   all.loaded = true;
-  if (const auto text = read(ignoredFile())) {
-    WordLines lines(*text, WordLines::Split::atLoneLf);
-    while (lines.next())
-      all.words.insert(text::normalizedWord(lines.line()));
+  const bool recovered = loadFiles();
+  for (const auto& [word, count] : all.rejectCounts) {
+    if (count < kPromotionThreshold) all.pending.insert({count, word});
   }
-  const auto text = read(rejectsFile());
-  if (!text) return;
-  bool recovered = false;
-  WordLines lines(*text, WordLines::Split::atLoneLf);
-  while (lines.next())
-    recovered = loadReject(lines.line()) || recovered;
+  all.ignoredLines.renderAll();
+  all.rejectsLines.renderAll();
   if (recovered && persistRecovered) persist();
 }
 
@@ -195,10 +213,7 @@ void IgnoreList::recordRejection(std::string_view rejected) {
   const auto word = text::normalizedWord(rejected);
   auto& all = state();
   if (word.empty() || all.words.contains(word)) return;
-  auto& stored = all.rejectCounts[word];
-  const auto count = checkedAdd<std::int64_t>(stored, 1);
-  stored = std::min(count, kPromotionThreshold);
-  if (count < kPromotionThreshold) {
+  if (countRejection(word) < kPromotionThreshold) {
     all.sessionWords.insert(word);
   } else {
     all.sessionWords.erase(word);
@@ -208,8 +223,9 @@ void IgnoreList::recordRejection(std::string_view rejected) {
 }
 
 void IgnoreList::add(std::string_view added) {
-  auto word = text::normalizedWord(added);
-  if (word.empty() || !state().words.insert(std::move(word)).second) return;
+  const auto word = text::normalizedWord(added);
+  if (word.empty() || !state().words.insert(word).second) return;
+  state().ignoredLines.render(word);
   persist();
 }
 

@@ -323,7 +323,8 @@ std::string_view trimmed(std::string_view text) {
 }
 
 std::string normalizedWord(std::string_view text) {
-  return composed(lowercased(trimmed(text)));
+  auto lower = lowercased(trimmed(text));
+  return isSurelyComposed(lower) ? lower : composed(lower);
 }
 
 bool isValidUtf8(std::string_view text) {
