@@ -70,10 +70,22 @@ std::optional<std::string> SettingsFile::string(std::string_view key) {
 }
 
 void SettingsFile::setBoolean(std::string_view key, bool value) {
+  set(key, value);
+}
+
+void SettingsFile::setString(std::string_view key, std::string value) {
+  set(key, std::move(value));
+}
+
+void SettingsFile::set(std::string_view key, Value value) {
   // Another copy of the program may have saved other switches since.
-  if (!isUnusable_ && !isUnsaved_) load();
-  values_.insert_or_assign(std::string(key), value);
+  reload();
+  values_.insert_or_assign(std::string(key), std::move(value));
   if (!isUnusable_) save();
+}
+
+void SettingsFile::reload() {
+  if (!isUnusable_ && !isUnsaved_) load();
 }
 
 void SettingsFile::load() {

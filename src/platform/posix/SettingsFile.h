@@ -13,9 +13,9 @@
 
 namespace tessarok::posix {
 
-/// The person's switches in a file, a JSON object of booleans; a few settings are texts, which
-/// only the person changes. A file that cannot be used is reported once and left as it is:
-/// changes then last until the program ends. Main thread.
+/// The person's switches in a file, a JSON object of booleans; a few settings are texts. A file
+/// that cannot be used is reported once and left as it is: changes then last until the program
+/// ends. Main thread.
 class SettingsFile final : public platform::UserDefaults {
  public:
   /// Read on first use. `files` and `log` outlive this object.
@@ -28,6 +28,9 @@ class SettingsFile final : public platform::UserDefaults {
   void setBoolean(std::string_view key, bool value) override;
   /// A setting that is a text; absent when it was never set or is none.
   [[nodiscard]] std::optional<std::string> string(std::string_view key);
+  void setString(std::string_view key, std::string value);
+  /// Reads the file again, which somebody else may have written.
+  void reload();
 
  private:
   using Value = std::variant<bool, std::string>;
@@ -36,6 +39,7 @@ class SettingsFile final : public platform::UserDefaults {
   [[nodiscard]] static Values parse(const std::string& text);
 
   void load();
+  void set(std::string_view key, Value value);
   void save();
   void report(const std::string& problem);
 

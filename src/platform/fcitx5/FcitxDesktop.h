@@ -1,0 +1,105 @@
+#pragma once
+
+#include <fcitx/instance.h>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "platform/Desktop.h"
+#include "platform/fcitx5/FcitxEventTaps.h"
+#include "platform/fcitx5/FcitxInputSources.h"
+#include "platform/fcitx5/FcitxRunLoop.h"
+#include "platform/fcitx5/FcitxServices.h"
+#include "platform/fcitx5/FcitxStatusBar.h"
+#include "platform/fcitx5/Guard.h"
+#include "platform/fcitx5/KeyFlow.h"
+#include "platform/fcitx5/WaylandOutlet.h"
+#include "platform/freedesktop/FreedesktopWorkspace.h"
+#include "platform/freedesktop/Notice.h"
+#include "platform/freedesktop/Programs.h"
+#include "platform/posix/DataDirectoryBundle.h"
+#include "platform/posix/MonotonicClock.h"
+#include "platform/posix/NotificationCentre.h"
+#include "platform/posix/PosixFiles.h"
+#include "platform/posix/ProcessEnvironment.h"
+#include "platform/posix/SettingsFile.h"
+#include "platform/posix/StandardErrorLog.h"
+#include "platform/posix/ThreadQueues.h"
+
+namespace tessarok::fcitx5 {
+
+/// The text fields of every program that Fcitx serves, as a desktop. Main thread.
+class FcitxDesktop final : public platform::Desktop {
+ public:
+  /// Both outlive this object. `resources` is the directory of the data files, absent to search
+  /// for it.
+  FcitxDesktop(fcitx::Instance& instance, Guard& guard,
+               std::optional<std::filesystem::path> resources);
+  FcitxDesktop(const FcitxDesktop&) = delete;
+  FcitxDesktop& operator=(const FcitxDesktop&) = delete;
+  ~FcitxDesktop() override;
+
+  FcitxAccessibility& accessibility() override { return accessibility_; }
+  FcitxApplication& application() override { return application_; }
+  posix::DataDirectoryBundle& bundle() override { return bundle_; }
+  posix::MonotonicClock& clock() override { return clock_; }
+  posix::ProcessEnvironment& environment() override { return environment_; }
+  FcitxEventTaps& eventTaps() override { return eventTaps_; }
+  FcitxEvents& events() override { return events_; }
+  posix::PosixFiles& files() override { return *files_; }
+  FcitxInputSources& inputSources() override { return inputSources_; }
+  posix::NotificationCentre& inputSourceNotifications() override {
+    return inputSourceNotifications_;
+  }
+  FcitxKeyboard& keyboard() override { return keyboard_; }
+  FcitxRunLoop& runLoop() override { return runLoop_; }
+  FcitxSecureInput& secureInput() override { return secureInput_; }
+  posix::ThreadQueues& serialQueues() override { return serialQueues_; }
+  FcitxStatusBar& statusBar() override { return statusBar_; }
+  posix::StandardErrorLog& systemLog() override { return systemLog_; }
+  posix::SettingsFile& userDefaults() override { return userDefaults_; }
+  freedesktop::FreedesktopWorkspace& workspace() override { return workspace_; }
+  posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
+
+  [[nodiscard]] KeyFlow& keyFlow() { return keyFlow_; }
+
+  // What Fcitx tells.
+
+  void focusIn(fcitx::InputContext& context);
+  /// The input method of a text field, or the list of them, is another.
+  void inputMethodChanged();
+  void groupChanged();
+  /// The setting that says which keys convert by hand is read again.
+  void readManualKey();
+
+ private:
+  void announceLater(const char* notification);
+
+  posix::MonotonicClock clock_;
+  FcitxRunLoop runLoop_;
+  posix::StandardErrorLog systemLog_;
+  std::unique_ptr<posix::PosixFiles> files_ = posix::PosixFiles::ofUser();
+  FcitxAccessibility accessibility_;
+  FcitxApplication application_;
+  posix::DataDirectoryBundle bundle_;
+  posix::ProcessEnvironment environment_;
+  posix::SettingsFile userDefaults_;
+  posix::ThreadQueues serialQueues_;
+  posix::NotificationCentre inputSourceNotifications_;
+  posix::NotificationCentre workspaceNotifications_;
+  FcitxInputSources inputSources_;
+  FcitxEventTaps eventTaps_;
+  FcitxEvents events_;
+  WaylandOutlet outlet_;
+  KeyFlow keyFlow_;
+  FcitxKeyboard keyboard_;
+  FcitxSecureInput secureInput_;
+  FcitxStatusBar statusBar_;
+  freedesktop::Notice notice_;
+  freedesktop::Programs programs_;
+  freedesktop::FreedesktopWorkspace workspace_;
+  /// The current input source that observers know of.
+  std::optional<std::string> announced_;
+};
+
+}  // namespace tessarok::fcitx5
