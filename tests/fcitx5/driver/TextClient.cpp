@@ -96,6 +96,7 @@ void TextClient::click() {
 }
 
 void TextClient::commitStringImpl(const std::string& text) {
+  serveOverdue();
   VirtualEvent event;
   event.code = x11::hardwareKeys::kNoKey;
   event.payload = text::utf16(text);
@@ -104,6 +105,7 @@ void TextClient::commitStringImpl(const std::string& text) {
 }
 
 void TextClient::deleteSurroundingTextImpl(int offset, unsigned int size) {
+  serveOverdue();
   if (offset != -static_cast<int>(size))
     FCITX_FATAL() << "what was deleted is not before the caret";
   for (unsigned i = 0; i < size; ++i)
@@ -119,10 +121,16 @@ void TextClient::forwardKeyImpl(const fcitx::ForwardKeyEvent& key) {
 void TextClient::enqueue(const Stroke& stroke) {
   if (habits_.keyDelay == 0) return handle(stroke);
   if (queue_.empty()) {
-    timer_->setTime(fcitx::now(CLOCK_MONOTONIC) + habits_.keyDelay * 1000ull);
+    due_ = fcitx::now(CLOCK_MONOTONIC) + habits_.keyDelay * 1000ull;
+    timer_->setTime(due_);
     timer_->setOneShot();
   }
   queue_.push_back(stroke);
+}
+
+void TextClient::serveOverdue() {
+  // This process may have been kept from running while a program would have run.
+  if (!queue_.empty() && fcitx::now(CLOCK_MONOTONIC) >= due_) serveQueue();
 }
 
 void TextClient::serveQueue() {

@@ -63,6 +63,7 @@ class TextClient final : public fcitx::InputContext {
   void handle(const Stroke& stroke);
   [[nodiscard]] bool keyEventOf(const Stroke& stroke, bool isRelease);
   void enqueue(const Stroke& stroke);
+  void serveOverdue();
   void serveQueue();
   void report();
 
@@ -70,6 +71,8 @@ class TextClient final : public fcitx::InputContext {
   Habits habits_;
   virtualdesktop::TextField field_;
   std::vector<Stroke> queue_;
+  /// When the queue is to be served, microseconds.
+  std::uint64_t due_ = 0;
   std::unique_ptr<fcitx::EventSourceTime> timer_;
   int time_ = 0;
 };
