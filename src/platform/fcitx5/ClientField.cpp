@@ -33,12 +33,9 @@ void ClientField::forgetText() {
 }
 
 void ClientField::startCounting() {
-  // With something still on its way the report is not of this moment.
-  if (!report_ || isReportSelected_ || isUnsettled_) {
-    offset_.reset();
-  } else {
-    offset_ = static_cast<std::ptrdiff_t>(reportLength_);
-  }
+  offset_.reset();
+  if (!report_ || isReportSelected_ || !isReportCurrent_) return;
+  offset_ = static_cast<std::ptrdiff_t>(reportLength_);
 }
 
 void ClientField::typed(std::string_view text) {
@@ -64,6 +61,7 @@ void ClientField::keyOfUnknownEffect() {
 
 void ClientField::sent(Way way, bool own, double now) {
   isUnsettled_ = true;
+  isReportCurrent_ = false;
   way_ = way;
   isOwn_ = own;
   sentAt_ = now;
@@ -115,6 +113,7 @@ std::optional<double> ClientField::unsettledUntil(double now) {
     reportsFollow_ = false;
   }
   isUnsettled_ = false;
+  isReportCurrent_ = isDone;
   reportBeforeKey_.reset();
   return std::nullopt;
 }

@@ -79,6 +79,8 @@ class ClientField final {
   /// The report has shown the tail since the tail changed.
   bool isConfirmed_ = false;
 
+  /// The report is of this moment: nothing was sent since that it does not show.
+  bool isReportCurrent_ = true;
   bool isUnsettled_ = false;
   Way way_ = Way::key;
   bool isOwn_ = false;

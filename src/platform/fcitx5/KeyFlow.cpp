@@ -27,8 +27,9 @@ using Way = ClientField::Way;
 namespace eventFlags = platform::eventFlags;
 namespace hardwareKeys = x11::hardwareKeys;
 
-/// Seconds for which a program's reset may be the answer to a key that was sent to it. Nobody
-/// clicks so soon behind a key.
+/// Seconds for which a program's reset may be the answer to a key that was sent to it: by the
+/// corrector, and because the person pressed it. Nobody clicks so soon behind a key.
+constexpr double kOwnResetDelay = 1;
 constexpr double kResetDelay = 0.3;
 /// Seconds for which held keys wait for the text field that the last key has brought forward.
 constexpr double kNextField = 1;
@@ -194,10 +195,10 @@ void KeyFlow::destroyed(InputContext& context) {
   announceOtherPlace();
 }
 
-void KeyFlow::expectReset() {
-  const double until = now() + kResetDelay;
+void KeyFlow::expectReset(bool own) {
   resetsExpected_ = now() < resetsExpectedUntil_ ? resetsExpected_ + 1 : 1;
-  resetsExpectedUntil_ = until;
+  const double until = now() + (own ? kOwnResetDelay : kResetDelay);
+  resetsExpectedUntil_ = std::max(resetsExpectedUntil_, until);
 }
 
 void KeyFlow::reset(InputContext& context) {
@@ -279,7 +280,7 @@ void KeyFlow::notePassed(const Press& press, Way way, bool own) {
   if (!press.text.empty()) {
     field_.typed(press.text);
   } else {
-    expectReset();
+    expectReset(own);
     if (press.event.code == keyCodes::backspace && isPlain) {
       field_.erased(1);
     } else {
@@ -328,10 +329,10 @@ std::optional<double> KeyFlow::perform(InputContext& context) {
     if (const auto until = waitForWay(Way::key)) return until;
     const auto key = again->key;
     steps_.pop_front();
-    forward(context, key);
-    expectReset();
+    expectReset(true);
     field_.keyOfUnknownEffect();
     field_.sent(Way::key, true, now());
+    forward(context, key);
   } else {
     return replayFirst(context);
   }
@@ -341,18 +342,7 @@ std::optional<double> KeyFlow::perform(InputContext& context) {
 std::optional<double> KeyFlow::retype(InputContext& context, Retype& step) {
   if (step.erase > 0) {
     if (const auto until = unsettledUntil()) return until;
-    const bool isErased = eraseAround(context, step.erase);
-    if (!isErased) {
-      const Key backspace(FcitxKey_BackSpace, KeyStates(),
-                          hardwareKeys::xKeyOf(keyCodes::backspace));
-      for (std::size_t i = 0; i < step.erase; ++i) {
-        forward(context, backspace);
-        expectReset();
-      }
-    }
-    field_.erased(step.erase);
-    field_.sent(isErased ? Way::text : Way::key, true, now());
-    step.erase = 0;
+    erase(context, std::exchange(step.erase, 0));
   }
   if (step.text.empty()) return std::nullopt;
   if (const auto until = waitForWay(Way::text)) return until;
@@ -369,13 +359,20 @@ std::optional<double> KeyFlow::waitForWay(Way way) {
   return until && field_.lastWay() != way ? until : std::nullopt;
 }
 
-bool KeyFlow::eraseAround(InputContext& context, std::size_t characters) {
-  if (!context.capabilityFlags().test(CapabilityFlag::SurroundingText)) return false;
+void KeyFlow::erase(InputContext& context, std::size_t characters) {
   const auto typed = field_.last(characters);
-  if (!typed || !field_.showsTyped()) return false;
-  const auto count = static_cast<int>(scalars(*typed));
-  context.deleteSurroundingText(-count, static_cast<unsigned>(count));
-  return true;
+  const bool mayDelete = context.capabilityFlags().test(CapabilityFlag::SurroundingText) && typed &&
+                         field_.showsTyped();
+  const auto count = mayDelete ? static_cast<int>(scalars(*typed)) : 0;
+  // What is known of the field is brought up to date first: a program may answer at once.
+  field_.erased(characters);
+  field_.sent(mayDelete ? Way::text : Way::key, true, now());
+  if (mayDelete) return context.deleteSurroundingText(-count, static_cast<unsigned>(count));
+  const Key backspace(FcitxKey_BackSpace, KeyStates(), hardwareKeys::xKeyOf(keyCodes::backspace));
+  for (std::size_t i = 0; i < characters; ++i) {
+    expectReset(true);
+    forward(context, backspace);
+  }
 }
 
 void KeyFlow::forward(InputContext& context, const Key& key) {
@@ -385,9 +382,9 @@ void KeyFlow::forward(InputContext& context, const Key& key) {
 }
 
 void KeyFlow::commit(InputContext& context, const std::string& text) {
-  context.commitString(text);
   field_.typed(text);
   field_.sent(Way::text, true, now());
+  context.commitString(text);
 }
 
 Key KeyFlow::translated(InputContext& context, const Key& key) {

@@ -113,13 +113,13 @@ class KeyFlow final {
   [[nodiscard]] std::optional<double> replayFirst(fcitx::InputContext& context);
   [[nodiscard]] std::optional<double> waitForWay(ClientField::Way way);
   [[nodiscard]] std::optional<double> unsettledUntil();
-  [[nodiscard]] bool eraseAround(fcitx::InputContext& context, std::size_t characters);
+  void erase(fcitx::InputContext& context, std::size_t characters);
   void forward(fcitx::InputContext& context, const fcitx::Key& key);
   void commit(fcitx::InputContext& context, const std::string& text);
   void replay(fcitx::InputContext& context, const Held& held, Press& press);
   [[nodiscard]] fcitx::Key translated(fcitx::InputContext& context, const fcitx::Key& key);
   void hurry(fcitx::InputContext& context);
-  void expectReset();
+  void expectReset(bool own);
   void announceOtherPlace();
   [[nodiscard]] double now() const { return parts_.clock.uptime(); }
 
