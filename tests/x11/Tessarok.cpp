@@ -30,6 +30,8 @@ Tessarok::Tessarok(XServer& server, const Setup& setup)
                             {"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"},
                             {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent"},
                             {"WAYLAND_DISPLAY", ""}};
+  for (const auto& [name, value] : setup.environment)
+    subprocess.environment[name] = value;
   program_ = std::make_unique<Subprocess>(
       std::vector<std::string>{TESSAROK_PROGRAM, "--resources", TESSAROK_TEST_DATA}, "tessarok",
       subprocess);

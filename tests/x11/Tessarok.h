@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,6 +20,8 @@ class Tessarok {
     std::string settings;
     /// Another program's home; empty for one of its own.
     std::filesystem::path home;
+    /// Besides those that keep it away from the session that the tests run in.
+    std::map<std::string, std::string> environment = {};
   };
 
   /// Ready to correct.

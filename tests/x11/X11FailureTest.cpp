@@ -159,6 +159,30 @@ TEST_F(X11Failure, TheEndOfTheServerEndsTheProgram) {
   EXPECT_TRUE(program.says("X server has gone")) << program.errors();
 }
 
+TEST_F(X11Failure, ADisplayInsideAWaylandSessionIsRefused) {
+  // The devices of such a display have names of this kind.
+  char name[] = "xwayland-pointer:1";
+  XIAnyHierarchyChangeInfo change{};
+  change.add.type = XIAddMaster;
+  change.add.name = name;
+  change.add.send_core = True;
+  change.add.enable = True;
+  XIChangeHierarchy(server_.display(), &change, 1);
+  server_.sync();
+  Tessarok program(server_, {});
+  EXPECT_EQ(program.exitStatus(), 2);
+  EXPECT_TRUE(program.says("this display is part of a Wayland session")) << program.errors();
+  server_.type("ghbdtn ");
+  EXPECT_TRUE(window_.shows("ghbdtn ")) << window_.text();
+}
+
+TEST_F(X11Failure, ADisplayWithoutSyntheticKeysIsRefused) {
+  XServer server("us,ru", "", XServer::Hardware::noSyntheticKeys);
+  Tessarok program(server, {});
+  EXPECT_EQ(program.exitStatus(), 2);
+  EXPECT_TRUE(program.says("the X server has no XTEST extension")) << program.errors();
+}
+
 TEST_F(X11Failure, WithoutADisplayTheReasonIsSaid) {
   auto server = std::make_unique<XServer>();
   server->stop();

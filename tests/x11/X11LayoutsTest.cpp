@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <thread>
 
 #include "x11/Applications.h"
 #include "x11/Patience.h"
@@ -67,6 +68,55 @@ TEST(X11Layouts, LayoutsChangeInTheMiddleOfTyping) {
     EXPECT_TRUE(window.shows(expected)) << window.text();
     EXPECT_EQ(server.group(), 1u);
   }
+}
+
+TEST(X11Layouts, InternationalEnglishHasItsSignsElsewhere) {
+  XServer server;
+  server.setLayouts("us,ru", "", "intl,");
+  GtkEntry window(server);
+  const Tessarok program(server);
+  server.type("ghbdtn, hello ");
+  EXPECT_TRUE(window.shows("привет, hello ")) << window.text();
+  server.lockGroup(1);
+  server.type("don't");
+  EXPECT_TRUE(window.shows("привет, hello вщтэе")) << window.text();
+  // The key of this letter is a dead one in the other layout, which has the sign on the third
+  // level.
+  server.tapWith(64, 65);
+  EXPECT_TRUE(window.shows("привет, hello don't")) << window.text();
+  EXPECT_EQ(server.group(), 0u);
+}
+
+TEST(X11Layouts, BritishEnglish) {
+  XServer server("gb,ru");
+  GtkEntry window(server);
+  const Tessarok program(server);
+  // Where the US layout has the double quote, this one has the at sign.
+  server.type("hello\" ghbdtn ");
+  EXPECT_TRUE(window.shows("hello@ привет ")) << window.text();
+  server.type("hello ");
+  EXPECT_TRUE(window.shows("hello@ привет hello ")) << window.text();
+  EXPECT_EQ(server.group(), 0u);
+}
+
+TEST(X11Layouts, NoKeyIsLostWhileTheKeymapIsSetAnew) {
+  XServer server("us,ru");
+  GtkEntry window(server);
+  const Tessarok program(server);
+  std::thread setter([&server] {
+    for (int i = 0; i < 5; ++i)
+      server.setLayouts("us,ru", i % 2 == 0 ? "compose:menu" : "");
+  });
+  std::string expected;
+  for (int i = 0; i < 150; ++i) {
+    server.type("hello world ");
+    expected += "hello world ";
+  }
+  setter.join();
+  EXPECT_TRUE(window.shows(expected)) << window.text();
+  server.type("ghbdtn ");
+  EXPECT_TRUE(window.shows(expected + "привет ")) << window.text();
+  EXPECT_TRUE(waitUntil([&] { return server.keysDown().empty(); }));
 }
 
 TEST(X11Layouts, TheKeyboardKeepsANewKeymapWhenTheProgramEnds) {

@@ -112,6 +112,15 @@ TYPED_TEST(X11Typing, AHotKeyOfTheDesktopSwitchesInTheMiddle) {
   this->expectLine("world ", "hello привет world ");
 }
 
+TYPED_TEST(X11Typing, AHotKeyInTheMiddleOfAWordMakesItUnknown) {
+  this->press("ghb");
+  this->server_.tapWith(kAlt, kShift);
+  this->expectLine("dtn ", "ghbвет ");
+  // The next one is known again.
+  this->expectLine("hello ", "hello ");
+  EXPECT_EQ(this->server_.group(), 0u);
+}
+
 TYPED_TEST(X11Typing, TheGraveKeyPausesAndIsTyped) {
   this->expectLine("`ghbdtn ", "`ghbdtn ");
 }

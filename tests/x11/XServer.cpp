@@ -6,8 +6,10 @@
 #include <X11/extensions/XInput.h>
 #include <X11/extensions/XInput2.h>
 #include <X11/extensions/XTest.h>
+#include <array>
 #include <cstdlib>
 #include <fcntl.h>
+#include <fstream>
 #include <poll.h>
 #include <stdexcept>
 #include <unistd.h>
@@ -22,6 +24,35 @@ namespace {
 
 constexpr std::uint8_t kShift = 50;
 constexpr int kPatienceMilliseconds = static_cast<int>(kPatience * 1000);
+
+/// The names of the keyboards, and of the sockets at which their hands are.
+constexpr std::array<const char*, 2> kSockets = {"left", "right"};
+
+std::string configurationOf(const std::filesystem::path& folder) {
+  std::string text = R"(
+Section "ServerFlags"
+  Option "AutoAddDevices" "false"
+  Option "AutoAddGPU" "false"
+EndSection
+Section "Device"
+  Identifier "screen"
+  Driver "dummy"
+EndSection
+Section "Screen"
+  Identifier "screen"
+  Device "screen"
+EndSection
+)";
+  std::string layout = "Section \"ServerLayout\"\n  Identifier \"layout\"\n  Screen \"screen\"\n";
+  for (const std::string name : kSockets) {
+    text += "Section \"InputDevice\"\n  Identifier \"" + name +
+            "\"\n  Driver \"inputtest\"\n  Option \"DeviceType\" \"Keyboard\"\n"
+            "  Option \"SocketPath\" \"" +
+            (folder / name).string() + "\"\nEndSection\n";
+    layout += "  InputDevice \"" + name + "\"\n";
+  }
+  return text + layout + "EndSection\n";
+}
 
 /// The number that the server writes when it is ready.
 std::string readNumber(int pipe) {
@@ -63,9 +94,10 @@ int ignoreError(Display*, XErrorEvent*) {
 
 }  // namespace
 
-XServer::XServer(const std::string& layouts, const std::string& options) {
+XServer::XServer(const std::string& layouts, const std::string& options, Hardware hardware)
+    : hardware_(hardware) {
   start();
-  findKeyboard();
+  takeKeyboard(0);
   setLayouts(layouts, options);
 }
 
@@ -80,27 +112,64 @@ void XServer::start() {
   Subprocess::Setup setup;
   setup.descriptor = ends[1];
   // Without -noreset the layout would go with the last program.
+  auto line = command();
+  line.insert(line.end(), {"-displayfd", std::to_string(ends[1]), "-noreset", "-nolisten", "tcp"});
   server_ = std::make_unique<Subprocess>(
-      std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0",
-                               "800x600x24", "-noreset", "-nolisten", "tcp"},
-      "xvfb", setup);
+      line, hardware_ == Hardware::twoKeyboards ? "xserver-xorg-core" : "xvfb", setup);
   ::close(ends[1]);
   name_ = ":" + readNumber(ends[0]);
   ::close(ends[0]);
   XSetErrorHandler(&ignoreError);
   display_ = XOpenDisplay(name_.c_str());
   if (display_ == nullptr) throw std::runtime_error("cannot open the display " + name_);
+  // Without having said so a program gets no raw events of keyboards that another one holds.
+  int major = 2;
+  int minor = 2;
+  XIQueryVersion(display_, &major, &minor);
 }
 
-void XServer::findKeyboard() {
+std::vector<std::string> XServer::command() {
+  if (hardware_ == Hardware::oneKeyboard) return {"Xvfb", "-screen", "0", "800x600x24"};
+  if (hardware_ == Hardware::noSyntheticKeys) return {"Xvfb", "-extension", "XTEST"};
+  const auto configuration = folder_.path() / "xorg.conf";
+  std::ofstream(configuration) << configurationOf(folder_.path());
+  // Without a look at the machine's own devices and terminals.
+  return {"/usr/lib/xorg/Xorg",
+          "-config",
+          configuration.string(),
+          "-logfile",
+          (folder_.path() / "log").string(),
+          "-novtswitch",
+          "-sharevts"};
+}
+
+void XServer::takeKeyboard(std::size_t number) {
+  if (device_ != nullptr) XCloseDevice(display_, static_cast<XDevice*>(device_));
+  if (hardware_ != Hardware::twoKeyboards) return findKeyboard("Xvfb keyboard");
+  while (hands_.size() < kSockets.size())
+    hands_.push_back(std::make_unique<TestKeyboard>(folder_.path() / kSockets[hands_.size()]));
+  hand_ = hands_.at(number).get();
+  findKeyboard(kSockets.at(number));
+  // Raw events tell what the server has read, whoever gets the keys.
+  int event = 0;
+  int error = 0;
+  XQueryExtension(display_, "XInputExtension", &inputOpcode_, &event, &error);
+  unsigned char bits[XIMaskLen(XI_LASTEVENT)] = {};
+  XISetMask(bits, XI_RawKeyPress);
+  XISetMask(bits, XI_RawKeyRelease);
+  XIEventMask mask{keyboard_, sizeof bits, bits};
+  XISelectEvents(display_, DefaultRootWindow(display_), &mask, 1);
+}
+
+void XServer::findKeyboard(std::string_view name) {
   int count = 0;
   auto* devices = XIQueryDevice(display_, XIAllDevices, &count);
   for (int i = 0; i < count; ++i) {
-    if (std::string_view(devices[i].name) == "Xvfb keyboard") keyboard_ = devices[i].deviceid;
+    if (devices[i].name == name) keyboard_ = devices[i].deviceid;
   }
   XIFreeDeviceInfo(devices);
   device_ = XOpenDevice(display_, static_cast<XID>(keyboard_));
-  if (device_ == nullptr) throw std::runtime_error("Xvfb has no keyboard");
+  if (device_ == nullptr) throw std::runtime_error("the server has no such keyboard");
 }
 
 void XServer::setLayouts(const std::string& layouts, const std::string& options,
@@ -123,6 +192,10 @@ void XServer::type(std::string_view text) {
 }
 
 void XServer::key(std::uint8_t key, bool isDown) {
+  if (hand_ != nullptr) {
+    ++unread_;
+    return hand_->key(key, isDown);
+  }
   XTestFakeDeviceKeyEvent(display_, static_cast<XDevice*>(device_), key, isDown ? True : False,
                           nullptr, 0, CurrentTime);
   XFlush(display_);
@@ -152,6 +225,20 @@ void XServer::click() {
 
 void XServer::sync() {
   XSync(display_, False);
+  if (hand_ != nullptr && !waitUntil([this] { return readKeys() <= 0; })) {
+    throw std::runtime_error("the server does not read its keyboards");
+  }
+  // A keyboard that is disabled releases its keys by itself.
+  unread_ = 0;
+}
+
+int XServer::readKeys() {
+  while (XPending(display_) > 0) {
+    XEvent event;
+    XNextEvent(display_, &event);
+    if (event.type == GenericEvent && event.xcookie.extension == inputOpcode_) --unread_;
+  }
+  return unread_;
 }
 
 unsigned XServer::group() {
@@ -188,6 +275,8 @@ void XServer::setKeyboardEnabled(bool enabled) {
   unsigned char value = enabled ? 1 : 0;
   XIChangeProperty(display_, keyboard_, property, XA_INTEGER, 8, XIPropModeReplace, &value, 1);
   sync();
+  // The driver hangs up when its device is disabled.
+  if (hand_ != nullptr && enabled) hand_->connect();
 }
 
 bool XServer::isKeyboardHeld() {
@@ -214,6 +303,8 @@ void XServer::bindKey(std::uint8_t code, char32_t character) {
 }
 
 void XServer::stop() {
+  hand_ = nullptr;
+  hands_.clear();
   XCloseDevice(display_, static_cast<XDevice*>(device_));
   XCloseDisplay(display_);
   device_ = nullptr;

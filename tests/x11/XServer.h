@@ -7,7 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/virtual/TemporaryDirectory.h"
 #include "x11/Subprocess.h"
+#include "x11/TestKeyboard.h"
 
 struct _XDisplay;
 
@@ -16,8 +18,18 @@ namespace tessarok::testing {
 /// An X server of the test's own, with no screen but memory, and the hands at its keyboard.
 class XServer {
  public:
+  enum class Hardware {
+    /// A server that is nothing but memory, with one keyboard.
+    oneKeyboard,
+    /// The same, but nobody can press keys by a program.
+    noSyntheticKeys,
+    /// The server that people run, with drivers of devices that are not there.
+    twoKeyboards,
+  };
+
   /// With these layouts, and with hot keys if `options` names some, as for setxkbmap.
-  explicit XServer(const std::string& layouts = "us,ru", const std::string& options = "");
+  explicit XServer(const std::string& layouts = "us,ru", const std::string& options = "",
+                   Hardware hardware = Hardware::oneKeyboard);
   XServer(const XServer&) = delete;
   XServer& operator=(const XServer&) = delete;
   ~XServer();
@@ -28,6 +40,9 @@ class XServer {
   /// Runs setxkbmap, to its end.
   void setLayouts(const std::string& layouts, const std::string& options = "",
                   const std::string& variants = "");
+
+  /// The hands go to another of the keyboards, 0 or 1.
+  void takeKeyboard(std::size_t number);
 
   /// Presses the keys that give these characters on a US keyboard, as fast as the server takes
   /// them. "\n", "\t" and "\b" are Return, Tab and Backspace.
@@ -49,7 +64,7 @@ class XServer {
   [[nodiscard]] bool isCapsLocked();
   /// The X key codes that are down for the applications.
   [[nodiscard]] std::vector<std::uint8_t> keysDown();
-  /// The keyboard's number.
+  /// The device number of the keyboard in use.
   [[nodiscard]] int keyboard() const { return keyboard_; }
   void setKeyboardEnabled(bool enabled);
   /// A program holds the keyboard.
@@ -67,14 +82,25 @@ class XServer {
 
  private:
   void start();
-  void findKeyboard();
+  [[nodiscard]] std::vector<std::string> command();
+  void findKeyboard(std::string_view name);
+  /// Takes note of what the server has read; how much there is left.
+  int readKeys();
 
+  Hardware hardware_;
+  virtualdesktop::TemporaryDirectory folder_;
   std::unique_ptr<Subprocess> server_;
   std::string name_;
   _XDisplay* display_ = nullptr;
   int keyboard_ = 0;
   /// The keyboard opened for pressing keys on it; a structure of Xlib that has no name.
   void* device_ = nullptr;
+  /// Where the server has devices.
+  std::vector<std::unique_ptr<TestKeyboard>> hands_;
+  TestKeyboard* hand_ = nullptr;
+  /// Keys that were pressed and released, and that the server has not read yet.
+  int unread_ = 0;
+  int inputOpcode_ = 0;
 };
 
 }  // namespace tessarok::testing
