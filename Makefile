@@ -7,7 +7,7 @@ FUZZ_SECONDS ?= 60
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize coverage macos-app install clean
+.PHONY: help run build data test test-apps stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize coverage macos-app install clean
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -27,8 +27,14 @@ test: check-format data ## Build and run every test
 	cmake --build --preset release
 	ctest --preset release -j $(JOBS)
 
-bench: data ## Measure time and memory
-	@cmake --build --preset release --target tessarok tessarok_bench tessarok_launch_bench
+test-apps: $(BUILD)/build.ninja ## Type into Chromium and a Qt entry (installs both)
+	@scripts/install-packages test test-apps
+	@cmake --build --preset release --target tessarok_application_tests
+	@$(BUILD)/tests/x11/tessarok_application_tests
+
+bench: data ## Measure time, memory and the delay of keys
+	@scripts/install-packages bench
+	@cmake --build --preset release --target tessarok tessarok_bench tessarok_launch_bench tessarok_x11_bench
 	@scripts/bench $(BUILD)
 
 fuzz: ## Fuzz every parser, FUZZ_SECONDS (60) each

@@ -21,6 +21,7 @@ constexpr std::uint8_t kAlt = 64;
 constexpr std::uint8_t kControl = 37;
 constexpr std::uint8_t kSpace = 65;
 constexpr std::uint8_t kPause = 127;
+constexpr std::uint8_t kLeft = 113;
 
 /// Events that another program got, of one kind.
 int take(Display* display, int type) {
@@ -160,6 +161,16 @@ TEST(X11Keys, AnUnknownManualKeyIsReported) {
   XServer server;
   Tessarok program(server, {.settings = R"({"manualKey": "F13"})", .home = {}});
   EXPECT_TRUE(program.says("\"manualKey\" is \"F13\"")) << program.errors();
+}
+
+TEST(X11Keys, AnArrowMakesTheWordUnknown) {
+  XServer server;
+  GtkEntry window(server);
+  Tessarok program(server);
+  server.type("ghbdtn");
+  server.tap(kLeft);
+  server.type(" ");
+  EXPECT_TRUE(window.shows("ghbdt n")) << window.text();
 }
 
 TEST(X11Keys, AWordDoesNotGoOnInAnotherWindow) {

@@ -14,6 +14,9 @@
 #include "platform/layouts/KeyTable.h"
 #include "support/ChildProcess.h"
 #include "x11/Applications.h"
+#ifdef TESSAROK_LARGE_APPLICATIONS
+#include "x11/LargeApplications.h"
+#endif
 #include "x11/Tessarok.h"
 #include "x11/XServer.h"
 
@@ -83,7 +86,7 @@ std::string onTheVirtualDesktop(const std::string& keys) {
 template <typename Window>
 class X11Sentences : public ::testing::Test {};
 
-using Windows = ::testing::Types<Xterm, GtkEntry>;
+using Windows = ::testing::Types<TESSAROK_WINDOWS>;
 TYPED_TEST_SUITE(X11Sentences, Windows);
 
 TYPED_TEST(X11Sentences, ComeOutAsOnTheVirtualDesktop) {

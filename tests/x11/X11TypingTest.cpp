@@ -4,6 +4,9 @@
 #include <string>
 
 #include "x11/Applications.h"
+#ifdef TESSAROK_LARGE_APPLICATIONS
+#include "x11/LargeApplications.h"
+#endif
 #include "x11/Patience.h"
 #include "x11/Tessarok.h"
 #include "x11/XServer.h"
@@ -18,7 +21,6 @@ constexpr std::uint8_t kShift = 50;
 constexpr std::uint8_t kCaps = 66;
 constexpr std::uint8_t kSpace = 65;
 constexpr std::uint8_t kPause = 127;
-constexpr std::uint8_t kLeft = 113;
 constexpr unsigned kRussianGroup = 1;
 
 template <typename Window>
@@ -42,7 +44,7 @@ class X11Typing : public ::testing::Test {
   std::string shown_;
 };
 
-using Windows = ::testing::Types<Xterm, GtkEntry>;
+using Windows = ::testing::Types<TESSAROK_WINDOWS>;
 TYPED_TEST_SUITE(X11Typing, Windows);
 
 TYPED_TEST(X11Typing, RussianTypedInTheEnglishLayout) {
@@ -153,16 +155,6 @@ TYPED_TEST(X11Typing, AWordIsLeftAloneAfterAClick) {
   this->press("ghbd");
   this->server_.click();
   this->expectLine("tn vbh", "ghbdtn мир");
-}
-
-TEST(X11TypingInAGtkEntry, AnArrowMakesTheWordUnknown) {
-  XServer server;
-  GtkEntry window(server);
-  Tessarok program(server);
-  server.type("ghbdtn");
-  server.tap(kLeft);
-  server.type(" ");
-  EXPECT_TRUE(window.shows("ghbdt n")) << window.text();
 }
 
 }  // namespace

@@ -1,0 +1,36 @@
+#include "x11/LargeApplications.h"
+
+#include <stdexcept>
+#include <unistd.h>
+
+#include "x11/Patience.h"
+
+namespace tessarok::testing {
+
+QtEntry::QtEntry(XServer& server) : Application(server) {
+  start({TESSAROK_QT_ENTRY, file().string()}, "python3-pyqt5");
+}
+
+Chromium::Chromium(XServer& server) : Application(server) {
+  const auto page = folder() / "page.html";
+  page_ = std::make_unique<Subprocess>(
+      std::vector<std::string>{TESSAROK_BROWSER_PAGE, folder().string()}, "python3",
+      Subprocess::Setup{});
+  if (!waitUntil([&] { return std::filesystem::exists(page); })) {
+    throw std::runtime_error("there is no page to show");
+  }
+  std::vector<std::string> command{"chromium",
+                                   "--user-data-dir=" + (folder() / "profile").string(),
+                                   "--no-first-run",
+                                   "--no-default-browser-check",
+                                   "--password-store=basic",
+                                   "--disable-gpu",
+                                   "--disable-background-networking",
+                                   "--ozone-platform=x11",
+                                   "--app=file://" + page.string()};
+  // It does not shield root from its pages.
+  if (::geteuid() == 0) command.emplace_back("--no-sandbox");
+  start(command, "chromium");
+}
+
+}  // namespace tessarok::testing
