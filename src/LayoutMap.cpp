@@ -144,7 +144,7 @@ std::string LayoutMap::convert(std::string_view text, bool fromRussian) {
   return out;
 }
 
-void LayoutMap::appendConverted(std::string_view text, bool fromRussian, std::pmr::string& out) {
+void LayoutMap::appendConverted(std::string_view text, bool fromRussian, ScratchText::String& out) {
   appendTo(text, fromRussian, out);
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+
+#include "ScratchText.h"
 
 namespace tessarok {
 
@@ -37,7 +38,7 @@ class LayoutMap {
   /// The text with every Character replaced by what its key gives in the other layout; what no
   /// table holds stays. As many Characters come out as go in.
   [[nodiscard]] static std::string convert(std::string_view text, bool fromRussian);
-  static void appendConverted(std::string_view text, bool fromRussian, std::pmr::string& out);
+  static void appendConverted(std::string_view text, bool fromRussian, ScratchText::String& out);
 
   /// The keys of `map` that are no letters and give a Russian letter.
   [[nodiscard]] static Set letterKeys(const Map& map);

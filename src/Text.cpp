@@ -275,7 +275,7 @@ bool isControlOrSpace(char32_t scalar) {
   return c == UTF8PROC_CATEGORY_CC || c == UTF8PROC_CATEGORY_CF || isTrimmable(scalar);
 }
 
-void appendLowercased(std::string_view text, std::pmr::string& out) {
+void appendLowercased(std::string_view text, ScratchText::String& out) {
   appendLower(text, out);
 }
 
@@ -340,7 +340,7 @@ void appendScalar(char32_t scalar, std::string& out) {
   appendUtf8(scalar, out);
 }
 
-void appendScalar(char32_t scalar, std::pmr::string& out) {
+void appendScalar(char32_t scalar, ScratchText::String& out) {
   appendUtf8(scalar, out);
 }
 

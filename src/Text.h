@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstddef>
-#include <memory_resource>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "ScratchText.h"
 
 /// Text as a person sees it: UTF-8 strings, counted and cut in Characters. A Character is one
 /// user-perceived character, an extended grapheme cluster, held as the slice of UTF-8 that spells
@@ -66,7 +67,7 @@ class Characters {
 [[nodiscard]] bool isControlOrSpace(char32_t scalar);
 
 /// Full Unicode lower-casing without locale.
-void appendLowercased(std::string_view text, std::pmr::string& out);
+void appendLowercased(std::string_view text, ScratchText::String& out);
 [[nodiscard]] std::string lowercased(std::string_view text);
 /// Canonical composition (NFC), so that texts that look the same compare the same.
 [[nodiscard]] std::string composed(std::string_view text);
@@ -79,7 +80,7 @@ void appendLowercased(std::string_view text, std::pmr::string& out);
 
 [[nodiscard]] bool isValidUtf8(std::string_view text);
 void appendScalar(char32_t scalar, std::string& out);
-void appendScalar(char32_t scalar, std::pmr::string& out);
+void appendScalar(char32_t scalar, ScratchText::String& out);
 /// The text in UTF-16 units.
 [[nodiscard]] std::u16string utf16(std::string_view text);
 /// Reads UTF-16 into `out`, replacing its content; a surrogate without its partner becomes the

@@ -6,7 +6,6 @@
 #include <ApplicationServices/ApplicationServices.h>
 #include <Carbon/Carbon.h>
 #include <CoreFoundation/CoreFoundation.h>
-#include <dispatch/dispatch.h>
 #include <type_traits>
 
 namespace {
@@ -173,24 +172,6 @@ static_assert(number(kKeyboardJIS) == 0x4A495320 && number(kKeyboardANSI) == 0x4
 static_assert(number(kKeyboardISO) == 0x49534F20);
 static_assert(is<decltype(KBGetLayoutType), PhysicalKeyboardLayoutType(SInt16)>);
 static_assert(is<decltype(LMGetKbdType), UInt8()>);
-
-// Dispatch.
-static_assert(number(DISPATCH_TIME_NOW) == 0 && number(NSEC_PER_SEC) == 1'000'000'000);
-static_assert(is<decltype(dispatch_time), dispatch_time_t(dispatch_time_t, int64_t)>);
-static_assert(DISPATCH_QUEUE_SERIAL == nullptr);
-static_assert(
-    is<decltype(dispatch_queue_create), dispatch_queue_t(const char*, dispatch_queue_attr_t)>);
-#if !OS_OBJECT_USE_OBJC
-// With automatic reference counting the system hides it; the C++ files have no such counting.
-static_assert(is<decltype(dispatch_release), void(dispatch_object_t)>);
-#endif
-static_assert(std::is_convertible_v<dispatch_queue_t, dispatch_object_t>);
-static_assert(is<decltype(dispatch_async_f), void(dispatch_queue_t, void*, dispatch_function_t)>);
-static_assert(is<decltype(dispatch_sync_f), void(dispatch_queue_t, void*, dispatch_function_t)>);
-static_assert(is<decltype(dispatch_after_f),
-                 void(dispatch_time_t, dispatch_queue_t, void*, dispatch_function_t)>);
-static_assert(is<dispatch_function_t, void (*)(void*)>);
-static_assert(std::is_convertible_v<decltype(dispatch_get_main_queue()), dispatch_queue_t>);
 
 // Foundation and AppKit.
 static_assert(number(NSUTF8StringEncoding) == 4);

@@ -118,6 +118,17 @@ TEST_F(MacEventTapTest, ADisabledTapIsToldWithoutAnEvent) {
             (std::vector{EventType::tapDisabledByTimeout, EventType::tapDisabledByUserInput}));
 }
 
+TEST_F(MacEventTapTest, APseudoEventMayComeWithAnEvent) {
+  bool hadEvent = false;
+  callback = [&](auto*, EventType, platform::Event* event) {
+    hadEvent = event != nullptr;
+    return event;
+  };
+  fakeSystem().disableTap(kCGEventTapDisabledByTimeout, true);
+  EXPECT_TRUE(hadEvent);
+  EXPECT_EQ(types, std::vector{EventType::tapDisabledByTimeout});
+}
+
 TEST_F(MacEventTapTest, EnablesAndDisables) {
   tap->enable(false);
   EXPECT_FALSE(tap->isEnabled());

@@ -1,3 +1,4 @@
+#include <csignal>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -105,12 +106,13 @@ TEST_F(MacInputSourcesTest, SelectsAndReportsRefusal) {
 }
 
 TEST_F(MacInputSourcesDeathTest, AMissingConstantIsFatal) {
-  EXPECT_DEATH(
+  // The fake says what it was misused for; here the program ends before.
+  EXPECT_EXIT(
       {
         fakemac::forgetKeyboardCategoryConstant();
         static_cast<void>(sources.enabledLayouts());
       },
-      "");
+      testing::KilledBySignal(SIGABRT), "^$");
 }
 
 class MacInputSourceTest : public MacInputSourcesTest {

@@ -2,6 +2,7 @@
 // is asked of the system and given back.
 
 #include <algorithm>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -45,6 +46,24 @@ TEST_F(MacProgramTest, CreatesOneTapForKeysAndClicks) {
   EXPECT_EQ(fakeSystem().timers.front()->interval, 2.0);
   EXPECT_EQ(fakeSystem().timers.front()->tolerance, 0.5);
   EXPECT_EQ(fakeSystem().observers.size(), 2U);
+}
+
+TEST_F(MacProgramTest, SetsTheTapUpAndTakesItDownInOrder) {
+  mac.launch();
+  EXPECT_EQ(fakeSystem().tapCalls,
+            (std::vector<std::string>{"create", "create source", "add source", "enable"}));
+  fakeSystem().tapCalls.clear();
+  mac.quit();
+  EXPECT_EQ(fakeSystem().tapCalls,
+            (std::vector<std::string>{"disable", "invalidate", "remove source"}));
+}
+
+TEST_F(MacProgramTest, WritesOnItsTwoSerialQueues) {
+  ASSERT_EQ(setenv("TESSAROK_DEBUG", "", 1), 0);
+  mac.launch();
+  mac.quit();
+  EXPECT_EQ(fakeSystem().queueLabels,
+            (std::vector<std::string>{"app.tessarok.dbg", "app.tessarok.ignore-persistence"}));
 }
 
 TEST_F(MacProgramTest, PostsBackspacesThenTextThenTheHeldKey) {

@@ -172,7 +172,9 @@ TEST(Text, LoweringKeepsBytesThatAreNotUtf8) {
 }
 
 TEST(Text, LoweringAppendsToWhatIsThere) {
-  std::pmr::string out = "x";
+  ScratchText scratch;
+  auto out = scratch.string();
+  out = "x";
   appendLowercased("ПРИ", out);
   EXPECT_EQ(out, "xпри");
 }

@@ -5,7 +5,10 @@
 namespace tessarok::macos {
 
 double MacClock::uptime() {
-  return NSProcessInfo.processInfo.systemUptime;
+  // Asked for at every key, mostly where no pool of AppKit's is emptied soon.
+  @autoreleasepool {
+    return NSProcessInfo.processInfo.systemUptime;
+  }
 }
 
 }  // namespace tessarok::macos

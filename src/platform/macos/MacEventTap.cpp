@@ -36,7 +36,7 @@ std::unique_ptr<MacEventTap> MacEventTap::create(CGEventMask mask,
 
 MacEventTap::~MacEventTap() {
   // The run loop's source keeps the port alive, and with it calls for the user data.
-  invalidate();
+  if (isValid_) CFMachPortInvalidate(port_.get());
 }
 
 bool MacEventTap::isEnabled() const {
@@ -48,6 +48,7 @@ void MacEventTap::enable(bool enabled) {
 }
 
 void MacEventTap::invalidate() {
+  isValid_ = false;
   CFMachPortInvalidate(port_.get());
 }
 

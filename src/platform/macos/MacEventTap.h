@@ -33,6 +33,7 @@ class MacEventTap final : public platform::EventTap {
 
   static inline platform::EventTapCallback callback_ = nullptr;
   CfRef<CFMachPortRef> port_;
+  bool isValid_ = true;
 };
 
 }  // namespace tessarok::macos

@@ -29,19 +29,37 @@ class Item final : public platform::StatusItem {
   ~Item() override { [NSStatusBar.systemStatusBar removeStatusItem:item_]; }
 
   bool hasButton() const override { return item_.button != nil; }
+  // The icon is redrawn by timers, which may run for hours without an event of AppKit's, after
+  // which AppKit empties its pool.
   bool setSymbol(std::string_view name) override {
-    NSImage* image = barImage(name);
-    if (image == nil) return false;
-    item_.button.image = image;
-    item_.button.title = @"";
-    return true;
+    @autoreleasepool {
+      NSImage* image = barImage(name);
+      if (image == nil) return false;
+      item_.button.image = image;
+      item_.button.title = @"";
+      return true;
+    }
   }
-  void setTitle(std::string_view title) override { item_.button.title = nsString(title); }
-  void setAppearsDisabled(bool disabled) override { item_.button.appearsDisabled = disabled; }
-  void setToolTip(std::string_view toolTip) override { item_.button.toolTip = nsString(toolTip); }
+  void setTitle(std::string_view title) override {
+    @autoreleasepool {
+      item_.button.title = nsString(title);
+    }
+  }
+  void setAppearsDisabled(bool disabled) override {
+    @autoreleasepool {
+      item_.button.appearsDisabled = disabled;
+    }
+  }
+  void setToolTip(std::string_view toolTip) override {
+    @autoreleasepool {
+      item_.button.toolTip = nsString(toolTip);
+    }
+  }
   void setMenu(std::shared_ptr<platform::Menu> menu) override {
-    binding_ = [[TessarokMenuBinding alloc] initWithMenu:std::move(menu)];
-    item_.menu = binding_.systemMenu;
+    @autoreleasepool {
+      binding_ = [[TessarokMenuBinding alloc] initWithMenu:std::move(menu)];
+      item_.menu = binding_.systemMenu;
+    }
   }
 
  private:

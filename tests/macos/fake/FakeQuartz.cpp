@@ -85,10 +85,13 @@ CGEventRef FakeSystem::call(CGEventType type, CGEventRef event) {
   return returned;
 }
 
-void FakeSystem::disableTap(CGEventType pseudoEvent) {
+void FakeSystem::disableTap(CGEventType pseudoEvent, bool withEvent) {
   if (tap == nullptr || !tap->isValid) return;
   tap->isEnabled = false;
-  if (call(pseudoEvent, nullptr) != nullptr) misuse("an event came from nowhere");
+  Event event;
+  event.type = pseudoEvent;
+  const auto reference = withEvent ? refTo<CGEventRef>(&event) : nullptr;
+  if (call(pseudoEvent, reference) != reference) misuse("the pseudo-event did not come back");
 }
 
 }  // namespace tessarok::fakemac
@@ -100,6 +103,7 @@ CFMachPortRef CGEventTapCreate(CGEventTapLocation location, CGEventTapPlacement 
                                CGEventTapCallBack callback, void* userInfo) {
   auto& system = fakeSystem();
   system.tapRequests.push_back({location, placement, options, mask, userInfo});
+  system.tapCalls.emplace_back("create");
   if (!system.trusted) return nullptr;
   if (system.tap != nullptr && system.tap->isValid) misuse("a second tap was created");
   system.tap = new Tap(callback, userInfo);
@@ -108,6 +112,7 @@ CFMachPortRef CGEventTapCreate(CGEventTapLocation location, CGEventTapPlacement 
 
 void CGEventTapEnable(CFMachPortRef port, bool enable) {
   auto& tap = as<Tap>(port);
+  fakeSystem().tapCalls.emplace_back(enable ? "enable" : "disable");
   tap.isEnabled = enable && fakeSystem().trusted && tap.isValid;
 }
 

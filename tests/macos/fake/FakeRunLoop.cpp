@@ -36,11 +36,13 @@ CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef allocator, CFMac
   if (allocator != kCFAllocatorDefault) misuse("an unexpected allocator");
   if (std::exchange(fakeSystem().failsNextRunLoopSource, false)) return nullptr;
   static_cast<void>(as<Tap>(port));
+  fakeSystem().tapCalls.emplace_back("create source");
   return refTo<CFRunLoopSourceRef>(new RunLoopSource(port, order));
 }
 
 void CFMachPortInvalidate(CFMachPortRef port) {
   auto& tap = as<Tap>(port);
+  fakeSystem().tapCalls.emplace_back("invalidate");
   tap.isValid = false;
   tap.isEnabled = false;
 }
@@ -57,11 +59,13 @@ CFRunLoopRef CFRunLoopGetMain() {
 void CFRunLoopAddSource(CFRunLoopRef loop, CFRunLoopSourceRef source, CFRunLoopMode mode) {
   requireMain(loop, mode);
   CFRetain(source);
+  fakeSystem().tapCalls.emplace_back("add source");
   fakeSystem().sources.push_back(&as<RunLoopSource>(source));
 }
 
 void CFRunLoopRemoveSource(CFRunLoopRef loop, CFRunLoopSourceRef source, CFRunLoopMode mode) {
   requireMain(loop, mode);
+  fakeSystem().tapCalls.emplace_back("remove source");
   auto& sources = fakeSystem().sources;
   const auto found = std::find(sources.begin(), sources.end(), &as<RunLoopSource>(source));
   if (found == sources.end()) misuse("the run loop has no such source");

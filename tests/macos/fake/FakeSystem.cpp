@@ -1,12 +1,15 @@
 #include "macos/fake/FakeSystem.h"
 
 #include <algorithm>
+#include <thread>
 #include <tuple>
 
 namespace tessarok::fakemac {
 
 FakeSystem& fakeSystem() {
   static auto* const system = new FakeSystem;
+  static const auto mainThread = std::this_thread::get_id();
+  if (std::this_thread::get_id() != mainThread) misuse("a call from another thread");
   return *system;
 }
 

@@ -105,14 +105,17 @@ class FakeSystem final {
   /// Uptime of the hardware's last key-down; absent before the first.
   std::optional<double> lastKeyDownAt;
   std::vector<TapRequest> tapRequests;
+  /// What was asked for taps, in order: "create", "enable", "disable", "invalidate", and "create
+  /// source", "add source", "remove source".
+  std::vector<std::string> tapCalls;
   /// Called for every event that reaches the application.
   std::function<void(const Event&)> onDelivered;
   /// Called for every event that the program posts, before it is on its way.
   std::function<void(const Event&)> onPosted;
   /// Sends a hardware event through the tap to the application, and what is posted after it.
   void send(Event& event);
-  /// The system disables the tap and tells it so.
-  void disableTap(CGEventType pseudoEvent);
+  /// The system disables the tap and tells it so, with or without an event.
+  void disableTap(CGEventType pseudoEvent, bool withEvent = false);
   /// The tap that exists, or null.
   Tap* tap = nullptr;
 
@@ -190,7 +193,7 @@ class FakeSystem final {
   bool runFirstDue(double end);
 };
 
-/// The one system of the process.
+/// The one system of the process, for the main thread alone as the real one is.
 [[nodiscard]] FakeSystem& fakeSystem();
 
 /// The bytes of a layout that `UCKeyTranslate` understands.
