@@ -3,6 +3,8 @@
 // The learned lists, for targets that load them many times. The source is included, because they
 // are read once in the life of a process and the fuzzer has to make it forget.
 
+#include <memory>
+
 #include "../src/IgnoreList.cpp"
 #include "Check.h"
 #include "FuzzDesktop.h"
@@ -19,7 +21,9 @@ struct Learned {
 };
 
 inline Learned loadLearned() {
-  state() = {};
+  // Its parts refer to each other: it cannot be assigned.
+  std::destroy_at(&state());
+  std::construct_at(&state());
   IgnoreList::load(true);
   IgnoreList::flush();
   for (const auto& word : IgnoreList::words())
