@@ -4,6 +4,7 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XInput2.h>
 #include <X11/extensions/XTest.h>
+#include <X11/extensions/Xrandr.h>
 #include <cstdlib>
 #include <string_view>
 
@@ -25,6 +26,24 @@ int ignoreLoss(Display*) {
   return 0;
 }
 
+/// Screens of the older servers of Wayland sessions, which do not say what they are by an extension.
+bool hasWaylandScreen(Display* display) {
+  int event = 0;
+  int error = 0;
+  if (XRRQueryExtension(display, &event, &error) == 0) return false;
+  auto* resources = XRRGetScreenResourcesCurrent(display, DefaultRootWindow(display));
+  if (resources == nullptr) return false;
+  bool found = false;
+  for (int i = 0; i < resources->noutput; ++i) {
+    auto* output = XRRGetOutputInfo(display, resources, resources->outputs[i]);
+    if (output == nullptr) continue;
+    found = found || std::string_view(output->name).find("XWAYLAND") == 0;
+    XRRFreeOutputInfo(output);
+  }
+  XRRFreeScreenResources(resources);
+  return found;
+}
+
 /// A server that runs inside a Wayland session sees keys only while one of its own windows has
 /// them, and cannot switch the layout of the others.
 bool isInsideWayland(Display* display) {
@@ -32,6 +51,7 @@ bool isInsideWayland(Display* display) {
   int event = 0;
   int error = 0;
   if (XQueryExtension(display, "XWAYLAND", &opcode, &event, &error) != 0) return true;
+  if (hasWaylandScreen(display)) return true;
   int count = 0;
   auto* devices = XIQueryDevice(display, XIAllDevices, &count);
   bool found = false;
