@@ -32,10 +32,11 @@ test-apps: $(BUILD)/build.ninja ## Type into Chromium and a Qt entry (installs b
 	@cmake --build --preset release --target tessarok_application_tests
 	@$(BUILD)/tests/x11/tessarok_application_tests
 
-bench: data ## Measure time, memory and the delay of keys
+bench: data ## Measure time, memory and the delay of keys; PUBLISH=1 puts the table into the documents
 	@scripts/install-packages bench
-	@cmake --build --preset release --target tessarok tessarok_bench tessarok_launch_bench tessarok_x11_bench
-	@scripts/bench $(BUILD)
+	@cmake --preset release > /dev/null
+	@cmake --build --preset release --target tessarok tessarok_bench tessarok_growth_bench tessarok_launch_bench tessarok_lists_bench tessarok_membership_bench tessarok_memory_bench tessarok_x11_bench
+	@scripts/bench $(if $(PUBLISH),--publish) $(BUILD)
 
 fuzz: ## Fuzz every parser, FUZZ_SECONDS (60) each
 	@scripts/install-packages build lint

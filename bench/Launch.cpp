@@ -1,7 +1,11 @@
 // One launch with the full word data: prints the milliseconds from `main` to ready and the
 // resident memory in KiB, private and of mapped files.
+//
+// usage: tessarok_launch_bench HOME
+// The first launch in a home takes longer: it puts the user dictionary on the disk.
 
 #include <chrono>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -26,10 +30,14 @@ long statusField(const std::string& name) {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::cerr << "usage: tessarok_launch_bench HOME\n";
+    return 2;
+  }
   using Milliseconds = std::chrono::duration<double, std::milli>;
   const auto start = std::chrono::steady_clock::now();
-  tessarok::virtualdesktop::Session session(std::nullopt, std::nullopt);
+  tessarok::virtualdesktop::Session session(std::filesystem::path(argv[1]), std::nullopt);
   session.launch();
   const Milliseconds ready = std::chrono::steady_clock::now() - start;
   if (!tessarok::Dict::en().isAvailable() || !tessarok::Dict::ru().isAvailable()) {

@@ -14,9 +14,14 @@
 #include <cstdint>
 #include <cstring>
 
+#include "ByteOrder.h"
+
 namespace tessarok {
 
 namespace {
+
+using byteOrder::bigEndianAt;
+using byteOrder::littleEndianAt;
 
 using Bytes = unsigned char __attribute__((vector_size(16)));
 
@@ -36,24 +41,6 @@ Bytes bytesAt(const char* data) {
   Bytes bytes;
   std::memcpy(&bytes, data, sizeof bytes);
   return bytes;
-}
-
-std::uint64_t wordAt(const char* data) {
-  std::uint64_t word = 0;
-  std::memcpy(&word, data, sizeof word);
-  return word;
-}
-
-/// The first byte is the lowest.
-std::uint64_t littleEndianAt(const char* data) {
-  const auto word = wordAt(data);
-  return std::endian::native == std::endian::little ? word : __builtin_bswap64(word);
-}
-
-/// The first byte is the highest, so that numbers compare as the bytes do.
-std::uint64_t bigEndianAt(const char* data) {
-  const auto word = wordAt(data);
-  return std::endian::native == std::endian::big ? word : __builtin_bswap64(word);
 }
 
 struct English {
