@@ -25,8 +25,7 @@ namespace {
 using namespace tessarok;
 
 constexpr std::size_t kLetters = 32;
-/// The first letters number the words.
-constexpr std::size_t kNumberLetters = 5;
+/// The first five letters number the words.
 constexpr std::size_t kNumbers = kLetters * kLetters * kLetters * kLetters * kLetters;
 constexpr std::size_t kSample = 20'000;
 /// Few enough to be in the caches, as the words are that somebody uses.
