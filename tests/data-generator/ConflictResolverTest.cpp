@@ -54,6 +54,25 @@ TEST_F(ConflictResolverTest, DropsARareEnglishWordForAFrequentRussianOne) {
   EXPECT_TRUE(hasRussian("еще"));
 }
 
+TEST_F(ConflictResolverTest, DropsAnEnglishWordThatIsFarRarerThanTheRussianOne) {
+  english("dbl", 4);
+  russian("вид", 400);
+  english("tot", 8);
+  russian("еще", 400);
+  resolve();
+  EXPECT_FALSE(hasEnglish("dbl"));
+  EXPECT_TRUE(hasEnglish("tot"));
+}
+
+TEST_F(ConflictResolverTest, DropsARareWordThatInitialsBecome) {
+  english("be", 5'000);
+  russian("кюсю", 0.1);
+  russian("мюсли", 0.1);
+  resolve();
+  EXPECT_FALSE(hasRussian("кюсю"));
+  EXPECT_TRUE(hasRussian("мюсли"));
+}
+
 TEST_F(ConflictResolverTest, KeepsBothWhenPeopleTypeBoth) {
   english("here", 700);
   russian("руку", 90);

@@ -13,6 +13,9 @@ using alphabet::Kind;
 
 constexpr std::string_view kPunctuation = "\"'()[]{}<>,.;:!?*_-";
 
+/// Shorter runs are abbreviations and parts of words.
+constexpr std::size_t kShortestListed = 4;
+
 /// A token without the punctuation at its ends.
 std::string_view stripped(std::string_view token) {
   const auto first = token.find_first_not_of(kPunctuation);
@@ -75,6 +78,23 @@ void WordCounts::addCode(std::string_view line) {
   end();
 }
 
+void WordCounts::addListed(std::string_view text, bool russian) {
+  const auto own = russian ? Kind::cyrillic : Kind::latin;
+  std::string run;
+  const auto end = [&] {
+    if (text::count(run) >= kShortestListed) ++entries_[text::lowercased(run)].listed;
+    run.clear();
+  };
+  for (const auto character : text::Characters(text)) {
+    if (alphabet::kindOf(character) == own) {
+      run += character;
+    } else {
+      end();
+    }
+  }
+  end();
+}
+
 void WordCounts::rank(const std::string& word, std::size_t place) {
   auto& entry = entries_[word];
   if (entry.place == 0) entry.place = place;
@@ -83,8 +103,9 @@ void WordCounts::rank(const std::string& word, std::size_t place) {
 std::string WordCounts::table(std::string_view head, std::size_t fewest) const {
   std::string table(head);
   for (const auto& [word, entry] : entries_) {
-    if (entry.count < fewest && entry.place == 0) continue;
-    table += word + '\t' + std::to_string(entry.count) + '\t' + std::to_string(entry.place) + '\n';
+    if (entry.count < fewest && entry.place == 0 && entry.listed < fewest) continue;
+    table += word + '\t' + std::to_string(entry.count) + '\t' + std::to_string(entry.place) + '\t' +
+             std::to_string(entry.listed) + '\n';
   }
   return table;
 }

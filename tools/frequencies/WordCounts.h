@@ -15,19 +15,24 @@ class WordCounts final {
   void add(std::string_view sentence, bool russian);
   /// Counts the runs of Latin letters in a line of a program or of file names.
   void addCode(std::string_view line);
+  /// Counts the runs of letters in a dictionary, where words of two languages stand side by side.
+  /// They say that a word is known and little about how often people type it.
+  void addListed(std::string_view text, bool russian);
   /// Gives a word its place in a list by frequency; the first place is 1.
   void rank(const std::string& word, std::size_t place);
 
   /// All words counted.
   [[nodiscard]] std::size_t total() const { return total_; }
-  /// The table: a head line, then a line for every word that was counted `fewest` times or has a
-  /// place: the word, its count and its place (0 for none), with tabs between them.
+  /// The table: a head line, then a line for every word that was counted `fewest` times, in
+  /// sentences or in dictionaries, or has a place: the word, its count in sentences, its place (0
+  /// for none) and its count in dictionaries, with tabs between them.
   [[nodiscard]] std::string table(std::string_view head, std::size_t fewest) const;
 
  private:
   struct Entry {
     std::size_t count = 0;
     std::size_t place = 0;
+    std::size_t listed = 0;
   };
 
   std::map<std::string, Entry> entries_;

@@ -28,9 +28,18 @@ constexpr std::size_t kFewest = 2;
 
 struct Options {
   fs::path corpora = "tools/measure/corpora.json";
+  fs::path more = "tools/frequencies/more.json";
+  fs::path dictionaries = "tools/frequencies/dictionaries.json";
   fs::path rankedRussian;
   fs::path rankedEnglish;
   fs::path output = "tools/data";
+};
+
+struct Counts {
+  WordCounts russian;
+  WordCounts english;
+
+  [[nodiscard]] WordCounts& of(bool isRussian) { return isRussian ? russian : english; }
 };
 
 bool isSpelledIn(const std::string& word, bool russian) {
@@ -55,30 +64,43 @@ void addRanks(const fs::path& list, bool russian, WordCounts& counts) {
 std::string tableOf(const WordCounts& counts, const char* language) {
   const std::string head =
       std::string("# ") + language +
-      " words with the number of times they were counted and their place in a ranked list (0:\n"
-      "# none). Made by `make frequencies`; Resources/NOTICE.md tells the sources. Counted: " +
+      " words with the number of times they were counted, their place in a ranked list (0:\n"
+      "# none) and the number of times they stand in dictionaries. Made by `make frequencies`;\n"
+      "# Resources/NOTICE.md tells the sources. Counted: " +
       std::to_string(counts.total()) + "\n";
   return counts.table(head, kFewest);
 }
 
+void countSentence(const measure::Corpus& corpus, const std::string& sentence, Counts& counts) {
+  if (corpus.isCode) {
+    counts.english.addCode(sentence);
+  } else {
+    counts.of(corpus.russian).add(sentence, corpus.russian);
+  }
+}
+
 void run(const Options& options) {
-  WordCounts russian;
-  WordCounts english;
+  Counts counts;
   for (const auto& corpus : measure::readCorpora(options.corpora)) {
     for (const auto& sentence : measure::sentencesOf(corpus)) {
       if (measure::halfOf(sentence.text) != measure::Half::making) continue;
-      if (corpus.isCode) {
-        english.addCode(sentence.text);
-      } else {
-        (corpus.russian ? russian : english).add(sentence.text, corpus.russian);
-      }
+      countSentence(corpus, sentence.text, counts);
     }
   }
-  addRanks(options.rankedRussian, true, russian);
-  addRanks(options.rankedEnglish, false, english);
+  // Nothing is judged on these.
+  for (const auto& corpus : measure::readCorpora(options.more)) {
+    for (const auto& sentence : measure::sentencesOf(corpus))
+      countSentence(corpus, sentence.text, counts);
+  }
+  for (const auto& corpus : measure::readCorpora(options.dictionaries)) {
+    for (const auto& paragraph : measure::paragraphsOf(corpus))
+      counts.of(corpus.russian).addListed(paragraph, corpus.russian);
+  }
+  addRanks(options.rankedRussian, true, counts.russian);
+  addRanks(options.rankedEnglish, false, counts.english);
   makedata::FileSetWriter writer(options.output);
-  writer.stage("frequencies_ru.tsv", tableOf(russian, "Russian"));
-  writer.stage("frequencies_en.tsv", tableOf(english, "English"));
+  writer.stage("frequencies_ru.tsv", tableOf(counts.russian, "Russian"));
+  writer.stage("frequencies_en.tsv", tableOf(counts.english, "English"));
   writer.commit();
 }
 
@@ -89,6 +111,9 @@ int main(int argc, char** argv) {
   CLI::App app("Makes the frequency tables of Tessarok", "tessarok-count-words");
   app.add_option("output", options.output, "Directory of the tables")->capture_default_str();
   app.add_option("--corpora", options.corpora, "The list of corpora")->capture_default_str();
+  app.add_option("--more", options.more, "Texts that are counted whole")->capture_default_str();
+  app.add_option("--dictionaries", options.dictionaries, "Dictionaries, for the words they know")
+      ->capture_default_str();
   app.add_option("--ranked-russian", options.rankedRussian, "Russian words by frequency")
       ->required();
   app.add_option("--ranked-english", options.rankedEnglish, "English words by frequency")

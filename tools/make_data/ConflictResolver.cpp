@@ -19,6 +19,8 @@ constexpr double kUnseen = 0.02;
 constexpr double kRare = 0.6;
 constexpr double kWorthFixingRussian = 40;
 constexpr double kWorthFixingEnglish = 100;
+/// An English word may also go for a Russian one that is so many times as frequent.
+constexpr double kFarMoreFrequent = 70;
 /// A Russian word with a letter on a punctuation key is never converted when it is typed in the
 /// Russian layout; without it in the dictionary it is only missed from the wrong one, and there
 /// only as one of the first words of a sentence. So it goes for far less than its own weight.
@@ -37,8 +39,8 @@ struct Affix {
   double share;
 };
 
-constexpr std::array kHeads = {Affix{"", 1}, Affix{"'", 0.01}, Affix{"[", 0.002},
-                               Affix{",", 0.001}};
+constexpr std::array kHeads = {Affix{"", 1}, Affix{"'", 0.01}, Affix{"[", 0.001},
+                               Affix{",", 0.00002}};
 constexpr std::array kTails = {
     Affix{".", 0.04},   Affix{",", 0.05},     Affix{";", 0.01},     Affix{"'", 0.01},
     Affix{"]", 0.002},  Affix{".'", 0.01},    Affix{",'", 0.005},   Affix{"'.", 0.003},
@@ -46,6 +48,21 @@ constexpr std::array kTails = {
     Affix{"'s", 0.01},  Affix{"'d", 0.0005},  Affix{"'ll", 0.0005}, Affix{"'re", 0.0003},
     Affix{"", 1},       Affix{"'ve", 0.0003}, Affix{"';", 0.001},   Affix{".;", 0.0005},
     Affix{"..", 0.001}, Affix{"'s.", 0.0005}, Affix{"'s,", 0.0005}};
+
+/// A person's initials, "R.C." or "K.R": each pair of letters is typed so often, per million words.
+constexpr double kInitials = 0.5;
+
+std::vector<std::string> initials() {
+  std::vector<std::string> all;
+  for (char first = 'a'; first <= 'z'; ++first) {
+    for (char second = 'a'; second <= 'z'; ++second) {
+      const std::string pair = {first, '.', second};
+      all.push_back(pair);
+      all.push_back(pair + '.');
+    }
+  }
+  return all;
+}
 
 std::string number(double value) {
   std::ostringstream out;
@@ -92,7 +109,8 @@ void ConflictResolver::resolvePairs() {
     const bool isFreeToGo = keys.size() == 2 && english > russian;
     if (isFreeToGo || (russian < kRare && english >= kWorthFixingEnglish)) {
       drop(keys, true, against(false));
-    } else if (english < kRare && russian >= kWorthFixingRussian) {
+    } else if (russian >= kWorthFixingRussian &&
+               (english < kRare || english * kFarMoreFrequent < russian)) {
       drop(keys, false, against(true));
     } else if (keys.size() > 1) {
       findings_.push_back({written(keys, true) + " = " + keys,
@@ -131,6 +149,10 @@ std::vector<ConflictResolver::Typed> ConflictResolver::findHarmful() const {
         harmful.push_back({std::move(typed), weight * head.share * tail.share});
       }
     }
+  }
+  for (auto& typed : initials()) {
+    if (model.typedInEnglish(typed).reason == DecisionModel::Reason::none) continue;
+    harmful.push_back({std::move(typed), kInitials});
   }
   return harmful;
 }

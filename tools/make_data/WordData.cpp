@@ -36,6 +36,9 @@ struct Language {
   bool isRussian;
   LanguageModel model;
   Weights weights;
+  /// The same without what dictionaries and the lists written by hand say, for the letter groups:
+  /// a name or a slang word is known, but its letters are not usual for that.
+  Weights typed;
 
   [[nodiscard]] std::string keys(const std::string& word) const {
     return isRussian ? keysOf(word) : word;
@@ -66,17 +69,22 @@ struct Language {
   }
 };
 
-void raise(Language& language, const std::string& keys, double weight) {
-  auto& known = language.weights[keys];
+void raise(Weights& weights, const std::string& keys, double weight) {
+  if (weight <= 0) return;
+  auto& known = weights[keys];
   known = std::max(known, weight);
 }
 
 /// A word without ё is typed as often as the one with it, or more.
 void weigh(const FrequencyTable& table, Language& language) {
   for (const auto& [word, entry] : table.entries()) {
-    raise(language, language.keys(word), entry.perMillion);
+    std::vector<std::string> spellings = {language.keys(word)};
     if (const auto plain = withoutYo(decodeUtf8(word))) {
-      raise(language, language.keys(encodeUtf8(*plain)), entry.perMillion);
+      spellings.push_back(language.keys(encodeUtf8(*plain)));
+    }
+    for (const std::string& keys : spellings) {
+      raise(language.weights, keys, entry.perMillion);
+      raise(language.typed, keys, entry.typedPerMillion);
     }
   }
 }
@@ -97,13 +105,13 @@ std::vector<std::string> keysOfWords(const std::vector<std::u32string>& forms) {
 /// a small part of all the forms of its word.
 constexpr double kShareOfEntry = 0.01;
 
-void shareWithinEntries(const std::vector<std::vector<std::string>>& entries, Language& language) {
+void shareWithinEntries(const std::vector<std::vector<std::string>>& entries, Weights& weights) {
   Weights shares;
   for (const auto& forms : entries) {
     double all = 0;
     for (const std::string& form : forms) {
-      const auto known = language.weights.find(form);
-      if (known != language.weights.end()) all += known->second;
+      const auto known = weights.find(form);
+      if (known != weights.end()) all += known->second;
     }
     if (all <= 0) continue;
     for (const std::string& form : forms) {
@@ -112,7 +120,7 @@ void shareWithinEntries(const std::vector<std::vector<std::string>>& entries, La
     }
   }
   for (const auto& [form, share] : shares)
-    raise(language, form, share);
+    raise(weights, form, share);
 }
 
 /// How often, per million, the words of a list of this size are typed at least: the lists of common
@@ -155,7 +163,7 @@ void addFrequentShortWords(Language& language) {
 /// In a fixed order, because sums of floating-point numbers depend on it.
 void countNgrams(Language& language) {
   std::map<std::string, double> ordered;
-  for (const auto& [keys, weight] : language.weights) {
+  for (const auto& [keys, weight] : language.typed) {
     if (language.model.words.contains(keys)) ordered.emplace(keys, weight);
   }
   for (const auto& [keys, weight] : ordered)
@@ -191,7 +199,8 @@ class Sources final {
     };
     const AffixTable affixes = addHunspell(sink);
     addAspell(sink);
-    addOwnWords("add_ru.txt", affixes, Alphabet::russian(), words);
+    for (const char* list : {"add_ru.txt", "names_ru.txt", "talk_ru.txt"})
+      addOwnWords(list, affixes, Alphabet::russian(), words);
     dropWords("drop_ru.txt", Alphabet::russian(), words);
     return words.take();
   }
@@ -224,11 +233,14 @@ class Sources final {
     const fs::path tableFile = paths_.lists / ("frequencies" + suffix + ".tsv");
     const auto table = FrequencyTable::parse(readOwn(tableFile), tableFile, language.alphabet);
     weigh(table, language);
-    shareWithinEntries(entries_, language);
-    for (const auto& [word, weight] : common_)
-      raise(language, language.keys(word), weight);
+    shareWithinEntries(entries_, language.weights);
+    shareWithinEntries(entries_, language.typed);
+    for (const auto& [word, weight] : common_) {
+      raise(language.weights, language.keys(word), weight);
+      raise(language.typed, language.keys(word), weight);
+    }
     for (const std::string& word : own_)
-      raise(language, language.keys(word), kOwnWord);
+      raise(language.weights, language.keys(word), kOwnWord);
     addFrequent(table, dropped_, language);
     for (const std::string& word : shortWords("freq_short" + suffix + ".txt", language.alphabet)) {
       language.model.shortWords.insert(language.keys(word));
@@ -236,6 +248,12 @@ class Sources final {
     }
     addFrequentShortWords(language);
     countNgrams(language);
+  }
+
+  /// Strings of letters that people write now and then and that must not become Russian.
+  [[nodiscard]] std::vector<std::string> abbreviations() {
+    const fs::path file = paths_.lists / "abbreviations_en.txt";
+    return readHandWords(readOwn(file), file, Alphabet::english());
   }
 
   /// A word pack, as it was written: the corrector skips the comments itself.
@@ -321,6 +339,21 @@ class Sources final {
   std::unordered_set<std::string> dropped_;
 };
 
+/// An abbreviation enters the English dictionary when it would become a Russian word that people
+/// type less than this, per million: both then stay as they are. Any other is safe without it, and
+/// would only make Russian names into abbreviations.
+constexpr double kWorthAnAbbreviation = 12;
+
+void guard(const std::vector<std::string>& abbreviations, Language& english,
+           const Language& russian) {
+  for (const std::string& word : abbreviations) {
+    const auto weight = russian.weights.find(word);
+    const bool isFrequent =
+        weight != russian.weights.end() && weight->second >= kWorthAnAbbreviation;
+    if (russian.model.words.contains(word) && !isFrequent) english.model.words.insert(word);
+  }
+}
+
 std::string reportOf(const ConflictResolver& resolver) {
   std::string report;
   for (const auto& finding : resolver.findings())
@@ -333,13 +366,14 @@ std::string reportOf(const ConflictResolver& resolver) {
 std::vector<DataFile> makeWordData(const SourcePaths& paths, const NgramFloors& floors,
                                    InputLedger& ledger, std::string& report) {
   Sources sources(paths, ledger);
-  Language english{Alphabet::english(), false, {}, {}};
-  Language russian{Alphabet::russian(), true, {}, {}};
+  Language english{Alphabet::english(), false, {}, {}, {}};
+  Language russian{Alphabet::russian(), true, {}, {}, {}};
   sources.fill(english);
   sources.fill(russian);
   english.model.ngrams.setFloors(floors.english);
   russian.model.ngrams.setFloors(floors.russian);
 
+  guard(sources.abbreviations(), english, russian);
   ConflictResolver resolver(english.model, russian.model, english.weights, russian.weights);
   resolver.resolve();
   report = reportOf(resolver);

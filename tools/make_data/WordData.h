@@ -24,8 +24,8 @@ struct SourcePaths {
 /// From which weight on, in times per million words, letter groups are part of a language. The
 /// numbers came out best of a measurement; docs/word-data.md has the others.
 struct NgramFloors {
-  KeyNgrams::Floors english{1, 1};
-  KeyNgrams::Floors russian{20, 20};
+  KeyNgrams::Floors english{1, 2};
+  KeyNgrams::Floors russian{30, 30};
 };
 
 /// Makes all data files in memory, in the order in which the manifest lists them, and records every

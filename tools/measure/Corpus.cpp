@@ -143,17 +143,23 @@ Corpus textFile(const std::string& language, const fs::path& file) {
   return corpus;
 }
 
-std::vector<Sentence> sentencesOf(const Corpus& corpus) {
-  Collector collector(corpus);
+std::vector<std::string> paragraphsOf(const Corpus& corpus) {
+  std::vector<std::string> all;
   for (const auto& files : corpus.files) {
     for (const auto& file : filesMatching(files)) {
       const auto bytes = readFile(file);
       // A few old files are in another encoding; they say nothing about typing.
       if (!isCatalog(files.format) && !text::isValidUtf8(bytes)) continue;
-      for (const auto& paragraph : paragraphsOf(bytes, files.format))
-        collector.add(paragraph);
+      std::ranges::move(paragraphsOf(bytes, files.format), std::back_inserter(all));
     }
   }
+  return all;
+}
+
+std::vector<Sentence> sentencesOf(const Corpus& corpus) {
+  Collector collector(corpus);
+  for (const auto& paragraph : paragraphsOf(corpus))
+    collector.add(paragraph);
   return collector.take();
 }
 

@@ -37,6 +37,9 @@ struct Corpus {
 /// package is missing or a file cannot be read.
 [[nodiscard]] std::vector<Sentence> sentencesOf(const Corpus& corpus);
 
+/// Every paragraph of the corpus, as it stands in the files. Throws like sentencesOf().
+[[nodiscard]] std::vector<std::string> paragraphsOf(const Corpus& corpus);
+
 /// A corpus that is one file of a person's own text: paragraphs between empty lines, or lines of
 /// code. `language` is "ru", "en" or "code".
 [[nodiscard]] Corpus textFile(const std::string& language, const std::filesystem::path& file);
