@@ -7,7 +7,7 @@ FUZZ_SECONDS ?= 60
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-apps stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize coverage macos-app install clean
+.PHONY: help run build data test test-apps stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize coverage macos-app install clean mutate
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -43,6 +43,11 @@ fuzz: ## Fuzz every parser, FUZZ_SECONDS (60) each
 	@cmake --preset fuzz > /dev/null
 	@cmake --build --preset fuzz --target tessarok_fuzz
 	@scripts/fuzz build/fuzz $(FUZZ_SECONDS)
+
+mutate: build ## Make 100 mistakes in the corrector, one at a time, and see that the tests notice
+	@scripts/install-packages test
+	@cmake --build --preset release --target tessarok_unit_tests tessarok_story_check
+	@scripts/mutate
 
 measure: data ## Type thousands of sentences and report how they come out: build/measure.html
 	@scripts/install-packages measure
