@@ -7,7 +7,7 @@ FUZZ_SECONDS ?= 60
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-apps stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize coverage macos-app install clean mutate
+.PHONY: help run build data test test-apps stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize coverage macos-app install clean mutate faults
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -43,6 +43,11 @@ fuzz: ## Fuzz every parser, FUZZ_SECONDS (60) each
 	@cmake --preset fuzz > /dev/null
 	@cmake --build --preset fuzz --target tessarok_fuzz
 	@scripts/fuzz build/fuzz $(FUZZ_SECONDS)
+
+faults: build ## Make every call of the system fail in turn, and look at what is left
+	@scripts/install-packages test
+	@cmake --build --preset release --target tessarok_faults
+	@tests/fault/check-faults --all $(BUILD)/tests/fault/libtessarok_faults.so $(BUILD)/tessarok tests/data
 
 mutate: build ## Make 100 mistakes in the corrector, one at a time, and see that the tests notice
 	@scripts/install-packages test

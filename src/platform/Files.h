@@ -27,6 +27,7 @@ class Files {
   /// The folder that holds every program's own data of this person; absent when unknown.
   [[nodiscard]] virtual std::optional<std::filesystem::path> applicationSupportDirectory() = 0;
 
+  /// False only for what is known not to be there.
   [[nodiscard]] virtual bool exists(const std::filesystem::path& file) = 0;
   [[nodiscard]] virtual bool isReadable(const std::filesystem::path& file) = 0;
   /// Absent when the file's attributes cannot be read.

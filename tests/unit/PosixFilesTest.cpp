@@ -272,6 +272,11 @@ TEST_F(PosixFilesTest, KnowsWhatExistsAndCanBeRead) {
   EXPECT_FALSE(files.exists(folder / "a.txt" / "below"));
 }
 
+TEST_F(PosixFilesTest, WhatCannotBeAskedForIsNotTakenToBeMissing) {
+  fs::create_symlink("circle", folder / "circle");
+  EXPECT_TRUE(files.exists(folder / "circle"));
+}
+
 TEST_F(PosixFilesTest, TheLogIsCreatedAppendedToAndRestarted) {
   const auto log = folder / "log";
   files.appendToLog(log, "one\n", 8);

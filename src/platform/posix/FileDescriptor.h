@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <unistd.h>
 #include <utility>
 
@@ -22,7 +23,10 @@ class FileDescriptor {
   [[nodiscard]] int get() const { return number_; }
   [[nodiscard]] bool isOpen() const { return number_ >= 0; }
   /// Closes at once; false when the system reports that something was not written.
-  [[nodiscard]] bool close() { return ::close(std::exchange(number_, -1)) == 0; }
+  [[nodiscard]] bool close() {
+    // Interrupted or not, it is closed.
+    return ::close(std::exchange(number_, -1)) == 0 || errno == EINTR;
+  }
 
  private:
   int number_ = -1;

@@ -220,7 +220,10 @@ fs::path PosixFiles::defaultDataHome(const fs::path& home) {
 
 bool PosixFiles::exists(const fs::path& file) {
   std::error_code error;
-  return fs::exists(file, error);
+  const bool isThere = fs::exists(file, error);
+  // Of what cannot be asked for now it is not known that it is missing, and what is missing may
+  // be made anew.
+  return isThere || error;
 }
 
 bool PosixFiles::isReadable(const fs::path& file) {
@@ -325,8 +328,11 @@ platform::FileLockResult PosixFiles::lockExclusively(const fs::path& file) {
   using Reason = platform::FileLockFailure::Reason;
   auto descriptor = openFile(file, O_RDWR | O_CREAT);
   if (!descriptor.isOpen()) return platform::FileLockFailure{Reason::cannotOpen, errno};
-  if (::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0) {
-    const int number = errno;
+  int number = 0;
+  do {
+    number = ::flock(descriptor.get(), LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+  } while (number == EINTR);
+  if (number != 0) {
     return platform::FileLockFailure{
         number == EWOULDBLOCK ? Reason::heldByAnother : Reason::cannotLock, number};
   }

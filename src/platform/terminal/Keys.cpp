@@ -62,11 +62,12 @@ void Keys::giveUpEcho() {
 
 void Keys::press(const InputItem& item) {
   const auto modes = pty_.modes();
-  if (!modes || output_.isAlternateScreen() || item.kind == Kind::answer ||
-      item.kind == Kind::pasteBracket) {
+  if (output_.isAlternateScreen() || item.kind == Kind::answer || item.kind == Kind::pasteBracket) {
     toProgram_.add(item.bytes);
     return;
   }
+  // What the program makes of this key is not known, so neither is the word that it is part of.
+  if (!modes) return pressSecretly(item);
   erase_ = modes->erase();
   if (modes->isSecret()) {
     pressSecretly(item);

@@ -18,6 +18,12 @@ posix::FileDescriptor openOutput() {
   return posix::FileDescriptor(::open(name, O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 }
 
+/// Failure is for good: there is nothing else to do then.
+void applySettings(int when, const termios& settings) {
+  while (::tcsetattr(STDIN_FILENO, when, &settings) != 0 && errno == EINTR) {
+  }
+}
+
 /// Waits, stopped as a job, until the terminal is this program's. In the background its settings
 /// are those of a shell that is editing a line, and with these nothing could be typed.
 void waitForForeground() {
@@ -69,14 +75,14 @@ void OuterTerminal::makeRaw() {
   raw.c_cc[VTIME] = 0;
   isRaw_ = true;
   // Not TCSAFLUSH: what was typed ahead belongs to the program.
-  ::tcsetattr(input(), TCSADRAIN, &raw);
+  applySettings(TCSADRAIN, raw);
 }
 
 void OuterTerminal::restore() {
   if (!isRaw_) return;
   isRaw_ = false;
   // Not TCSADRAIN: a screen that was stopped, or has gone, would hold the program's end up.
-  ::tcsetattr(input(), TCSANOW, &settings_);
+  applySettings(TCSANOW, settings_);
 }
 
 }  // namespace tessarok::terminal
