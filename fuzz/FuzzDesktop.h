@@ -35,7 +35,7 @@ class FuzzDesktop final : public platform::Desktop {
   platform::Keyboard& keyboard() override { return base_.keyboard(); }
   platform::RunLoop& runLoop() override { return base_.runLoop(); }
   platform::SecureInput& secureInput() override { return base_.secureInput(); }
-  platform::SerialQueues& serialQueues() override { return base_.serialQueues(); }
+  platform::SerialQueues& serialQueues() override { return queues_; }
   platform::StatusBar& statusBar() override { return base_.statusBar(); }
   virtualdesktop::VirtualSystemLog& systemLog() override { return base_.systemLog(); }
   platform::UserDefaults& userDefaults() override { return base_.userDefaults(); }
@@ -60,6 +60,20 @@ class FuzzDesktop final : public platform::Desktop {
     MemoryFiles& files_;
   };
 
+  /// Does every job at once, because a change of threads takes longer than all else.
+  class NoQueue final : public platform::SerialQueue {
+   public:
+    void async(std::function<void()> job) override { job(); }
+    void drain() override {}
+  };
+  class NoQueues final : public platform::SerialQueues {
+   public:
+    std::unique_ptr<platform::SerialQueue> create(const std::string&) override {
+      return std::make_unique<NoQueue>();
+    }
+  };
+
+  NoQueues queues_;
   MemoryFiles files_;
   MemoryBundle bundle_{files_};
   virtualdesktop::VirtualDesktop base_{"/home", std::nullopt};
