@@ -4,10 +4,12 @@
 BUILD := build/release
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
+# What runs in the one program that has threads.
+THREAD_TESTS := ^(story|fuzz)/|^(AppDelegate|DiagnosticLog|IgnoreList|KeyTap|ThreadQueue|UserDict)
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-apps stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize coverage macos-app install clean mutate faults
+.PHONY: help run build data test test-apps stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app install clean mutate faults
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -98,6 +100,12 @@ sanitize: data ## Run every test under the address and undefined-behaviour sanit
 	@cmake --preset asan > /dev/null
 	cmake --build --preset asan
 	ctest --preset asan -j $(JOBS)
+
+sanitize-threads: data ## Run the corrector's tests under the thread sanitizer
+	@scripts/install-packages test
+	@cmake --preset tsan > /dev/null
+	cmake --build --preset tsan --target tessarok tessarok_unit_tests tessarok_story_check tessarok_fuzz
+	ctest --preset tsan -j $(JOBS) --tests-regex '$(THREAD_TESTS)'
 
 coverage: data ## Measure branch coverage: build/coverage/report/index.html
 	@scripts/install-packages test coverage
