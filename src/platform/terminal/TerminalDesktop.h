@@ -5,6 +5,9 @@
 #include <optional>
 
 #include "platform/Desktop.h"
+#include "platform/FreeAccessibility.h"
+#include "platform/NoStatusBar.h"
+#include "platform/NoWorkspace.h"
 #include "platform/posix/DataDirectoryBundle.h"
 #include "platform/posix/MonotonicClock.h"
 #include "platform/posix/NotificationCentre.h"
@@ -30,7 +33,7 @@ class TerminalDesktop final : public platform::Desktop {
   /// Another program has the screen, or has left it: words are not carried over.
   void announceOtherProgram();
 
-  TerminalAccessibility& accessibility() override { return accessibility_; }
+  platform::FreeAccessibility& accessibility() override { return accessibility_; }
   posix::ProcessApplication& application() override { return application_; }
   posix::DataDirectoryBundle& bundle() override { return bundle_; }
   posix::MonotonicClock& clock() override { return clock_; }
@@ -46,10 +49,10 @@ class TerminalDesktop final : public platform::Desktop {
   posix::PollLoop& runLoop() override { return runLoop_; }
   TerminalSecureInput& secureInput() override { return secureInput_; }
   posix::ThreadQueues& serialQueues() override { return serialQueues_; }
-  TerminalStatusBar& statusBar() override { return statusBar_; }
+  platform::NoStatusBar& statusBar() override { return statusBar_; }
   TerminalLog& systemLog() override { return systemLog_; }
   posix::SettingsFile& userDefaults() override { return userDefaults_; }
-  TerminalWorkspace& workspace() override { return workspace_; }
+  platform::NoWorkspace& workspace() override { return workspace_; }
   posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
 
  private:
@@ -57,7 +60,7 @@ class TerminalDesktop final : public platform::Desktop {
   TerminalLog systemLog_;
   posix::MonotonicClock clock_;
   posix::PollLoop runLoop_{clock_};
-  TerminalAccessibility accessibility_;
+  platform::FreeAccessibility accessibility_;
   posix::ProcessApplication application_{runLoop_};
   posix::DataDirectoryBundle bundle_;
   posix::ProcessEnvironment environment_;
@@ -68,9 +71,9 @@ class TerminalDesktop final : public platform::Desktop {
   TerminalKeyboard keyboard_{clock_};
   TerminalSecureInput secureInput_;
   posix::ThreadQueues serialQueues_;
-  TerminalStatusBar statusBar_;
+  platform::NoStatusBar statusBar_;
   posix::SettingsFile userDefaults_;
-  TerminalWorkspace workspace_;
+  platform::NoWorkspace workspace_;
   posix::NotificationCentre workspaceNotifications_;
 };
 

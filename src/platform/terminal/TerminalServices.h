@@ -4,42 +4,21 @@
 #include <memory>
 #include <optional>
 
-#include "platform/Accessibility.h"
 #include "platform/Clock.h"
 #include "platform/Events.h"
 #include "platform/Keyboard.h"
+#include "platform/PlainEventSource.h"
 #include "platform/SecureInput.h"
-#include "platform/StatusBar.h"
-#include "platform/Workspace.h"
 #include "platform/terminal/Pty.h"
 #include "platform/terminal/TerminalEvent.h"
 
 /// The services of the terminal desktop that have next to nothing to do. Main thread.
 namespace tessarok::terminal {
 
-/// The program is the only way to the keys, so no permission is needed.
-class TerminalAccessibility final : public platform::Accessibility {
- public:
-  bool isProcessTrusted(bool) override { return true; }
-};
-
-/// A terminal has no place for an icon, and so no menu either.
-class TerminalStatusBar final : public platform::StatusBar {
- public:
-  std::unique_ptr<platform::StatusItem> createItem() override { return nullptr; }
-};
-
-/// Only a menu opens anything.
-class TerminalWorkspace final : public platform::Workspace {
- public:
-  void openFile(const std::filesystem::path&) override {}
-  void openUrl(std::string_view) override {}
-};
-
 class TerminalEvents final : public platform::Events {
  public:
   std::unique_ptr<platform::EventSource> createPrivateSource() override {
-    return std::make_unique<TerminalEventSource>();
+    return std::make_unique<platform::PlainEventSource>();
   }
   std::unique_ptr<platform::Event> createKeyboardEvent(platform::EventSource&, std::int64_t keyCode,
                                                        bool keyDown) override {

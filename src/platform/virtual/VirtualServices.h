@@ -10,6 +10,7 @@
 #include "platform/Application.h"
 #include "platform/Environment.h"
 #include "platform/Events.h"
+#include "platform/PlainEventSource.h"
 #include "platform/SecureInput.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
@@ -99,7 +100,7 @@ class VirtualEvents final : public platform::Events {
  public:
   std::unique_ptr<platform::EventSource> createPrivateSource() override {
     if (std::exchange(failsNextSource, false)) return nullptr;
-    return std::make_unique<VirtualEventSource>();
+    return std::make_unique<platform::PlainEventSource>();
   }
   std::unique_ptr<platform::Event> createKeyboardEvent(platform::EventSource&, std::int64_t keyCode,
                                                        bool keyDown) override {

@@ -6,6 +6,9 @@
 #include <string>
 
 #include "platform/Desktop.h"
+#include "platform/FreeAccessibility.h"
+#include "platform/NoStatusBar.h"
+#include "platform/NoWorkspace.h"
 #include "platform/posix/CallbackSource.h"
 #include "platform/posix/DataDirectoryBundle.h"
 #include "platform/posix/MonotonicClock.h"
@@ -43,7 +46,7 @@ class X11Desktop final : public platform::Desktop {
   X11Desktop& operator=(const X11Desktop&) = delete;
   ~X11Desktop() override;
 
-  X11Accessibility& accessibility() override { return accessibility_; }
+  platform::FreeAccessibility& accessibility() override { return accessibility_; }
   posix::ProcessApplication& application() override { return application_; }
   posix::DataDirectoryBundle& bundle() override { return bundle_; }
   posix::MonotonicClock& clock() override { return clock_; }
@@ -94,11 +97,11 @@ class X11Desktop final : public platform::Desktop {
   Keyboards keyboards_;
   Typist typist_;
   std::unique_ptr<X11EventTaps> eventTaps_;
-  X11Accessibility accessibility_;
+  platform::FreeAccessibility accessibility_;
   X11Events events_;
   X11Keyboard keyboard_;
-  X11NoStatusBar noStatusBar_;
-  X11NoWorkspace noWorkspace_;
+  platform::NoStatusBar noStatusBar_;
+  platform::NoWorkspace noWorkspace_;
   SessionServices services_;
   X11SecureInput secureInput_;
   posix::ThreadQueues serialQueues_;

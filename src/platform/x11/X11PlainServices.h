@@ -4,13 +4,11 @@
 #include <memory>
 #include <optional>
 
-#include "platform/Accessibility.h"
 #include "platform/Clock.h"
 #include "platform/Events.h"
 #include "platform/Keyboard.h"
+#include "platform/PlainEventSource.h"
 #include "platform/SecureInput.h"
-#include "platform/StatusBar.h"
-#include "platform/Workspace.h"
 #include "platform/x11/FocusWatch.h"
 #include "platform/x11/HardwareKeys.h"
 #include "platform/x11/Layouts.h"
@@ -19,29 +17,10 @@
 /// The services of the X11 desktop that have next to nothing to do. Main thread.
 namespace tessarok::x11 {
 
-/// Every program of an X session may see and post keys.
-class X11Accessibility final : public platform::Accessibility {
- public:
-  bool isProcessTrusted(bool) override { return true; }
-};
-
-/// In place of a bar that the session does not offer.
-class X11NoStatusBar final : public platform::StatusBar {
- public:
-  std::unique_ptr<platform::StatusItem> createItem() override { return nullptr; }
-};
-
-/// Only a menu opens anything, and without a bar there is none.
-class X11NoWorkspace final : public platform::Workspace {
- public:
-  void openFile(const std::filesystem::path&) override {}
-  void openUrl(std::string_view) override {}
-};
-
 class X11Events final : public platform::Events {
  public:
   std::unique_ptr<platform::EventSource> createPrivateSource() override {
-    return std::make_unique<X11EventSource>();
+    return std::make_unique<platform::PlainEventSource>();
   }
   std::unique_ptr<platform::Event> createKeyboardEvent(platform::EventSource&, std::int64_t keyCode,
                                                        bool keyDown) override {

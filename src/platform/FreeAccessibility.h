@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/Accessibility.h"
+
+namespace tessarok::platform {
+
+/// Of desktops on which nobody has to be asked for permission to see and send keys. Main thread.
+class FreeAccessibility final : public Accessibility {
+ public:
+  bool isProcessTrusted(bool) override { return true; }
+};
+
+}  // namespace tessarok::platform
