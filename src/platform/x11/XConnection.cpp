@@ -26,7 +26,7 @@ int ignoreLoss(Display*) {
   return 0;
 }
 
-/// Screens of the older servers of Wayland sessions, which do not say what they are by an extension.
+/// The older servers of Wayland sessions do not say by an extension what they are.
 bool hasWaylandScreen(Display* display) {
   int event = 0;
   int error = 0;
