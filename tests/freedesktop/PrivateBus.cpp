@@ -16,7 +16,10 @@ namespace {
 std::string configuration(const std::string& folder, PrivateBus::Services services) {
   const bool starts = services == PrivateBus::Services::installed;
   return "<busconfig><type>session</type><listen>unix:path=" + folder +
-         "/bus</listen><auth>EXTERNAL</auth>" + (starts ? "<standard_session_servicedirs/>" : "") +
+         "/bus</listen><auth>EXTERNAL</auth>"
+         // As on every session bus; the daemon's own limit is reached by typing fast.
+         "<limit name='max_replies_per_connection'>50000</limit>" +
+         (starts ? "<standard_session_servicedirs/>" : "") +
          "<policy context='default'>"
          "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/>"
          "<allow own='*'/></policy></busconfig>";

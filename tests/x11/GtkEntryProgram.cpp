@@ -1,5 +1,6 @@
 // A window with one text entry. Whatever is in it, behind the lines that were ended with Return, is
-// written into the file that the only argument names.
+// written into the file that the first argument names. With "password" behind it, the entry is one
+// for passwords.
 
 #include <cstdio>
 #include <gtk/gtk.h>
@@ -50,13 +51,18 @@ void ended(GtkEntry* entry, gpointer data) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2 || gtk_init_check(nullptr, nullptr) == FALSE) return 2;
+  const bool isPassword = argc == 3 && std::string(argv[2]) == "password";
+  if ((argc != 2 && !isPassword) || gtk_init_check(nullptr, nullptr) == FALSE) return 2;
   Page page;
   page.file = argv[1];
   auto* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
   gtk_window_set_default_size(GTK_WINDOW(window), 400, 40);
   auto* entry = gtk_entry_new();
   page.entry = GTK_ENTRY(entry);
+  if (isPassword) {
+    gtk_entry_set_visibility(page.entry, FALSE);
+    gtk_entry_set_input_purpose(page.entry, GTK_INPUT_PURPOSE_PASSWORD);
+  }
   gtk_container_add(GTK_CONTAINER(window), entry);
   g_signal_connect(entry, "changed", G_CALLBACK(changed), &page);
   g_signal_connect(entry, "activate", G_CALLBACK(ended), &page);

@@ -27,7 +27,7 @@ class ClientField final {
   static constexpr double kFirstSettle = 0.04;
   static constexpr double kPatience = 0.5;
   /// And for a key that may well change nothing.
-  static constexpr double kUnknownEffectPatience = 0.1;
+  static constexpr double kUnknownEffectPatience = 0.3;
 
   /// Another field, or another place in it: nothing is known.
   void reset();

@@ -101,12 +101,17 @@ void KeyFlow::keyEvent(fcitx::KeyEvent& event) {
   auto* context = event.inputContext();
   if (replayed_ != nullptr) return replayed(event);
   if (context_.get() != context) focusIn(*context);
-  if (keyNames::isModifier(event.rawKey())) return;
-  if (event.isRelease()) {
-    released(event);
-  } else {
-    pressed(event);
-  }
+  if (keyNames::isModifier(event.rawKey())) return modifier(event);
+  if (event.isRelease()) return released(event);
+  pressed(event);
+  isPressHidden_ = event.filtered();
+}
+
+void KeyFlow::modifier(fcitx::KeyEvent& event) {
+  // Fcitx takes Shift for pressed alone, which switches the layout, when it has seen no other key
+  // between its press and its release. One that was held back has been between them.
+  if (event.isRelease() && isPressHidden_) return event.filter();
+  isPressHidden_ = false;
 }
 
 void KeyFlow::pressed(fcitx::KeyEvent& event) {
@@ -114,13 +119,15 @@ void KeyFlow::pressed(fcitx::KeyEvent& event) {
   lastKeyDownAt_ = now();
   // Switches of the layout take effect before the key.
   parts_.runLoop.runQueue();
+  const auto late = symbolWithoutLateShift(event);
   // The symbol is that of the layout; the modifiers are best known to the program.
-  auto press = describe(Key(event.rawKey().sym(), event.origKey().states(), event.rawKey().code()));
+  auto press = describe(
+      Key(late.value_or(event.rawKey().sym()), event.origKey().states(), event.rawKey().code()));
   press.event.key = event.origKey();
   const auto [down, isNew] = keysDown_.insert_or_assign(event.rawKey().code(), press.event.code);
   press.event.autorepeat = press.event.autorepeat || !isNew;
-  const bool commits =
-      !press.text.empty() && event.forward() && event.rawKey().sym() != event.origKey().sym();
+  const bool isTranslated = event.rawKey().sym() != event.origKey().sym();
+  const bool commits = !press.text.empty() && event.forward() && (late || isTranslated);
   const auto way = commits ? Way::text : Way::key;
   if (mustWait(way)) return hold(event);
   const bool composes = isComposing(context);
@@ -128,6 +135,22 @@ void KeyFlow::pressed(fcitx::KeyEvent& event) {
   if (!showToTap(press.event)) return event.filterAndAccept();
   if (composes) press.text.clear();
   notePassed(press, way, false);
+  if (!late || press.text.empty()) return;
+  event.filterAndAccept();
+  context.commitString(press.text);
+}
+
+std::optional<fcitx::KeySym> KeyFlow::symbolWithoutLateShift(const fcitx::KeyEvent& event) {
+  const auto layout =
+      event.forward() ? parts_.inputSources.layoutOf(*event.inputContext()) : nullptr;
+  const auto& key = event.origKey();
+  if (!layout || key.code() <= 0) return std::nullopt;
+  const auto code = static_cast<std::uint32_t>(key.code());
+  const auto right = layout->symbol(code, key.states());
+  const auto otherwise = layout->symbol(code, key.states() ^ KeyStates(KeyState::Shift));
+  const auto found = event.rawKey().sym();
+  if (found == right || found != otherwise) return std::nullopt;
+  return right;
 }
 
 void KeyFlow::released(fcitx::KeyEvent& event) {
@@ -417,6 +440,7 @@ void KeyFlow::replay(InputContext& context, const Held& held, Press& press) {
   replayed_ = &press;
   const bool isAccepted = context.keyEvent(event);
   replayed_ = nullptr;
+  isPressHidden_ = isPressHidden_ || event.filtered();
   if (!isAccepted && alive.isValid()) forward(context, held.key);
   FcitxEvent up;
   up.type = EventType::keyUp;

@@ -91,10 +91,15 @@ class KeyFlow final {
     std::string text;
   };
 
+  void modifier(fcitx::KeyEvent& event);
   void pressed(fcitx::KeyEvent& event);
   void released(fcitx::KeyEvent& event);
   void replayed(fcitx::KeyEvent& event);
   [[nodiscard]] Press describe(const fcitx::Key& key) const;
+  /// On X11 Fcitx translates a key by the state that Shift has by now, which on a busy machine is
+  /// that of a later key. The symbol by the state that it had; absent when that is what Fcitx
+  /// found.
+  [[nodiscard]] std::optional<fcitx::KeySym> symbolWithoutLateShift(const fcitx::KeyEvent& event);
   /// Whether what a key types is not known, because something is composed of several keys.
   [[nodiscard]] bool isComposing(fcitx::InputContext& context);
   void applyManualKey(FcitxEvent& event, const fcitx::Key& key) const;
@@ -133,6 +138,8 @@ class KeyFlow final {
   /// The X key codes that are down, and as what the tap saw them. A press of one of them is a
   /// repetition.
   std::map<int, KeyCode> keysDown_;
+  /// Fcitx has not seen the last key that was pressed.
+  bool isPressHidden_ = false;
   /// The key that is being replayed; null when none is.
   Press* replayed_ = nullptr;
   bool isRunning_ = false;

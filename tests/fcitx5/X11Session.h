@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "fcitx5/Session.h"
+#include "freedesktop/PrivateBus.h"
+#include "x11/XServer.h"
+
+namespace tessarok::testing {
+
+/// An X server without a window manager. GTK programs speak to Fcitx over the message bus.
+class X11Session final : public Session {
+ public:
+  X11Session();
+  ~X11Session() override;
+
+  /// Why there can be none here; empty when there can.
+  [[nodiscard]] static std::string obstacle() { return {}; }
+  [[nodiscard]] Hands& hands() override;
+  void openEntry(Entry entry) override;
+
+ private:
+  class Keyboard;
+
+  XServer server_{"us"};
+  PrivateBus bus_;
+  std::unique_ptr<Keyboard> keyboard_;
+};
+
+}  // namespace tessarok::testing
