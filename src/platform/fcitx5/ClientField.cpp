@@ -55,8 +55,32 @@ void ClientField::erased(std::size_t characters) {
 }
 
 void ClientField::keyOfUnknownEffect() {
-  reportBeforeKey_ = report_;
+  before_.reset();
+  if (report_) {
+    before_ = BeforeKey{.text = tail_, .length = expectedLength(), .shown = *report_};
+    before_->isShown = tail_.empty() || !before_->length || matches();
+  }
   forgetText();
+}
+
+std::optional<std::ptrdiff_t> ClientField::expectedLength() const {
+  return offset_ ? std::optional(*offset_ + scalars(tail_)) : std::nullopt;
+}
+
+void ClientField::noteReportBeforeKey() {
+  if (!before_ || before_->isShown) return;
+  const auto length = static_cast<std::ptrdiff_t>(reportLength_);
+  if (length != before_->length || !report_->ends_with(before_->text)) return;
+  before_->isShown = true;
+  before_->shown = *report_;
+}
+
+bool ClientField::showsEffectOfKey() const {
+  if (!before_ || !report_ || !tail_.empty()) return false;
+  if (before_->isShown) return *report_ != before_->shown;
+  // The reports of what was typed before the key are still coming in, and grow.
+  const auto length = static_cast<std::ptrdiff_t>(reportLength_);
+  return length < *before_->length && length < scalars(before_->shown);
 }
 
 void ClientField::sent(Way way, bool own, double now) {
@@ -71,6 +95,7 @@ bool ClientField::reported(std::string_view before, bool isSelected) {
   report_ = std::string(before);
   reportLength_ = static_cast<std::size_t>(scalars(before));
   isReportSelected_ = isSelected;
+  noteReportBeforeKey();
   if (tail_.empty()) return true;
   if (!matches()) return !std::exchange(isConfirmed_, false);
   isConfirmed_ = true;
@@ -104,8 +129,7 @@ double ClientField::patience() const {
 
 std::optional<double> ClientField::unsettledUntil(double now) {
   if (!isUnsettled_) return std::nullopt;
-  const bool isDone =
-      matches() || (reportBeforeKey_ && report_ && *report_ != *reportBeforeKey_ && tail_.empty());
+  const bool isDone = matches() || showsEffectOfKey();
   const auto until = sentAt_ + patience();
   if (!isDone && now < until) return until;
   if (!isDone && report_ && !tail_.empty() && (reportsFollow_ || failures_ == 0)) {
@@ -114,7 +138,7 @@ std::optional<double> ClientField::unsettledUntil(double now) {
   }
   isUnsettled_ = false;
   isReportCurrent_ = isDone;
-  reportBeforeKey_.reset();
+  before_.reset();
   return std::nullopt;
 }
 

@@ -61,7 +61,20 @@ class ClientField final {
   [[nodiscard]] bool isLastOwn() const { return isOwn_; }
 
  private:
+  /// What a field held when a key came.
+  struct BeforeKey {
+    /// As far as it was known, and the length that the report is to have with it.
+    std::string text;
+    std::optional<std::ptrdiff_t> length;
+    /// The last report of that time. Whether it shows `text`, or that could not be told.
+    std::string shown;
+    bool isShown = false;
+  };
+
   [[nodiscard]] bool matches() const;
+  [[nodiscard]] std::optional<std::ptrdiff_t> expectedLength() const;
+  void noteReportBeforeKey();
+  [[nodiscard]] bool showsEffectOfKey() const;
   [[nodiscard]] double patience() const;
   void startCounting();
 
@@ -74,8 +87,8 @@ class ClientField final {
   /// The length of the report at which the tail had a certain length: from there on both grow and
   /// shrink together.
   std::optional<std::ptrdiff_t> offset_;
-  /// A key was sent that will change the report; the report as it was then.
-  std::optional<std::string> reportBeforeKey_;
+  /// A key was sent that will change the report in a way that is not known.
+  std::optional<BeforeKey> before_;
   /// The report has shown the tail since the tail changed.
   bool isConfirmed_ = false;
 
