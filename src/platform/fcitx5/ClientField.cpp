@@ -121,7 +121,10 @@ std::optional<std::string_view> ClientField::last(std::size_t characters) const 
 }
 
 double ClientField::patience() const {
-  if (reportsFollow_) return tail_.empty() ? kUnknownEffectPatience : kPatience;
+  if (reportsFollow_ && tail_.empty()) {
+    return unanswered_ < kMaxFailures ? kUnknownEffectPatience : kUnansweredPatience;
+  }
+  if (reportsFollow_) return kPatience;
   if (failures_ > 0 || !report_) return kSettle;
   // An empty report is what programs give that report nothing, and empty fields.
   return report_->empty() ? kFirstSettle : kPatience;
@@ -136,6 +139,7 @@ std::optional<double> ClientField::unsettledUntil(double now) {
     ++failures_;
     reportsFollow_ = false;
   }
+  if (before_ && tail_.empty()) unanswered_ = isDone ? 0 : unanswered_ + 1;
   isUnsettled_ = false;
   isReportCurrent_ = isDone;
   before_.reset();

@@ -26,8 +26,9 @@ class ClientField final {
   /// follow the keys: it is only slow.
   static constexpr double kFirstSettle = 0.04;
   static constexpr double kPatience = 0.5;
-  /// And for a key that may well change nothing.
+  /// And for a key that may well change nothing; and where such keys were not answered so far.
   static constexpr double kUnknownEffectPatience = 0.3;
+  static constexpr double kUnansweredPatience = 0.1;
 
   /// Another field, or another place in it: nothing is known.
   void reset();
@@ -101,6 +102,8 @@ class ClientField final {
 
   bool reportsFollow_ = false;
   int failures_ = 0;
+  /// Keys of unknown effect that were not answered, one after the other.
+  int unanswered_ = 0;
 };
 
 }  // namespace tessarok::fcitx5
