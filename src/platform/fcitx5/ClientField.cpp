@@ -12,8 +12,10 @@ namespace {
 /// As much as a few words put right together, in Characters and in bytes.
 constexpr std::size_t kLongestTail = 256;
 constexpr std::size_t kTailLimit = 2048;
-/// So often may a program fail to report before it is not waited for any more.
+/// So often may a program fail to report before it is not waited for any more, and so many good
+/// reports make up for it: a busy machine is no fault of the program.
 constexpr int kMaxFailures = 2;
+constexpr int kForgiven = 10;
 
 std::ptrdiff_t scalars(std::string_view text) {
   return std::count_if(text.begin(), text.end(),
@@ -58,7 +60,7 @@ void ClientField::keyOfUnknownEffect() {
   before_.reset();
   if (report_) {
     before_ = BeforeKey{.text = tail_, .length = expectedLength(), .shown = *report_};
-    before_->isShown = tail_.empty() || !before_->length || matches();
+    before_->isShown = tail_.empty() || matches();
   }
   forgetText();
 }
@@ -70,7 +72,7 @@ std::optional<std::ptrdiff_t> ClientField::expectedLength() const {
 void ClientField::noteReportBeforeKey() {
   if (!before_ || before_->isShown) return;
   const auto length = static_cast<std::ptrdiff_t>(reportLength_);
-  if (length != before_->length || !report_->ends_with(before_->text)) return;
+  if (before_->length.value_or(length) != length || !report_->ends_with(before_->text)) return;
   before_->isShown = true;
   before_->shown = *report_;
 }
@@ -80,7 +82,7 @@ bool ClientField::showsEffectOfKey() const {
   if (before_->isShown) return *report_ != before_->shown;
   // The reports of what was typed before the key are still coming in, and grow.
   const auto length = static_cast<std::ptrdiff_t>(reportLength_);
-  return length < *before_->length && length < scalars(before_->shown);
+  return length < before_->length.value_or(0) && length < scalars(before_->shown);
 }
 
 void ClientField::sent(Way way, bool own, double now) {
@@ -99,6 +101,7 @@ bool ClientField::reported(std::string_view before, bool isSelected) {
   if (tail_.empty()) return true;
   if (!matches()) return !std::exchange(isConfirmed_, false);
   isConfirmed_ = true;
+  if (++confirmations_ >= kForgiven) failures_ = 0;
   reportsFollow_ = failures_ < kMaxFailures;
   offset_ = static_cast<std::ptrdiff_t>(reportLength_) - scalars(tail_);
   return true;
@@ -125,7 +128,8 @@ double ClientField::patience() const {
     return unanswered_ < kMaxFailures ? kUnknownEffectPatience : kUnansweredPatience;
   }
   if (reportsFollow_) return kPatience;
-  if (failures_ > 0 || !report_) return kSettle;
+  if (failures_ >= kMaxFailures || !report_) return kSettle;
+  if (failures_ > 0) return report_->empty() ? kSettle : kUnansweredPatience;
   // An empty report is what programs give that report nothing, and empty fields.
   return report_->empty() ? kFirstSettle : kPatience;
 }
@@ -137,6 +141,7 @@ std::optional<double> ClientField::unsettledUntil(double now) {
   if (!isDone && now < until) return until;
   if (!isDone && report_ && !tail_.empty() && (reportsFollow_ || failures_ == 0)) {
     ++failures_;
+    confirmations_ = 0;
     reportsFollow_ = false;
   }
   if (before_ && tail_.empty()) unanswered_ = isDone ? 0 : unanswered_ + 1;

@@ -25,10 +25,10 @@ class ClientField final {
   /// The same for a program that may yet begin to report, and for one whose reports are known to
   /// follow the keys: it is only slow.
   static constexpr double kFirstSettle = 0.04;
-  static constexpr double kPatience = 0.5;
+  static constexpr double kPatience = 1;
   /// And for a key that may well change nothing; and where such keys were not answered so far.
   static constexpr double kUnknownEffectPatience = 0.3;
-  static constexpr double kUnansweredPatience = 0.1;
+  static constexpr double kUnansweredPatience = 0.3;
 
   /// Another field, or another place in it: nothing is known.
   void reset();
@@ -67,7 +67,7 @@ class ClientField final {
     /// As far as it was known, and the length that the report is to have with it.
     std::string text;
     std::optional<std::ptrdiff_t> length;
-    /// The last report of that time. Whether it shows `text`, or that could not be told.
+    /// The last report of that time, and whether it shows `text`.
     std::string shown;
     bool isShown = false;
   };
@@ -102,6 +102,8 @@ class ClientField final {
 
   bool reportsFollow_ = false;
   int failures_ = 0;
+  /// Reports in a row that showed what was typed.
+  int confirmations_ = 0;
   /// Keys of unknown effect that were not answered, one after the other.
   int unanswered_ = 0;
 };
