@@ -9,7 +9,7 @@ THREAD_TESTS := ^(story|fuzz)/|^(AppDelegate|DiagnosticLog|IgnoreList|KeyTap|Thr
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-apps stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app install clean mutate faults
+.PHONY: help run build data test test-apps test-fcitx5 stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app install clean mutate faults
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -33,6 +33,11 @@ test-apps: $(BUILD)/build.ninja ## Type into Chromium and a Qt entry (installs b
 	@scripts/install-packages test test-apps
 	@cmake --build --preset release --target tessarok_application_tests
 	@$(BUILD)/tests/x11/tessarok_application_tests
+
+test-fcitx5: $(BUILD)/build.ninja ## Type sentences through Fcitx5 (docs/wayland.md says what fails on a busy machine)
+	@scripts/install-packages test
+	@cmake --build --preset release --target tessarok_fcitx5_session_tests
+	@$(BUILD)/tests/fcitx5/tessarok_fcitx5_session_tests
 
 bench: data ## Measure time, memory and the delay of keys; PUBLISH=1 puts the table into the documents
 	@scripts/install-packages bench
