@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <set>
+#include <string>
 
 #include "AppDelegate.h"
 #include "IgnoreList.h"
@@ -222,7 +223,7 @@ TEST_F(IconFiles, BesideTheProgramAreShownToThePanel) {
 }
 
 TEST_F(IconFiles, ThatAreMissingAreReplacedByPixels) {
-  std::set<std::vector<std::uint8_t>> drawings;
+  std::set<std::string> drawings;
   for (const auto* symbol :
        {"keyboard", "pause.circle", "keyboard.badge.ellipsis", "keyboard.chevron.compact.down"}) {
     for (const bool dimmed : {false, true}) {
@@ -232,7 +233,8 @@ TEST_F(IconFiles, ThatAreMissingAreReplacedByPixels) {
       EXPECT_EQ(shown.pixels[0].width, 22);
       EXPECT_EQ(shown.pixels[0].height, 22);
       ASSERT_EQ(shown.pixels[0].bytes.size(), 22U * 22 * 4);
-      drawings.insert(shown.pixels[0].bytes);
+      const auto& bytes = shown.pixels[0].bytes;
+      drawings.emplace(bytes.begin(), bytes.end());
     }
   }
   EXPECT_EQ(drawings.size(), 8U);
