@@ -5,7 +5,7 @@
 
 #include "KeyCodes.h"
 #include "platform/layouts/KeyTable.h"
-#include "platform/x11/HardwareKeys.h"
+#include "platform/xkb/HardwareKeys.h"
 
 namespace tessarok::testing {
 
@@ -38,7 +38,7 @@ void Hands::type(std::string_view text, std::chrono::milliseconds interval) {
   auto next = std::chrono::steady_clock::now();
   for (const char character : text) {
     const auto stroke = strokeOf(character);
-    const unsigned xKey = x11::hardwareKeys::xKeyOf(stroke.code);
+    const unsigned xKey = xkb::hardwareKeys::xKeyOf(stroke.code);
     if (stroke.shift) key(kShift, true);
     key(xKey, true);
     key(xKey, false);

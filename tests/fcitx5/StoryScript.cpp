@@ -10,7 +10,7 @@
 #include "KeyCodes.h"
 #include "Text.h"
 #include "platform/layouts/KeyTable.h"
-#include "platform/x11/HardwareKeys.h"
+#include "platform/xkb/HardwareKeys.h"
 #include "support/ChildProcess.h"
 
 namespace tessarok::testing {
@@ -18,7 +18,7 @@ namespace tessarok::testing {
 namespace {
 
 using nlohmann::json;
-namespace hardwareKeys = x11::hardwareKeys;
+namespace hardwareKeys = xkb::hardwareKeys;
 
 /// Seconds that pass between a person's keys and a click.
 constexpr double kBeforeClick = 0.4;

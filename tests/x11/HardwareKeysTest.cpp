@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 #include <set>
 
-#include "platform/x11/HardwareKeys.h"
+#include "platform/xkb/HardwareKeys.h"
 
-namespace tessarok::x11::hardwareKeys {
+namespace tessarok::xkb::hardwareKeys {
 namespace {
 
 TEST(HardwareKeys, KnowsTheKeysThatTheCorrectorNames) {
@@ -41,4 +41,4 @@ TEST(HardwareKeys, GoesBothWays) {
 }
 
 }  // namespace
-}  // namespace tessarok::x11::hardwareKeys
+}  // namespace tessarok::xkb::hardwareKeys

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "platform/x11/LayoutNames.h"
+#include "platform/xkb/LayoutNames.h"
 
-namespace tessarok::x11::layoutNames {
+namespace tessarok::xkb::layoutNames {
 namespace {
 
 using namespace std::string_view_literals;
@@ -46,4 +46,4 @@ TEST(LayoutNames, KnowsLayoutsByTheNamesInTheKeymap) {
 }
 
 }  // namespace
-}  // namespace tessarok::x11::layoutNames
+}  // namespace tessarok::xkb::layoutNames

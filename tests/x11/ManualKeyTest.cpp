@@ -5,10 +5,10 @@
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/SettingsFile.h"
 #include "platform/virtual/TemporaryDirectory.h"
-#include "platform/x11/ManualKey.h"
+#include "platform/xkb/ManualKey.h"
 #include "support/TestFiles.h"
 
-namespace tessarok::x11 {
+namespace tessarok::xkb {
 namespace {
 
 class Log final : public platform::SystemLog {
@@ -57,4 +57,4 @@ TEST_F(ManualKeySetting, IsAText) {
 }
 
 }  // namespace
-}  // namespace tessarok::x11
+}  // namespace tessarok::xkb

@@ -15,7 +15,7 @@
 #include <unistd.h>
 
 #include "platform/layouts/KeyTable.h"
-#include "platform/x11/HardwareKeys.h"
+#include "platform/xkb/HardwareKeys.h"
 #include "x11/Patience.h"
 
 namespace tessarok::testing {
@@ -185,7 +185,7 @@ void XServer::type(std::string_view text) {
   for (const char character : text) {
     const auto stroke = strokeOf(character);
     if (stroke.shift) key(kShift, true);
-    tap(x11::hardwareKeys::xKeyOf(stroke.code));
+    tap(xkb::hardwareKeys::xKeyOf(stroke.code));
     if (stroke.shift) key(kShift, false);
   }
   sync();

@@ -7,7 +7,7 @@ namespace tessarok::fcitx5 {
 
 namespace {
 
-using x11::ManualKey;
+using xkb::ManualKey;
 
 constexpr const char* kSelected = "kTISNotifySelectedKeyboardInputSourceChanged";
 constexpr const char* kEnabled = "kTISNotifyEnabledKeyboardInputSourcesChanged";

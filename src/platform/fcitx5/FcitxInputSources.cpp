@@ -12,7 +12,7 @@ namespace tessarok::fcitx5 {
 
 namespace {
 
-using x11::layoutNames::Layout;
+using xkb::layoutNames::Layout;
 
 constexpr std::string_view kKeyboard = "keyboard-";
 
@@ -51,7 +51,7 @@ std::optional<Layout> FcitxInputSources::xkbLayout(const std::string& inputMetho
 
 std::string FcitxInputSources::identifierOf(const std::string& inputMethod) {
   const auto layout = xkbLayout(inputMethod);
-  return layout ? x11::layoutNames::identifierOf(*layout) : "fcitx." + inputMethod;
+  return layout ? xkb::layoutNames::identifierOf(*layout) : "fcitx." + inputMethod;
 }
 
 std::vector<std::shared_ptr<platform::InputSourceHandle>> FcitxInputSources::enabledLayouts() {

@@ -43,7 +43,7 @@ class FcitxInputSources final : public platform::InputSources {
   class Handle;
 
   [[nodiscard]] std::string inputMethodOf(fcitx::InputContext* context);
-  [[nodiscard]] std::optional<x11::layoutNames::Layout> xkbLayout(const std::string& inputMethod);
+  [[nodiscard]] std::optional<xkb::layoutNames::Layout> xkbLayout(const std::string& inputMethod);
   [[nodiscard]] std::string identifierOf(const std::string& inputMethod);
 
   fcitx::Instance& instance_;

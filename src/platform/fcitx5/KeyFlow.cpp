@@ -11,7 +11,7 @@
 #include "Text.h"
 #include "platform/EventFlags.h"
 #include "platform/fcitx5/KeyNames.h"
-#include "platform/x11/HardwareKeys.h"
+#include "platform/xkb/HardwareKeys.h"
 
 namespace tessarok::fcitx5 {
 
@@ -25,7 +25,7 @@ using fcitx::KeyStates;
 using platform::EventType;
 using Way = ClientField::Way;
 namespace eventFlags = platform::eventFlags;
-namespace hardwareKeys = x11::hardwareKeys;
+namespace hardwareKeys = xkb::hardwareKeys;
 
 /// Seconds for which a program's reset may be the answer to a key that was sent to it: by the
 /// corrector, and because the person pressed it. Nobody clicks so soon behind a key.
@@ -49,7 +49,7 @@ std::size_t scalars(std::string_view text) {
 
 }  // namespace
 
-KeyFlow::KeyFlow(Parts parts, x11::ManualKey manualKey)
+KeyFlow::KeyFlow(Parts parts, xkb::ManualKey manualKey)
     : parts_(std::move(parts)), manualKey_(manualKey) {}
 
 // What the keys are.

@@ -17,7 +17,7 @@
 #include "platform/fcitx5/FcitxEventTaps.h"
 #include "platform/fcitx5/FcitxInputSources.h"
 #include "platform/fcitx5/FcitxRunLoop.h"
-#include "platform/x11/ManualKey.h"
+#include "platform/xkb/ManualKey.h"
 
 namespace tessarok::fcitx5 {
 
@@ -39,7 +39,7 @@ class KeyFlow final {
     std::function<void()> flush;
   };
 
-  KeyFlow(Parts parts, x11::ManualKey manualKey);
+  KeyFlow(Parts parts, xkb::ManualKey manualKey);
   KeyFlow(const KeyFlow&) = delete;
   KeyFlow& operator=(const KeyFlow&) = delete;
 
@@ -54,7 +54,7 @@ class KeyFlow final {
   /// Sends everything that still waits at once. For the end.
   void finish();
 
-  void setManualKey(x11::ManualKey key) { manualKey_ = key; }
+  void setManualKey(xkb::ManualKey key) { manualKey_ = key; }
   /// The text field in which keys are being typed; null for none.
   [[nodiscard]] fcitx::InputContext* context() const { return context_.get(); }
   /// Whether passwords, or nothing for an input method, are typed there.
@@ -129,7 +129,7 @@ class KeyFlow final {
   [[nodiscard]] double now() const { return parts_.clock.uptime(); }
 
   Parts parts_;
-  x11::ManualKey manualKey_;
+  xkb::ManualKey manualKey_;
   fcitx::TrackableObjectReference<fcitx::InputContext> context_;
   ClientField field_;
   std::deque<Step> steps_;

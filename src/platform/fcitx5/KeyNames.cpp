@@ -4,7 +4,7 @@
 
 #include "Text.h"
 #include "platform/EventFlags.h"
-#include "platform/x11/HardwareKeys.h"
+#include "platform/xkb/HardwareKeys.h"
 
 namespace tessarok::fcitx5::keyNames {
 
@@ -13,7 +13,7 @@ namespace {
 using fcitx::KeyState;
 using fcitx::KeyStates;
 namespace eventFlags = platform::eventFlags;
-namespace hardwareKeys = x11::hardwareKeys;
+namespace hardwareKeys = xkb::hardwareKeys;
 
 /// The keys of the number pad that move the caret, and those that a program may send without a key
 /// code.

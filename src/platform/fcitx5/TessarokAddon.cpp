@@ -159,7 +159,7 @@ void TessarokAddon::watch() {
 void TessarokAddon::readSettings() const {
   auto& settings = desktop_->userDefaults();
   config_.shiftFix.setValue(settings.boolean(KeyTap::kShiftFixKey).value_or(true));
-  config_.manualKey.setValue(choiceOf(settings.string(x11::ManualKey::kSetting)));
+  config_.manualKey.setValue(choiceOf(settings.string(xkb::ManualKey::kSetting)));
   const auto& packs = BuiltinPacks::all();
   config_.packIt.setValue(BuiltinPacks::isEnabled(packs[0]));
   config_.packChat.setValue(BuiltinPacks::isEnabled(packs[1]));
@@ -187,7 +187,7 @@ void TessarokAddon::setConfig(const fcitx::RawConfig& raw) {
     save(config_.packChat, before.packChat, BuiltinPacks::defaultsKey(packs[1]));
     save(config_.packGaming, before.packGaming, BuiltinPacks::defaultsKey(packs[2]));
     if (*config_.manualKey != *before.manualKey) {
-      settings.setString(x11::ManualKey::kSetting, nameOf(*config_.manualKey));
+      settings.setString(xkb::ManualKey::kSetting, nameOf(*config_.manualKey));
     }
     applySettings();
   });

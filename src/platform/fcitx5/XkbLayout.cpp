@@ -6,14 +6,14 @@
 #include <xkbcommon/xkbcommon.h>
 
 #include "Text.h"
-#include "platform/x11/HardwareKeys.h"
+#include "platform/xkb/HardwareKeys.h"
 
 namespace tessarok::fcitx5 {
 
 namespace {
 
-namespace hardwareKeys = x11::hardwareKeys;
-using x11::layoutNames::Layout;
+namespace hardwareKeys = xkb::hardwareKeys;
+using xkb::layoutNames::Layout;
 
 constexpr KeyCode kLastShownKey = 50;
 /// Shift, Lock, Control and Mod1 to Mod5: the real modifiers have the same bits everywhere.

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "KeyCodes.h"
-#include "platform/x11/LayoutNames.h"
+#include "platform/xkb/LayoutNames.h"
 
 struct xkb_keymap;
 struct xkb_state;
@@ -20,7 +20,7 @@ class XkbLayout final {
   /// Null when the system has no such layout. Compiling takes milliseconds; each layout is
   /// compiled once.
   [[nodiscard]] static std::shared_ptr<const XkbLayout> named(
-      const x11::layoutNames::Layout& layout);
+      const xkb::layoutNames::Layout& layout);
 
   ~XkbLayout();
   XkbLayout(const XkbLayout&) = delete;

@@ -14,8 +14,8 @@
 #include <xkbcommon/xkbcommon-x11.h>
 #include <xkbcommon/xkbcommon.h>
 
-#include "platform/x11/HardwareKeys.h"
-#include "platform/x11/LayoutNames.h"
+#include "platform/xkb/HardwareKeys.h"
+#include "platform/xkb/LayoutNames.h"
 
 namespace tessarok::x11 {
 
@@ -170,17 +170,18 @@ std::string Keymap::source() const {
 }
 
 void Keymap::nameGroups(XConnection& connection) {
-  const auto layouts = layoutNames::fromRules(rulesNames(connection.display(), connection.root()));
+  const auto layouts =
+      xkb::layoutNames::fromRules(rulesNames(connection.display(), connection.root()));
   const unsigned count = xkb_keymap_num_layouts(keymap_);
   // A keymap that was not made from rules leaves those of the last one behind.
   const bool fits = layouts.size() == count;
   for (unsigned group = 0; group < count; ++group) {
     if (fits) {
-      identifiers_.emplace_back(layoutNames::identifierOf(layouts[group]));
+      identifiers_.emplace_back(xkb::layoutNames::identifierOf(layouts[group]));
       continue;
     }
     const char* name = xkb_keymap_layout_get_name(keymap_, group);
-    identifiers_.emplace_back(layoutNames::identifierOfName(name == nullptr ? "" : name));
+    identifiers_.emplace_back(xkb::layoutNames::identifierOfName(name == nullptr ? "" : name));
   }
 }
 
@@ -267,7 +268,7 @@ char32_t Keymap::shownCharacter(std::uint8_t key, bool shift, unsigned group) co
 }
 
 std::u16string Keymap::shown(KeyCode code, bool shift, unsigned group) const {
-  const auto key = hardwareKeys::xKeyOf(code);
+  const auto key = xkb::hardwareKeys::xKeyOf(code);
   if (key == 0) return {};
   const auto character = shownCharacter(key, shift, group);
   if (character == 0) return {};
@@ -275,7 +276,7 @@ std::u16string Keymap::shown(KeyCode code, bool shift, unsigned group) const {
     // In most layouts this key only repeats characters of others. Taken for a place of their own,
     // they would be of two places, and be converted to nothing at all.
     for (KeyCode other = 0; other <= kLastSignedKey; ++other) {
-      const auto otherKey = hardwareKeys::xKeyOf(other);
+      const auto otherKey = xkb::hardwareKeys::xKeyOf(other);
       if (other == code || otherKey == 0) continue;
       if (shownCharacter(otherKey, false, group) == character) return {};
       if (shownCharacter(otherKey, true, group) == character) return {};
@@ -287,7 +288,7 @@ std::u16string Keymap::shown(KeyCode code, bool shift, unsigned group) const {
 }
 
 bool Keymap::changesState(std::uint8_t key, const KeyboardState& state) const {
-  if (hardwareKeys::codeOf(key) == keyCodes::space) return false;
+  if (xkb::hardwareKeys::codeOf(key) == keyCodes::space) return false;
   set(state);
   const auto symbol = xkb_state_key_get_one_sym(scratch_, key);
   const bool isModifier = symbol >= XKB_KEY_Shift_L && symbol <= XKB_KEY_Hyper_R;

@@ -64,15 +64,16 @@ X11Desktop::~X11Desktop() {
   runLoop_.remove(source_);
 }
 
-ManualKey X11Desktop::manualKey() {
-  const auto value = userDefaults_.string(ManualKey::kSetting);
+xkb::ManualKey X11Desktop::manualKey() {
+  const auto value = userDefaults_.string(xkb::ManualKey::kSetting);
   if (!value) return {};
-  const auto key = ManualKey::named(*value);
+  const auto key = xkb::ManualKey::named(*value);
   if (!key) {
-    systemLog_.write(std::string("Tessarok: the setting \"") + ManualKey::kSetting + "\" is \"" +
-                     *value + "\", which is none of \"both\", \"alt-space\" and \"pause\"");
+    systemLog_.write(std::string("Tessarok: the setting \"") + xkb::ManualKey::kSetting +
+                     "\" is \"" + *value +
+                     "\", which is none of \"both\", \"alt-space\" and \"pause\"");
   }
-  return key.value_or(ManualKey{});
+  return key.value_or(xkb::ManualKey{});
 }
 
 void X11Desktop::connect() {

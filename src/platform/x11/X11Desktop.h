@@ -69,7 +69,7 @@ class X11Desktop final : public platform::Desktop {
   posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
 
  private:
-  [[nodiscard]] ManualKey manualKey();
+  [[nodiscard]] xkb::ManualKey manualKey();
   void connect();
   [[nodiscard]] bool hasEvents() const;
   void serve();

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "platform/EventFlags.h"
-#include "platform/x11/HardwareKeys.h"
+#include "platform/xkb/HardwareKeys.h"
 
 namespace tessarok::x11 {
 
@@ -83,7 +83,7 @@ class X11EventTaps::Tap final : public platform::EventTap {
   bool isEnabled_ = false;
 };
 
-X11EventTaps::X11EventTaps(const Parts& parts, ManualKey manualKey)
+X11EventTaps::X11EventTaps(const Parts& parts, xkb::ManualKey manualKey)
     : parts_(parts), manualKey_(manualKey), proxy_(std::make_unique<Proxy>(*this)) {
   parts_.keyboards.onGone = [this](int device) { releaseKeysOf(device); };
 }
@@ -172,15 +172,15 @@ void X11EventTaps::prepare(std::uint8_t key, bool repeats) {
   event_.isText = false;
   event_.userData = 0;
   event_.autorepeat = repeats;
-  event_.code = keymap.caretMover(key, state).value_or(hardwareKeys::codeOf(key));
+  event_.code = keymap.caretMover(key, state).value_or(xkb::hardwareKeys::codeOf(key));
   event_.modifiers = flags();
   keymap.text(key, state, event_.payload);
-  if (key == hardwareKeys::kPause && manualKey_.pause && (event_.modifiers & kShortcut) == 0) {
+  if (key == xkb::hardwareKeys::kPause && manualKey_.pause && (event_.modifiers & kShortcut) == 0) {
     event_.code = keyCodes::space;
     event_.modifiers |= eventFlags::option;
   } else if (event_.code == keyCodes::space && !manualKey_.altSpace &&
              (event_.modifiers & eventFlags::option) != 0) {
-    event_.code = hardwareKeys::kNoKey;
+    event_.code = xkb::hardwareKeys::kNoKey;
   }
 }
 

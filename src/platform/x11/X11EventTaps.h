@@ -12,9 +12,9 @@
 #include "platform/posix/PollLoop.h"
 #include "platform/x11/Keyboards.h"
 #include "platform/x11/Layouts.h"
-#include "platform/x11/ManualKey.h"
 #include "platform/x11/Typist.h"
 #include "platform/x11/X11Event.h"
+#include "platform/xkb/ManualKey.h"
 
 namespace tessarok::x11 {
 
@@ -33,7 +33,7 @@ class X11EventTaps final : public platform::EventTaps {
     posix::PollLoop& runLoop;
   };
 
-  X11EventTaps(const Parts& parts, ManualKey manualKey);
+  X11EventTaps(const Parts& parts, xkb::ManualKey manualKey);
   ~X11EventTaps() override;
 
   /// The callback gets keys and buttons, whatever the mask. Null when the keyboards cannot be
@@ -79,7 +79,7 @@ class X11EventTaps final : public platform::EventTaps {
   void releaseKeysOf(int device);
 
   Parts parts_;
-  ManualKey manualKey_;
+  xkb::ManualKey manualKey_;
   std::unique_ptr<Proxy> proxy_;
   Tap* tap_ = nullptr;
   std::map<std::uint8_t, Held> held_;

@@ -10,9 +10,9 @@
 #include "platform/PlainEventSource.h"
 #include "platform/SecureInput.h"
 #include "platform/x11/FocusWatch.h"
-#include "platform/x11/HardwareKeys.h"
 #include "platform/x11/Layouts.h"
 #include "platform/x11/X11Event.h"
+#include "platform/xkb/HardwareKeys.h"
 
 /// The services of the X11 desktop that have next to nothing to do. Main thread.
 namespace tessarok::x11 {
@@ -28,7 +28,7 @@ class X11Events final : public platform::Events {
     event->type = keyDown ? platform::EventType::keyDown : platform::EventType::keyUp;
     event->code = keyCode;
     // What becomes of the key that texts come with is decided by the text.
-    if (keyCode != 0) event->xKey = hardwareKeys::xKeyOf(keyCode);
+    if (keyCode != 0) event->xKey = xkb::hardwareKeys::xKeyOf(keyCode);
     return event;
   }
 };

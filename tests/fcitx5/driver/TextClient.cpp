@@ -7,7 +7,7 @@
 #include "Text.h"
 #include "platform/EventFlags.h"
 #include "platform/virtual/VirtualEvent.h"
-#include "platform/x11/HardwareKeys.h"
+#include "platform/xkb/HardwareKeys.h"
 
 namespace tessarok::testing {
 
@@ -27,7 +27,7 @@ fcitx::CapabilityFlags capabilitiesFor(const TextClient::Habits& habits) {
 VirtualEvent eventOf(const TextClient::Stroke& stroke) {
   namespace flags = platform::eventFlags;
   VirtualEvent event;
-  event.code = x11::hardwareKeys::codeOf(static_cast<std::uint8_t>(stroke.xKey));
+  event.code = xkb::hardwareKeys::codeOf(static_cast<std::uint8_t>(stroke.xKey));
   if (stroke.states.test(KeyState::Shift)) event.modifiers |= flags::shift;
   if (stroke.states.test(KeyState::Ctrl)) event.modifiers |= flags::control;
   if (stroke.states.test(KeyState::Alt)) event.modifiers |= flags::option;
@@ -43,7 +43,7 @@ VirtualEvent eventOf(const TextClient::Stroke& stroke) {
 
 /// A key that does something to the text other than adding to it.
 bool isEditing(const VirtualEvent& event) {
-  return event.payload.empty() && event.modifiers == 0 && event.code != x11::hardwareKeys::kNoKey;
+  return event.payload.empty() && event.modifiers == 0 && event.code != xkb::hardwareKeys::kNoKey;
 }
 
 VirtualEvent keyOnly(KeyCode code) {
@@ -98,7 +98,7 @@ void TextClient::click() {
 void TextClient::commitStringImpl(const std::string& text) {
   serveOverdue();
   VirtualEvent event;
-  event.code = x11::hardwareKeys::kNoKey;
+  event.code = xkb::hardwareKeys::kNoKey;
   event.payload = text::utf16(text);
   field_.keyDown(event);
   report();

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-namespace tessarok::x11 {
+namespace tessarok::xkb {
 
 /// The keys that convert a word by hand.
 struct ManualKey {
@@ -22,4 +22,4 @@ struct ManualKey {
   }
 };
 
-}  // namespace tessarok::x11
+}  // namespace tessarok::xkb

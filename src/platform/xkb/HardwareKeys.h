@@ -5,7 +5,7 @@
 #include "KeyCodes.h"
 
 /// The one table between the keys of an X server and the hardware codes that the corrector knows.
-namespace tessarok::x11::hardwareKeys {
+namespace tessarok::xkb::hardwareKeys {
 
 /// The code of keys that are not in the table.
 inline constexpr KeyCode kNoKey = 0xFFFF;
@@ -17,4 +17,4 @@ inline constexpr std::uint8_t kPause = 127;
 /// The X key code of a hardware code; 0 for codes outside the table.
 [[nodiscard]] std::uint8_t xKeyOf(KeyCode code);
 
-}  // namespace tessarok::x11::hardwareKeys
+}  // namespace tessarok::xkb::hardwareKeys

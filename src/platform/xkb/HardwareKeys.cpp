@@ -1,9 +1,9 @@
-#include "platform/x11/HardwareKeys.h"
+#include "platform/xkb/HardwareKeys.h"
 
 #include <array>
 #include <linux/input-event-codes.h>
 
-namespace tessarok::x11::hardwareKeys {
+namespace tessarok::xkb::hardwareKeys {
 
 namespace {
 
@@ -123,4 +123,4 @@ std::uint8_t xKeyOf(KeyCode code) {
   return 0;
 }
 
-}  // namespace tessarok::x11::hardwareKeys
+}  // namespace tessarok::xkb::hardwareKeys

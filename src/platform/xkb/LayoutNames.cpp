@@ -1,9 +1,9 @@
-#include "platform/x11/LayoutNames.h"
+#include "platform/xkb/LayoutNames.h"
 
 #include <algorithm>
 #include <array>
 
-namespace tessarok::x11::layoutNames {
+namespace tessarok::xkb::layoutNames {
 
 namespace {
 
@@ -107,4 +107,4 @@ std::string identifierOfName(std::string_view name) {
   return "xkb." + std::string(name);
 }
 
-}  // namespace tessarok::x11::layoutNames
+}  // namespace tessarok::xkb::layoutNames

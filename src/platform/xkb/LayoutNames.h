@@ -5,7 +5,7 @@
 #include <vector>
 
 /// The names of keyboard layouts: XKB's, and those by which the corrector knows them.
-namespace tessarok::x11::layoutNames {
+namespace tessarok::xkb::layoutNames {
 
 /// A layout and its variant, such as "us" and "intl"; the variant may be empty.
 struct Layout {
@@ -23,4 +23,4 @@ struct Layout {
 /// that were loaded without rules.
 [[nodiscard]] std::string identifierOfName(std::string_view name);
 
-}  // namespace tessarok::x11::layoutNames
+}  // namespace tessarok::xkb::layoutNames
