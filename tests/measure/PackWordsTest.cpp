@@ -82,8 +82,12 @@ TEST_P(PackWordsTest, HoldsEnoughWordsAndEachOnce) {
 }
 
 TEST_P(PackWordsTest, LeavesTheCommonestPairsToBeFixed) {
-  for (const auto& word : wordsOf(GetParam()))
-    EXPECT_FALSE(Detector::shortWhitelist().contains(word)) << word;
+  // Measured: these three are most of the false fixes in programs and in books about them, and
+  // cost one first word in a hundred sentences; the fourth such pair, ds (вы), would cost more.
+  const std::set<std::string> kept = {"lf", "ns", "ye"};
+  for (const auto& word : wordsOf(GetParam())) {
+    if (!kept.contains(word)) EXPECT_FALSE(Detector::shortWhitelist().contains(word)) << word;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Packs, PackWordsTest,

@@ -54,7 +54,7 @@ std::string number(double value) {
 void addChart(std::ostringstream& out, const Chart& chart,
               const std::vector<CorpusReport>& reports) {
   constexpr int kRow = 26;
-  constexpr int kLabel = 300;
+  constexpr int kLabel = 340;  // pixels; the longest title has 44 characters
   constexpr double kWidth = 500;
   std::ostringstream bars;
   int rows = 0;
@@ -70,7 +70,7 @@ void addChart(std::ostringstream& out, const Chart& chart,
          << kLabel + part * kWidth + 8 << "\" y=\"" << y + 17 << "\">" << number(value)
          << "</text>\n";
   }
-  out << "<h2>" << chart.title << "</h2>\n<svg width=\"900\" height=\"" << rows * kRow
+  out << "<h2>" << chart.title << "</h2>\n<svg width=\"940\" height=\"" << rows * kRow
       << "\" font-size=\"13\" role=\"img\">\n"
       << bars.str() << "</svg>\n";
 }
