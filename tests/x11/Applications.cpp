@@ -39,6 +39,20 @@ void Application::start(const std::vector<std::string>& command, const std::stri
   focus();
 }
 
+void Application::waitForKeys() {
+  constexpr double kNextTry = 0.5;
+  const bool takesKeys = waitUntil([this] {
+    server_.type("a");
+    return waitUntil([this] { return !text().empty(); }, kNextTry);
+  });
+  // Behind this one no earlier key can come any more.
+  server_.type("z");
+  const bool hasAll = waitUntil([this] { return text().ends_with('z'); });
+  if (!takesKeys || !hasAll) throw std::runtime_error("the application takes no keys");
+  server_.type(std::string(text().size(), '\b'));
+  if (!shows("")) throw std::runtime_error("the application does not erase \"" + text() + "\"");
+}
+
 std::string Application::text() const {
   return contentOf(file());
 }

@@ -27,6 +27,9 @@ class Application {
  protected:
   explicit Application(XServer& server) : server_(server) {}
   void start(const std::vector<std::string>& command, const std::string& package);
+  /// For an application that has the focus before it takes keys, and loses those that come too
+  /// early: types until something is shown, and erases it.
+  void waitForKeys();
   [[nodiscard]] const std::filesystem::path& folder() const { return folder_.path(); }
   [[nodiscard]] std::filesystem::path file() const { return folder() / "text"; }
 

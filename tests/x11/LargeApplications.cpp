@@ -31,6 +31,9 @@ Chromium::Chromium(XServer& server) : Application(server) {
   // It does not shield root from its pages.
   if (::geteuid() == 0) command.emplace_back("--no-sandbox");
   start(command, "chromium");
+  // Its window takes the focus at once, but its page is a process of its own: until that has told
+  // the window which entry has the focus, the window drops all keys.
+  waitForKeys();
 }
 
 }  // namespace tessarok::testing
