@@ -5,8 +5,6 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "x11/Patience.h"
-
 namespace tessarok::testing {
 
 namespace {
@@ -57,8 +55,8 @@ std::string Application::text() const {
   return contentOf(file());
 }
 
-bool Application::shows(const std::string& expected) const {
-  return waitUntil([&] { return text() == expected; });
+bool Application::shows(const std::string& expected, double patience) const {
+  return waitUntil([&] { return text() == expected; }, patience);
 }
 
 Xterm::Xterm(XServer& server) : Application(server) {

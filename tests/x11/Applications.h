@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/virtual/TemporaryDirectory.h"
+#include "x11/Patience.h"
 #include "x11/Subprocess.h"
 #include "x11/XServer.h"
 
@@ -19,8 +20,8 @@ class Application {
 
   /// Everything typed so far, as far as the application hands it out.
   [[nodiscard]] std::string text() const;
-  /// Waits until the text is this.
-  [[nodiscard]] bool shows(const std::string& expected) const;
+  /// Waits until the text is this, at most so many seconds.
+  [[nodiscard]] bool shows(const std::string& expected, double patience = kPatience) const;
   /// Types go here.
   void focus() { server_.focus(window_); }
 

@@ -17,6 +17,7 @@
 #ifdef TESSAROK_LARGE_APPLICATIONS
 #include "x11/LargeApplications.h"
 #endif
+#include "x11/Patience.h"
 #include "x11/Tessarok.h"
 #include "x11/XServer.h"
 
@@ -24,6 +25,9 @@ namespace tessarok::testing {
 namespace {
 
 constexpr int kSentences = 240;
+/// These are some 20,000 keys, and a browser takes up to a millisecond for each of them, on a
+/// machine that it has for itself.
+constexpr double kPatienceWithSentences = 4 * kPatience;
 
 std::vector<std::string> wordsOf(const char* name) {
   std::ifstream file(std::string(TESSAROK_TEST_DATA) + "/" + name);
@@ -99,7 +103,7 @@ TYPED_TEST(X11Sentences, ComeOutAsOnTheVirtualDesktop) {
   TypeParam window(server);
   const Tessarok program(server);
   server.type(keys);
-  EXPECT_TRUE(window.shows(expected));
+  EXPECT_TRUE(window.shows(expected, kPatienceWithSentences));
   const auto shown = window.text();
   const auto [at, _] = std::mismatch(shown.begin(), shown.end(), expected.begin(), expected.end());
   const auto place = static_cast<std::size_t>(at - shown.begin());
