@@ -1,6 +1,7 @@
 #include "commands/DesktopCommand.h"
 
 #include <cstdlib>
+#include <exception>
 #include <initializer_list>
 #include <iostream>
 #include <memory>
@@ -26,6 +27,10 @@ using x11::X11Desktop;
 using x11::XConnection;
 
 constexpr int kNotStarted = 1;
+/// As for whatever else ends the program with an error.
+constexpr int kFailed = 2;
+/// From the worker to the process that was started, and no further.
+constexpr int kNoDesktop = 3;
 
 void say(const std::string& message) {
   std::cerr << "tessarok: " << message << std::endl;
@@ -81,13 +86,35 @@ x11::SessionServices sessionServices(const x11::SessionContext& context) {
           .owner = services};
 }
 
-int correct(X11Desktop& desktop) {
-  auto& loop = desktop.runLoop();
-  posix::SignalPipe signals({SIGTERM, SIGINT, SIGHUP, SIGQUIT}, [&loop](int) { loop.stop(); });
-  loop.add(signals);
+/// The worker's life. The exit status.
+int correct(const Options& options, std::unique_ptr<x11::LifeLine> lifeLine) {
+  auto opened = XConnection::open();
+  if (const auto* reason = std::get_if<std::string>(&opened)) {
+    say("cannot correct in the applications of this display: " + *reason);
+    return kNoDesktop;
+  }
+  // To the very end: whoever is impatient, or asks the watchdog as well, must not keep the program
+  // from writing down what it has learned.
+  posix::PollLoop* loop = nullptr;
+  posix::SignalPipe signals({SIGTERM, SIGINT, SIGHUP, SIGQUIT}, [&loop](int) { loop->stop(); });
+  X11Desktop desktop(std::move(std::get<std::unique_ptr<XConnection>>(opened)), std::move(lifeLine),
+                     options.resources, &sessionServices);
+  loop = &desktop.runLoop();
+  loop->add(signals);
+  platform::setDesktop(desktop);
   const int status = correctUntilStopped(desktop);
-  loop.remove(signals);
+  loop->remove(signals);
   return status;
+}
+
+/// Nothing may leave a process that is only a part of this program but by its exit status.
+int correctOrSayWhyNot(const Options& options, std::unique_ptr<x11::LifeLine> lifeLine) {
+  try {
+    return correct(options, std::move(lifeLine));
+  } catch (const std::exception& error) {
+    say(error.what());
+    return kFailed;
+  }
 }
 
 }  // namespace
@@ -98,17 +125,10 @@ bool hasDisplay() {
 }
 
 std::optional<int> runDesktop(const Options& options) {
-  // Before there is a connection, or a thread, that both processes would have.
-  auto watchdog = std::make_unique<x11::Watchdog>();
-  auto opened = XConnection::open();
-  if (const auto* reason = std::get_if<std::string>(&opened)) {
-    say("cannot correct in the applications of this display: " + *reason);
-    return std::nullopt;
-  }
-  X11Desktop desktop(std::move(std::get<std::unique_ptr<XConnection>>(opened)), std::move(watchdog),
-                     options.resources, &sessionServices);
-  platform::setDesktop(desktop);
-  return correct(desktop);
+  const int status = x11::Watchdog::watchOver([&options](std::unique_ptr<x11::LifeLine> lifeLine) {
+    return correctOrSayWhyNot(options, std::move(lifeLine));
+  });
+  return status == kNoDesktop ? std::nullopt : std::optional(status);
 }
 
 }  // namespace tessarok::commands

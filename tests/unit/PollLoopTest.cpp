@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cerrno>
 #include <functional>
 #include <gtest/gtest.h>
 #include <poll.h>
@@ -91,6 +92,34 @@ TEST_F(PollLoopTest, TimersAndTheQueueRunBetweenTwoTurnsOfAReadySource) {
   });
   loop_.run();
   EXPECT_EQ(order, (std::vector<char>{'s', 'q', 't'}));
+}
+
+TEST_F(PollLoopTest, SaysWhenItWaitsAndWhenItGoesOn) {
+  std::vector<char> order;
+  loop_.onTurn = [&](bool waits) {
+    order.push_back(waits ? 'w' : 'g');
+    // As of a call that fails.
+    errno = EIO;
+  };
+  loop_.after(0.001, [&] {
+    order.push_back('t');
+    loop_.stop();
+  });
+  loop_.run();
+  EXPECT_EQ(order, (std::vector<char>{'w', 'g', 't'}));
+}
+
+TEST_F(PollLoopTest, SaysThatItGoesOnAlsoWhenItNeedNotWait) {
+  int left = 2;
+  std::vector<char> order;
+  auto source = sourceWith(left, [&] {
+    order.push_back('s');
+    if (--left == 0) loop_.stop();
+  });
+  loop_.add(source);
+  loop_.onTurn = [&](bool waits) { order.push_back(waits ? 'w' : 'g'); };
+  loop_.run();
+  EXPECT_EQ(order, (std::vector<char>{'g', 's', 'g', 's'}));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <stdexcept>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -29,10 +30,17 @@ bool exists(const std::string& program) {
   return false;
 }
 
+/// As a shell is started in it, which then becomes the program.
+void enterTerminal(int terminal) {
+  ::setsid();
+  ::ioctl(terminal, TIOCSCTTY, 0);
+}
+
 [[noreturn]] void become(const std::vector<std::string>& command, const Subprocess::Setup& setup) {
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   // Signals of the terminal in which tests run are for the tests.
-  ::setpgid(0, 0);
+  if (setup.terminal < 0) ::setpgid(0, 0);
+  if (setup.terminal >= 0) enterTerminal(setup.terminal);
   for (const auto& [name, value] : setup.environment) {
     if (value.empty()) {
       ::unsetenv(name.c_str());
@@ -41,7 +49,7 @@ bool exists(const std::string& program) {
     }
   }
   const int nowhere = ::open("/dev/null", O_RDWR);
-  ::dup2(nowhere, STDIN_FILENO);
+  ::dup2(setup.terminal >= 0 ? setup.terminal : nowhere, STDIN_FILENO);
   ::dup2(nowhere, STDOUT_FILENO);
   const int errors =
       setup.errors ? ::open(setup.errors->c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600) : nowhere;

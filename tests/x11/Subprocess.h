@@ -19,6 +19,8 @@ class Subprocess {
     std::optional<std::filesystem::path> errors;
     /// Inherited by the program under its own number; -1 for none.
     int descriptor = -1;
+    /// The terminal that the program is started in; -1 for none.
+    int terminal = -1;
   };
 
   /// Throws when there is no such program: the message names `package`, which has it.

@@ -1,5 +1,6 @@
 #include "x11/Tessarok.h"
 
+#include <csignal>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -23,6 +24,7 @@ Tessarok::Tessarok(XServer& server, const Setup& setup)
   }
   Subprocess::Setup subprocess;
   subprocess.errors = errors_;
+  subprocess.terminal = setup.terminal;
   subprocess.environment = {{"DISPLAY", server.name()},
                             {"HOME", home_.string()},
                             {"XDG_DATA_HOME", ""},
@@ -35,6 +37,22 @@ Tessarok::Tessarok(XServer& server, const Setup& setup)
   program_ = std::make_unique<Subprocess>(
       std::vector<std::string>{TESSAROK_PROGRAM, "--resources", TESSAROK_TEST_DATA}, "tessarok",
       subprocess);
+}
+
+Tessarok::~Tessarok() {
+  // Without its watchdog the worker would end by itself, but not before this folder is removed.
+  sendToWorker(SIGKILL);
+}
+
+pid_t Tessarok::worker() const {
+  const auto process = std::to_string(program_->process());
+  pid_t child = 0;
+  std::ifstream("/proc/" + process + "/task/" + process + "/children") >> child;
+  return child;
+}
+
+void Tessarok::sendToWorker(int signal) const {
+  if (const auto process = worker(); process > 0) ::kill(process, signal);
 }
 
 std::string Tessarok::errors() const {

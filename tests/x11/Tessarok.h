@@ -22,18 +22,26 @@ class Tessarok {
     std::filesystem::path home;
     /// Besides those that keep it away from the session that the tests run in.
     std::map<std::string, std::string> environment = {};
+    /// The terminal that it is started in; -1 for none.
+    int terminal = -1;
   };
 
   /// Ready to correct.
   explicit Tessarok(XServer& server);
   Tessarok(XServer& server, const Setup& setup);
+  /// Ends all of it.
+  ~Tessarok();
 
   /// Whether it has said this on standard error; waits for it.
   [[nodiscard]] bool says(std::string_view text) const;
   [[nodiscard]] std::string errors() const;
+  /// To the process that was started, which watches over the worker.
   void send(int signal) const { program_->send(signal); }
+  void sendToWorker(int signal) const;
   [[nodiscard]] int exitStatus() { return program_->exitStatus(); }
   [[nodiscard]] pid_t process() const { return program_->process(); }
+  /// The process that holds the keyboards; 0 while there is none.
+  [[nodiscard]] pid_t worker() const;
   [[nodiscard]] const std::filesystem::path& home() const { return home_; }
   /// The folder with what was learned.
   [[nodiscard]] std::filesystem::path learned() const {

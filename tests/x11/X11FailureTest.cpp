@@ -1,8 +1,6 @@
 // Whatever happens to the program, a person keeps the keyboard.
 
-#include <chrono>
 #include <csignal>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -32,61 +30,10 @@ class X11Failure : public ::testing::Test {
     ASSERT_TRUE(waitUntil([this] { return server_.keysDown().size() == 2; }));
     ASSERT_TRUE(window_.shows("A")) << window_.text();
   }
-  /// The keyboard is free and no key is down, within a second.
-  void expectFreeWithinASecond(std::chrono::steady_clock::time_point since) {
-    EXPECT_TRUE(
-        waitUntil([this] { return !server_.isKeyboardHeld() && server_.keysDown().empty(); }));
-    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - since;
-    EXPECT_LT(passed.count(), 1.0);
-    RecordProperty("milliseconds", static_cast<int>(passed.count() * 1000));
-    const auto before = window_.text();
-    server_.key(kShift, false);
-    server_.key(kA, false);
-    server_.type("ghbdtn ");
-    EXPECT_TRUE(window_.shows(before + "ghbdtn ")) << window_.text();
-  }
 
   XServer server_;
   GtkEntry window_{server_};
 };
-
-TEST_F(X11Failure, AKilledProgramLeavesNoKeyDown) {
-  const Tessarok program(server_);
-  holdKeys();
-  program.send(SIGKILL);
-  expectFreeWithinASecond(std::chrono::steady_clock::now());
-}
-
-TEST_F(X11Failure, AStoppedProgramIsEnded) {
-  Tessarok program(server_);
-  holdKeys();
-  program.send(SIGSTOP);
-  expectFreeWithinASecond(std::chrono::steady_clock::now());
-  EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
-  EXPECT_TRUE(program.says("did not answer"));
-}
-
-TEST_F(X11Failure, AnEndedProgramLeavesNoKeyDown) {
-  Tessarok program(server_);
-  holdKeys();
-  program.send(SIGTERM);
-  expectFreeWithinASecond(std::chrono::steady_clock::now());
-  EXPECT_EQ(program.exitStatus(), 0) << program.errors();
-}
-
-TEST_F(X11Failure, WithoutItsWatchdogTheProgramHoldsNoKeyboard) {
-  Tessarok program(server_);
-  holdKeys();
-  pid_t watchdog = 0;
-  std::ifstream("/proc/" + std::to_string(program.process()) + "/task/" +
-                std::to_string(program.process()) + "/children") >>
-      watchdog;
-  ASSERT_GT(watchdog, 0);
-  ::kill(watchdog, SIGKILL);
-  expectFreeWithinASecond(std::chrono::steady_clock::now());
-  EXPECT_TRUE(program.says("watchdog process has ended")) << program.errors();
-  EXPECT_EQ(program.exitStatus(), 0);
-}
 
 TEST_F(X11Failure, AKeyHeldAtTheStartDoesNotStayDown) {
   server_.key(kA, true);
@@ -105,7 +52,7 @@ TEST_F(X11Failure, ASecondCopyDoesNotStart) {
   server_.type("ghbdtn ");
   EXPECT_TRUE(window_.shows("привет ")) << window_.text();
   // And after the first has gone, or was killed, another one does.
-  program.send(SIGKILL);
+  program.sendToWorker(SIGKILL);
   EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
   Tessarok third(server_, {.settings = {}, .home = program.home()});
   EXPECT_TRUE(third.says("correcting")) << third.errors();

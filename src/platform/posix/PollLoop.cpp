@@ -105,9 +105,12 @@ void PollLoop::serveDescriptors() {
     descriptors_.push_back({events != 0 ? source->descriptor() : -1, events, 0});
     if (source->isReady()) mayWait = false;
   }
-  const int count =
-      ::poll(descriptors_.data(), descriptors_.size(), mayWait ? millisecondsToWait() : 0);
-  if (count < 0 && errno != EINTR) throw std::system_error(errno, std::generic_category(), "poll");
+  const int timeout = mayWait ? millisecondsToWait() : 0;
+  if (timeout != 0 && onTurn) onTurn(true);
+  const int count = ::poll(descriptors_.data(), descriptors_.size(), timeout);
+  const int error = errno;
+  if (onTurn) onTurn(false);
+  if (count < 0 && error != EINTR) throw std::system_error(error, std::generic_category(), "poll");
   if (count < 0 || (count == 0 && mayWait)) return;
   for (std::size_t i = 0; i < turn_.size() && !stopped_; ++i) {
     if (!isServed(turn_[i])) continue;

@@ -36,6 +36,10 @@ class PollLoop final : public platform::RunLoop {
   /// source that serves several events in one turn, each of which is to find the queue empty.
   void runQueue();
 
+  /// For whoever watches over the loop: called with true before the loop waits for something to
+  /// happen, and with false whenever it goes on, also when it did not have to wait.
+  std::function<void(bool waits)> onTurn;
+
  private:
   struct Pending {
     double due;

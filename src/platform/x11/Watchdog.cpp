@@ -2,11 +2,14 @@
 
 #include <X11/Xlib.h>
 #include <cerrno>
-#include <fcntl.h>
-#include <initializer_list>
+#include <cstdlib>
 #include <poll.h>
 #include <signal.h>
+#include <string.h>
+#include <string>
+#include <string_view>
 #include <sys/socket.h>
+#include <sys/timerfd.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -18,135 +21,165 @@ namespace tessarok::x11 {
 
 namespace {
 
-/// Seconds between two signs of life.
-constexpr double kBeat = 0.1;
-/// Without one for so long, and so many times in a row, the program is lost. Several short waits
-/// instead of a long one: on a machine that is only slow the watchdog is slow as well.
-constexpr int kPatienceMilliseconds = 150;
-constexpr int kPatience = 4;
+/// After the alarm, so many looks with so many seconds between find no sign of life before the
+/// worker is lost. Several short waits instead of a long one: on a machine that is only slow the
+/// watchdog is slow as well.
+constexpr double kNextLook = 0.1;
+constexpr int kLooks = 4;
 
-constexpr char kHeld = 'h';
-constexpr char kFree = 'f';
-constexpr char kAlive = '.';
+[[noreturn]] void fail(const char* call) {
+  throw std::system_error(errno, std::generic_category(), call);
+}
 
-/// The life of the watchdog process.
-class Guard {
- public:
-  Guard(int pipe, pid_t program) : pipe_(pipe), program_(program) {}
-
-  void run() {
-    for (const int signal : {SIGINT, SIGHUP, SIGQUIT, SIGTERM, SIGTSTP, SIGPIPE})
-      ::signal(signal, SIG_IGN);
-    while (!isOver_)
-      wait();
-    releaseKeys();
-  }
-
- private:
-  void wait() {
-    pollfd waiting{pipe_, POLLIN, 0};
-    const int count = ::poll(&waiting, 1, isHeld_ ? kPatienceMilliseconds : -1);
-    if (count > 0) return readSigns();
-    if (count < 0) {
-      isOver_ = errno != EINTR;
-      return;
-    }
-    if (++silence_ >= kPatience) endProgram();
-  }
-
-  void readSigns() {
-    char signs[256];
-    const auto count = ::read(pipe_, signs, sizeof signs);
-    if (count < 0 && errno == EINTR) return;
-    if (count <= 0) {
-      isOver_ = true;
-      return;
-    }
-    silence_ = 0;
-    for (ssize_t i = 0; i < count; ++i) {
-      if (signs[i] == kHeld) hold();
-      if (signs[i] == kFree) isHeld_ = false;
-    }
-  }
-
-  void hold() {
-    isHeld_ = true;
-    // Opened in good time: when it is needed, time is short.
-    if (display_ == nullptr) display_ = XOpenDisplay(nullptr);
-  }
-
-  void endProgram() {
-    constexpr char kMessage[] =
-        "Tessarok: the program did not answer and was ended; the keyboards are free\n";
-    ::kill(program_, SIGKILL);
-    [[maybe_unused]] const auto written = ::write(STDERR_FILENO, kMessage, sizeof kMessage - 1);
-    isOver_ = true;
-  }
-
-  void releaseKeys() {
-    // Never held, so there is nothing to release.
-    if (display_ == nullptr) return;
-    releaseSyntheticKeys(display_);
-    XCloseDisplay(display_);
-  }
-
-  int pipe_;
-  pid_t program_;
-  Display* display_ = nullptr;
-  bool isHeld_ = false;
-  bool isOver_ = false;
-  int silence_ = 0;
-};
+/// Not through a stream: what is on it is not for this process to flush.
+void say(const std::string& message) {
+  const auto line = "Tessarok: " + message + "\n";
+  [[maybe_unused]] const auto written = ::write(STDERR_FILENO, line.data(), line.size());
+}
 
 }  // namespace
 
-Watchdog::Watchdog() {
-  int ends[2];
-  // A socket, because writing to one whose other end has gone can be made to raise no signal.
-  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
-    throw std::system_error(errno, std::generic_category(), "socketpair");
-  }
-  const auto program = ::getpid();
-  process_ = ::fork();
-  if (process_ < 0) throw std::system_error(errno, std::generic_category(), "fork");
-  if (process_ == 0) {
-    ::close(ends[0]);
-    // What stops or ends the program from the terminal is not meant for this process.
-    ::setpgid(0, 0);
-    Guard(ends[1], program).run();
-    ::_exit(0);
-  }
-  ::close(ends[1]);
-  pipe_ = posix::FileDescriptor(ends[0]);
+int Watchdog::watchOver(const Work& work) {
+  Watchdog watchdog;
+  watchdog.start(work);
+  watchdog.loop_.run();
+  // It may have ended with something said and not yet heard.
+  watchdog.readLine();
+  watchdog.reportEnd();
+  watchdog.releaseKeys();
+  return WIFEXITED(watchdog.end_) ? WEXITSTATUS(watchdog.end_) : 128 + WTERMSIG(watchdog.end_);
 }
+
+Watchdog::Watchdog() = default;
 
 Watchdog::~Watchdog() {
-  timer_.reset();
-  if (pipe_.isOpen()) static_cast<void>(pipe_.close());
-  if (process_ > 0) ::waitpid(process_, nullptr, 0);
+  if (display_ != nullptr && !isDisplayLost_) XCloseDisplay(display_);
 }
 
-bool Watchdog::send(char message) {
-  return ::send(pipe_.get(), &message, 1, MSG_NOSIGNAL | MSG_DONTWAIT) == 1 || errno == EAGAIN;
+void Watchdog::start(const Work& work) {
+  int ends[2];
+  // A socket, because writing to one whose other end has gone can be made to raise no signal.
+  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) fail("socketpair");
+  line_ = posix::FileDescriptor(ends[0]);
+  posix::FileDescriptor otherEnd(ends[1]);
+  alarm_ = posix::FileDescriptor(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
+  if (!alarm_.isOpen()) fail("timerfd_create");
+  // Before there is a worker whose end could be missed.
+  signals_.emplace(std::initializer_list<int>{SIGCHLD, SIGTERM, SIGINT, SIGHUP, SIGQUIT, SIGTSTP},
+                   [this](int signal) { handle(signal); });
+  worker_ = ::fork();
+  if (worker_ < 0) fail("fork");
+  if (worker_ == 0) become(work, std::move(otherEnd));
+  loop_.add(*signals_);
+  lineSource_.emplace(
+      line_.get(), [this] { return line_.isOpen() ? short{POLLIN} : short{0}; },
+      [this](short) { readLine(); });
+  loop_.add(*lineSource_);
+  alarmSource_.emplace(
+      alarm_.get(), [this] { return looks_ == 0 ? short{POLLIN} : short{0}; },
+      [this](short) { suspect(); });
+  loop_.add(*alarmSource_);
 }
 
-bool Watchdog::start(posix::PollLoop& runLoop, std::function<void()> lost) {
-  lost_ = std::move(lost);
-  if (!send(kHeld)) return false;
-  timer_ = runLoop.repeating(kBeat, 0, [this] { beat(); });
-  return true;
+void Watchdog::become(const Work& work, posix::FileDescriptor line) {
+  signals_.reset();
+  static_cast<void>(line_.close());
+  ::setpgid(0, 0);
+  // Of a process outside the foreground group some terminals stop those that write to them.
+  ::signal(SIGTTOU, SIG_IGN);
+  std::exit(work(std::make_unique<LifeLine>(std::move(line), std::move(alarm_))));
 }
 
-void Watchdog::stop() {
-  timer_.reset();
-  static_cast<void>(send(kFree));
+void Watchdog::handle(int signal) {
+  if (signal == SIGCHLD) return lookAtWorker();
+  // The number of a process that has ended may be another's.
+  if (!loop_.isStopped()) ::kill(worker_, signal);
 }
 
-void Watchdog::beat() {
-  if (send(kAlive)) return;
-  // The callee may stop the timer that this is called by.
-  const auto lost = lost_;
-  lost();
+void Watchdog::lookAtWorker() {
+  int status = 0;
+  while (::waitpid(worker_, &status, WNOHANG | WUNTRACED) == worker_) {
+    if (WIFSTOPPED(status)) {
+      workerStopped(WSTOPSIG(status));
+      continue;
+    }
+    end_ = status;
+    return loop_.stop();
+  }
+}
+
+void Watchdog::workerStopped(int signal) {
+  // What it said before.
+  readLine();
+  if (isHeld_) return endWorker();
+  // From the terminal: the shell expects of this process to be stopped as well, and will continue
+  // this one only.
+  if (signal != SIGTSTP) return;
+  ::raise(SIGSTOP);
+  ::kill(worker_, SIGCONT);
+}
+
+void Watchdog::readLine() {
+  char messages[64];
+  ssize_t count = 0;
+  while ((count = ::recv(line_.get(), messages, sizeof messages, MSG_DONTWAIT)) > 0) {
+    for (const char message : std::string_view(messages, static_cast<std::size_t>(count))) {
+      if (message == kHeld) hold();
+      if (message == kFree) isHeld_ = false;
+    }
+  }
+  // The worker has gone, or will soon; until then the descriptor has nothing more to tell.
+  if (count == 0) static_cast<void>(line_.close());
+}
+
+void Watchdog::hold() {
+  isHeld_ = true;
+  // Opened in good time: when it is needed, time is short.
+  if (display_ != nullptr) return;
+  display_ = XOpenDisplay(nullptr);
+  if (display_ == nullptr) return;
+  // The server may go first, and devices at any time; neither is to end this process.
+  XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
+  XSetIOErrorHandler([](Display*) { return 0; });
+  XSetIOErrorExitHandler(
+      display_, [](Display*, void* data) { static_cast<Watchdog*>(data)->isDisplayLost_ = true; },
+      this);
+}
+
+bool Watchdog::isAlarmRinging() const {
+  pollfd alarm{alarm_.get(), POLLIN, 0};
+  return ::poll(&alarm, 1, 0) == 1;
+}
+
+void Watchdog::suspect() {
+  // Any turn of the worker's loop winds the alarm again, or stops it.
+  if (!isAlarmRinging()) {
+    looks_ = 0;
+    return;
+  }
+  if (++looks_ == kLooks) return endWorker();
+  loop_.after(kNextLook, [this] { suspect(); });
+}
+
+void Watchdog::endWorker() {
+  wasEnded_ = true;
+  ::kill(worker_, SIGKILL);
+}
+
+void Watchdog::reportEnd() const {
+  if (wasEnded_) return say("the program did not answer and was ended; the keyboards are free");
+  if (!WIFSIGNALED(end_)) return;
+  const int signal = WTERMSIG(end_);
+  const bool wasAsked =
+      signal == SIGTERM || signal == SIGINT || signal == SIGHUP || signal == SIGQUIT;
+  if (wasAsked) return;
+  say("the program was ended by signal " + std::to_string(signal) + " (" + ::strsignal(signal) +
+      "); the keyboards are free");
+}
+
+void Watchdog::releaseKeys() {
+  // Never held, so there is nothing to release.
+  if (display_ != nullptr) releaseSyntheticKeys(display_);
 }
 
 }  // namespace tessarok::x11

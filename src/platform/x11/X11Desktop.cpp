@@ -13,7 +13,7 @@ namespace {
 
 /// Seconds in which all messages about one change of the keymap have come.
 constexpr double kSettle = 0.05;
-/// So many keys may keep the loop from its timers, the sign of life for the watchdog among them.
+/// So many keys may keep the loop from its timers, and the watchdog from a sign of life.
 constexpr int kEventsPerTurn = 32;
 
 std::optional<std::filesystem::path> lockFileOf(platform::Files& files) {
@@ -33,10 +33,10 @@ std::vector<int> restarted(const XIHierarchyEvent& event) {
 
 }  // namespace
 
-X11Desktop::X11Desktop(std::unique_ptr<XConnection> connection, std::unique_ptr<Watchdog> watchdog,
+X11Desktop::X11Desktop(std::unique_ptr<XConnection> connection, std::unique_ptr<LifeLine> lifeLine,
                        std::optional<std::filesystem::path> resources,
                        const MakeSessionServices& makeServices)
-    : watchdog_(std::move(watchdog)),
+    : lifeLine_(std::move(lifeLine)),
       connection_(std::move(connection)),
       application_(runLoop_, lockFileOf(*files_)),
       bundle_(std::move(resources)),
@@ -99,6 +99,7 @@ void X11Desktop::connect() {
     runLoop_.stop();
   };
   runLoop_.add(source_);
+  if (lifeLine_) lifeLine_->watch(runLoop_, [this] { watchdogEnded(); });
 }
 
 platform::StatusBar& X11Desktop::statusBar() {
@@ -113,14 +114,15 @@ platform::Workspace& X11Desktop::workspace() {
 
 void X11Desktop::keyboardsHeld(bool held) {
   if (held) copiedKeymap_ = layouts_.keymap().source();
-  if (!watchdog_) return;
-  if (!held) return watchdog_->stop();
-  const auto lost = [this] {
-    eventTaps_->close();
-    report("the watchdog process has ended, so the keyboards are not held any more");
-    runLoop_.stop();
-  };
-  if (!watchdog_->start(runLoop_, lost)) lost();
+  if (!lifeLine_) return;
+  if (!held) return lifeLine_->letGo();
+  if (!lifeLine_->hold()) watchdogEnded();
+}
+
+void X11Desktop::watchdogEnded() {
+  eventTaps_->close();
+  report("the watchdog process has ended, so the keyboards are not held any more");
+  runLoop_.stop();
 }
 
 void X11Desktop::report(const std::string& problem) {

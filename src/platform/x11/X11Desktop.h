@@ -23,8 +23,8 @@
 #include "platform/x11/FocusWatch.h"
 #include "platform/x11/Keyboards.h"
 #include "platform/x11/Layouts.h"
+#include "platform/x11/LifeLine.h"
 #include "platform/x11/Typist.h"
-#include "platform/x11/Watchdog.h"
 #include "platform/x11/X11EventTaps.h"
 #include "platform/x11/X11PlainServices.h"
 #include "platform/x11/X11Services.h"
@@ -37,9 +37,10 @@ namespace tessarok::x11 {
 /// A desktop on an X server. Main thread.
 class X11Desktop final : public platform::Desktop {
  public:
-  /// `resources` is the directory of the data files, absent to search for it; `makeServices` may
-  /// be empty. Throws `std::runtime_error` when the server has no keymap.
-  X11Desktop(std::unique_ptr<XConnection> connection, std::unique_ptr<Watchdog> watchdog,
+  /// `lifeLine` is null for a process that nobody watches over; `resources` is the directory of the
+  /// data files, absent to search for it; `makeServices` may be empty. Throws `std::runtime_error`
+  /// when the server has no keymap.
+  X11Desktop(std::unique_ptr<XConnection> connection, std::unique_ptr<LifeLine> lifeLine,
              std::optional<std::filesystem::path> resources,
              const MakeSessionServices& makeServices);
   X11Desktop(const X11Desktop&) = delete;
@@ -78,13 +79,14 @@ class X11Desktop final : public platform::Desktop {
   void keymapChanged();
   void copyKeymap();
   void keyboardsHeld(bool held);
+  void watchdogEnded();
   void report(const std::string& problem);
 
   posix::MonotonicClock clock_;
   posix::PollLoop runLoop_{clock_};
   posix::StandardErrorLog systemLog_;
   std::unique_ptr<posix::PosixFiles> files_ = posix::PosixFiles::ofUser();
-  std::unique_ptr<Watchdog> watchdog_;
+  std::unique_ptr<LifeLine> lifeLine_;
   std::unique_ptr<XConnection> connection_;
   posix::ProcessApplication application_;
   posix::DataDirectoryBundle bundle_;
