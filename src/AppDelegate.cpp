@@ -62,14 +62,8 @@ void log(const std::string& message) {
 std::string lockFailureMessage(const platform::FileLockFailure& failure) {
   using Reason = platform::FileLockFailure::Reason;
   const auto number = " (errno " + std::to_string(failure.number) + ")";
-  switch (failure.reason) {
-    case Reason::cannotOpen:
-      return "could not open instance lock" + number;
-    case Reason::heldByAnother:
-      return "another instance is already running";
-    case Reason::cannotLock:
-      break;
-  }
+  if (failure.reason == Reason::cannotOpen) return "could not open instance lock" + number;
+  if (failure.reason == Reason::heldByAnother) return "another instance is already running";
   return "could not acquire instance lock" + number;
 }
 
@@ -112,7 +106,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   };
   observe();
   observeInputSources();
-  if (!tapRunning_) startTap();
+  startTap();
   retryTimer_ =
       desktop.runLoop().repeating(kTickInterval, kTickTolerance, [weak = weak_from_this()] {
         if (const auto self = weak.lock()) self->tick();

@@ -31,7 +31,6 @@ constexpr std::size_t kLongestAnchor = 8;
 
 constexpr double kSwapPlausible = 0.9;
 constexpr double kTypedImplausible = 0.4;
-constexpr double kPlausibilityGap = 0.4;
 constexpr double kAnchoredPlausible = 0.75;
 constexpr double kStreakPlausible = 0.9;
 
@@ -71,8 +70,7 @@ bool protoFavorsSwap(const Candidate& candidate) {
   if (Proto::hasImpossible(candidate.swapped, ru)) return false;
   const double swapped = Proto::plausibility(candidate.swapped, ru);
   const double typed = Proto::plausibility(candidate.typed, !ru);
-  return swapped >= kSwapPlausible && typed <= kTypedImplausible &&
-         swapped - typed >= kPlausibilityGap;
+  return swapped >= kSwapPlausible && typed <= kTypedImplausible;
 }
 
 /// Whether an ending of the word is a word by itself, as in compounds and unknown inflections.
@@ -214,7 +212,8 @@ std::optional<Decision> decideLatin(std::string_view word, std::string_view lowe
     context.note("two letters are converted only after Russian words, but for a few frequent ones");
     return std::nullopt;
   }
-  const bool checkTyped = length > 2 && !isWhitelisted;
+  // Two letters that got here are frequent or stand among Russian words, and say "Russian".
+  const bool checkTyped = length > 2;
   return decideSwap(word, lower, true, checkTyped, context);
 }
 

@@ -52,13 +52,13 @@ std::string_view withoutLetterKeys(std::string_view word) {
   return word;
 }
 
-/// The alphabet that every Character of a non-empty word belongs to; `other` for a mixture.
+/// The alphabet of a word that starts with a letter; `other` when not every Character is of it.
 Kind scriptOf(std::string_view word) {
   const auto script = alphabet::kindOf(text::firstCharacter(word));
   const bool isUniform = std::ranges::all_of(
       text::Characters(word),
       [&](std::string_view character) { return alphabet::kindOf(character) == script; });
-  return isUniform && script != Kind::letterKey ? script : Kind::other;
+  return isUniform ? script : Kind::other;
 }
 
 /// Two capitals, then only small letters.

@@ -91,11 +91,10 @@ std::string_view lineFrom(std::string_view data, std::size_t start) {
   return data.substr(start, lineEnd(data, start) - start);
 }
 
-/// The line above the one that starts at `start`, which is not the first.
+/// The line above the one that starts at `start`, which is not the first. No line is empty.
 std::string_view lineBefore(std::string_view data, std::size_t start) {
   const auto end = start - 1;
-  const auto previousEnd = end > 0 ? data.rfind('\n', end - 1) : std::string_view::npos;
-  const auto first = previousEnd == std::string_view::npos ? 0 : previousEnd + 1;
+  const auto first = lineStart(data, end);
   return data.substr(first, end - first);
 }
 

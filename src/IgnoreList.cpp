@@ -138,10 +138,10 @@ std::optional<std::int64_t> parseCount(std::string_view text) {
   return count;
 }
 
-/// The two fields of a line, or absent when there are not exactly two that are not empty.
+/// The two fields of a trimmed line, or absent when there are not exactly two that are not empty.
 std::optional<std::pair<std::string_view, std::string_view>> fields(std::string_view line) {
   std::vector<std::string_view> pieces;
-  while (!line.empty()) {
+  while (true) {
     const auto tab = line.find('\t');
     if (tab != 0) pieces.push_back(line.substr(0, tab));
     if (tab == std::string_view::npos) break;
@@ -159,7 +159,7 @@ bool loadReject(std::string_view line) {
   if (!count || *count < 1) return false;
   auto word = text::normalizedWord(pair->first);
   auto& all = state();
-  if (word.empty() || all.words.contains(word)) return false;
+  if (all.words.contains(word)) return false;
   all.rejectCounts[word] = std::min(*count, kPromotionThreshold);
   if (*count < kPromotionThreshold) return false;
   all.words.insert(std::move(word));

@@ -25,14 +25,10 @@ Sets& sets() {
 }
 
 const NGramSet& setOf(bool russian, std::size_t length, bool boundary) {
-  for (std::size_t i = 0; i < std::size(Proto::kKinds); ++i) {
-    const auto& kind = Proto::kKinds[i];
-    if (kind.russian == russian && kind.length == length && kind.boundary == boundary) {
-      return sets().byKind[i];
-    }
-  }
-  static const NGramSet none;
-  return none;
+  const auto* const kind = std::ranges::find_if(Proto::kKinds, [&](const Proto::Kind& each) {
+    return each.russian == russian && each.length == length && each.boundary == boundary;
+  });
+  return sets().byKind[static_cast<std::size_t>(kind - std::begin(Proto::kKinds))];
 }
 
 /// The symbols of a line; empty when the line is no n-gram of this kind.

@@ -33,7 +33,7 @@ Decoded decode(std::string_view text) {
   utf8proc_int32_t scalar = -1;
   const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
                                        static_cast<utf8proc_ssize_t>(text.size()), &scalar);
-  if (length < 1 || scalar < 0) return {};
+  if (length < 1) return {};
   return {static_cast<char32_t>(scalar), static_cast<std::size_t>(length)};
 }
 

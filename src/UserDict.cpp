@@ -133,7 +133,7 @@ WordSet UserDict::parse(std::string_view text) {
   WordLines lines(text);
   while (lines.next()) {
     auto word = text::normalizedWord(lines.line());
-    if (word.empty() || word.front() == '#') continue;
+    if (word.front() == '#') continue;
     words.push_back(std::move(word));
   }
   // A set takes words that are in order in half the time, sorting included.
