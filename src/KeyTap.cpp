@@ -136,7 +136,8 @@ bool KeyTap::heartbeatRecreateIfStale(double silenceLimit) {
     lastKeyEventAt_ = now;
     return false;
   }
-  if (!tapIsEnabled() || !enabled || now < pausedUntil_ || lastKeyEventAt_ <= 0) return false;
+  if (!tapIsEnabled() || !enabled || lastKeyEventAt_ <= 0) return false;
+  if (now < pausedUntil_) return false;
   const double silence = now - lastKeyEventAt_;
   // Also for a limit that is no number.
   const double limit = silenceLimit >= kShortestSilence ? silenceLimit : kShortestSilence;

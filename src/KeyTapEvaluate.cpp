@@ -181,8 +181,7 @@ KeyTap::RetroFix KeyTap::retroactiveFix(bool fromRu) const {
 
 void KeyTap::countConverted(bool fromRu, const Boundary& boundary) {
   if (boundary.endsLine()) {
-    word_.ruStreak = 0;
-    word_.enStreak = 0;
+    word_.resetStreaks();
   } else if (fromRu) {
     word_.ruStreak = 0;
     word_.enStreak = checkedAdd<std::int64_t>(word_.enStreak, 1);
@@ -208,8 +207,7 @@ bool KeyTap::applyShiftLag(const std::string& fixed, const Boundary& boundary) {
   word_.lastAutoFix.reset();
   word_.pendingShorts.clear();
   if (boundary.endsLine()) {
-    word_.ruStreak = 0;
-    word_.enStreak = 0;
+    word_.resetStreaks();
   } else {
     keepStreaks();
   }
@@ -243,15 +241,12 @@ void KeyTap::keepStreaks() {
   } else if (word_.ruStreak >= 1 && hasOnlyLettersOf(word_.buffer, false)) {
     word_.enStreak = 0;
   } else {
-    word_.ruStreak = 0;
-    word_.enStreak = 0;
+    word_.resetStreaks();
   }
 }
 
 void KeyTap::ruStreakResetIfBoundary(const Boundary& boundary) {
-  if (!boundary.endsLine()) return;
-  word_.ruStreak = 0;
-  word_.enStreak = 0;
+  if (boundary.endsLine()) word_.resetStreaks();
 }
 
 void KeyTap::rememberCommitted(std::string_view word, const Boundary& boundary) {

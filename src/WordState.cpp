@@ -19,12 +19,16 @@ WordState::WordState() {
 void WordState::reset() {
   untrackableWord = false;
   buffer.clear();
-  ruStreak = 0;
-  enStreak = 0;
+  resetStreaks();
   pendingShorts.clear();
   lastFix.reset();
   lastAutoFix.reset();
   pendingRejection.reset();
+}
+
+void WordState::resetStreaks() {
+  ruStreak = 0;
+  enStreak = 0;
 }
 
 }  // namespace tessarok

@@ -52,6 +52,7 @@ struct WordState {
   ReusableOptional<Rejection> pendingRejection;
 
   void reset();
+  void resetStreaks();
 };
 
 }  // namespace tessarok
