@@ -31,6 +31,15 @@ class FakeDesktop final : public platform::Desktop {
   /// The keyboard, text field and clock behind the services.
   [[nodiscard]] virtualdesktop::VirtualDesktop& base() { return base_; }
 
+  /// Services of the test's own instead of the virtual ones; null for those.
+  struct Replaced {
+    platform::Clock* clock = nullptr;
+    platform::EventTaps* eventTaps = nullptr;
+    platform::Events* events = nullptr;
+    platform::StatusBar* statusBar = nullptr;
+  };
+  Replaced replaced;
+
   FakeApplication& application() override { return application_; }
   FakeBundle& bundle() override { return bundle_; }
   FakeEnvironment& environment() override { return environment_; }
@@ -39,16 +48,22 @@ class FakeDesktop final : public platform::Desktop {
   FakeKeyboard& keyboard() override { return keyboard_; }
 
   virtualdesktop::VirtualAccessibility& accessibility() override { return base_.accessibility(); }
-  virtualdesktop::VirtualRunLoop& clock() override { return base_.clock(); }
-  virtualdesktop::VirtualEventTaps& eventTaps() override { return base_.eventTaps(); }
-  virtualdesktop::VirtualEvents& events() override { return base_.events(); }
+  platform::Clock& clock() override { return replaced.clock ? *replaced.clock : base_.clock(); }
+  platform::EventTaps& eventTaps() override {
+    return replaced.eventTaps ? *replaced.eventTaps : base_.eventTaps();
+  }
+  platform::Events& events() override {
+    return replaced.events ? *replaced.events : base_.events();
+  }
   posix::NotificationCentre& inputSourceNotifications() override {
     return base_.inputSourceNotifications();
   }
   virtualdesktop::VirtualRunLoop& runLoop() override { return base_.runLoop(); }
   virtualdesktop::VirtualSecureInput& secureInput() override { return base_.secureInput(); }
   posix::ThreadQueues& serialQueues() override { return base_.serialQueues(); }
-  virtualdesktop::VirtualStatusBar& statusBar() override { return base_.statusBar(); }
+  platform::StatusBar& statusBar() override {
+    return replaced.statusBar ? *replaced.statusBar : base_.statusBar();
+  }
   virtualdesktop::VirtualSystemLog& systemLog() override { return base_.systemLog(); }
   virtualdesktop::VirtualUserDefaults& userDefaults() override { return base_.userDefaults(); }
   virtualdesktop::VirtualWorkspace& workspace() override { return base_.workspace(); }

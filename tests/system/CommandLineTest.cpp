@@ -1,6 +1,7 @@
 // The program as a person calls it from a shell.
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -88,6 +89,39 @@ TEST(CommandLine, WrongCallsAreRefused) {
     SCOPED_TRACE(::testing::PrintToString(arguments));
     expectRefusal(runProgram(arguments));
   }
+}
+
+/// The command of a desktop, without one.
+TEST(CommandLine, WithoutADisplayThereIsNoDesktop) {
+  if (runProgram({"x11", "--help"}).status != 0) GTEST_SKIP() << "built without X11";
+  const auto x11 = runProgram({"x11"}, {}, {{"DISPLAY", ""}});
+  expectRefusal(x11);
+  EXPECT_EQ(x11.err, "tessarok: there is no X11 display\n");
+  const auto any = runProgram({}, {}, {{"DISPLAY", ""}});
+  expectRefusal(any);
+  EXPECT_EQ(any.err, "tessarok: there is no X11 display, and standard input is not a terminal\n");
+}
+
+TEST(CommandLine, ADisplayThatCannotBeReachedIsNamed) {
+  if (runProgram({"x11", "--help"}).status != 0) GTEST_SKIP() << "built without X11";
+  const std::string nowhere = ":64999";
+  const auto x11 = runProgram({"x11"}, {}, {{"DISPLAY", nowhere}});
+  EXPECT_EQ(x11.status, 2);
+  EXPECT_NE(x11.err.find(nowhere), std::string::npos) << x11.err;
+  // Without a command the terminal is tried next, and there is none.
+  const auto any = runProgram({}, {}, {{"DISPLAY", nowhere}});
+  EXPECT_EQ(any.status, 2);
+  EXPECT_NE(any.err.find(nowhere), std::string::npos) << any.err;
+}
+
+TEST(CommandLine, OutputThatCannotBeWrittenIsAFailure) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no device that is full";
+  TemporaryDirectory folder;
+  const auto errors = folder.path() / "errors";
+  const auto command =
+      std::string("'") + TESSAROK_PROGRAM + "' --version > /dev/full 2> '" + errors.string() + "'";
+  EXPECT_NE(std::system(command.c_str()), 0);
+  EXPECT_EQ(testing::readFile(errors), "tessarok: standard output cannot be written\n");
 }
 
 TEST(CommandLine, FilesThatCannotBeReadAreRefused) {

@@ -20,6 +20,36 @@ using Log = std::vector<std::string>;
 constexpr const char* kKeptInMemory =
     "Tessarok: another instance is already running; what is learned here stays in memory";
 
+/// A bar without symbols, without a place to draw, or without an item at all.
+class PlainBar final : public platform::StatusBar {
+ public:
+  std::unique_ptr<platform::StatusItem> createItem() override {
+    return hasItem ? std::make_unique<Item>(*this) : nullptr;
+  }
+
+  bool hasItem = true;
+  bool hasButton = true;
+  std::string title;
+  std::string toolTip;
+  bool isDimmed = false;
+  std::shared_ptr<platform::Menu> menu;
+
+ private:
+  class Item final : public platform::StatusItem {
+   public:
+    explicit Item(PlainBar& bar) : bar_(bar) {}
+    bool hasButton() const override { return bar_.hasButton; }
+    bool setSymbol(std::string_view) override { return false; }
+    void setTitle(std::string_view text) override { bar_.title = text; }
+    void setAppearsDisabled(bool disabled) override { bar_.isDimmed = disabled; }
+    void setToolTip(std::string_view text) override { bar_.toolTip = text; }
+    void setMenu(std::shared_ptr<platform::Menu> made) override { bar_.menu = std::move(made); }
+
+   private:
+    PlainBar& bar_;
+  };
+};
+
 class AppDelegateTest : public ::testing::Test {
  protected:
   /// Whether the program survives its launch beside another instance.
@@ -105,7 +135,7 @@ TEST_F(AppDelegateTest, AHeldLockEndsTheLaunchBeforeAnyDataIsTouched) {
   EXPECT_EQ(desktop.systemLog().take(), Log{"Tessarok: another instance is already running"});
   EXPECT_FALSE(fs::exists(UserDict::fileURL()));
   EXPECT_FALSE(KeyTap::shared().tapExists());
-  EXPECT_EQ(desktop.statusBar().menu(), nullptr);
+  EXPECT_EQ(desktop.base().statusBar().menu(), nullptr);
 }
 
 TEST_F(AppDelegateTest, ALockFileThatCannotBeOpenedSaysWhy) {
@@ -160,7 +190,7 @@ TEST_F(AppDelegateTest, NothingRunsOnAfterTheEnd) {
   delegate->applicationWillTerminate();
   EXPECT_FALSE(KeyTap::shared().tapExists());
   const auto listings = desktop.inputSources().listings;
-  desktop.clock().advance(60);
+  desktop.runLoop().advance(60);
   desktop.inputSourceNotifications().announce("kTISNotifySelectedKeyboardInputSourceChanged");
   EXPECT_EQ(desktop.inputSources().listings, listings);
   EXPECT_FALSE(KeyTap::shared().tapExists());
@@ -176,12 +206,12 @@ TEST_F(AppDelegateTest, TheTapIsTriedEveryTwoSecondsUntilThePermissionIsGiven) {
   desktop.base().setTrusted(false);
   delegate->applicationDidFinishLaunching();
   EXPECT_FALSE(delegate->tapRunning());
-  desktop.clock().advance(10);
+  desktop.runLoop().advance(10);
   EXPECT_FALSE(delegate->tapRunning());
   desktop.base().setTrusted(true);
-  desktop.clock().advance(1.9);
+  desktop.runLoop().advance(1.9);
   EXPECT_FALSE(delegate->tapRunning());
-  desktop.clock().advance(0.1);
+  desktop.runLoop().advance(0.1);
   EXPECT_TRUE(delegate->tapRunning());
 }
 
@@ -190,13 +220,13 @@ TEST_F(AppDelegateTest, AnAddedLayoutIsNoticedWithoutARestart) {
   const auto russian = sources.layouts.back();
   sources.layouts.pop_back();
   delegate->applicationDidFinishLaunching();
-  EXPECT_EQ(desktop.statusBar().icon().symbol, "keyboard.badge.ellipsis");
+  EXPECT_EQ(desktop.base().statusBar().icon().symbol, "keyboard.badge.ellipsis");
   sources.layouts.push_back(russian);
   desktop.inputSourceNotifications().announce("kTISNotifyEnabledKeyboardInputSourcesChanged");
-  EXPECT_EQ(desktop.statusBar().icon().symbol, "keyboard");
+  EXPECT_EQ(desktop.base().statusBar().icon().symbol, "keyboard");
   sources.layouts.pop_back();
   desktop.inputSourceNotifications().announce("kTISNotifyEnabledKeyboardInputSourcesChanged");
-  EXPECT_EQ(desktop.statusBar().icon().symbol, "keyboard.badge.ellipsis");
+  EXPECT_EQ(desktop.base().statusBar().icon().symbol, "keyboard.badge.ellipsis");
 }
 
 TEST_F(AppDelegateTest, OfManyCopiesOneWritesWhatIsLearned) {
@@ -246,6 +276,113 @@ TEST_F(AppDelegateTest, ACopyOfManyLeavesTheFilesToTheOnlyOne) {
   delegate->applicationWillTerminate();
   EXPECT_FALSE(fs::exists(desktop.folder() / "rejects.txt"));
   EXPECT_EQ(other.finish(), 0);
+}
+
+TEST_F(AppDelegateTest, AChangeOfLayoutThatNobodyAnnouncedIsNoticedByTheTimer) {
+  delegate->applicationDidFinishLaunching();
+  desktop.base().keyDown({.code = 0, .characters = u"a"});
+  ASSERT_EQ(KeyTap::shared().word().buffer, "a");
+  desktop.inputSources().active = "com.apple.keylayout.RussianWin";
+  desktop.runLoop().advance(2);
+  EXPECT_TRUE(KeyTap::shared().word().buffer.empty());
+  EXPECT_TRUE(KeyTap::shared().word().untrackableWord);
+  desktop.inputSources().active = "com.apple.keylayout.Ukrainian";
+  desktop.runLoop().advance(2);
+  EXPECT_EQ(desktop.base().statusBar().icon().symbol, "keyboard.badge.ellipsis");
+}
+
+TEST_F(AppDelegateTest, APauseAfterTheDelegateIsGoneChangesNoIcon) {
+  delegate->applicationDidFinishLaunching();
+  delegate.reset();
+  desktop.base().keyDown({.code = keyCodes::grave, .characters = u"`"});
+  EXPECT_GT(KeyTap::shared().pausedUntil(), desktop.clock().uptime());
+  EXPECT_EQ(desktop.base().statusBar().icon().symbol, "keyboard");
+}
+
+TEST_F(AppDelegateTest, TheMissingRussianDictionaryShowsInTheToolTip) {
+  desktop.addResource("dict_en", "hello\n");
+  delegate->applicationDidFinishLaunching();
+  EXPECT_EQ(desktop.base().statusBar().icon().symbol, "keyboard");
+  EXPECT_TRUE(
+      desktop.base().statusBar().icon().toolTip.starts_with("Tessarok — missing dictionaries"));
+}
+
+TEST_F(AppDelegateTest, WithoutSymbolsTheIconIsAText) {
+  PlainBar bar;
+  desktop.replaced.statusBar = &bar;
+  desktop.base().setTrusted(false);
+  delegate->applicationDidFinishLaunching();
+  EXPECT_EQ(bar.title, "⌨︎⚠︎");
+  EXPECT_TRUE(bar.isDimmed);
+  desktop.base().setTrusted(true);
+  desktop.runLoop().advance(2);
+  EXPECT_EQ(bar.title, "⌨︎");
+  EXPECT_FALSE(bar.isDimmed);
+  desktop.base().keyDown({.code = keyCodes::grave, .characters = u"`"});
+  EXPECT_EQ(bar.title, "⌨︎⏸");
+  EXPECT_TRUE(bar.isDimmed);
+  desktop.runLoop().advance(6);
+  EXPECT_EQ(bar.title, "⌨︎");
+  auto& enabled = *bar.menu->items.front();
+  enabled.action(enabled);
+  EXPECT_EQ(bar.title, "⌨︎⏸");
+  delegate->applicationWillTerminate();
+}
+
+TEST_F(AppDelegateTest, WithoutAPlaceToDrawNothingIsDrawn) {
+  PlainBar bar;
+  bar.hasButton = false;
+  desktop.replaced.statusBar = &bar;
+  delegate->applicationDidFinishLaunching();
+  EXPECT_TRUE(delegate->tapRunning());
+  EXPECT_EQ(bar.title, "");
+  EXPECT_EQ(bar.toolTip, "");
+  EXPECT_NE(bar.menu, nullptr);
+  delegate->applicationWillTerminate();
+}
+
+TEST_F(AppDelegateTest, WithoutAnIconTheProgramWorksAllTheSame) {
+  PlainBar bar;
+  bar.hasItem = false;
+  desktop.replaced.statusBar = &bar;
+  delegate->applicationDidFinishLaunching();
+  EXPECT_TRUE(delegate->tapRunning());
+  EXPECT_EQ(bar.menu, nullptr);
+  delegate->applicationWillTerminate();
+}
+
+TEST_F(AppDelegateTest, AMenuItemOfNoPackDoesNothing) {
+  delegate->applicationDidFinishLaunching();
+  const auto& packs = *desktop.base().statusBar().menu()->items[4]->submenu;
+  auto& item = *packs.items.front();
+  for (const int tag : {-1, 3, 100}) {
+    item.tag = tag;
+    item.action(item);
+  }
+  EXPECT_TRUE(desktop.userDefaults().values.empty());
+  item.tag = 2;
+  item.action(item);
+  EXPECT_EQ(desktop.userDefaults().boolean("pack.gaming"), true);
+}
+
+TEST_F(AppDelegateTest, TheMenuOpensTheDictionaryAndTheSettings) {
+  delegate->applicationDidFinishLaunching();
+  EXPECT_TRUE(desktop.base().statusBar().choose("Open User Dictionary…"));
+  EXPECT_TRUE(desktop.base().statusBar().choose("Open Accessibility Settings…"));
+  EXPECT_EQ(desktop.workspace().opened,
+            (std::vector<std::string>{
+                UserDict::fileURL().string(),
+                "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility"}));
+}
+
+TEST_F(AppDelegateTest, AfterALongSleepOneLateTickDoesAllThatWasDue) {
+  delegate->applicationDidFinishLaunching();
+  desktop.base().eventTaps().disable();
+  testing::writeFile(UserDict::fileURL(), "слово\n");
+  desktop.runLoop().advance(8 * 3600);
+  EXPECT_TRUE(delegate->tapRunning());
+  EXPECT_TRUE(KeyTap::shared().tapIsEnabled());
+  EXPECT_TRUE(UserDict::words().contains("слово"));
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "BuiltinPacks.h"
@@ -137,6 +138,20 @@ TEST_F(DetectorTest, AWordOfBothLanguagesStaysAsTyped) {
   desktop.addResource("dict_ru", "привет\nруддщ\n");
   EXPECT_EQ(Detector::decide("ghbdtn", 3, 0), kNone);
   EXPECT_EQ(Detector::decide("руддщ", 0, 3), kNone);
+}
+
+TEST_F(DetectorTest, AShortWordOfBothLanguagesStaysAsTyped) {
+  desktop.addResource("dict_en", "hello\nvbh\n");
+  desktop.addResource("dict_ru", "мир\nпривет\n");
+  desktop.addResource("freq_short_ru", "мир\n");
+  EXPECT_EQ(Detector::decide("vbh", 0, 0), kNone);
+  EXPECT_EQ(Detector::decide("vbh", 3, 0), kNone);
+}
+
+TEST_F(DetectorTest, AShortWordOfTheOtherLanguageIsConverted) {
+  desktop.addResource("dict_ru", "мир\nпривет\n");
+  desktop.addResource("freq_short_ru", "мир\n");
+  EXPECT_EQ(Detector::decide("vbh", 0, 0), toRussian(high));
 }
 
 TEST_F(DetectorTest, AWhitelistedPairIsConvertedEvenIfItIsAnEnglishWord) {
@@ -317,6 +332,101 @@ TEST_F(DetectorTest, TheTraceTellsTheSteps) {
 TEST_F(DetectorTest, ConfidencesHaveNames) {
   EXPECT_STREQ(Detector::name(high), "high");
   EXPECT_STREQ(Detector::name(medium), "medium");
+}
+
+TEST_F(DetectorTest, WithoutTheRussianDictionaryNothingIsDecided) {
+  desktop.addResource("dict_ru", "");
+  EXPECT_EQ(Detector::decide("руддщ", 0, 3), kNone);
+}
+
+TEST_F(DetectorTest, FourLettersAreEnoughForADictionaryWord) {
+  desktop.addResource("dict_ru", "рад\nрада\n");
+  EXPECT_EQ(Detector::decide("hflf", 0, 0), toRussian(high));
+  EXPECT_EQ(Detector::decide("hfl", 0, 0), kNone);
+}
+
+TEST_F(DetectorTest, OneLetterAndAPunctuationKeyAreAWordOfTwo) {
+  desktop.addResource("dict_ru", "их\nпривет\n");
+  desktop.addResource("freq_short_ru", "их\n");
+  EXPECT_EQ(Detector::decide("b[", 1, 0), toRussian(high));
+  EXPECT_EQ(Detector::decide("b[", 0, 0), kNone);
+}
+
+TEST_F(DetectorTest, PunctuationKeysWithoutALetterAreSaidToHoldNone) {
+  DecisionTrace trace;
+  EXPECT_EQ(Detector::decide(";;", 3, 0, &trace), kNone);
+  ASSERT_FALSE(trace.steps().empty());
+  EXPECT_EQ(trace.steps().front(), "it holds no letter");
+}
+
+TEST_F(DetectorTest, OneRussianLetterAndAPunctuationKeyAreARussianPair) {
+  DecisionTrace trace;
+  EXPECT_EQ(Detector::decide("ф;", 0, 0, &trace), kNone);
+  ASSERT_FALSE(trace.steps().empty());
+  EXPECT_EQ(trace.steps().front(), "two letters are converted only after English words");
+}
+
+TEST_F(DetectorTest, WithoutPrototypesOfTheTypedLanguageNothingIsImpossible) {
+  desktop.addResource("dict_ru", "вода\nпривет\n");
+  addPrototypes(kPairs, "выв\nыво\n", kMarked, "");
+  EXPECT_EQ(Detector::decide("dsdjlf", 0, 0), kNone);
+}
+
+TEST_F(DetectorTest, AnImpossibleWordWhoseConversionLooksWrongTooStays) {
+  desktop.addResource("dict_ru", "вода\nпривет\n");
+  // Four of five pairs and two of four triples: 0.7 · 0.8 + 0.3 · 0.5 = 0.71.
+  addPrototypes("вы\nыв\nво\nод\n", "выв\nыво\n", kMarked, "^zz\n");
+  DecisionTrace trace;
+  EXPECT_EQ(Detector::decide("dsdjlf", 0, 0, &trace), kNone);
+  const auto& steps = trace.steps();
+  EXPECT_NE(
+      std::find(steps.begin(), steps.end(), "the conversion does not look like a word either"),
+      steps.end());
+}
+
+TEST_F(DetectorTest, PlausibilityOfThreeQuartersIsEnoughForAnImpossibleWord) {
+  desktop.addResource("dict_ru", "вода\nпривет\n");
+  // навывода: all seven pairs are known and one of six triples, which is 0.75 exactly.
+  addPrototypes("на\nав\nвы\nыв\nво\nод\nда\n", "нав\n", "^на\nнав\nавы\nвыв\nыво\nвод\nода\nда$\n",
+                "^zz\n");
+  EXPECT_EQ(Detector::decide("yfdsdjlf", 0, 0), toRussian(medium));
+}
+
+/// What is known of вывода in a run of Russian words, where nothing is impossible as typed.
+class DetectorStreakTest : public DetectorTest {
+ protected:
+  void addPlausible(std::string_view russianTriples, std::string_view russianMarked) {
+    desktop.addResource("proto_ru2", kPairs);
+    desktop.addResource("proto_ru3", russianTriples);
+    desktop.addResource("proto_ru3b", russianMarked);
+    desktop.addResource("proto_en2", "ds\nsd\ndj\n");
+    desktop.addResource("proto_en3", "dsd\nsdj\n");
+    desktop.addResource("proto_en3b", "^ds\ndsd\nsdj\ndjl\njlf\nlf$\n");
+    Proto::load();
+  }
+};
+
+TEST_F(DetectorStreakTest, ALessPlausibleWordStays) {
+  desktop.addResource("dict_ru", "вода\nпривет\n");
+  addPlausible("выв\nыво\n", kMarked);
+  EXPECT_EQ(Detector::decide("dsdjlf", 1, 0), kNone);
+}
+
+TEST_F(DetectorStreakTest, AWordThatEndsInNoneStays) {
+  desktop.addResource("dict_ru", "привет\n");
+  addPlausible("выв\nыво\nвод\nода\n", kMarked);
+  EXPECT_EQ(Detector::decide("dsdjlf", 1, 0), kNone);
+}
+
+TEST_F(DetectorStreakTest, AnImpossibleWordStays) {
+  desktop.addResource("dict_ru", "вода\nпривет\n");
+  addPlausible("выв\nыво\nвод\nода\n", "^вы\nвыв\n");
+  EXPECT_EQ(Detector::decide("dsdjlf", 1, 0), kNone);
+}
+
+TEST_F(DetectorStreakTest, WithoutPrototypesWordsStay) {
+  desktop.addResource("dict_ru", "вода\nпривет\n");
+  EXPECT_EQ(Detector::decide("dsdjlf", 1, 0), kNone);
 }
 
 }  // namespace

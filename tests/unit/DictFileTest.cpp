@@ -115,11 +115,12 @@ TEST(DictFile, NoLineIsEmpty) {
 
 TEST(DictFile, ForeignCharactersMakeAFileInvalid) {
   for (const std::string_view english :
-       {"don't", "A", "a b", "a-b", "a\r\nb", "a1", "я", "a\xff"}) {
+       {"don't", "A", "a b", "a-b", "a\r\nb", "a1", "{", "я", "a\xff"}) {
     EXPECT_FALSE(isValid(english, false)) << english;
   }
-  for (const std::string_view russian : {"Мир", "мir", "мир\r\n", "м-р", "ї", "Ё", "\xd0",
-                                         "мир\xd0", "\xd1\x90", "\xd1\x92", "\xd0\xaf", "\xd0\n"}) {
+  for (const std::string_view russian :
+       {"Мир", "мir", "мир\r\n", "м-р", "ї", "Ё", "\xd0", "мир\xd0", "\xd1\x90", "\xd1\x92",
+        "\xd0\xaf", "\xd0\xc0", "\xd1\x7f", "\xd0\n"}) {
     EXPECT_FALSE(isValid(russian, true)) << russian;
   }
   EXPECT_TRUE(isValid("а\nп\nр\nя\nё", true));

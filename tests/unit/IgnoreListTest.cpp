@@ -92,6 +92,15 @@ TEST_F(IgnoreListTest, APromotedWordMissingFromTheListIsPutBack) {
   EXPECT_EQ(saved("ignored.txt"), "слово\n");
 }
 
+TEST_F(IgnoreListTest, NothingIsWrittenWhenNothingWasPutBack) {
+  save("ignored.txt", "слово\n");
+  save("rejects.txt", "одно\nдва\tx\nтри\t0\nслово\t3\nчетыре\t2\n");
+  IgnoreList::load(true);
+  IgnoreList::flush();
+  EXPECT_TRUE(desktop.files().writes.empty());
+  EXPECT_EQ(IgnoreList::words(), WordSet{"слово"});
+}
+
 TEST_F(IgnoreListTest, RecoveredWordsAreWrittenOnlyWhenAskedFor) {
   save("rejects.txt", "слово\t3\n");
   IgnoreList::load(false);
@@ -113,7 +122,7 @@ TEST_F(IgnoreListTest, ACountOfAListedWordIsDropped) {
 TEST_F(IgnoreListTest, MalformedLinesAreSkipped) {
   save("rejects.txt",
        "одно\nдва\t2\t2\nтри\tx\nчетыре\t0\nпять\t-1\n\t1\nшесть\t 1\nсемь\t1.5\n"
-       "восемь\t99999999999999999999\n\n  Девять\t1  \nдесять\t\t2\n+\t+2\n \t1\n");
+       "восемь\t99999999999999999999\n\n  Девять\t1  \nдесять\t\t2\n+\t+2\n \t1\nдва\t+-1\n");
   IgnoreList::load(true);
   EXPECT_EQ(IgnoreList::rejectCounts(), (Counts{{"девять", 1}, {"десять", 2}, {"+", 2}}));
   IgnoreList::recordRejection("+");

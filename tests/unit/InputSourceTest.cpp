@@ -43,7 +43,7 @@ class InputSourceTest : public ::testing::Test {
   }
   /// The system changes the layout, whoever asked for it.
   void makeCurrent(const std::string& identifier) { sources.active = identifier; }
-  void advance(double seconds) { desktop.clock().advance(seconds); }
+  void advance(double seconds) { desktop.runLoop().advance(seconds); }
 
   FakeDesktop desktop;
   testing::FakeInputSources& sources = desktop.inputSources();
@@ -58,6 +58,7 @@ TEST_F(InputSourceTest, GroupsAreExact) {
   EXPECT_FALSE(InputSource::isInGroup("com.apple.keylayout.us", false));
   EXPECT_FALSE(InputSource::isInGroup("com.apple.keylayout.USExtended", false));
   EXPECT_FALSE(InputSource::isInGroup("", false));
+  EXPECT_FALSE(InputSource::isInGroup("", true));
 }
 
 TEST_F(InputSourceTest, SwitchesToTheLayoutOfTheGroupUsedLast) {
@@ -248,6 +249,13 @@ TEST_F(InputSourceTest, KeysThatGiveNoSingleVisibleCharacterAreSkipped) {
   EXPECT_EQ(maps.ruToEn, (LayoutMap::Map{{U'а', U'a'}}));
 }
 
+TEST_F(InputSourceTest, CharactersBehindTheSurrogatesAreMapped) {
+  FakeLayout english(kUS, {{{0, false}, {char16_t{0xD7FF}}}, {{1, false}, u"\uF8FF"}});
+  FakeLayout russian(kRussian, {{{0, false}, u"а"}, {{1, false}, u"б"}});
+  const auto maps = mapsOf(english, russian);
+  EXPECT_EQ(maps.enToRu, (LayoutMap::Map{{char32_t{0xD7FF}, U'а'}, {U'\uF8FF', U'б'}}));
+}
+
 TEST_F(InputSourceTest, WithoutLayoutDataThereAreNoMaps) {
   const auto english = layout(kUS, false);
   const auto russian = layout(kRussian, true);
@@ -313,6 +321,21 @@ TEST_F(PreparedTest, SwitchingBetweenThePreparedLayoutsNeedsNoPreparation) {
   EXPECT_TRUE(InputSource::isPreparedForCurrentInputSource());
   EXPECT_FALSE(InputSource::refreshKeyboardTypeIfNeeded());
   EXPECT_EQ(sources.listings, listings);
+}
+
+TEST_F(PreparedTest, SwitchingBackNeedsNoPreparationEither) {
+  makeCurrent(kRussian);
+  InputSource::prepareLayoutMaps();
+  InputSource::switchTo(false);
+  const auto listings = sources.listings;
+  EXPECT_TRUE(InputSource::isPreparedForCurrentInputSource());
+  EXPECT_EQ(sources.listings, listings);
+}
+
+TEST_F(PreparedTest, TheTimerNoticesAChangeByTheUserByItself) {
+  makeCurrent(kRussian);
+  EXPECT_TRUE(InputSource::refreshKeyboardTypeIfNeeded());
+  EXPECT_FALSE(InputSource::refreshKeyboardTypeIfNeeded());
 }
 
 TEST_F(PreparedTest, AChangeByTheUserNeedsAPreparation) {
@@ -411,6 +434,33 @@ TEST_F(InputSourceTest, BeforeThePreparationEverythingCountsAsPrepared) {
   EXPECT_TRUE(InputSource::isPreparedForCurrentInputSource());
   makeCurrent(kUkrainian);
   EXPECT_TRUE(InputSource::isPreparedForCurrentInputSource());
+}
+
+TEST_F(InputSourceTest, BeforeThePreparationNothingCanBeProcessed) {
+  EXPECT_FALSE(InputSource::canProcessCurrentLayout());
+}
+
+TEST_F(InputSourceTest, WithoutAnEnglishLayoutNothingCanBeProcessed) {
+  enable({kRussian});
+  makeCurrent(kRussian);
+  EXPECT_FALSE(InputSource::prepareLayoutMaps());
+  EXPECT_FALSE(InputSource::canProcessCurrentLayout());
+}
+
+TEST_F(InputSourceTest, WithoutACurrentSourceTheTimerPreparesAgainAndAgain) {
+  sources.active.reset();
+  InputSource::prepareLayoutMaps();
+  const auto listings = sources.listings;
+  EXPECT_FALSE(InputSource::refreshKeyboardTypeIfNeeded());
+  EXPECT_EQ(sources.listings, listings + 1);
+}
+
+TEST_F(InputSourceTest, ASwitchOfItsOwnFromAForeignLayoutNeedsAPreparation) {
+  enable({kUS, kRussian, kUkrainian});
+  makeCurrent(kUkrainian);
+  InputSource::prepareLayoutMaps();
+  EXPECT_TRUE(InputSource::switchTo(true));
+  EXPECT_FALSE(InputSource::isPreparedForCurrentInputSource());
 }
 
 TEST_F(InputSourceTest, TheTimerPreparesWhatWasNeverPrepared) {

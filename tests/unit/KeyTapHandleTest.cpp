@@ -171,14 +171,14 @@ TEST_F(KeyTapHandleTest, ThePauseIsAnnouncedThreeTimesForTwoPresses) {
   int announced = 0;
   keyTap.onPauseChange = [&] { ++announced; };
   EXPECT_TRUE(passes(keyCodes::grave, u"`"));
-  desktop.clock().advance(3);
+  desktop.runLoop().advance(3);
   EXPECT_TRUE(passes(keyCodes::isoSection, u"§"));
   EXPECT_EQ(announced, 2);
-  desktop.clock().advance(2.2);
+  desktop.runLoop().advance(2.2);
   EXPECT_EQ(announced, 2);
-  desktop.clock().advance(3);
+  desktop.runLoop().advance(3);
   EXPECT_EQ(announced, 3);
-  desktop.clock().advance(20);
+  desktop.runLoop().advance(20);
   EXPECT_EQ(announced, 3);
   keyTap.onPauseChange = nullptr;
 }
@@ -193,8 +193,33 @@ TEST_F(KeyTapHandleTest, ThePauseCheckOfADestroyedKeyTapDoesNothing) {
     EXPECT_EQ(own->handle(&proxy, EventType::keyDown, &event), &event);
   }
   EXPECT_EQ(announced, 1);
-  desktop.clock().advance(10);
+  desktop.runLoop().advance(10);
   EXPECT_EQ(announced, 1);
+}
+
+// The end of a word, as no key gives it.
+
+TEST_F(KeyTapHandleTest, AWordThatEndsWithoutABoundaryIsNotRemembered) {
+  type(u"ab");
+  EXPECT_FALSE(keyTap.evaluateAndFix(std::nullopt, nullptr));
+  EXPECT_EQ(keyTap.word().buffer, "ab");
+  EXPECT_FALSE(keyTap.word().lastFix);
+}
+
+TEST_F(KeyTapHandleTest, ALineEndBehindOneLetterEndsTheStreak) {
+  desktop.addAllTestData();
+  for (const auto* lineEnd : {"\n", "\t"}) {
+    type(u"ghbdtn");
+    EXPECT_FALSE(passes(KeyTap::kSpace, u" "));
+    ASSERT_EQ(keyTap.word().ruStreak, 1);
+    type(u"z");
+    EXPECT_FALSE(keyTap.evaluateAndFix(" ", nullptr));
+    EXPECT_EQ(keyTap.word().ruStreak, 1);
+    EXPECT_FALSE(keyTap.evaluateAndFix(lineEnd, nullptr));
+    EXPECT_EQ(keyTap.word().ruStreak, 0);
+    EXPECT_EQ(keyTap.word().enStreak, 0);
+    keyTap.resetWord();
+  }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "KeyTap.h"
 #include "LayoutMap.h"
 #include "platform/EventFlags.h"
+#include "platform/PlainEventSource.h"
 #include "platform/virtual/VirtualEvent.h"
 #include "support/FakeDesktop.h"
 
@@ -24,6 +25,22 @@ class RecordingProxy final : public platform::EventTapProxy {
   std::vector<std::unique_ptr<VirtualEvent>> events;
 };
 
+/// Makes as many events as it is told, and then none.
+class LimitedEvents final : public platform::Events {
+ public:
+  explicit LimitedEvents(int limit) : left_(limit) {}
+  std::unique_ptr<platform::EventSource> createPrivateSource() override {
+    return std::make_unique<platform::PlainEventSource>();
+  }
+  std::unique_ptr<platform::Event> createKeyboardEvent(platform::EventSource&, std::int64_t,
+                                                       bool) override {
+    return left_-- > 0 ? std::make_unique<VirtualEvent>() : nullptr;
+  }
+
+ private:
+  int left_;
+};
+
 class KeyTapReplaceTest : public ::testing::Test {
  protected:
   /// Calls `replace` from within the handling of an event, without which nothing can be posted.
@@ -32,6 +49,7 @@ class KeyTapReplaceTest : public ::testing::Test {
                platform::Event* actionEvent = nullptr) {
     bool posted = false;
     keyTap.onPauseChange = [&] {
+      if (beforeReplacing) beforeReplacing();
       posted = keyTap.replace(deleteCount, text, switchToRussian, actionEvent);
     };
     VirtualEvent pauseKey;
@@ -44,6 +62,8 @@ class KeyTapReplaceTest : public ::testing::Test {
   FakeDesktop desktop;
   KeyTap& keyTap = KeyTap::shared();
   RecordingProxy proxy;
+  /// What happens while the event is being handled.
+  std::function<void()> beforeReplacing;
 };
 
 TEST_F(KeyTapReplaceTest, NothingToDoIsDone) {
@@ -111,9 +131,9 @@ TEST_F(KeyTapReplaceTest, OutsideAnEventNothingIsPosted) {
 }
 
 TEST_F(KeyTapReplaceTest, WhateverFailsNothingIsPostedAndNoLayoutSelected) {
-  desktop.events().failsNextSource = true;
+  desktop.base().events().failsNextSource = true;
   EXPECT_FALSE(replace(2, "ab", true));
-  desktop.events().failsNextEvent = true;
+  desktop.base().events().failsNextEvent = true;
   EXPECT_FALSE(replace(2, "ab", true));
   EXPECT_TRUE(proxy.events.empty());
   EXPECT_TRUE(desktop.inputSources().selections.empty());
@@ -121,16 +141,39 @@ TEST_F(KeyTapReplaceTest, WhateverFailsNothingIsPostedAndNoLayoutSelected) {
   EXPECT_EQ(proxy.events.size(), 8u);
 }
 
-/// Fails to make one event in the middle of the batch.
+TEST_F(KeyTapReplaceTest, WhicheverEventCannotBeMadeNothingIsPosted) {
+  // Two events for each Backspace and for each Character.
+  for (int made = 0; made < 8; ++made) {
+    LimitedEvents events(made);
+    desktop.replaced.events = &events;
+    EXPECT_FALSE(replace(2, "ab", true)) << made;
+  }
+  EXPECT_TRUE(proxy.events.empty());
+  EXPECT_TRUE(desktop.inputSources().selections.empty());
+  LimitedEvents events(8);
+  desktop.replaced.events = &events;
+  EXPECT_TRUE(replace(2, "ab", true));
+  EXPECT_EQ(proxy.events.size(), 8u);
+}
+
+TEST_F(KeyTapReplaceTest, APasswordFieldThatOpensMeanwhileGetsNothing) {
+  beforeReplacing = [&] { desktop.secureInput().on = true; };
+  EXPECT_FALSE(replace(1, "a", true));
+  EXPECT_TRUE(proxy.events.empty());
+  EXPECT_TRUE(desktop.inputSources().selections.empty());
+}
+
+/// A key that can be copied so many times.
 class FailingEvent final : public platform::Event {
  public:
+  explicit FailingEvent(int copies) : left_(copies) {}
   [[nodiscard]] std::int64_t keyCode() const override { return KeyTap::kTab; }
   [[nodiscard]] std::uint64_t flags() const override { return 0; }
   [[nodiscard]] bool isAutorepeat() const override { return false; }
   [[nodiscard]] std::int64_t sourceUserData() const override { return 0; }
   [[nodiscard]] std::size_t unicodeString(std::span<char16_t>) const override { return 0; }
   [[nodiscard]] std::unique_ptr<platform::Event> copy() const override {
-    return ++copies_ < 2 ? std::make_unique<VirtualEvent>() : nullptr;
+    return left_-- > 0 ? std::make_unique<VirtualEvent>() : nullptr;
   }
   void setSource(platform::EventSource&) override {}
   void setType(EventType) override {}
@@ -140,12 +183,14 @@ class FailingEvent final : public platform::Event {
   void setUnicodeString(std::u16string_view) override {}
 
  private:
-  mutable int copies_ = 0;
+  mutable int left_;
 };
 
 TEST_F(KeyTapReplaceTest, AHeldKeyThatCannotBeCopiedPostsNothing) {
-  FailingEvent held;
-  EXPECT_FALSE(replace(1, "a", true, &held));
+  for (const int copies : {0, 1}) {
+    FailingEvent held(copies);
+    EXPECT_FALSE(replace(1, "a", true, &held)) << copies;
+  }
   EXPECT_TRUE(proxy.events.empty());
   EXPECT_TRUE(desktop.inputSources().selections.empty());
 }
@@ -194,7 +239,7 @@ TEST(KeyTapManualSwap, AConversionWithoutLettersSelectsNothing) {
 }
 
 TEST(KeyTapManualSwap, WhatNoLayoutTypesIsLeftAlone) {
-  for (const auto* word : {"", "123", "_", "-", "éa", "привїт", "字", "a\u0301"}) {
+  for (const auto* word : {"", "123", "_", "-", "/", "?", "éa", "привїт", "字", "a\u0301"}) {
     EXPECT_FALSE(KeyTap::manualSwap(word).has_value()) << word;
   }
 }
@@ -204,6 +249,16 @@ TEST(KeyTapManualSwap, WithoutMapsNothingIsConverted) {
   EXPECT_FALSE(KeyTap::manualSwap("ghbdtn").has_value());
   EXPECT_FALSE(KeyTap::manualSwap("привет").has_value());
   EXPECT_FALSE(KeyTap::manualSwap(";").has_value());
+}
+
+TEST(KeyTapManualSwap, ALetterOfBothLayoutsOnOneKeyIsLeftAlone) {
+  auto enToRu = LayoutMap::enToRu();
+  auto ruToEn = LayoutMap::ruToEn();
+  enToRu[U'é'] = U'é';
+  ruToEn[U'é'] = U'é';
+  ASSERT_TRUE(LayoutMap::install(enToRu, ruToEn));
+  EXPECT_FALSE(KeyTap::manualSwap("é").has_value());
+  EXPECT_FALSE(KeyTap::manualSwap("éé1").has_value());
 }
 
 }  // namespace

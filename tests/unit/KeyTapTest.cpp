@@ -6,15 +6,61 @@
 
 #include "DiagnosticLog.h"
 #include "KeyTap.h"
+#include "platform/virtual/VirtualEvent.h"
 #include "support/FakeDesktop.h"
 #include "support/TestFiles.h"
 
 namespace tessarok {
 namespace {
 
+using platform::EventType;
 using testing::FakeDesktop;
 
 constexpr double kInfinite = std::numeric_limits<double>::infinity();
+
+/// A tap that asks for no place in the run loop, if told so, and that tests call themselves.
+class PlainTaps final : public platform::EventTaps {
+ public:
+  std::unique_ptr<platform::EventTap> create(std::uint64_t askedMask,
+                                             platform::EventTapCallback askedCallback,
+                                             void*) override {
+    mask = askedMask;
+    callback = askedCallback;
+    return std::make_unique<Tap>(*this);
+  }
+  bool preflightPostAccess() override { return false; }
+
+  std::uint64_t mask = 0;
+  platform::EventTapCallback callback = nullptr;
+  bool hasSource = true;
+  /// The places in the order of the run loop's sources that were asked for.
+  std::vector<int> orders;
+
+ private:
+  class Source final : public platform::RunLoopSource {};
+  class Tap final : public platform::EventTap {
+   public:
+    explicit Tap(PlainTaps& taps) : taps_(taps) {}
+    bool isEnabled() const override { return enabled_; }
+    void enable(bool enabled) override { enabled_ = enabled; }
+    void invalidate() override { enabled_ = false; }
+    std::unique_ptr<platform::RunLoopSource> createRunLoopSource(int order) override {
+      taps_.orders.push_back(order);
+      return taps_.hasSource ? std::make_unique<Source>() : nullptr;
+    }
+
+   private:
+    PlainTaps& taps_;
+    bool enabled_ = false;
+  };
+};
+
+/// A clock that shows what the test says.
+class HandClock final : public platform::Clock {
+ public:
+  double uptime() override { return now; }
+  double now = 0;
+};
 
 class KeyTapTest : public ::testing::Test {
  protected:
@@ -23,7 +69,7 @@ class KeyTapTest : public ::testing::Test {
   /// Presses a letter that the tap sees.
   void type(const char16_t* letter) { desktop.base().keyDown({.code = 0, .characters = letter}); }
   void pressPauseKey() { desktop.base().keyDown({.code = keyCodes::grave, .characters = u"`"}); }
-  void advance(double seconds) { desktop.clock().advance(seconds); }
+  void advance(double seconds) { desktop.runLoop().advance(seconds); }
   /// The lines of the log that hold this text.
   [[nodiscard]] int logged(std::string_view text) const {
     DiagnosticLog::drain();
@@ -69,7 +115,7 @@ TEST_F(KeyTapTest, StartingARunningTapChangesNothing) {
 
 TEST_F(KeyTapTest, StartingWithADisabledTapRecreatesIt) {
   keyTap.start();
-  desktop.eventTaps().disable();
+  desktop.base().eventTaps().disable();
   EXPECT_TRUE(keyTap.start());
   EXPECT_TRUE(keyTap.tapIsEnabled());
   EXPECT_TRUE(keyTap.word().untrackableWord);
@@ -114,7 +160,7 @@ TEST_F(KeyTapTest, AWorkingTapIsNotRearmed) {
 TEST_F(KeyTapTest, ADisabledTapIsRecreated) {
   keyTap.start();
   type(u"a");
-  desktop.eventTaps().disable();
+  desktop.base().eventTaps().disable();
   EXPECT_TRUE(keyTap.reArmIfDisabled());
   EXPECT_TRUE(keyTap.tapIsEnabled());
   EXPECT_TRUE(keyTap.word().untrackableWord);
@@ -232,7 +278,7 @@ TEST_F(KeyTapTest, TheHeartbeatLeavesMissingAndDisabledTapsAlone) {
   EXPECT_FALSE(keyTap.tapExists());
   keyTap.start();
   advance(10);
-  desktop.eventTaps().disable();
+  desktop.base().eventTaps().disable();
   EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
   EXPECT_FALSE(keyTap.tapIsEnabled());
 }
@@ -253,6 +299,107 @@ TEST_F(KeyTapTest, ADestroyedKeyTapLeavesNoTap) {
   // Nobody calls the object that is gone.
   type(u"a");
   EXPECT_EQ(desktop.base().textField().text(), "a");
+}
+
+TEST_F(KeyTapTest, StartingWithADisabledTapAndWithoutPermissionFails) {
+  keyTap.start();
+  desktop.base().setTrusted(false);
+  EXPECT_FALSE(keyTap.start());
+  EXPECT_FALSE(keyTap.tapExists());
+}
+
+TEST_F(KeyTapTest, TheLogSaysWhichOfTheDictionariesIsMissing) {
+  desktop.addResource("dict_en", "hello\n");
+  keyTap.start();
+  EXPECT_EQ(logged("dictionaries=false\n"), 1);
+}
+
+TEST_F(KeyTapTest, TheLogSaysThatBothDictionariesAreThere) {
+  desktop.addResource("dict_en", "hello\n");
+  desktop.addResource("dict_ru", "привет\n");
+  keyTap.start();
+  EXPECT_EQ(logged("dictionaries=true\n"), 1);
+}
+
+TEST_F(KeyTapTest, TheTapComesFirstInTheRunLoopAndSeesKeysAndClicks) {
+  PlainTaps taps;
+  desktop.replaced.eventTaps = &taps;
+  EXPECT_TRUE(keyTap.start());
+  EXPECT_EQ(taps.mask, 0x2000C0Au);
+  EXPECT_EQ(taps.orders, std::vector<int>{0});
+  EXPECT_EQ(logged("postAccess=false"), 1);
+  keyTap.stop();
+}
+
+TEST_F(KeyTapTest, ATapWithoutASourceForTheRunLoopCanBeStoppedToo) {
+  PlainTaps taps;
+  taps.hasSource = false;
+  desktop.replaced.eventTaps = &taps;
+  EXPECT_TRUE(keyTap.start());
+  EXPECT_TRUE(keyTap.tapIsEnabled());
+  keyTap.stop();
+  EXPECT_FALSE(keyTap.tapExists());
+}
+
+TEST_F(KeyTapTest, AnEventForNobodyPasses) {
+  PlainTaps taps;
+  desktop.replaced.eventTaps = &taps;
+  keyTap.start();
+  virtualdesktop::VirtualEvent event;
+  EXPECT_EQ(taps.callback(nullptr, EventType::keyDown, &event, nullptr), &event);
+  EXPECT_EQ(taps.callback(nullptr, EventType::keyDown, nullptr, nullptr), nullptr);
+  keyTap.stop();
+}
+
+TEST_F(KeyTapTest, ATapMadeAtTheVeryStartOfTheSystemIsNotJudgedBeforeItsFirstKey) {
+  HandClock clock;
+  desktop.replaced.clock = &clock;
+  keyTap.start();
+  EXPECT_EQ(keyTap.lastKeyEventAt(), 0);
+  desktop.keyboard().silence = 1;
+  clock.now = 10;
+  EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
+  clock.now = 11;
+  type(u"a");
+  clock.now = 21;
+  EXPECT_TRUE(keyTap.heartbeatRecreateIfStale(5.0));
+}
+
+// Time that does not go on evenly: a machine that slept may count the time or not, and what was
+// due in between comes late or in a burst.
+
+TEST_F(KeyTapTest, AClockThatCountsSleepShowsSilenceButNoKeysOfTheHardware) {
+  HandClock clock;
+  clock.now = 1000;
+  desktop.replaced.clock = &clock;
+  keyTap.start();
+  type(u"a");
+  clock.now += 8 * 3600;
+  // The keyboard slept as long.
+  desktop.keyboard().silence = 8 * 3600;
+  EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
+  // The first key after the sleep reaches the tap, so nothing is amiss.
+  type(u"b");
+  desktop.keyboard().silence = 0;
+  EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
+  EXPECT_EQ(keyTap.word().buffer, "ab");
+}
+
+TEST_F(KeyTapTest, AClockThatStepsBackJudgesNoTapDeaf) {
+  HandClock clock;
+  clock.now = 1000;
+  desktop.replaced.clock = &clock;
+  keyTap.start();
+  type(u"a");
+  clock.now = 10;
+  desktop.keyboard().silence = 0;
+  EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
+  EXPECT_TRUE(keyTap.tapIsEnabled());
+  // From the next key on the silence is counted from there.
+  type(u"b");
+  EXPECT_EQ(keyTap.lastKeyEventAt(), 10);
+  clock.now = 16;
+  EXPECT_TRUE(keyTap.heartbeatRecreateIfStale(5.0));
 }
 
 }  // namespace

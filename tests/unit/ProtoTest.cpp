@@ -75,6 +75,35 @@ TEST(Proto, ALanguageNeedsAllThreeOfItsSets) {
   EXPECT_TRUE(Proto::isAvailable(false));
 }
 
+TEST(Proto, WithoutTriplesALanguageIsNotAvailable) {
+  FakeDesktop desktop;
+  desktop.addAllTestData();
+  desktop.addResource("proto_ru3", "");
+  desktop.addResource("proto_en3b", "");
+  Proto::load();
+  EXPECT_FALSE(Proto::pairs(true).empty());
+  EXPECT_FALSE(Proto::isAvailable(true));
+  EXPECT_FALSE(Proto::triples(false).empty());
+  EXPECT_FALSE(Proto::isAvailable(false));
+}
+
+TEST(Proto, AFileThatCannotBeReadIsEmpty) {
+  FakeDesktop desktop;
+  desktop.addAllTestData();
+  desktop.bundle().resources["proto_ru2.txt"] = desktop.home();  // a folder
+  Proto::load();
+  EXPECT_TRUE(Proto::pairs(true).empty());
+  EXPECT_FALSE(Proto::triples(true).empty());
+}
+
+TEST(Proto, AFileThatIsNotUtf8IsEmpty) {
+  FakeDesktop desktop;
+  desktop.addAllTestData();
+  desktop.addResource("proto_ru2", "на\n\xff\n");
+  Proto::load();
+  EXPECT_TRUE(Proto::pairs(true).empty());
+}
+
 TEST(Proto, LoadingTwiceReadsTheFilesOnce) {
   FakeDesktop desktop;
   desktop.addAllTestData();

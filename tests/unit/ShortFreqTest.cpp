@@ -56,5 +56,17 @@ TEST(ShortFreq, AFileThatIsNotUtf8IsEmpty) {
   EXPECT_TRUE(ShortFreq::en().empty());
 }
 
+TEST(ShortFreq, AFileThatCannotBeReadIsEmpty) {
+  FakeDesktop desktop;
+  desktop.bundle().resources["freq_short_en.txt"] = desktop.home();  // a folder
+  EXPECT_TRUE(ShortFreq::en().empty());
+  EXPECT_TRUE(desktop.systemLog().take().empty());
+}
+
+TEST(ShortFreq, MarksOfNGramsAreNoLetters) {
+  EXPECT_TRUE(ShortFreq::parse("^a\n", false).words.empty());
+  EXPECT_TRUE(ShortFreq::parse("a$\n", false).words.empty());
+}
+
 }  // namespace
 }  // namespace tessarok

@@ -134,9 +134,14 @@ TEST(Text, KnowsLettersNumbersAndCase) {
   EXPECT_FALSE(isAsciiLetter("1"));
 }
 
+TEST(Text, AControlCharacterIsACharacterOfItsOwn) {
+  EXPECT_EQ(firstCharacter("\x7f\u0301"), "\x7f");
+  EXPECT_EQ(firstCharacter("a\x7f"), "a");
+}
+
 TEST(Text, KnowsControlCharactersAndWhiteSpace) {
   for (const char32_t scalar : {U'\0', U'\t', U'\n', U'\r', U' ', U'\x7f', U'\u0085', U'\u00a0',
-                                U'\u2028', U'\u3000', U'\u200d'}) {
+                                U'\u2028', U'\u2029', U'\u3000', U'\u200d'}) {
     EXPECT_TRUE(isControlOrSpace(scalar)) << static_cast<unsigned>(scalar);
   }
   EXPECT_FALSE(isControlOrSpace(U'a'));
@@ -162,6 +167,12 @@ TEST(Text, ASigmaThatEndsAWordHasAFormOfItsOwn) {
   EXPECT_EQ(lowercased("ΑΣ\u0301"), "ας\u0301");
   EXPECT_EQ(lowercased("ΑΣ'Α"), "ασ'α");
   EXPECT_EQ(lowercased("Α1Σ"), "α1σ");
+  for (const std::string mark : {"'", ".", ":", "·", "’", "\u0301", "\u20dd", "\u00ad", "ʰ", "^"})
+    EXPECT_EQ(lowercased("Α" + mark + "Σ"), "α" + mark + "ς");
+  EXPECT_EQ(lowercased("'Σ"), "'σ");
+  EXPECT_EQ(lowercased("αΣ"), "ας");
+  EXPECT_EQ(lowercased("ǅΣ"), "ǆς");
+  EXPECT_EQ(lowercased("ΑΣα"), "ασα");
 }
 
 TEST(Text, LoweringKeepsBytesThatAreNotUtf8) {
@@ -247,6 +258,8 @@ TEST(Text, ASurrogateWithoutItsPartnerBecomesTheReplacementCharacter) {
   EXPECT_EQ(out, "\uFFFDa");
   assignUtf16(std::u16string{high, u'a'}, out);
   EXPECT_EQ(out, "\uFFFDa");
+  assignUtf16(std::u16string{high, char16_t{0xE000}}, out);
+  EXPECT_EQ(out, "\uFFFD\uE000");
   assignUtf16(std::u16string{high, high, low}, out);
   EXPECT_EQ(out, "\uFFFD😀");
 }

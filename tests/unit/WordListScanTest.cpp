@@ -178,6 +178,20 @@ TEST(WordListScan, FindsOneWrongByteAnywhere) {
   }
 }
 
+TEST(WordListScan, AWrongByteInALongListEndsTheGoodPartBeforeItsLine) {
+  std::string list;
+  for (int i = 0; list.size() < 40'000; ++i) {
+    std::string word = "aaaa";
+    for (std::size_t at = 4, rest = static_cast<std::size_t>(i); at > 0; rest /= 26)
+      word[--at] = static_cast<char>('a' + rest % 26);
+    list += word + "\n";
+  }
+  ASSERT_GT(WordListScan::goodPrefix(list, false), 30'000u);
+  list[20'002] = 'B';
+  EXPECT_LE(WordListScan::goodPrefix(list, false), 20'000u);
+  expectSameFault(list, false, "a capital");
+}
+
 TEST(WordListScan, ComparesLinesThatDifferFarFromTheirStart) {
   for (const std::size_t common : {30u, 31u, 32u, 33u, 62u, 64u, 200u}) {
     std::string list;
