@@ -33,7 +33,8 @@ class RenderedList final {
       std::string all;
       for (const auto& piece : pieces_)
         all.append(*piece);
-      return all.empty() ? "\n" : all;
+      if (all.empty()) all = "\n";
+      return all;
     }
 
    private:
