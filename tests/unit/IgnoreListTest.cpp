@@ -147,6 +147,17 @@ TEST_F(IgnoreListTest, FilesAreInTheOrderOfTheWords) {
   EXPECT_EQ(saved("ignored.txt"), "abc\nzoo\nарка\nяма\nёж\n");
 }
 
+TEST_F(IgnoreListTest, AWordLearnedInTheMiddleOfALongListIsSavedInItsPlace) {
+  std::string before;
+  std::string after;
+  for (int i = 0; i < 1000; ++i)
+    (i < 300 ? before : after) += "w" + std::to_string(1000 + i) + "\n";
+  save("ignored.txt", before + after);
+  IgnoreList::load(true);
+  IgnoreList::add("w1299a");
+  EXPECT_EQ(saved("ignored.txt"), before + "w1299a\n" + after);
+}
+
 TEST_F(IgnoreListTest, OnePendingWordTooManyGoesTheLowestCountFirst) {
   std::string text;
   // The alphabetically first words have the higher count.

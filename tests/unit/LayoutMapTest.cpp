@@ -55,6 +55,10 @@ TEST(LayoutMap, NeverSplitsACharacterOfSeveralScalars) {
   // "a" with a combining acute is one Character, which no key types.
   EXPECT_EQ(LayoutMap::convert("a\u0301b", false), "a\u0301и");
   EXPECT_EQ(LayoutMap::convert("👩‍👧q", false), "👩‍👧й");
+  ScratchText scratch;
+  auto out = scratch.string();
+  LayoutMap::appendConverted("a\u0301b", false, out);
+  EXPECT_EQ(std::string_view(out), "a\u0301и");
 }
 
 TEST(LayoutMap, LetterKeysAreExactlyTheFourteenPunctuationKeysWithRussianLetters) {

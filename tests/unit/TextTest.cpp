@@ -190,6 +190,15 @@ TEST(Text, LoweringAppendsToWhatIsThere) {
   EXPECT_EQ(out, "xпри");
 }
 
+TEST(Text, LoweringOnTheStackIsLoweringAllTheSame) {
+  for (const std::string text : {"ПРИВЁТ", "ΟΔΟΣ ΣΑΣ", "ΑΣ'Α", "İI", "A\xff", "Ⅷ字🙂", ""}) {
+    ScratchText scratch;
+    auto out = scratch.string();
+    appendLowercased(text, out);
+    EXPECT_EQ(std::string_view(out), lowercased(text));
+  }
+}
+
 TEST(Text, ComposesLettersAndMarks) {
   EXPECT_EQ(composed("и\u0306"), "й");
   EXPECT_EQ(composed("е\u0308"), "ё");
