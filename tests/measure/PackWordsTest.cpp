@@ -86,7 +86,7 @@ TEST_P(PackWordsTest, LeavesTheCommonestPairsToBeFixed) {
   // cost one first word in a hundred sentences; the fourth such pair, ds (вы), would cost more.
   const std::set<std::string> kept = {"lf", "ns", "ye"};
   for (const auto& word : wordsOf(GetParam())) {
-    if (!kept.contains(word)) EXPECT_FALSE(Detector::shortWhitelist().contains(word)) << word;
+    EXPECT_TRUE(kept.contains(word) || !Detector::shortWhitelist().contains(word)) << word;
   }
 }
 
