@@ -1,26 +1,18 @@
 #include "platform/fcitx5/ClientField.h"
 
 #include <algorithm>
-#include <utility>
-
-#include "Text.h"
 
 namespace tessarok::fcitx5 {
 
 namespace {
 
-/// As much as a few words put right together, in Characters and in bytes.
-constexpr std::size_t kLongestTail = 256;
-constexpr std::size_t kTailLimit = 2048;
-/// So often may a program fail to report before it is not waited for any more, and so many good
-/// reports make up for it: a busy machine is no fault of the program.
-constexpr int kMaxFailures = 2;
-constexpr int kForgiven = 10;
+using Verdict = FieldHistory::Verdict;
 
-std::ptrdiff_t scalars(std::string_view text) {
-  return std::count_if(text.begin(), text.end(),
-                       [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; });
-}
+/// So often may a program fail to report before it is not waited for as if it did: a busy machine
+/// is no fault of the program.
+constexpr int kMaxUnanswered = 2;
+/// What remains of the slowest report's time with every report.
+constexpr double kForgetting = 0.97;
 
 }  // namespace
 
@@ -28,126 +20,90 @@ void ClientField::reset() {
   *this = ClientField();
 }
 
-void ClientField::forgetText() {
-  tail_.clear();
-  offset_.reset();
-  isConfirmed_ = false;
+int& ClientField::unanswered(Effect effect) {
+  return unanswered_[static_cast<std::size_t>(effect)];
 }
 
-void ClientField::startCounting() {
-  offset_.reset();
-  if (!report_ || isReportSelected_ || !isReportCurrent_) return;
-  offset_ = static_cast<std::ptrdiff_t>(reportLength_);
+int ClientField::unanswered(Effect effect) const {
+  return unanswered_[static_cast<std::size_t>(effect)];
 }
 
-void ClientField::typed(std::string_view text) {
-  if (tail_.empty()) startCounting();
-  tail_ += text;
-  isConfirmed_ = false;
-  if (tail_.size() <= kTailLimit) return;
-  const auto before = scalars(tail_);
-  tail_ = std::string(text::last(tail_, kLongestTail));
-  if (offset_) *offset_ += before - scalars(tail_);
+void ClientField::sent(const Sending& sending) {
+  last_ = sending;
+  isGivenUp_ = false;
 }
 
-void ClientField::erased(std::size_t characters) {
-  isConfirmed_ = false;
-  tail_.resize(text::withoutLast(tail_, characters).size());
-  if (tail_.empty()) offset_.reset();
+void ClientField::typed(std::string_view text, const Sending& sending) {
+  history_.typed(text, sending.now);
+  sent(sending);
 }
 
-void ClientField::keyOfUnknownEffect() {
-  before_.reset();
-  if (report_) {
-    before_ = BeforeKey{.text = tail_, .length = expectedLength(), .shown = *report_};
-    before_->isShown = tail_.empty() || matches();
+void ClientField::erased(std::size_t characters, const Sending& sending) {
+  history_.erased(characters, sending.now);
+  sent(sending);
+}
+
+void ClientField::keyOfUnknownEffect(const Sending& sending) {
+  history_.unknownKey(sending.now);
+  sent(sending);
+}
+
+bool ClientField::reported(std::string_view before, bool isSelected, double now) {
+  reports_ = true;
+  isReportEmpty_ = before.empty();
+  isSelected_ = isSelected;
+  if (isSelected) {
+    // The next text will replace what is selected.
+    if (history_.awaited()) return true;
+    history_.forget();
+    return false;
   }
-  forgetText();
+  const auto verdict = history_.reported(before);
+  noteArrival(now);
+  if (verdict != Verdict::unclear) return verdict == Verdict::fits;
+  // What is not known to have arrived by now never will be.
+  if (!isGivenUp_ || now < last_.now + kPatience) return true;
+  history_.restart(before);
+  return false;
 }
 
-std::optional<std::ptrdiff_t> ClientField::expectedLength() const {
-  return offset_ ? std::optional(*offset_ + scalars(tail_)) : std::nullopt;
-}
-
-void ClientField::noteReportBeforeKey() {
-  if (!before_ || before_->isShown) return;
-  const auto length = static_cast<std::ptrdiff_t>(reportLength_);
-  if (before_->length.value_or(length) != length || !report_->ends_with(before_->text)) return;
-  before_->isShown = true;
-  before_->shown = *report_;
-}
-
-bool ClientField::showsEffectOfKey() const {
-  if (!before_ || !report_ || !tail_.empty()) return false;
-  if (before_->isShown) return *report_ != before_->shown;
-  // The reports of what was typed before the key are still coming in, and grow.
-  const auto length = static_cast<std::ptrdiff_t>(reportLength_);
-  return length < before_->length.value_or(0) && length < scalars(before_->shown);
-}
-
-void ClientField::sent(Way way, bool own, double now) {
-  isUnsettled_ = true;
-  isReportCurrent_ = false;
-  way_ = way;
-  isOwn_ = own;
-  sentAt_ = now;
-}
-
-bool ClientField::reported(std::string_view before, bool isSelected) {
-  report_ = std::string(before);
-  reportLength_ = static_cast<std::size_t>(scalars(before));
-  isReportSelected_ = isSelected;
-  noteReportBeforeKey();
-  if (tail_.empty()) return true;
-  if (!matches()) return !std::exchange(isConfirmed_, false);
-  isConfirmed_ = true;
-  if (++confirmations_ >= kForgiven) failures_ = 0;
-  reportsFollow_ = failures_ < kMaxFailures;
-  offset_ = static_cast<std::ptrdiff_t>(reportLength_) - scalars(tail_);
-  return true;
+void ClientField::noteArrival(double now) {
+  const auto& arrival = history_.arrival();
+  if (!arrival) return;
+  unanswered(arrival->effect) = 0;
+  if (arrival->effect != Effect::text) return;
+  // Other effects may be reported only with the next key.
+  slowest_ = std::max(now - arrival->sentAt, slowest_ * kForgetting);
+  reportsFollow_ = true;
 }
 
 void ClientField::reportedNothing() {
-  report_.reset();
-  isConfirmed_ = false;
+  reports_ = false;
+  isSelected_ = false;
+  history_.reportsEnded();
 }
 
-bool ClientField::matches() const {
-  if (!report_ || isReportSelected_ || tail_.empty() || !report_->ends_with(tail_)) return false;
-  return !offset_ || *offset_ + scalars(tail_) == static_cast<std::ptrdiff_t>(reportLength_);
-}
-
-std::optional<std::string_view> ClientField::last(std::size_t characters) const {
-  const auto slice = text::last(tail_, characters);
-  if (text::count(slice) < characters) return std::nullopt;
-  return slice;
-}
-
-double ClientField::patience() const {
-  if (reportsFollow_ && tail_.empty()) {
-    return unanswered_ < kMaxFailures ? kUnknownEffectPatience : kUnansweredPatience;
+double ClientField::patience(Effect effect) const {
+  if (!reports_) return kSettle;
+  const bool isTried = unanswered(effect) < kMaxUnanswered;
+  if (reportsFollow_) {
+    if (!isTried) return std::clamp(kSlower * slowest_, kLeastPatience, kMostPatience);
+    return effect == Effect::unknown ? kUnknownPatience : kPatience;
   }
-  if (reportsFollow_) return kPatience;
-  if (failures_ >= kMaxFailures || !report_) return kSettle;
-  if (failures_ > 0) return report_->empty() ? kSettle : kUnansweredPatience;
   // An empty report is what programs give that report nothing, and empty fields.
-  return report_->empty() ? kFirstSettle : kPatience;
+  if (isReportEmpty_) return unanswered(Effect::text) == 0 ? kFirstSettle : kSettle;
+  if (!isTried) return kSettle;
+  return unanswered(effect) == 0 && effect != Effect::unknown ? kPatience : kUnknownPatience;
 }
 
 std::optional<double> ClientField::unsettledUntil(double now) {
-  if (!isUnsettled_) return std::nullopt;
-  const bool isDone = matches() || showsEffectOfKey();
-  const auto until = sentAt_ + patience();
-  if (!isDone && now < until) return until;
-  if (!isDone && report_ && !tail_.empty() && (reportsFollow_ || failures_ == 0)) {
-    ++failures_;
-    confirmations_ = 0;
-    reportsFollow_ = false;
-  }
-  if (before_ && tail_.empty()) unanswered_ = isDone ? 0 : unanswered_ + 1;
-  isUnsettled_ = false;
-  isReportCurrent_ = isDone;
-  before_.reset();
+  const auto awaited = history_.awaited();
+  if (!awaited || isGivenUp_) return std::nullopt;
+  const auto until = last_.now + patience(*awaited);
+  if (now < until) return until;
+  isGivenUp_ = true;
+  if (!reports_) return std::nullopt;
+  if (++unanswered(*awaited) >= kMaxUnanswered && *awaited == Effect::text) reportsFollow_ = false;
   return std::nullopt;
 }
 

@@ -102,12 +102,15 @@ void KeyFlow::keyEvent(fcitx::KeyEvent& event) {
   if (replayed_ != nullptr) return replayed(event);
   if (context_.get() != context) focusIn(*context);
   if (keyNames::isModifier(event.rawKey())) return modifier(event);
+  modifiers_.otherKey(event.origKey().states());
   if (event.isRelease()) return released(event);
   pressed(event);
   isPressHidden_ = event.filtered();
 }
 
 void KeyFlow::modifier(fcitx::KeyEvent& event) {
+  modifiers_.modifierKey(event, now());
+  if (!steps_.empty()) runSoon();
   // Fcitx takes Shift for pressed alone, which switches the layout, when it has seen no other key
   // between its press and its release. One that was held back has been between them.
   if (event.isRelease() && isPressHidden_) return event.filter();
@@ -186,6 +189,7 @@ void KeyFlow::focusIn(InputContext& context) {
   context_ = context.watch();
   parts_.inputSources.setContext(&context);
   field_.reset();
+  modifiers_.reset();
   keysDown_.clear();
   resetsExpected_ = 0;
   announceOtherPlace();
@@ -245,10 +249,8 @@ void KeyFlow::textReported(InputContext& context) {
     const auto bytes = fcitx::utf8::ncharByteLength(text.begin(), cursor);
     const bool isSelected = surrounding.cursor() != surrounding.anchor();
     const auto before = std::string_view(text).substr(0, static_cast<std::size_t>(bytes));
-    if (!field_.reported(before, isSelected)) {
-      field_.forgetText();
-      if (steps_.empty()) announceOtherPlace();
-    }
+    const bool isSamePlace = field_.reported(before, isSelected, now());
+    if (!isSamePlace && steps_.empty()) announceOtherPlace();
   }
   if (!steps_.empty()) runSoon();
 }
@@ -299,18 +301,12 @@ void KeyFlow::queuePosted() {
 
 void KeyFlow::notePassed(const Press& press, Way way, bool own) {
   if (isSecret()) return field_.forgetText();
+  const ClientField::Sending sending{.way = way, .isOwn = own, .now = now()};
+  if (!press.text.empty()) return field_.typed(press.text, sending);
+  expectReset(own);
   const bool isPlain = (press.event.modifiers & kShortcut) == 0;
-  if (!press.text.empty()) {
-    field_.typed(press.text);
-  } else {
-    expectReset(own);
-    if (press.event.code == keyCodes::backspace && isPlain) {
-      field_.erased(1);
-    } else {
-      field_.keyOfUnknownEffect();
-    }
-  }
-  field_.sent(way, own, now());
+  if (press.event.code == keyCodes::backspace && isPlain) return field_.erased(1, sending);
+  field_.keyOfUnknownEffect(sending);
 }
 
 // Retyping, and the keys that wait for it.
@@ -349,12 +345,11 @@ std::optional<double> KeyFlow::perform(InputContext& context) {
     steps_.pop_front();
     static_cast<void>(parts_.inputSources.selectNow(context, inputMethod));
   } else if (const auto* again = std::get_if<Forward>(&step)) {
-    if (const auto until = waitForWay(Way::key)) return until;
+    if (const auto until = waitForKey(context, again->key.states())) return until;
     const auto key = again->key;
     steps_.pop_front();
     expectReset(true);
-    field_.keyOfUnknownEffect();
-    field_.sent(Way::key, true, now());
+    field_.keyOfUnknownEffect(own(Way::key));
     forward(context, key);
   } else {
     return replayFirst(context);
@@ -365,6 +360,9 @@ std::optional<double> KeyFlow::perform(InputContext& context) {
 std::optional<double> KeyFlow::retype(InputContext& context, Retype& step) {
   if (step.erase > 0) {
     if (const auto until = unsettledUntil()) return until;
+    if (!mayDelete(context, step.erase)) {
+      if (const auto until = waitForModifiers(context, KeyStates())) return until;
+    }
     erase(context, std::exchange(step.erase, 0));
   }
   if (step.text.empty()) return std::nullopt;
@@ -382,18 +380,32 @@ std::optional<double> KeyFlow::waitForWay(Way way) {
   return until && field_.lastWay() != way ? until : std::nullopt;
 }
 
+std::optional<double> KeyFlow::waitForKey(const InputContext& context, KeyStates states) {
+  if (const auto until = waitForWay(Way::key)) return until;
+  return waitForModifiers(context, states);
+}
+
+std::optional<double> KeyFlow::waitForModifiers(const InputContext& context, KeyStates states) {
+  if (isHurrying_ || !isWayland(context)) return std::nullopt;
+  return modifiers_.waitFor(states, now());
+}
+
+bool KeyFlow::mayDelete(const InputContext& context, std::size_t characters) const {
+  return context.capabilityFlags().test(CapabilityFlag::SurroundingText) && field_.showsTyped() &&
+         field_.last(characters);
+}
+
 void KeyFlow::erase(InputContext& context, std::size_t characters) {
-  const auto typed = field_.last(characters);
-  const bool mayDelete = context.capabilityFlags().test(CapabilityFlag::SurroundingText) && typed &&
-                         field_.showsTyped();
-  const auto count = mayDelete ? static_cast<int>(scalars(*typed)) : 0;
   // What is known of the field is brought up to date first: a program may answer at once.
-  field_.erased(characters);
-  field_.sent(mayDelete ? Way::text : Way::key, true, now());
-  if (mayDelete) return context.deleteSurroundingText(-count, static_cast<unsigned>(count));
+  if (mayDelete(context, characters)) {
+    const auto count = static_cast<int>(scalars(*field_.last(characters)));
+    field_.erased(characters, own(Way::text));
+    return context.deleteSurroundingText(-count, static_cast<unsigned>(count));
+  }
   const Key backspace(FcitxKey_BackSpace, KeyStates(), hardwareKeys::xKeyOf(keyCodes::backspace));
   for (std::size_t i = 0; i < characters; ++i) {
     expectReset(true);
+    field_.erased(1, own(Way::key));
     forward(context, backspace);
   }
 }
@@ -405,8 +417,7 @@ void KeyFlow::forward(InputContext& context, const Key& key) {
 }
 
 void KeyFlow::commit(InputContext& context, const std::string& text) {
-  field_.typed(text);
-  field_.sent(Way::text, true, now());
+  field_.typed(text, own(Way::text));
   context.commitString(text);
 }
 
@@ -421,7 +432,9 @@ std::optional<double> KeyFlow::replayFirst(InputContext& context) {
   const auto held = std::get<Held>(steps_.front());
   auto press = describe(translated(context, held.key));
   const auto way = press.text.empty() ? Way::key : Way::text;
-  if (const auto until = waitForWay(way)) return until;
+  const auto until =
+      way == Way::key ? waitForKey(context, held.key.states()) : waitForWay(Way::text);
+  if (until) return until;
   steps_.pop_front();
   if (context.hasFocus()) {
     replay(context, held, press);

@@ -17,6 +17,7 @@
 #include "platform/fcitx5/FcitxEventTaps.h"
 #include "platform/fcitx5/FcitxInputSources.h"
 #include "platform/fcitx5/FcitxRunLoop.h"
+#include "platform/fcitx5/ModifierWatch.h"
 #include "platform/xkb/ManualKey.h"
 
 namespace tessarok::fcitx5 {
@@ -117,7 +118,12 @@ class KeyFlow final {
   [[nodiscard]] std::optional<double> retype(fcitx::InputContext& context, Retype& step);
   [[nodiscard]] std::optional<double> replayFirst(fcitx::InputContext& context);
   [[nodiscard]] std::optional<double> waitForWay(ClientField::Way way);
+  [[nodiscard]] std::optional<double> waitForKey(const fcitx::InputContext& context,
+                                                 fcitx::KeyStates states);
+  [[nodiscard]] std::optional<double> waitForModifiers(const fcitx::InputContext& context,
+                                                       fcitx::KeyStates states);
   [[nodiscard]] std::optional<double> unsettledUntil();
+  [[nodiscard]] bool mayDelete(const fcitx::InputContext& context, std::size_t characters) const;
   void erase(fcitx::InputContext& context, std::size_t characters);
   void forward(fcitx::InputContext& context, const fcitx::Key& key);
   void commit(fcitx::InputContext& context, const std::string& text);
@@ -127,11 +133,16 @@ class KeyFlow final {
   void expectReset(bool own);
   void announceOtherPlace();
   [[nodiscard]] double now() const { return parts_.clock.uptime(); }
+  /// Of what the corrector sends.
+  [[nodiscard]] ClientField::Sending own(ClientField::Way way) const {
+    return {.way = way, .isOwn = true, .now = now()};
+  }
 
   Parts parts_;
   xkb::ManualKey manualKey_;
   fcitx::TrackableObjectReference<fcitx::InputContext> context_;
   ClientField field_;
+  ModifierWatch modifiers_;
   std::deque<Step> steps_;
   /// The X key codes whose press was held, so that their release is not sent on alone.
   std::set<int> heldKeys_;

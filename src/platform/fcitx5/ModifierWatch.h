@@ -1,0 +1,36 @@
+#pragma once
+
+#include <fcitx-utils/key.h>
+#include <fcitx/event.h>
+#include <optional>
+
+namespace tessarok::fcitx5 {
+
+/// The modifiers that are down. On Wayland a key that is handed back to a program comes with those
+/// of the moment, and not with those with which it was pressed: Return would become Shift+Return
+/// when the next word begins with a capital. Main thread.
+class ModifierWatch final {
+ public:
+  /// Seconds for which a key waits for modifiers to be released. Nobody types capitals for so long
+  /// whilst a word is being retyped, and other keys wait behind it.
+  static constexpr double kLimit = 1;
+
+  /// Nothing is down.
+  void reset();
+  /// A modifier was pressed or released.
+  void modifierKey(const fcitx::KeyEvent& event, double now);
+  /// Another key was: with these modifiers.
+  void otherKey(fcitx::KeyStates states);
+
+  /// The time at which to ask again; absent when a key that was pressed with these modifiers is
+  /// to be sent now.
+  [[nodiscard]] std::optional<double> waitFor(fcitx::KeyStates states, double now);
+
+ private:
+  fcitx::KeyStates down_;
+  /// When a modifier key was; absent when a key has come since.
+  std::optional<double> changedAt_;
+  std::optional<double> waitingSince_;
+};
+
+}  // namespace tessarok::fcitx5
