@@ -4,6 +4,7 @@
 BUILD := build/release
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
+RUNS ?= 10
 # What runs in the one program that has threads.
 THREAD_TESTS := ^(story|fuzz)/|^(AppDelegate|DiagnosticLog|IgnoreList|KeyTap|ThreadQueue|UserDict)
 # What goes the same ways through the corrector thousands of times.
@@ -36,10 +37,10 @@ test-apps: $(BUILD)/build.ninja ## Type into Chromium and a Qt entry (installs b
 	@cmake --build --preset release --target tessarok_application_tests
 	@$(BUILD)/tests/x11/tessarok_application_tests
 
-test-fcitx5: $(BUILD)/build.ninja ## Type sentences through Fcitx5 (docs/wayland.md says what fails on a busy machine)
+test-fcitx5: $(BUILD)/build.ninja ## Type the sentences through Fcitx5 over and over, RUNS (10) times
 	@scripts/install-packages test
 	@cmake --build --preset release --target tessarok_fcitx5_session_tests
-	@$(BUILD)/tests/fcitx5/tessarok_fcitx5_session_tests
+	@$(BUILD)/tests/fcitx5/tessarok_fcitx5_session_tests --gtest_filter='*Sentences*' --gtest_repeat=$(RUNS)
 
 bench: data ## Measure time, memory and the delay of keys; PUBLISH=1 puts the table into the documents
 	@scripts/install-packages bench

@@ -49,7 +49,7 @@ void Session::closeEntry() {
 
 void Session::openEntry(Entry entry) {
   closeEntry();
-  std::vector<std::string> command{TESSAROK_GTK_ENTRY, textFile().string()};
+  std::vector<std::string> command{entryProgram_, textFile().string()};
   if (entry == Entry::password) command.emplace_back("password");
   entry_ = start(command, "libgtk-3-dev");
   if (!waitUntil([&] { return std::filesystem::exists(textFile()); })) {
@@ -67,8 +67,10 @@ bool Session::shows(const std::string& expected) const {
 
 std::string Session::typeUntilCorrected() {
   std::string after;
+  int tries = 0;
   const bool isCorrected = waitUntil([&] {
     const auto before = text();
+    ++tries;
     hands().type("ghbdtn\n");
     const auto isThere = [&](const char* line) { return text() == before + line; };
     static_cast<void>(
@@ -79,6 +81,9 @@ std::string Session::typeUntilCorrected() {
   if (!isCorrected) {
     throw std::runtime_error("nothing is corrected; the entry holds " + after + "\n" + messages());
   }
+  // Of the words before, some may have been on their way for long.
+  while (tries > 1 && waitUntil([&] { return text() != after; }, kOneWord))
+    after = text();
   return after;
 }
 

@@ -23,6 +23,8 @@ class Session {
   virtual ~Session() = default;
 
   [[nodiscard]] virtual Hands& hands() = 0;
+  /// So many lines may be typed before they stand in the entry; absent for any number.
+  [[nodiscard]] virtual std::optional<std::size_t> mostLinesAhead() const { return std::nullopt; }
   void startFcitx();
   /// Ends Fcitx as somebody does who restarts it, and waits for its end.
   void endFcitx();
@@ -54,6 +56,8 @@ class Session {
   /// Variables for the programs, and the addons that Fcitx needs besides.
   std::map<std::string, std::string> environment_;
   std::string addons_;
+  /// The program whose window has the entry.
+  std::string entryProgram_ = TESSAROK_GTK_ENTRY;
 
  private:
   [[nodiscard]] std::filesystem::path textFile() const { return home_.path() / "run" / "text"; }

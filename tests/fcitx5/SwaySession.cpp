@@ -29,6 +29,27 @@ std::vector<std::string> asNobody(const std::vector<std::string>& command) {
   return line;
 }
 
+/// Copies what the programs of the session read to where nobody can read it, which need not be so
+/// for the checkout.
+void copyForNobody(const fs::path& home) {
+  const fs::path data = TESSAROK_FCITX5_DATA;
+  const auto copyFolder = [&](const fs::path& from, const char* to) {
+    fs::copy(from, home / to, fs::copy_options::recursive);
+  };
+  copyFolder(data, "fcitx5-data");
+  copyFolder(data.parent_path() / "lib", "fcitx5-lib");
+  copyFolder(TESSAROK_TEST_DATA, "words");
+  fs::copy(TESSAROK_GTK_ENTRY, home / "entry");
+  const auto libraries = (data.parent_path() / "lib").string();
+  for (const auto& entry : fs::directory_iterator(home / "fcitx5-data" / "addon")) {
+    auto text = readFile(entry.path());
+    if (const auto at = text.find(libraries); at != std::string::npos) {
+      text.replace(at, libraries.size(), (home / "fcitx5-lib").string());
+    }
+    writeFile(entry.path(), text);
+  }
+}
+
 void giveToNobody(const fs::path& folder) {
   const auto* user = ::getpwnam(kUser);
   if (user == nullptr) throw std::runtime_error("there is no user nobody");
@@ -44,17 +65,6 @@ void giveToNobody(const fs::path& folder) {
 
 }  // namespace
 
-std::string SwaySession::obstacle() {
-  if (::geteuid() != 0) return {};
-  for (const char* file : {TESSAROK_GTK_ENTRY, TESSAROK_FCITX5_DATA, TESSAROK_TEST_DATA}) {
-    Subprocess look(asNobody({"test", "-r", file}), "util-linux", {});
-    if (look.exitStatus() != 0) {
-      return std::string("sway does not run as root, and the user nobody cannot read ") + file;
-    }
-  }
-  return {};
-}
-
 std::vector<std::string> SwaySession::inSession(std::vector<std::string> command) const {
   return ::geteuid() == 0 ? asNobody(command) : command;
 }
@@ -64,11 +74,19 @@ SwaySession::SwaySession() {
   const auto configuration = home().path() / "sway";
   writeFile(configuration, kConfiguration);
   writeFile(home().path() / "messages", "");
-  if (::geteuid() == 0) giveToNobody(home().path());
   environment_ = {{"WLR_BACKENDS", "headless"}, {"WLR_LIBINPUT_NO_DEVICES", "1"},
                   {"WLR_RENDERER", "pixman"},   {"GDK_BACKEND", "wayland"},
                   {"GTK_IM_MODULE", "wayland"}, {"GSETTINGS_BACKEND", "memory"},
                   {"NO_AT_BRIDGE", "1"}};
+  if (::geteuid() == 0) {
+    copyForNobody(home().path());
+    giveToNobody(home().path());
+    const auto inside = [this](const char* name) { return (home().path() / name).string(); };
+    entryProgram_ = inside("entry");
+    environment_["FCITX_DATA_DIRS"] =
+        inside("fcitx5-data") + ":/usr/share/fcitx5/testing:/usr/share/fcitx5";
+    environment_["TESSAROK_RES"] = inside("words");
+  }
   sway_ = start({"sway", "-c", configuration.string()}, "sway");
   std::string socket;
   const bool isUp = waitUntil([&] {
@@ -80,7 +98,12 @@ SwaySession::SwaySession() {
   });
   if (!isUp) throw std::runtime_error("sway does not start:\n" + messages());
   environment_["WAYLAND_DISPLAY"] = fs::path(socket).filename().string();
-  keyboard_ = std::make_unique<VirtualKeyboard>(socket);
+  // The socket is there before the compositor listens.
+  const bool isConnected = waitUntil([&] {
+    keyboard_ = VirtualKeyboard::connect(socket);
+    return keyboard_ != nullptr;
+  });
+  if (!isConnected) throw std::runtime_error("sway does not answer:\n" + messages());
   addons_ = "wayland,waylandim";
   startFcitx();
 }

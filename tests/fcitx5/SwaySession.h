@@ -16,9 +16,10 @@ class SwaySession final : public Session {
   SwaySession();
   ~SwaySession() override;
 
-  /// Why there can be none here; empty when there can.
-  [[nodiscard]] static std::string obstacle();
   [[nodiscard]] Hands& hands() override { return *keyboard_; }
+  /// A compositor throws out a program that has not read a few hundred events, and a busy machine
+  /// may keep Fcitx from reading for as long as they take to type.
+  [[nodiscard]] std::optional<std::size_t> mostLinesAhead() const override { return 3; }
 
  private:
   [[nodiscard]] std::vector<std::string> inSession(std::vector<std::string> command) const override;

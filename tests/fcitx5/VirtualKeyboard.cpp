@@ -50,9 +50,13 @@ std::string usKeymap() {
 
 }  // namespace
 
-VirtualKeyboard::VirtualKeyboard(const std::string& socket)
-    : display_(wl_display_connect(socket.c_str())) {
-  if (display_ == nullptr) throw std::runtime_error("no compositor answers at " + socket);
+std::unique_ptr<VirtualKeyboard> VirtualKeyboard::connect(const std::string& socket) {
+  auto* display = wl_display_connect(socket.c_str());
+  if (display == nullptr) return nullptr;
+  return std::unique_ptr<VirtualKeyboard>(new VirtualKeyboard(display));
+}
+
+VirtualKeyboard::VirtualKeyboard(wl_display* display) : display_(display) {
   auto* registry = wl_display_get_registry(display_);
   wl_registry_add_listener(registry, &kListener, &globals_);
   wl_display_roundtrip(display_);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "fcitx5/Hands.h"
@@ -15,8 +16,11 @@ namespace tessarok::testing {
 /// A US keyboard of a Wayland compositor.
 class VirtualKeyboard final : public Hands {
  public:
-  /// `socket` is the path of the compositor's socket. Throws when it takes no keyboards.
-  explicit VirtualKeyboard(const std::string& socket);
+  /// `socket` is the path of the compositor's socket. Null while nobody listens there; throws when
+  /// the compositor takes no keyboards.
+  [[nodiscard]] static std::unique_ptr<VirtualKeyboard> connect(const std::string& socket);
+  VirtualKeyboard(const VirtualKeyboard&) = delete;
+  VirtualKeyboard& operator=(const VirtualKeyboard&) = delete;
   ~VirtualKeyboard() override;
 
   /// What the compositor offers; for its answers.
@@ -30,6 +34,7 @@ class VirtualKeyboard final : public Hands {
   void flush() override;
 
  private:
+  explicit VirtualKeyboard(wl_display* display);
   void sendKeymap();
 
   wl_display* display_ = nullptr;

@@ -15,8 +15,6 @@ class X11Session final : public Session {
   X11Session();
   ~X11Session() override;
 
-  /// Why there can be none here; empty when there can.
-  [[nodiscard]] static std::string obstacle() { return {}; }
   [[nodiscard]] Hands& hands() override;
   void openEntry(Entry entry) override;
 
