@@ -1,6 +1,6 @@
-#include "platform/fcitx5/ClientField.h"
-
 #include <gtest/gtest.h>
+
+#include "platform/fcitx5/ClientField.h"
 
 namespace tessarok::fcitx5 {
 namespace {

@@ -1,7 +1,7 @@
-#include "platform/fcitx5/FieldHistory.h"
-
 #include <gtest/gtest.h>
 #include <string>
+
+#include "platform/fcitx5/FieldHistory.h"
 
 namespace tessarok::fcitx5 {
 namespace {

@@ -1,6 +1,6 @@
-#include "platform/fcitx5/ModifierWatch.h"
-
 #include <gtest/gtest.h>
+
+#include "platform/fcitx5/ModifierWatch.h"
 
 namespace tessarok::fcitx5 {
 namespace {
