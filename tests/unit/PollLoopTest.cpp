@@ -122,5 +122,36 @@ TEST_F(PollLoopTest, SaysThatItGoesOnAlsoWhenItNeedNotWait) {
   EXPECT_EQ(order, (std::vector<char>{'g', 's', 'g', 's'}));
 }
 
+/// A clock that shows what the test says.
+class HandClock final : public platform::Clock {
+ public:
+  double uptime() override { return now; }
+  double now = 1000;
+};
+
+// A process that was stopped, or a clock that counts the machine's sleep.
+TEST_F(PollLoopTest, WhatWasMissedInALongSleepIsNotMadeUpFor) {
+  HandClock clock;
+  PollLoop loop(clock);
+  int ticks = 0;
+  const auto timer = loop.repeating(2.0, 0.5, [&] { ++ticks; });
+  std::vector<char> order;
+  loop.after(5.1, [&] { order.push_back('b'); });
+  loop.after(3.0, [&] { order.push_back('a'); });
+  // What has passed by each turn, and the ticks that there were before it.
+  std::vector<double> passing = {1.5, 28800, 1.5, 0.5, 0};
+  std::vector<int> seen;
+  int left = static_cast<int>(passing.size());
+  auto source = sourceWith(left, [&] {
+    seen.push_back(ticks);
+    clock.now += passing[passing.size() - static_cast<std::size_t>(left)];
+    if (--left == 0) loop.stop();
+  });
+  loop.add(source);
+  loop.run();
+  EXPECT_EQ(seen, (std::vector<int>{0, 0, 1, 1, 2}));
+  EXPECT_EQ(order, (std::vector<char>{'a', 'b'}));
+}
+
 }  // namespace
 }  // namespace tessarok::posix

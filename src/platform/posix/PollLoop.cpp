@@ -77,8 +77,9 @@ void PollLoop::runDue() {
     // The work may change the list, so it leaves it first.
     const auto work = next->interval > 0 ? next->work : std::move(next->work);
     if (next->interval > 0) {
+      next->due += next->interval;
       // After a sleep of the machine the missed calls are not made up for.
-      next->due = std::max(next->due, now - next->interval) + next->interval;
+      if (next->due <= now) next->due = now + next->interval;
     } else {
       pending_.erase(next);
     }
