@@ -375,14 +375,42 @@ TEST_F(AppDelegateTest, TheMenuOpensTheDictionaryAndTheSettings) {
                 "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility"}));
 }
 
-TEST_F(AppDelegateTest, AfterALongSleepOneLateTickDoesAllThatWasDue) {
+/// A clock beside the run loop's: that one moves while this one stands, and the other way round.
+class HandClock final : public platform::Clock {
+ public:
+  double uptime() override { return now; }
+  double now = 1000;
+};
+
+TEST_F(AppDelegateTest, OneTickBehindALongSleepDoesAllThatWasDue) {
+  HandClock clock;
+  desktop.replaced.clock = &clock;
   delegate->applicationDidFinishLaunching();
+  desktop.base().keyDown({.code = keyCodes::grave, .characters = u"`"});
+  EXPECT_EQ(desktop.base().statusBar().icon().symbol, "pause.circle");
+  clock.now += 8 * 3600;
   desktop.base().eventTaps().disable();
   testing::writeFile(UserDict::fileURL(), "слово\n");
-  desktop.runLoop().advance(8 * 3600);
+  desktop.runLoop().advance(2);
   EXPECT_TRUE(delegate->tapRunning());
-  EXPECT_TRUE(KeyTap::shared().tapIsEnabled());
+  EXPECT_EQ(KeyTap::shared().lastKeyEventAt(), clock.now);
+  EXPECT_EQ(desktop.base().statusBar().icon().symbol, "keyboard");
   EXPECT_TRUE(UserDict::words().contains("слово"));
+}
+
+TEST_F(AppDelegateTest, ManyTicksWhileTheClockStandsStillDoNothing) {
+  HandClock clock;
+  desktop.replaced.clock = &clock;
+  delegate->applicationDidFinishLaunching();
+  desktop.base().keyDown({.code = 0, .characters = u"a"});
+  desktop.keyboard().silence = 0;
+  const auto listings = desktop.inputSources().listings;
+  const auto reads = desktop.files().reads;
+  desktop.runLoop().advance(3600);
+  EXPECT_EQ(KeyTap::shared().word().buffer, "a");
+  EXPECT_FALSE(KeyTap::shared().word().untrackableWord);
+  EXPECT_EQ(desktop.inputSources().listings, listings);
+  EXPECT_EQ(desktop.files().reads, reads);
 }
 
 }  // namespace

@@ -280,6 +280,40 @@ TEST_F(DetectorTest, WithoutAWordAtItsEndItIsNot) {
   EXPECT_EQ(Detector::decide("dsdjlf", 0, 0), kNone);
 }
 
+/// вынавывода, all nine pairs known and four of eight triples: 0.85.
+class DetectorAnchorTest : public DetectorTest {
+ protected:
+  void addAll() {
+    addPrototypes("вы\nын\nна\nав\nыв\nво\nод\nда\n", "нав\nавы\nвыв\nыво\n",
+                  "^вы\nвын\nына\nнав\nавы\nвыв\nыво\nвод\nода\nда$\n", "^zz\n");
+  }
+  static constexpr const char* kTyped = "dsyfdsdjlf";
+};
+
+TEST_F(DetectorAnchorTest, AnEndingOfEightLettersSpeaksForAWord) {
+  desktop.addResource("dict_ru", "навывода\nпривет\n");
+  addAll();
+  EXPECT_EQ(Detector::decide(kTyped, 0, 0), toRussian(medium));
+}
+
+TEST_F(DetectorAnchorTest, AnEndingOfNineLettersIsNotLookedFor) {
+  desktop.addResource("dict_ru", "привет\nынавывода\n");
+  addAll();
+  EXPECT_EQ(Detector::decide(kTyped, 0, 0), kNone);
+}
+
+TEST_F(DetectorAnchorTest, AnEndingOfThreeLettersSpeaksForAWord) {
+  desktop.addResource("dict_ru", "ода\nпривет\n");
+  addAll();
+  EXPECT_EQ(Detector::decide(kTyped, 0, 0), toRussian(medium));
+}
+
+TEST_F(DetectorAnchorTest, AnEndingOfTwoLettersDoesNot) {
+  desktop.addResource("dict_ru", "да\nпривет\n");
+  addAll();
+  EXPECT_EQ(Detector::decide(kTyped, 0, 0), kNone);
+}
+
 TEST_F(DetectorTest, FiveLettersAreTooFewForTheImpossible) {
   desktop.addResource("dict_ru", "вода\nпривет\n");
   // ывода; with one of three triples known: 0.8.
