@@ -183,6 +183,20 @@ TEST_F(KeyTapHandleTest, ThePauseIsAnnouncedThreeTimesForTwoPresses) {
   keyTap.onPauseChange = nullptr;
 }
 
+TEST_F(KeyTapHandleTest, WhoIsToldOfAPauseFindsItBegun) {
+  type(u"ab");
+  int announced = 0;
+  keyTap.onPauseChange = [&] {
+    ++announced;
+    EXPECT_EQ(keyTap.pausedUntil(), desktop.clock().uptime() + 5.0);
+    EXPECT_TRUE(keyTap.word().buffer.empty());
+    EXPECT_TRUE(keyTap.word().untrackableWord);
+  };
+  EXPECT_TRUE(passes(keyCodes::grave, u"`"));
+  EXPECT_EQ(announced, 1);
+  keyTap.onPauseChange = nullptr;
+}
+
 TEST_F(KeyTapHandleTest, ThePauseCheckOfADestroyedKeyTapDoesNothing) {
   int announced = 0;
   {

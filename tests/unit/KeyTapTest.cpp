@@ -35,6 +35,7 @@ class PlainTaps final : public platform::EventTaps {
   bool hasSource = true;
   /// The places in the order of the run loop's sources that were asked for.
   std::vector<int> orders;
+  std::vector<std::string> calls;
 
  private:
   class Source final : public platform::RunLoopSource {};
@@ -42,8 +43,11 @@ class PlainTaps final : public platform::EventTaps {
    public:
     explicit Tap(PlainTaps& taps) : taps_(taps) {}
     bool isEnabled() const override { return enabled_; }
-    void enable(bool enabled) override { enabled_ = enabled; }
-    void invalidate() override { enabled_ = false; }
+    void enable(bool enabled) override {
+      enabled_ = enabled;
+      taps_.calls.push_back(enabled ? "enable" : "disable");
+    }
+    void invalidate() override { taps_.calls.push_back("invalidate"); }
     std::unique_ptr<platform::RunLoopSource> createRunLoopSource(int order) override {
       taps_.orders.push_back(order);
       return taps_.hasSource ? std::make_unique<Source>() : nullptr;
@@ -329,6 +333,7 @@ TEST_F(KeyTapTest, TheTapComesFirstInTheRunLoopAndSeesKeysAndClicks) {
   EXPECT_EQ(taps.orders, std::vector<int>{0});
   EXPECT_EQ(logged("postAccess=false"), 1);
   keyTap.stop();
+  EXPECT_EQ(taps.calls, (std::vector<std::string>{"enable", "disable", "invalidate"}));
 }
 
 TEST_F(KeyTapTest, ATapWithoutASourceForTheRunLoopCanBeStoppedToo) {
