@@ -115,7 +115,7 @@ sanitize-threads: data ## Run the corrector's tests under the thread sanitizer
 	cmake --build --preset tsan --target tessarok tessarok_unit_tests tessarok_story_check tessarok_fuzz
 	ctest --preset tsan -j $(JOBS) --tests-regex '$(THREAD_TESTS)'
 
-coverage: ## Measure the corrector's branch coverage: build/coverage/report/index.html
+coverage: data ## Measure the corrector's branch coverage: build/coverage/report/index.html
 	@scripts/install-packages test coverage
 	@cmake --preset coverage > /dev/null
 	cmake --build --preset coverage --target tessarok tessarok_unit_tests tessarok_allocation_tests tessarok_system_tests tessarok_story_check tessarok_fuzz
