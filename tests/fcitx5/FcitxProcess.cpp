@@ -36,12 +36,14 @@ FcitxHome::FcitxHome(const std::vector<std::string>& inputMethods) {
                   {"DISPLAY", ""},
                   {"WAYLAND_DISPLAY", ""},
                   {"DBUS_SESSION_BUS_ADDRESS", ""},
+                  {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent"},
                   {"XDG_SESSION_TYPE", ""}};
   std::filesystem::create_directories(path() / "run");
   std::filesystem::permissions(path() / "run", std::filesystem::perms::owner_all);
 }
 
-std::string driveFcitx(const FcitxHome& home, const nlohmann::json& script) {
+std::string driveFcitx(const FcitxHome& home, const nlohmann::json& script,
+                       const std::string& systemBus) {
   const auto scriptFile = home.path() / "script.json";
   const auto result = home.path() / "result";
   const auto errors = home.path() / "errors";
@@ -50,6 +52,7 @@ std::string driveFcitx(const FcitxHome& home, const nlohmann::json& script) {
   setup.environment = home.environment();
   setup.environment["TESSAROK_DRIVER_SCRIPT"] = scriptFile.string();
   setup.environment["TESSAROK_DRIVER_RESULT"] = result.string();
+  if (!systemBus.empty()) setup.environment["DBUS_SYSTEM_BUS_ADDRESS"] = systemBus;
   setup.errors = errors;
   Subprocess fcitx({"fcitx5", "--disable=all", "--enable=testui,keyboard,tessarok,tessarokdriver"},
                    "fcitx5", setup);

@@ -34,7 +34,8 @@ class FcitxHome {
 };
 
 /// Has the driver addon carry out a script in a Fcitx of its own, without any display. What went
-/// wrong; empty when everything came out.
-[[nodiscard]] std::string driveFcitx(const FcitxHome& home, const nlohmann::json& script);
+/// wrong; empty when everything came out. On a system bus the driver plays the login manager.
+[[nodiscard]] std::string driveFcitx(const FcitxHome& home, const nlohmann::json& script,
+                                     const std::string& systemBus = {});
 
 }  // namespace tessarok::testing

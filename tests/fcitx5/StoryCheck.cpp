@@ -3,12 +3,14 @@
 //
 // usage: tessarok_fcitx5_story_check STORY
 
+#include <algorithm>
 #include <future>
 #include <iostream>
 #include <vector>
 
 #include "fcitx5/FcitxProcess.h"
 #include "fcitx5/StoryScript.h"
+#include "freedesktop/PrivateBus.h"
 #include "support/TestFiles.h"
 
 namespace {
@@ -27,7 +29,12 @@ std::string play(const StoryScript& script, const json& client) {
   for (const auto& [name, text] : script.files.items())
     writeFile(home.data() / name, text.get<std::string>());
   if (!script.settings.empty()) writeFile(home.settings(), script.settings.dump());
-  return driveFcitx(home, {{"client", client}, {"steps", script.steps}});
+  const json whole = {{"client", client}, {"steps", script.steps}};
+  const bool needsLogin = std::any_of(script.steps.begin(), script.steps.end(),
+                                      [](const json& step) { return step.contains("login"); });
+  if (!needsLogin) return driveFcitx(home, whole);
+  const PrivateBus bus;
+  return driveFcitx(home, whole, bus.address());
 }
 
 int run(const std::string& story) {

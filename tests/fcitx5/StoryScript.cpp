@@ -22,6 +22,8 @@ namespace hardwareKeys = xkb::hardwareKeys;
 
 /// Seconds that pass between a person's keys and a click.
 constexpr double kBeforeClick = 0.4;
+/// Seconds in which what the login manager says arrives.
+constexpr double kSignal = 0.3;
 
 [[noreturn]] void refuse(const std::string& what) {
   throw std::runtime_error("a text field of Fcitx does not know " + what);
@@ -119,6 +121,17 @@ layouts::KeyTable::Stroke keyFor(std::string_view character) {
   return *found;
 }
 
+/// What the login manager says that the corrector hears as this; null for none.
+const char* loginSignalFor(const std::string& notification) {
+  static const std::map<std::string, const char*> signals = {
+      {"NSWorkspaceWillSleepNotification", "sleep"},
+      {"NSWorkspaceDidWakeNotification", "wake"},
+      {"NSWorkspaceSessionDidResignActiveNotification", "Lock"},
+      {"NSWorkspaceSessionDidBecomeActiveNotification", "Unlock"}};
+  const auto found = signals.find(notification);
+  return found == signals.end() ? nullptr : found->second;
+}
+
 json stepFor(const std::string& action, const json& value) {
   if (action == "keys") return {{"strokes", StoryScript::strokesFor(value.get<std::string>())}};
   if (action == "down" || action == "up") {
@@ -137,6 +150,9 @@ json stepFor(const std::string& action, const json& value) {
   if (action == "menu") return {{"choose", value}};
   if (action == "workspace" && value == "NSWorkspaceDidActivateApplicationNotification") {
     return {{"refocus", true}};
+  }
+  if (action == "workspace") {
+    if (const auto* signal = loginSignalFor(value)) return {{"login", signal}, {"wait", kSignal}};
   }
   if (action == "enable") {
     auto names = json::array();

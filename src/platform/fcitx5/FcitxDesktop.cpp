@@ -12,6 +12,14 @@ using xkb::ManualKey;
 constexpr const char* kSelected = "kTISNotifySelectedKeyboardInputSourceChanged";
 constexpr const char* kEnabled = "kTISNotifyEnabledKeyboardInputSourcesChanged";
 
+using Open = std::unique_ptr<freedesktop::Bus>(platform::RunLoop&, std::string&);
+
+/// Null without a bus: then nothing tells of sleep or of other sessions.
+std::unique_ptr<freedesktop::Bus> opened(Open open, platform::RunLoop& loop) {
+  std::string reason;
+  return open(loop, reason);
+}
+
 }  // namespace
 
 FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, Guard& guard,
@@ -26,6 +34,9 @@ FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, Guard& guard,
       keyboard_(clock_, keyFlow_),
       secureInput_(keyFlow_),
       statusBar_(instance, guard),
+      sessionBus_(opened(freedesktop::Bus::openSession, runLoop_)),
+      systemBus_(opened(freedesktop::Bus::openSystem, runLoop_)),
+      sessionWatch_(systemBus_.get(), sessionBus_.get(), environment_, workspaceNotifications_),
       notice_(nullptr, systemLog_),
       programs_(runLoop_),
       workspace_(programs_, environment_, notice_) {

@@ -14,9 +14,11 @@
 #include "platform/fcitx5/Guard.h"
 #include "platform/fcitx5/KeyFlow.h"
 #include "platform/fcitx5/WaylandOutlet.h"
+#include "platform/freedesktop/Bus.h"
 #include "platform/freedesktop/FreedesktopWorkspace.h"
 #include "platform/freedesktop/Notice.h"
 #include "platform/freedesktop/Programs.h"
+#include "platform/freedesktop/SessionWatch.h"
 #include "platform/posix/DataDirectoryBundle.h"
 #include "platform/posix/MonotonicClock.h"
 #include "platform/posix/NotificationCentre.h"
@@ -95,6 +97,10 @@ class FcitxDesktop final : public platform::Desktop {
   FcitxKeyboard keyboard_;
   FcitxSecureInput secureInput_;
   FcitxStatusBar statusBar_;
+  /// Null without such a bus.
+  std::unique_ptr<freedesktop::Bus> sessionBus_;
+  std::unique_ptr<freedesktop::Bus> systemBus_;
+  freedesktop::SessionWatch sessionWatch_;
   freedesktop::Notice notice_;
   freedesktop::Programs programs_;
   freedesktop::FreedesktopWorkspace workspace_;

@@ -21,6 +21,7 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 
+#include "fcitx5/driver/LoginManager.h"
 #include "fcitx5/driver/TextClient.h"
 
 namespace tessarok::testing {
@@ -63,6 +64,7 @@ class DriverAddon final : public fcitx::AddonInstance {
  public:
   explicit DriverAddon(fcitx::Instance& instance) : instance_(instance) {
     std::ifstream(std::getenv("TESSAROK_DRIVER_SCRIPT")) >> script_;
+    login_ = LoginManager::onSystemBus(instance_.eventLoop());
     timer_ =
         instance_.eventLoop().addTimeEvent(CLOCK_MONOTONIC, fcitx::now(CLOCK_MONOTONIC), 1,
                                            [this](fcitx::EventSourceTime* timer, std::uint64_t) {
@@ -110,7 +112,7 @@ class DriverAddon final : public fcitx::AddonInstance {
     if (client_->statusArea().actions(fcitx::StatusGroup::AfterInputMethod).empty()) {
       return "the corrector does not show up";
     }
-    if (step_ == 0) return {};
+    if (step_ == 0) return loginFault();
     const auto& step = script_["steps"][step_ - 1];
     const auto wrong = [&](const char* what, const json& found) {
       if (!step.contains(what) || step[what] == found) return std::string();
@@ -134,6 +136,7 @@ class DriverAddon final : public fcitx::AddonInstance {
     nextStroke_ = 0;
     if (step.contains("strokes")) strokes_ = step["strokes"];
     if (step.contains("click")) client_->click();
+    if (step.contains("login")) login_->tell(step["login"].get<std::string>());
     if (step.contains("select")) {
       instance_.setCurrentInputMethod(client_.get(), step["select"].get<std::string>(), true);
     }
@@ -144,6 +147,12 @@ class DriverAddon final : public fcitx::AddonInstance {
     }
     if (step.contains("choose")) choose(step["choose"].get<std::string>());
     if (step.contains("enable")) enable(step["enable"]);
+  }
+
+  /// The corrector asks for its session, and only then hears of it.
+  [[nodiscard]] std::string loginFault() const {
+    if (!login_ || login_->isAsked()) return {};
+    return "nobody watches the session";
   }
 
   void type() {
@@ -190,6 +199,8 @@ class DriverAddon final : public fcitx::AddonInstance {
   fcitx::Instance& instance_;
   json script_;
   std::unique_ptr<TextClient> client_;
+  /// Null when there is no bus for it.
+  std::unique_ptr<LoginManager> login_;
   std::unique_ptr<fcitx::EventSourceTime> timer_;
   std::size_t step_ = 0;
   json strokes_ = json::array();
