@@ -7,6 +7,7 @@
 #include "UserDict.h"
 #include "support/ChildProcess.h"
 #include "support/FakeDesktop.h"
+#include "support/HandClock.h"
 #include "support/TestFiles.h"
 
 namespace tessarok {
@@ -15,6 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 using platform::FileLockFailure;
 using testing::FakeDesktop;
+using testing::HandClock;
 using Log = std::vector<std::string>;
 
 constexpr const char* kKeptInMemory =
@@ -375,13 +377,7 @@ TEST_F(AppDelegateTest, TheMenuOpensTheDictionaryAndTheSettings) {
                 "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility"}));
 }
 
-/// A clock beside the run loop's: that one moves while this one stands, and the other way round.
-class HandClock final : public platform::Clock {
- public:
-  double uptime() override { return now; }
-  double now = 1000;
-};
-
+// The clock beside the run loop's: one moves while the other stands.
 TEST_F(AppDelegateTest, OneTickBehindALongSleepDoesAllThatWasDue) {
   HandClock clock;
   desktop.replaced.clock = &clock;

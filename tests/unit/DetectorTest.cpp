@@ -393,6 +393,13 @@ TEST_F(DetectorTest, PunctuationKeysWithoutALetterAreSaidToHoldNone) {
   EXPECT_EQ(trace.steps().front(), "it holds no letter");
 }
 
+TEST_F(DetectorTest, ADigitWithinAWordIsSaidToBeNoLetter) {
+  DecisionTrace trace;
+  EXPECT_EQ(Detector::decide("gh1dtn", 3, 0, &trace), kNone);
+  ASSERT_FALSE(trace.steps().empty());
+  EXPECT_EQ(trace.steps().front(), "it holds a character that is no letter of either layout");
+}
+
 TEST_F(DetectorTest, OneRussianLetterAndAPunctuationKeyAreARussianPair) {
   DecisionTrace trace;
   EXPECT_EQ(Detector::decide("ф;", 0, 0, &trace), kNone);

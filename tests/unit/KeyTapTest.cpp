@@ -8,6 +8,7 @@
 #include "KeyTap.h"
 #include "platform/virtual/VirtualEvent.h"
 #include "support/FakeDesktop.h"
+#include "support/HandClock.h"
 #include "support/TestFiles.h"
 
 namespace tessarok {
@@ -15,6 +16,7 @@ namespace {
 
 using platform::EventType;
 using testing::FakeDesktop;
+using testing::HandClock;
 
 constexpr double kInfinite = std::numeric_limits<double>::infinity();
 
@@ -57,13 +59,6 @@ class PlainTaps final : public platform::EventTaps {
     PlainTaps& taps_;
     bool enabled_ = false;
   };
-};
-
-/// A clock that shows what the test says.
-class HandClock final : public platform::Clock {
- public:
-  double uptime() override { return now; }
-  double now = 0;
 };
 
 class KeyTapTest : public ::testing::Test {
@@ -358,6 +353,7 @@ TEST_F(KeyTapTest, AnEventForNobodyPasses) {
 
 TEST_F(KeyTapTest, ATapMadeAtTheVeryStartOfTheSystemIsNotJudgedBeforeItsFirstKey) {
   HandClock clock;
+  clock.now = 0;
   desktop.replaced.clock = &clock;
   keyTap.start();
   EXPECT_EQ(keyTap.lastKeyEventAt(), 0);
@@ -375,7 +371,6 @@ TEST_F(KeyTapTest, ATapMadeAtTheVeryStartOfTheSystemIsNotJudgedBeforeItsFirstKey
 
 TEST_F(KeyTapTest, AClockThatCountsSleepShowsSilenceButNoKeysOfTheHardware) {
   HandClock clock;
-  clock.now = 1000;
   desktop.replaced.clock = &clock;
   keyTap.start();
   type(u"a");
@@ -392,7 +387,6 @@ TEST_F(KeyTapTest, AClockThatCountsSleepShowsSilenceButNoKeysOfTheHardware) {
 
 TEST_F(KeyTapTest, AClockThatStepsBackJudgesNoTapDeaf) {
   HandClock clock;
-  clock.now = 1000;
   desktop.replaced.clock = &clock;
   keyTap.start();
   type(u"a");

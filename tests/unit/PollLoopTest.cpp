@@ -10,6 +10,7 @@
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/MonotonicClock.h"
 #include "platform/posix/PollLoop.h"
+#include "support/HandClock.h"
 
 namespace tessarok::posix {
 namespace {
@@ -122,16 +123,9 @@ TEST_F(PollLoopTest, SaysThatItGoesOnAlsoWhenItNeedNotWait) {
   EXPECT_EQ(order, (std::vector<char>{'g', 's', 'g', 's'}));
 }
 
-/// A clock that shows what the test says.
-class HandClock final : public platform::Clock {
- public:
-  double uptime() override { return now; }
-  double now = 1000;
-};
-
 // A process that was stopped, or a clock that counts the machine's sleep.
 TEST_F(PollLoopTest, WhatWasMissedInALongSleepIsNotMadeUpFor) {
-  HandClock clock;
+  testing::HandClock clock;
   PollLoop loop(clock);
   int ticks = 0;
   const auto timer = loop.repeating(2.0, 0.5, [&] { ++ticks; });
