@@ -34,8 +34,9 @@ test: check-format data ## Build and run every test
 
 test-apps: $(BUILD)/build.ninja ## Type into Chromium and a Qt entry (installs both)
 	@scripts/install-packages test test-apps
-	@cmake --build --preset release --target tessarok_application_tests
+	@cmake --build --preset release --target tessarok_application_tests tessarok_fcitx5_application_tests
 	@$(BUILD)/tests/x11/tessarok_application_tests
+	@$(BUILD)/tests/fcitx5/tessarok_fcitx5_application_tests
 
 test-fcitx5: $(BUILD)/build.ninja ## Type the sentences through Fcitx5 over and over, RUNS (10) times
 	@scripts/install-packages test

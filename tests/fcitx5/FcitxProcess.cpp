@@ -52,6 +52,7 @@ std::string driveFcitx(const FcitxHome& home, const nlohmann::json& script,
   setup.environment = home.environment();
   setup.environment["TESSAROK_DRIVER_SCRIPT"] = scriptFile.string();
   setup.environment["TESSAROK_DRIVER_RESULT"] = result.string();
+  setup.environment["TESSAROK_DRIVER_SETTINGS"] = home.settings().string();
   if (!systemBus.empty()) setup.environment["DBUS_SYSTEM_BUS_ADDRESS"] = systemBus;
   setup.errors = errors;
   Subprocess fcitx({"fcitx5", "--disable=all", "--enable=testui,keyboard,tessarok,tessarokdriver"},

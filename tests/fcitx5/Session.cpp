@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <stdexcept>
+#include <unistd.h>
 #include <utility>
 
 #include "support/TestFiles.h"
@@ -44,17 +45,56 @@ void Session::endFcitx() {
 
 void Session::closeEntry() {
   entry_.reset();
+  page_.reset();
   std::filesystem::remove(textFile());
 }
 
 void Session::openEntry(Entry entry) {
   closeEntry();
-  std::vector<std::string> command{entryProgram_, textFile().string()};
-  if (entry == Entry::password) command.emplace_back("password");
-  entry_ = start(command, "libgtk-3-dev");
+  switch (entry) {
+    case Entry::text:
+    case Entry::password:
+      openEntryOfGtk(entry);
+      break;
+    case Entry::qt:
+      entry_ = start({TESSAROK_QT_ENTRY, textFile().string()}, "python3-pyqt5");
+      break;
+    case Entry::chromium:
+      openEntryOfChromium();
+      break;
+  }
   if (!waitUntil([&] { return std::filesystem::exists(textFile()); })) {
     throw std::runtime_error("the window does not open:\n" + messages());
   }
+}
+
+void Session::openEntryOfGtk(Entry entry) {
+  std::vector<std::string> command{entryProgram_, textFile().string()};
+  if (entry == Entry::password) command.emplace_back("password");
+  entry_ = start(command, "libgtk-3-dev");
+}
+
+void Session::openEntryOfChromium() {
+  const auto folder = textFile().parent_path();
+  const auto page = folder / "page.html";
+  page_ = start({TESSAROK_BROWSER_PAGE, folder.string()}, "python3");
+  if (!waitUntil([&] { return std::filesystem::exists(page); })) {
+    throw std::runtime_error("there is no page to show");
+  }
+  // Of the versions of GTK the one in which Fcitx has its part.
+  std::vector<std::string> command{"chromium",
+                                   "--user-data-dir=" + (folder / "profile").string(),
+                                   "--no-first-run",
+                                   "--no-default-browser-check",
+                                   "--password-store=basic",
+                                   "--disable-gpu",
+                                   "--disable-background-networking",
+                                   "--ozone-platform=x11",
+                                   "--gtk-version=3",
+                                   "--app=file://" + page.string()};
+  // It does not shield root from its pages.
+  if (::geteuid() == 0) command.emplace_back("--no-sandbox");
+  entry_ = start(command, "chromium");
 }
 
 std::string Session::text() const {

@@ -16,7 +16,8 @@ namespace tessarok::testing {
 /// A session with Fcitx, the addon under test, and a window with a text entry.
 class Session {
  public:
-  enum class Entry { text, password };
+  /// Of GTK, for passwords too, of Qt, and on a page in Chromium.
+  enum class Entry { text, password, qt, chromium };
 
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -60,11 +61,15 @@ class Session {
   std::string entryProgram_ = TESSAROK_GTK_ENTRY;
 
  private:
+  void openEntryOfGtk(Entry entry);
+  void openEntryOfChromium();
   [[nodiscard]] std::filesystem::path textFile() const { return home_.path() / "run" / "text"; }
 
   FcitxHome home_;
   std::unique_ptr<Subprocess> fcitx_;
   std::unique_ptr<Subprocess> entry_;
+  /// Writes down what the page in the browser says.
+  std::unique_ptr<Subprocess> page_;
 };
 
 }  // namespace tessarok::testing

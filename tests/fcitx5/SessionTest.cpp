@@ -1,56 +1,26 @@
 // A GTK program in whole sessions: on an X server and on a Wayland compositor.
 
-#include <algorithm>
 #include <chrono>
 #include <gtest/gtest.h>
-#include <numeric>
 #include <string>
 
-#include "fcitx5/Sentences.h"
+#include "fcitx5/SentenceCheck.h"
 #include "fcitx5/SwaySession.h"
 #include "fcitx5/X11Session.h"
-#include "x11/Patience.h"
 
 namespace tessarok::testing {
 namespace {
 
 constexpr int kSentences = 50;
-constexpr const char* kProbe = "ghbdtn\n";
 
 template <typename AnySession>
 class Fcitx5Session : public ::testing::Test {
  protected:
-  /// Waits while too many lines have been typed that do not stand in the entry yet.
-  static void waitForLines(const Session& session, const std::string& before, std::size_t typed) {
-    const auto ahead = session.mostLinesAhead();
-    if (!ahead || typed <= *ahead) return;
-    static_cast<void>(waitUntil([&] {
-      const auto text = session.text();
-      const auto at = text.begin() + static_cast<std::ptrdiff_t>(before.size());
-      return static_cast<std::size_t>(std::count(at, text.end(), '\n')) + *ahead >= typed;
-    }));
-  }
-
   /// Types sentences, keys so far apart, and compares with the virtual desktop.
   static void typeSentences(std::chrono::milliseconds interval) {
-    const auto list = sentences(kSentences, static_cast<unsigned>(interval.count()));
-    const auto keys = std::accumulate(list.begin(), list.end(), std::string());
     AnySession session;
     session.openEntry(Session::Entry::text);
-    const auto before = session.typeUntilCorrected();
-    // The layout that the first word has led to is that of the sentences.
-    const auto expected = onTheVirtualDesktop(kProbe + keys).substr(std::string("привет\n").size());
-    for (std::size_t line = 0; line < list.size(); ++line) {
-      waitForLines(session, before, line);
-      session.hands().type(list[line], interval);
-    }
-    static_cast<void>(session.shows(before + expected));
-    const auto shown = session.text().substr(before.size());
-    const auto at = std::mismatch(shown.begin(), shown.end(), expected.begin(), expected.end());
-    // The whole line in which the first difference is.
-    const auto difference = static_cast<std::size_t>(at.first - shown.begin());
-    const auto line = difference == 0 ? 0 : shown.rfind('\n', difference - 1) + 1;
-    EXPECT_EQ(shown.substr(line, 100), expected.substr(line, 100)) << "at byte " << difference;
+    expectSentences(session, kSentences, interval);
   }
 };
 

@@ -4,11 +4,13 @@
 // TESSAROK_DRIVER_SCRIPT names the script, a JSON object:
 //   "client": {"reports": "nothing" | "empty" | "all", "keyDelay": ms, "resets", "ordersEvents"}
 //   "steps": a list of objects with one action each, and what must be there in the end of it:
-//     "text", "caret" and "source" (the input method). A step lasts until it is.
+//     "text", "caret", "source" (the input method) and "page" (the corrector's configuration). A
+//     step lasts until it is.
 // TESSAROK_DRIVER_RESULT names the result: an empty file when all steps came out.
 
 #include <cstdlib>
 #include <ctime>
+#include <fcitx-config/rawconfig.h>
 #include <fcitx/action.h>
 #include <fcitx/addonfactory.h>
 #include <fcitx/addoninstance.h>
@@ -121,6 +123,9 @@ class DriverAddon final : public fcitx::AddonInstance {
     if (auto fault = wrong("text", client_->text()); !fault.empty()) return fault;
     if (auto fault = wrong("caret", client_->caret()); !fault.empty()) return fault;
     if (!client_->isIdle()) return "step " + step.dump() + ": keys are on their way";
+    if (step.contains("page")) {
+      if (auto fault = wrong("page", page()); !fault.empty()) return fault;
+    }
     if (auto fault = wrong("source", instance_.inputMethod(client_.get())); !fault.empty()) {
       return fault;
     }
@@ -147,6 +152,11 @@ class DriverAddon final : public fcitx::AddonInstance {
     }
     if (step.contains("choose")) choose(step["choose"].get<std::string>());
     if (step.contains("enable")) enable(step["enable"]);
+    if (step.contains("configure")) configure(step["configure"]);
+    if (step.contains("reload")) {
+      std::ofstream(std::getenv("TESSAROK_DRIVER_SETTINGS")) << step["reload"].dump();
+      corrector().reloadConfig();
+    }
   }
 
   /// The corrector asks for its session, and only then hears of it.
@@ -185,6 +195,30 @@ class DriverAddon final : public fcitx::AddonInstance {
     for (const auto& name : names)
       group.inputMethodList().emplace_back(name.get<std::string>());
     manager.setGroup(std::move(group));
+  }
+
+  [[nodiscard]] fcitx::AddonInstance& corrector() {
+    auto* addon = instance_.addonManager().addon("tessarok");
+    if (addon == nullptr) throw std::runtime_error("there is no corrector");
+    return *addon;
+  }
+
+  /// What the configuration page of the corrector shows.
+  [[nodiscard]] json page() {
+    fcitx::RawConfig raw;
+    corrector().getConfig()->save(raw);
+    auto shown = json::object();
+    for (const auto& name : raw.subItems())
+      shown[name] = *raw.valueByPath(name);
+    return shown;
+  }
+
+  /// As a person who changes values on the page.
+  void configure(const json& values) {
+    fcitx::RawConfig raw;
+    for (const auto& [name, value] : values.items())
+      raw.setValueByPath(name, value.get<std::string>());
+    corrector().setConfig(raw);
   }
 
   void finish(const std::string& fault) {
