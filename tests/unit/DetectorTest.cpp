@@ -465,6 +465,16 @@ TEST_F(DetectorStreakTest, AnImpossibleWordStays) {
   EXPECT_EQ(Detector::decide("dsdjlf", 1, 0), kNone);
 }
 
+TEST_F(DetectorStreakTest, ThePrototypesOfTheTypedLanguageAreNotAsked) {
+  desktop.addResource("dict_ru", "вода\nпривет\n");
+  desktop.addResource("proto_ru2", kPairs);
+  desktop.addResource("proto_ru3", "выв\nыво\nвод\nода\n");
+  desktop.addResource("proto_ru3b", kMarked);
+  Proto::load();
+  EXPECT_EQ(Detector::decide("dsdjlf", 0, 0), kNone);
+  EXPECT_EQ(Detector::decide("dsdjlf", 1, 0), toRussian(medium));
+}
+
 TEST_F(DetectorStreakTest, WithoutPrototypesWordsStay) {
   desktop.addResource("dict_ru", "вода\nпривет\n");
   EXPECT_EQ(Detector::decide("dsdjlf", 1, 0), kNone);
