@@ -103,6 +103,8 @@ class KeyFlow final {
   [[nodiscard]] std::optional<fcitx::KeySym> symbolWithoutLateShift(const fcitx::KeyEvent& event);
   /// Whether what a key types is not known, because something is composed of several keys.
   [[nodiscard]] bool isComposing(fcitx::InputContext& context);
+  /// The same, after which the tap does not take the key for what it types alone.
+  [[nodiscard]] bool markComposed(fcitx::InputContext& context, Press& press);
   void applyManualKey(FcitxEvent& event, const fcitx::Key& key) const;
   [[nodiscard]] bool mustWait(ClientField::Way way);
   void hold(fcitx::KeyEvent& event);
