@@ -2,42 +2,19 @@
 
 #include <map>
 #include <utility>
-#include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon.h>
 
-#include "Text.h"
-#include "platform/xkb/HardwareKeys.h"
+#include "platform/xkb/ShownKeys.h"
 
 namespace tessarok::fcitx5 {
 
 namespace {
 
-namespace hardwareKeys = xkb::hardwareKeys;
 using xkb::layoutNames::Layout;
 
-constexpr KeyCode kLastShownKey = 50;
 /// Shift, Lock, Control and Mod1 to Mod5: the real modifiers have the same bits everywhere.
 constexpr std::uint32_t kRealModifiers = 0xFF;
-constexpr std::uint32_t kShift = 0x01;
 constexpr std::uint32_t kLocks = 0x12;
-
-/// What a dead key shows. Others show nothing.
-char32_t plainForm(xkb_keysym_t symbol) {
-  switch (symbol) {
-    case XKB_KEY_dead_grave:
-      return U'`';
-    case XKB_KEY_dead_acute:
-      return U'\'';
-    case XKB_KEY_dead_circumflex:
-      return U'^';
-    case XKB_KEY_dead_tilde:
-      return U'~';
-    case XKB_KEY_dead_diaeresis:
-      return U'"';
-    default:
-      return 0;
-  }
-}
 
 xkb_keymap* compile(const Layout& layout) {
   auto* context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
@@ -72,31 +49,8 @@ XkbLayout::~XkbLayout() {
   xkb_keymap_unref(keymap_);
 }
 
-char32_t XkbLayout::shownCharacter(std::uint8_t xKey, bool shift) const {
-  xkb_state_update_mask(scratch_, shift ? kShift : 0, 0, 0, 0, 0, 0);
-  const auto symbol = xkb_state_key_get_one_sym(scratch_, xKey);
-  const auto scalar = xkb_keysym_to_utf32(symbol);
-  return scalar != 0 ? scalar : plainForm(symbol);
-}
-
 std::u16string XkbLayout::shown(KeyCode code, bool shift) const {
-  const auto xKey = hardwareKeys::xKeyOf(code);
-  if (xKey == 0) return {};
-  const auto character = shownCharacter(xKey, shift);
-  if (character == 0) return {};
-  if (code == keyCodes::isoSection) {
-    // Taken for a place of their own, repeated characters would be of two places, and be
-    // converted to nothing at all.
-    for (KeyCode other = 0; other <= kLastShownKey; ++other) {
-      const auto otherKey = hardwareKeys::xKeyOf(other);
-      if (other == code || otherKey == 0) continue;
-      if (shownCharacter(otherKey, false) == character) return {};
-      if (shownCharacter(otherKey, true) == character) return {};
-    }
-  }
-  std::string spelled;
-  text::appendScalar(character, spelled);
-  return text::utf16(spelled);
+  return xkb::shownKeys::shown(*scratch_, code, shift, 0);
 }
 
 fcitx::KeySym XkbLayout::symbol(std::uint32_t xKey, fcitx::KeyStates states) const {

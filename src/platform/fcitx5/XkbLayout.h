@@ -34,7 +34,6 @@ class XkbLayout final {
 
  private:
   explicit XkbLayout(xkb_keymap* keymap);
-  [[nodiscard]] char32_t shownCharacter(std::uint8_t xKey, bool shift) const;
 
   xkb_keymap* keymap_;
   /// Where questions are worked out; holds nothing between two of them.

@@ -16,6 +16,7 @@
 
 #include "platform/xkb/HardwareKeys.h"
 #include "platform/xkb/LayoutNames.h"
+#include "platform/xkb/ShownKeys.h"
 
 namespace tessarok::x11 {
 
@@ -74,24 +75,6 @@ platform::PhysicalLayoutType shapeOf(Display* display) {
   }
   XkbFreeKeyboard(description, XkbAllComponentsMask, True);
   return type;
-}
-
-/// What a dead key shows. Others show nothing.
-char32_t plainForm(xkb_keysym_t symbol) {
-  switch (symbol) {
-    case XKB_KEY_dead_grave:
-      return U'`';
-    case XKB_KEY_dead_acute:
-      return U'\'';
-    case XKB_KEY_dead_circumflex:
-      return U'^';
-    case XKB_KEY_dead_tilde:
-      return U'~';
-    case XKB_KEY_dead_diaeresis:
-      return U'"';
-    default:
-      return 0;
-  }
 }
 
 void appendUtf16(char32_t scalar, std::u16string& units) {
@@ -260,31 +243,8 @@ void Keymap::text(std::uint8_t key, const KeyboardState& state, std::u16string& 
   }
 }
 
-char32_t Keymap::shownCharacter(std::uint8_t key, bool shift, unsigned group) const {
-  set({.baseModifiers = shift ? unsigned{ShiftMask} : 0u, .lockedGroup = group});
-  const auto symbol = xkb_state_key_get_one_sym(scratch_, key);
-  const auto scalar = xkb_keysym_to_utf32(symbol);
-  return scalar != 0 ? scalar : plainForm(symbol);
-}
-
 std::u16string Keymap::shown(KeyCode code, bool shift, unsigned group) const {
-  const auto key = xkb::hardwareKeys::xKeyOf(code);
-  if (key == 0) return {};
-  const auto character = shownCharacter(key, shift, group);
-  if (character == 0) return {};
-  if (code == keyCodes::isoSection) {
-    // In most layouts this key only repeats characters of others. Taken for a place of their own,
-    // they would be of two places, and be converted to nothing at all.
-    for (KeyCode other = 0; other <= kLastSignedKey; ++other) {
-      const auto otherKey = xkb::hardwareKeys::xKeyOf(other);
-      if (other == code || otherKey == 0) continue;
-      if (shownCharacter(otherKey, false, group) == character) return {};
-      if (shownCharacter(otherKey, true, group) == character) return {};
-    }
-  }
-  std::u16string units;
-  appendUtf16(character, units);
-  return units;
+  return xkb::shownKeys::shown(*scratch_, code, shift, group);
 }
 
 bool Keymap::changesState(std::uint8_t key, const KeyboardState& state) const {

@@ -84,7 +84,6 @@ class Keymap final {
   [[nodiscard]] unsigned modifiersOf(std::uint8_t key) const;
   [[nodiscard]] std::uint32_t firstSymbol(std::uint8_t key) const;
   void set(const KeyboardState& state) const;
-  [[nodiscard]] char32_t shownCharacter(std::uint8_t key, bool shift, unsigned group) const;
   [[nodiscard]] const Strokes& strokes(unsigned lockedModifiers) const;
   void collect(Strokes& strokes, unsigned lockedModifiers, bool shift, bool levelThree) const;
 
