@@ -35,12 +35,14 @@ double microseconds(Clock::time_point since) {
   return std::chrono::duration<double, std::micro>(Clock::now() - since).count();
 }
 
-/// The simplest application: a window that gets keys.
+/// The simplest application: a window that gets keys and answers pings, which fixes wait for.
 class KeyWindow {
  public:
   explicit KeyWindow(XServer& server) : display_(XOpenDisplay(server.name().c_str())) {
     if (display_ == nullptr) throw std::runtime_error("cannot open the display");
     window_ = XCreateSimpleWindow(display_, DefaultRootWindow(display_), 0, 0, 100, 100, 0, 0, 0);
+    ping_ = XInternAtom(display_, "_NET_WM_PING", False);
+    XSetWMProtocols(display_, window_, &ping_, 1);
     XSelectInput(display_, window_, KeyPressMask | StructureNotifyMask);
     XMapWindow(display_, window_);
     XEvent event;
@@ -60,6 +62,7 @@ class KeyWindow {
       while (XPending(display_) > 0) {
         XNextEvent(display_, &event);
         if (event.type == KeyPress) return event.xkey.keycode;
+        if (event.type == ClientMessage) answer(event.xclient);
       }
       pollfd waiting{ConnectionNumber(display_), POLLIN, 0};
       if (::poll(&waiting, 1, kPatienceMilliseconds) <= 0) throw std::runtime_error("no key came");
@@ -67,8 +70,19 @@ class KeyWindow {
   }
 
  private:
+  void answer(XClientMessageEvent message) {
+    if (static_cast<Atom>(message.data.l[0]) != ping_) return;
+    XEvent event{};
+    event.xclient = message;
+    event.xclient.window = DefaultRootWindow(display_);
+    XSendEvent(display_, event.xclient.window, False,
+               SubstructureNotifyMask | SubstructureRedirectMask, &event);
+    XFlush(display_);
+  }
+
   Display* display_;
   ::Window window_ = 0;
+  Atom ping_ = 0;
 };
 
 std::vector<double> keyDelays(XServer& server, KeyWindow& window) {

@@ -70,4 +70,12 @@ GtkEntry::GtkEntry(XServer& server) : Application(server) {
   start({TESSAROK_GTK_ENTRY, file().string()}, "libgtk-3-dev");
 }
 
+#ifdef TESSAROK_BUSY_ENTRY
+BusyEntry::BusyEntry(XServer& server, Answers answers) : Application(server) {
+  std::vector<std::string> command{TESSAROK_BUSY_ENTRY, file().string()};
+  if (answers == Answers::no) command.emplace_back("silent");
+  start(command, "libx11-dev");
+}
+#endif
+
 }  // namespace tessarok::testing

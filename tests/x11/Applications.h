@@ -53,4 +53,13 @@ class GtkEntry final : public Application {
   explicit GtkEntry(XServer& server);
 };
 
+/// A window whose program is slow to erase; see `BusyEntryProgram.cpp`.
+class BusyEntry final : public Application {
+ public:
+  /// Whether the window answers the pings that it says it answers.
+  enum class Answers { yes, no };
+
+  BusyEntry(XServer& server, Answers answers);
+};
+
 }  // namespace tessarok::testing

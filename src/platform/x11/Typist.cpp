@@ -30,6 +30,10 @@ bool isText(const X11Event& event) {
   return event.isText && event.xKey == 0;
 }
 
+bool erases(const X11Event& event) {
+  return event.type == platform::EventType::keyDown && event.code == keyCodes::backspace;
+}
+
 }  // namespace
 
 Typist::~Typist() {
@@ -101,6 +105,11 @@ void Typist::type(const std::vector<X11Event>& events) {
   const unsigned group = layouts_.state().group;
   mapMissing(events, group);
   auto held = releaseModifiers();
+  const bool isPaced = std::ranges::any_of(events, erases);
+  if (isPaced) {
+    pace_.begin();
+    pace_.wait();
+  }
   for (const auto& event : events) {
     const bool isPress = event.type == platform::EventType::keyDown;
     if (isText(event)) {
@@ -112,10 +121,12 @@ void Typist::type(const std::vector<X11Event>& events) {
     if (event.modifiers != 0) holdAgain(held);
     layouts_.lockGroup(group);
     if (isPress) tap(event.xKey);
+    if (isPaced && erases(event)) pace_.wait();
   }
   layouts_.lockGroup(group);
   holdAgain(held);
   connection_.flush();
+  if (isPaced) pace_.end();
 }
 
 void Typist::typeText(std::u16string_view units, unsigned group) {

@@ -10,6 +10,7 @@
 
 #include "platform/RunLoop.h"
 #include "platform/x11/Layouts.h"
+#include "platform/x11/Pace.h"
 #include "platform/x11/X11Event.h"
 #include "platform/x11/XConnection.h"
 
@@ -20,7 +21,7 @@ class Typist final {
  public:
   /// All outlive this object.
   Typist(XConnection& connection, Layouts& layouts, platform::RunLoop& runLoop)
-      : connection_(connection), layouts_(layouts), runLoop_(runLoop) {}
+      : connection_(connection), layouts_(layouts), runLoop_(runLoop), pace_(connection) {}
   Typist(const Typist&) = delete;
   Typist& operator=(const Typist&) = delete;
   ~Typist();
@@ -33,7 +34,7 @@ class Typist final {
 
   /// Types what the program posts, all at once: keys as keys, texts character by character in the
   /// layout that has it. Modifiers that are held are released meanwhile. The layout is in the end
-  /// what it was.
+  /// what it was. Where something is erased, the application is waited for; see `Pace`.
   void type(const std::vector<X11Event>& events);
 
  private:
@@ -55,6 +56,7 @@ class Typist final {
   XConnection& connection_;
   Layouts& layouts_;
   platform::RunLoop& runLoop_;
+  Pace pace_;
   std::bitset<256> down_;
   /// Characters that no layout has, and the spare keys that give them for a while.
   std::map<char32_t, std::uint8_t> spare_;
