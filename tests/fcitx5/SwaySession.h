@@ -17,8 +17,8 @@ class SwaySession final : public Session {
   ~SwaySession() override;
 
   [[nodiscard]] Hands& hands() override { return *keyboard_; }
-  /// A compositor throws out a program that has not read a few hundred events, and a busy machine
-  /// may keep Fcitx from reading for as long as they take to type.
+  /// A compositor has room for a few hundred events that a program has not read yet, and a busy
+  /// machine may keep Fcitx from reading for as long as they take to type.
   [[nodiscard]] std::optional<std::size_t> mostLinesAhead() const override { return 3; }
 
  private:
