@@ -57,8 +57,9 @@ fuzz: ## Fuzz every parser, FUZZ_SECONDS (60) each
 
 faults: build ## Make every call of the system fail in turn, and look at what is left
 	@scripts/install-packages test
-	@cmake --build --preset release --target tessarok_faults
+	@cmake --build --preset release --target tessarok_faults tessarok_x11_tests
 	@tests/fault/check-faults --all $(BUILD)/tests/fault/libtessarok_faults.so $(BUILD)/tessarok tests/data
+	@TESSAROK_ALL_FAULTS=1 $(BUILD)/tests/x11/tessarok_x11_tests --gtest_filter='X11Faults.*'
 
 mutate: build ## Make 100 mistakes in the corrector, one at a time, and see that the tests notice
 	@scripts/install-packages test

@@ -5,6 +5,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "AppDelegate.h"
 #include "IgnoreList.h"
@@ -183,7 +184,13 @@ TEST_F(WithoutPanel, RunsOnWhenTheBusEnds) {
     ASSERT_TRUE(host.seesIcon());
   }
   bus_.stop();
-  ASSERT_TRUE(desktop_->runLoop().until([&] { return !desktop_->session()->isOpen(); }));
+  std::vector<std::string> said;
+  ASSERT_TRUE(desktop_->runLoop().until([&] {
+    said = desktop_->systemLog().take();
+    return !said.empty();
+  }));
+  EXPECT_EQ(said, std::vector<std::string>{
+                      "Tessarok: the session bus has ended; the program runs on without its icon"});
   desktop_->base().keyDown({.code = keyCodes::grave});
   desktop_->base().wait(6);
   // Ends the word that began with the pause key's character.

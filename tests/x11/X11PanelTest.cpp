@@ -1,6 +1,7 @@
 // The built program between a keyboard and a panel: what the icon says while keys are corrected or
 // not, and what is chosen from the menu.
 
+#include <csignal>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -135,6 +136,21 @@ TEST_F(X11Panel, ThePanelIsRestarted) {
   EXPECT_EQ(restarted.toolTip(), "Tessarok — on");
   ASSERT_TRUE(restarted.choose("Enabled"));
   EXPECT_TRUE(waitUntil([&] { return restarted.toolTip() == "Tessarok — paused"; }));
+}
+
+TEST_F(X11Panel, ABusThatEndsInTheMiddleOfAWordIsNoHindrance) {
+  start();
+  server_.type("ghb");
+  bus_.stop();
+  server_.type("dtn ");
+  expect("привет ");
+  EXPECT_TRUE(program_->says("session bus")) << program_->errors();
+  server_.type("vbh ");
+  expect("привет мир ");
+  EXPECT_EQ(program_->errors().find("session bus"), program_->errors().rfind("session bus"))
+      << program_->errors();
+  program_->send(SIGTERM);
+  EXPECT_EQ(program_->exitStatus(), 0) << program_->errors();
 }
 
 TEST_F(X11Panel, QuitEndsTheProgramAndFreesTheKeyboard) {

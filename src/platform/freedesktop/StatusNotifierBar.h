@@ -15,7 +15,7 @@ class StatusNotifierBar final : public platform::StatusBar {
   StatusNotifierBar(Bus* session, platform::RunLoop& loop, platform::SystemLog& log,
                     IconTheme theme);
 
-  /// Null without a session bus, which is told once, in the system log.
+  /// Null without a session bus, which is told once, in the system log, as is the end of the bus.
   std::unique_ptr<platform::StatusItem> createItem() override;
 
  private:

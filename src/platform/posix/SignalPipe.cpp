@@ -18,7 +18,8 @@ extern "C" void writeSignal(int signal) {
   const int error = errno;
   const auto byte = static_cast<unsigned char>(signal);
   // A full pipe has the signal in it already, or a flood of others.
-  [[maybe_unused]] const auto written = ::write(pipeOfHandler, &byte, 1);
+  while (::write(pipeOfHandler, &byte, 1) < 0 && errno == EINTR) {
+  }
   errno = error;
 }
 

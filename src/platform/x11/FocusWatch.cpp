@@ -17,6 +17,7 @@ FocusWatch::FocusWatch(XConnection& connection)
 }
 
 bool FocusWatch::follow() {
+  if (connection_.isLost()) return false;
   auto* display = connection_.display();
   Window focus = 0;
   int revertTo = 0;
@@ -33,6 +34,7 @@ bool FocusWatch::follow() {
 }
 
 unsigned long FocusWatch::activeWindow() const {
+  if (connection_.isLost()) return 0;
   Atom type = 0;
   int format = 0;
   unsigned long count = 0;

@@ -57,6 +57,7 @@ Keyboards::~Keyboards() {
 }
 
 std::vector<int> Keyboards::present() {
+  if (connection_.isLost()) return {};
   int count = 0;
   auto* devices = XIQueryDevice(connection_.display(), XIAllDevices, &count);
   std::vector<int> found;
@@ -81,6 +82,7 @@ std::vector<int> Keyboards::present() {
 }
 
 std::string Keyboards::nameOf(int device) {
+  if (connection_.isLost()) return std::to_string(device);
   int count = 0;
   auto* info = XIQueryDevice(connection_.display(), device, &count);
   std::string name = info != nullptr && count == 1 ? info->name : std::to_string(device);
@@ -101,18 +103,21 @@ void Keyboards::watch(int device) {
 }
 
 bool Keyboards::hold(Keyboard& keyboard) {
+  if (connection_.isLost()) return false;
   EventMask keys;
   keys.set(XI_KeyPress);
   keys.set(XI_KeyRelease);
   auto mask = keys.forDevice(keyboard.device);
+  ErrorTrap errors(connection_);
   const auto status = XIGrabDevice(connection_.display(), keyboard.device, connection_.root(),
                                    CurrentTime, None, GrabModeAsync, GrabModeAsync, False, &mask);
-  keyboard.isHeld = status == GrabSuccess;
+  // Of an error, as for a keyboard that has just been pulled out, Xlib makes a success.
+  keyboard.isHeld = status == GrabSuccess && !errors.failed();
   return keyboard.isHeld;
 }
 
 void Keyboards::letGo(Keyboard& keyboard) {
-  if (!std::exchange(keyboard.isHeld, false)) return;
+  if (!std::exchange(keyboard.isHeld, false) || connection_.isLost()) return;
   XIUngrabDevice(connection_.display(), keyboard.device, CurrentTime);
 }
 
@@ -136,12 +141,12 @@ void Keyboards::letGo() {
   for (auto& keyboard : keyboards_)
     letGo(keyboard);
   restoreSyntheticRepeats();
-  XFlush(connection_.display());
+  connection_.flush();
 }
 
 bool Keyboards::isIdle() {
   return std::all_of(keyboards_.begin(), keyboards_.end(), [this](const Keyboard& keyboard) {
-    return keysDown(connection_.display(), keyboard.device).empty();
+    return connection_.isLost() || keysDown(connection_.display(), keyboard.device).empty();
   });
 }
 
@@ -171,6 +176,7 @@ void Keyboards::findKeyboards(const std::vector<int>& changed) {
 }
 
 std::optional<std::string> Keyboards::update(const std::vector<int>& changed) {
+  if (connection_.isLost()) return std::nullopt;
   auto* display = connection_.display();
   // Nobody must disable a keyboard between the look at it and the rest.
   XGrabServer(display);
@@ -179,14 +185,14 @@ std::optional<std::string> Keyboards::update(const std::vector<int>& changed) {
                                       [](const Keyboard& keyboard) { return keyboard.isHeld; });
   std::optional<std::string> refusal;
   if (isHolding_ && !isComplete) refusal = hold();
-  XUngrabServer(display);
-  XFlush(display);
+  if (!connection_.isLost()) XUngrabServer(display);
+  connection_.flush();
   if (isHolding_ && !isComplete) copyKeymap();
   return refusal;
 }
 
 void Keyboards::copyKeymap() {
-  if (!isHolding_) return;
+  if (!isHolding_ || connection_.isLost()) return;
   auto* display = connection_.display();
   auto* keymap = XkbGetMap(display, XkbAllMapComponentsMask, XkbUseCoreKbd);
   if (keymap == nullptr) return;
@@ -202,11 +208,11 @@ void Keyboards::copyKeymap() {
     XkbSetIndicatorMap(display, XkbAllIndicatorsMask, keymap);
   }
   XkbFreeKeyboard(keymap, XkbAllComponentsMask, True);
-  XFlush(display);
+  connection_.flush();
 }
 
 void Keyboards::silenceSyntheticRepeats() {
-  if (!isHolding_ || synthetic_ == 0) return;
+  if (!isHolding_ || synthetic_ == 0 || connection_.isLost()) return;
   unsigned delay = 0;
   unsigned interval = 0;
   const auto device = static_cast<unsigned>(synthetic_);
@@ -216,7 +222,7 @@ void Keyboards::silenceSyntheticRepeats() {
 }
 
 void Keyboards::restoreSyntheticRepeats() {
-  if (synthetic_ == 0 || keyboards_.empty()) return;
+  if (synthetic_ == 0 || keyboards_.empty() || connection_.isLost()) return;
   copyRepeatRate(connection_.display(), keyboards_.front().device, synthetic_);
 }
 

@@ -114,6 +114,7 @@ std::optional<KeyCode> caretMoverOf(xkb_keysym_t symbol) {
 }  // namespace
 
 std::shared_ptr<const Keymap> Keymap::read(XConnection& connection) {
+  if (connection.isLost()) return nullptr;
   auto* server = XGetXCBConnection(connection.display());
   auto* context = xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES);
   if (context == nullptr) return nullptr;
@@ -125,6 +126,7 @@ std::shared_ptr<const Keymap> Keymap::read(XConnection& connection) {
   xkb_context_unref(context);
   if (keymap == nullptr) return nullptr;
   std::shared_ptr<Keymap> result(new Keymap(keymap));
+  if (connection.isLost()) return nullptr;
   result->nameGroups(connection);
   result->physicalLayout_ = shapeOf(connection.display());
   result->findModifierKeys();

@@ -70,7 +70,7 @@ bool Layouts::select(platform::InputSourceHandle& source) {
 }
 
 const KeyboardState& Layouts::state() {
-  if (!std::exchange(isStateStale_, false)) return state_;
+  if (!std::exchange(isStateStale_, false) || connection_.isLost()) return state_;
   XkbStateRec server{};
   if (XkbGetState(connection_.display(), XkbUseCoreKbd, &server) != Success) return state_;
   // Base and latched groups may be negative, whatever Xlib's types say.
@@ -111,7 +111,7 @@ std::uint32_t Layouts::generation() {
 
 void Layouts::lockGroup(unsigned group) {
   const auto& now = state();
-  if (now.group == group) return;
+  if (now.group == group || connection_.isLost()) return;
   const int count = static_cast<int>(keymap().groups());
   // A group held or latched by a key adds to the locked one.
   const int other = static_cast<int>(now.baseGroup) + static_cast<int>(now.latchedGroup);

@@ -112,6 +112,7 @@ bool Pace::answersPings(unsigned long window) const {
 }
 
 void Pace::ping() {
+  if (connection_.isLost()) return;
   XEvent event{};
   event.xclient.type = ClientMessage;
   event.xclient.window = window_;

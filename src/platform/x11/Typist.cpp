@@ -44,6 +44,7 @@ Typist::~Typist() {
 }
 
 void Typist::post(std::uint8_t key, bool isDown) {
+  if (connection_.isLost()) return;
   XTestFakeKeyEvent(connection_.display(), key, isDown ? True : False, CurrentTime);
   down_[key] = isDown;
 }
@@ -161,6 +162,7 @@ void Typist::mapMissing(const std::vector<X11Event>& events, unsigned group) {
 }
 
 void Typist::mapSpare(const std::u32string& characters) {
+  if (connection_.isLost()) return;
   // The last one stays without meaning, to be put between modifiers.
   const auto keys = layouts_.keymap().spareKeys();
   if (spare_.size() + characters.size() >= keys.size()) clearSpare();
@@ -188,6 +190,7 @@ void Typist::clearSpareLater() {
 }
 
 void Typist::clearSpare() {
+  if (connection_.isLost()) return;
   for (const auto& [character, key] : spare_) {
     KeySym none = NoSymbol;
     XChangeKeyboardMapping(connection_.display(), key, 1, &none, 1);

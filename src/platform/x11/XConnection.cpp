@@ -1,12 +1,14 @@
 #include "platform/x11/XConnection.h"
 
 #include <X11/XKBlib.h>
+#include <X11/Xlib-xcb.h>
 #include <X11/Xlib.h>
 #include <X11/extensions/XInput2.h>
 #include <X11/extensions/XTest.h>
 #include <X11/extensions/Xrandr.h>
 #include <cstdlib>
 #include <string_view>
+#include <utility>
 
 namespace tessarok::x11 {
 
@@ -80,15 +82,25 @@ XConnection::XConnection(Display* display) : display_(display), root_(DefaultRoo
 
 XConnection::~XConnection() {
   // Closing a connection that has gone would only fail again.
-  if (!isLost_) XCloseDisplay(display_);
+  if (!isLost()) XCloseDisplay(display_);
 }
 
 int XConnection::descriptor() const {
   return ConnectionNumber(display_);
 }
 
-void XConnection::flush() const {
-  XFlush(display_);
+bool XConnection::isLost() {
+  if (!isLost_ && xcb_connection_has_error(XGetXCBConnection(display_)) != 0) lose();
+  return isLost_;
+}
+
+void XConnection::lose() {
+  if (std::exchange(isLost_, true)) return;
+  if (onLost) onLost();
+}
+
+void XConnection::flush() {
+  if (!isLost()) XFlush(display_);
 }
 
 std::string XConnection::prepare() {
@@ -117,6 +129,8 @@ std::string XConnection::prepare() {
   }
   // Keys must go on while another program holds the server.
   XTestGrabControl(display_, True);
+  // Until here Xlib's own way, to end the process with a message, is the best: in the middle of
+  // these questions some of its relatives would crash.
   watchForLoss();
   return {};
 }
@@ -124,22 +138,16 @@ std::string XConnection::prepare() {
 void XConnection::watchForLoss() {
   XSetIOErrorHandler(&ignoreLoss);
   XSetIOErrorExitHandler(
-      display_,
-      [](Display*, void* data) {
-        auto& self = *static_cast<XConnection*>(data);
-        if (self.isLost_) return;
-        self.isLost_ = true;
-        if (self.onLost) self.onLost();
-      },
-      this);
+      display_, [](Display*, void* data) { static_cast<XConnection*>(data)->lose(); }, this);
 }
 
 ErrorTrap::ErrorTrap(XConnection& connection) : connection_(connection) {
-  XSync(connection_.display(), False);
+  if (!connection_.isLost()) XSync(connection_.display(), False);
   before_ = errorCount;
 }
 
 bool ErrorTrap::failed() {
+  if (connection_.isLost()) return true;
   XSync(connection_.display(), False);
   return errorCount != before_;
 }

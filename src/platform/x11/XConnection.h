@@ -14,6 +14,10 @@ namespace tessarok::x11 {
 ///
 /// Errors of single requests are ignored: a window or a device may always be gone by the time the
 /// request arrives. `ErrorTrap` looks where it matters.
+///
+/// Operational notes. Once the server has gone, Xlib may crash in the next request: it knows of the
+/// loss only if it has found out itself, and keymaps are read past it. So whoever is going to make
+/// a request asks `isLost` first.
 class XConnection final {
  public:
   /// Opens the display that DISPLAY names. The string says why it is of no use.
@@ -32,17 +36,18 @@ class XConnection final {
   [[nodiscard]] int xkbEvent() const { return xkbEvent_; }
 
   /// The server has gone; nothing can be asked of it any more.
-  [[nodiscard]] bool isLost() const { return isLost_; }
+  [[nodiscard]] bool isLost();
   /// Called once when the server goes.
   std::function<void()> onLost;
 
-  void flush() const;
+  void flush();
 
  private:
   explicit XConnection(_XDisplay* display);
   /// What the server lacks; empty when nothing is missing.
   [[nodiscard]] std::string prepare();
   void watchForLoss();
+  void lose();
 
   _XDisplay* display_;
   unsigned long root_ = 0;
