@@ -249,11 +249,15 @@ TEST_F(InputSourceTest, KeysThatGiveNoSingleVisibleCharacterAreSkipped) {
   EXPECT_EQ(maps.ruToEn, (LayoutMap::Map{{U'а', U'a'}}));
 }
 
-TEST_F(InputSourceTest, CharactersBehindTheSurrogatesAreMapped) {
-  FakeLayout english(kUS, {{{0, false}, {char16_t{0xD7FF}}}, {{1, false}, u"\uF8FF"}});
-  FakeLayout russian(kRussian, {{{0, false}, u"а"}, {{1, false}, u"б"}});
+TEST_F(InputSourceTest, HalvesOfACharacterAreSkippedAndTheirNeighboursMapped) {
+  FakeLayout english(kUS, {{{0, false}, {char16_t{0xD7FF}}},
+                           {{1, false}, {char16_t{0xD800}}},
+                           {{2, false}, {char16_t{0xDFFF}}},
+                           {{3, false}, u"\uF8FF"}});
+  FakeLayout russian(
+      kRussian, {{{0, false}, u"а"}, {{1, false}, u"б"}, {{2, false}, u"в"}, {{3, false}, u"г"}});
   const auto maps = mapsOf(english, russian);
-  EXPECT_EQ(maps.enToRu, (LayoutMap::Map{{char32_t{0xD7FF}, U'а'}, {U'\uF8FF', U'б'}}));
+  EXPECT_EQ(maps.enToRu, (LayoutMap::Map{{char32_t{0xD7FF}, U'а'}, {U'\uF8FF', U'г'}}));
 }
 
 TEST_F(InputSourceTest, WithoutLayoutDataThereAreNoMaps) {
