@@ -81,7 +81,7 @@ TEST(ClientField, AKeyThatIsNeverReportedGetsLessTimeThereafter) {
   for (double now = 10; now < 12; ++now) {
     field.keyOfUnknownEffect(key(now));
     EXPECT_DOUBLE_EQ(*field.unsettledUntil(now), now + ClientField::kUnknownPatience);
-    EXPECT_FALSE(field.unsettledUntil(now + 0.5));
+    EXPECT_FALSE(field.unsettledUntil(now + 0.9));
   }
   field.keyOfUnknownEffect(key(12));
   EXPECT_DOUBLE_EQ(*field.unsettledUntil(12), 12 + ClientField::kLeastPatience);
@@ -91,17 +91,17 @@ TEST(ClientField, ASlowProgramGetsMoreTime) {
   ClientField field = reportingField(0.03);
   for (double now = 10; now < 12; ++now) {
     field.keyOfUnknownEffect(key(now));
-    static_cast<void>(field.unsettledUntil(now + 0.5));
+    static_cast<void>(field.unsettledUntil(now + 0.9));
   }
   field.keyOfUnknownEffect(key(12));
-  EXPECT_NEAR(*field.unsettledUntil(12), 12.3, 1e-6);
+  EXPECT_NEAR(*field.unsettledUntil(12), 12.6, 1e-6);
 }
 
 TEST(ClientField, AVerySlowProgramDoesNotGetForEver) {
   ClientField field = reportingField(5);
   for (double now = 10; now < 12; ++now) {
     field.keyOfUnknownEffect(key(now));
-    static_cast<void>(field.unsettledUntil(now + 0.5));
+    static_cast<void>(field.unsettledUntil(now + 0.9));
   }
   field.keyOfUnknownEffect(key(12));
   EXPECT_DOUBLE_EQ(*field.unsettledUntil(12), 12 + ClientField::kMostPatience);

@@ -12,7 +12,7 @@ using Verdict = FieldHistory::Verdict;
 /// is no fault of the program.
 constexpr int kMaxUnanswered = 2;
 /// What remains of the slowest report's time with every report.
-constexpr double kForgetting = 0.97;
+constexpr double kForgetting = 0.99;
 
 }  // namespace
 

@@ -35,10 +35,11 @@ class ClientField final {
   static constexpr double kPatience = 1;
   static constexpr double kUnknownPatience = 0.3;
   /// Some kinds of keys a program may never report. For those it gets so many times as long as its
-  /// slowest report took lately, within these bounds.
-  static constexpr double kSlower = 10;
-  static constexpr double kLeastPatience = 0.08;
-  static constexpr double kMostPatience = 0.5;
+  /// slowest report took lately, within these bounds: on a busy machine a program that was quick
+  /// all the time may suddenly not get to run for 0.1 seconds.
+  static constexpr double kSlower = 20;
+  static constexpr double kLeastPatience = 0.3;
+  static constexpr double kMostPatience = 1;
 
   /// Another field.
   void reset();

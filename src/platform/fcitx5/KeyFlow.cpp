@@ -122,8 +122,11 @@ void KeyFlow::modifier(fcitx::KeyEvent& event) {
 void KeyFlow::pressed(fcitx::KeyEvent& event) {
   auto& context = *event.inputContext();
   lastKeyDownAt_ = now();
-  // Switches of the layout take effect before the key.
+  // Switches of the layout take effect before the key. Fcitx has translated it already, so behind
+  // one it is taken anew.
+  const auto before = parts_.instance.inputMethod(&context);
   parts_.runLoop.runQueue();
+  const bool isOutdated = parts_.instance.inputMethod(&context) != before;
   const auto late = symbolWithoutLateShift(event);
   // The symbol is that of the layout; the modifiers are best known to the program.
   auto press = describe(
@@ -134,7 +137,7 @@ void KeyFlow::pressed(fcitx::KeyEvent& event) {
   const bool isTranslated = event.rawKey().sym() != event.origKey().sym();
   const bool commits = !press.text.empty() && event.forward() && (late || isTranslated);
   const auto way = commits ? Way::text : Way::key;
-  if (mustWait(way)) return hold(event);
+  if (isOutdated || mustWait(way)) return hold(event);
   const bool composes = markComposed(context, press);
   if (!showToTap(press.event)) return event.filterAndAccept();
   if (composes) press.text.clear();
