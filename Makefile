@@ -105,7 +105,7 @@ strict: ## Build with both compilers, warnings as errors
 	@cmake --preset debug > /dev/null && cmake --build --preset debug
 	@cmake --preset clang > /dev/null && cmake --build --preset clang
 
-sanitize: data ## Run every test under the address and undefined-behaviour sanitizers
+sanitize: data ## Run the tests under the address and undefined-behaviour sanitizers
 	@scripts/install-packages test
 	@cmake --preset asan > /dev/null
 	cmake --build --preset asan
