@@ -13,6 +13,8 @@ namespace tessarok::testing {
 namespace {
 
 constexpr const char* kProbe = "ghbdtn\n";
+/// Seconds for all lines: in a flood of keys each line may wait for most of a second.
+constexpr double kLinesPatience = 120;
 
 /// Waits while too many lines have been typed that do not stand in the entry yet.
 void waitForLines(const Session& session, const std::string& before, std::size_t typed) {
@@ -37,7 +39,7 @@ void expectSentences(Session& session, int count, std::chrono::milliseconds inte
     waitForLines(session, before, line);
     session.hands().type(list[line], interval);
   }
-  static_cast<void>(session.shows(before + expected));
+  static_cast<void>(waitUntil([&] { return session.text() == before + expected; }, kLinesPatience));
   const auto text = session.text();
   ASSERT_EQ(text.substr(0, before.size()), before);
   const auto shown = text.substr(before.size());
