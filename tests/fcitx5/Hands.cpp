@@ -1,36 +1,15 @@
 #include "fcitx5/Hands.h"
 
-#include <stdexcept>
 #include <thread>
 
-#include "KeyCodes.h"
-#include "platform/layouts/KeyTable.h"
 #include "platform/xkb/HardwareKeys.h"
+#include "x11/StrokeOf.h"
 
 namespace tessarok::testing {
 
 namespace {
 
 constexpr unsigned kShift = 50;
-
-layouts::KeyTable::Stroke strokeOf(char character) {
-  switch (character) {
-    case '\n':
-      return {keyCodes::returnKey, false};
-    case '\t':
-      return {keyCodes::tab, false};
-    case '\b':
-      return {keyCodes::backspace, false};
-    case ' ':
-      return {keyCodes::space, false};
-    default:
-      break;
-  }
-  const auto byte = static_cast<unsigned char>(character);
-  const auto stroke = layouts::KeyTable::english().strokeFor(byte);
-  if (!stroke || byte >= 0x80) throw std::runtime_error("no key types this");
-  return *stroke;
-}
 
 }  // namespace
 

@@ -14,9 +14,9 @@
 #include <stdexcept>
 #include <unistd.h>
 
-#include "platform/layouts/KeyTable.h"
 #include "platform/xkb/HardwareKeys.h"
 #include "x11/Patience.h"
+#include "x11/StrokeOf.h"
 
 namespace tessarok::testing {
 
@@ -67,25 +67,6 @@ std::string readNumber(int pipe) {
   }
   text.pop_back();
   return text;
-}
-
-layouts::KeyTable::Stroke strokeOf(char character) {
-  switch (character) {
-    case '\n':
-      return {keyCodes::returnKey, false};
-    case '\t':
-      return {keyCodes::tab, false};
-    case '\b':
-      return {keyCodes::backspace, false};
-    case ' ':
-      return {keyCodes::space, false};
-    default:
-      break;
-  }
-  const auto byte = static_cast<unsigned char>(character);
-  const auto stroke = layouts::KeyTable::english().strokeFor(byte);
-  if (!stroke || byte >= 0x80) throw std::runtime_error("no key types this");
-  return *stroke;
 }
 
 int ignoreError(Display*, XErrorEvent*) {
