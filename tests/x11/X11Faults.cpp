@@ -1,31 +1,14 @@
-// A library to be loaded before the program (LD_PRELOAD): it counts the calls that one of the
-// program's two processes makes of the system, of Xlib and of its relatives, and makes one of them
-// fail.
-//
-//   TESSAROK_X11_FAULT=worker:poll:3:4    the third poll of the worker fails with error number 4;
-//                                         the other process is called "watchdog". Calls of Xlib
-//                                         fail in the way that they have, whatever the number.
-//   TESSAROK_X11_FAULT_COUNTS=FILE        at the end, how often each was called goes into FILE and
-//                                         the name of the process
+// The calls that the two processes of the program make of the system on an X11 display, of Xlib and
+// of its relatives. Those of Xlib fail in the way that they have, whatever the number. See
+// FaultLibrary.h.
 
 #include <X11/XKBlib.h>
 #include <X11/Xlib.h>
 #include <X11/extensions/XInput.h>
 #include <X11/extensions/XInput2.h>
 #include <X11/extensions/XTest.h>
-#include <array>
-#include <atomic>
-#include <cerrno>
-#include <cstdarg>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <dlfcn.h>
-#include <fcntl.h>
 #include <poll.h>
 #include <pthread.h>
-#include <string>
-#include <string_view>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/timerfd.h>
@@ -33,76 +16,16 @@
 #include <unistd.h>
 #include <xkbcommon/xkbcommon-x11.h>
 
+#include "fault/FaultLibrary.h"
+
+using tessarok::faults::failingError;
+using tessarok::faults::fails;
+using tessarok::faults::real;
+
 namespace {
 
-struct Counter {
-  const char* name = nullptr;
-  std::atomic<int> count = 0;
-};
-
-// In the order in which they were first called; a name is one literal, wherever it stands.
-std::array<Counter, 64> counters;
-std::atomic<int> kinds = 0;
-
-char failingProcess[16];
-char failingCall[64];
-int failingNumber = 0;
-int failingError = 0;
-char countsFile[4096];
-const char* process = "watchdog";
-bool isReady = false;
-
-__attribute__((constructor)) void readEnvironment() {
-  if (const char* fault = std::getenv("TESSAROK_X11_FAULT")) {
-    if (std::sscanf(fault, "%15[^:]:%63[^:]:%d:%d", failingProcess, failingCall, &failingNumber,
-                    &failingError) != 4) {
-      std::abort();
-    }
-  }
-  if (const char* file = std::getenv("TESSAROK_X11_FAULT_COUNTS")) {
-    std::snprintf(countsFile, sizeof countsFile, "%s", file);
-  }
-  unsetenv("TESSAROK_X11_FAULT");
-  unsetenv("TESSAROK_X11_FAULT_COUNTS");
-  unsetenv("LD_PRELOAD");
-  isReady = true;
-}
-
-__attribute__((destructor)) void writeCounts() {
-  isReady = false;
-  if (countsFile[0] == '\0') return;
-  const auto name = std::string(countsFile) + "." + process;
-  auto* file = std::fopen(name.c_str(), "w");
-  if (file == nullptr) return;
-  for (int i = 0; i < kinds; ++i) {
-    const auto& counter = counters[static_cast<std::size_t>(i)];
-    std::fprintf(file, "%s %d\n", counter.name, counter.count.load());
-  }
-  std::fclose(file);
-}
-
-int countOf(const char* call) {
-  for (int i = 0; i < kinds; ++i) {
-    auto& counter = counters[static_cast<std::size_t>(i)];
-    if (std::strcmp(counter.name, call) == 0) return ++counter.count;
-  }
-  auto& counter = counters[static_cast<std::size_t>(kinds++)];
-  counter.name = call;
-  return ++counter.count;
-}
-
-/// Whether this call is the one that fails; errno is set then.
-bool fails(const char* call) {
-  if (!isReady) return false;
-  const int number = countOf(call);
-  if (number != failingNumber || std::strcmp(call, failingCall) != 0) return false;
-  if (std::strcmp(process, failingProcess) != 0) return false;
-  errno = failingError;
-  return true;
-}
-
-/// The same for a call on a connection. One that is lost stays lost.
-bool fails(const char* call, int file) {
+/// For a call on a connection. One that is lost stays lost.
+bool loses(const char* call, int file) {
   if (!fails(call)) return false;
   const int error = errno;
   if (error == ECONNRESET || error == EPIPE) ::shutdown(file, SHUT_RDWR);
@@ -110,27 +33,13 @@ bool fails(const char* call, int file) {
   return true;
 }
 
-template <typename Function>
-Function real(const char* name) {
-  return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
-}
-
 }  // namespace
 
 // NOLINTBEGIN: the names and types are those of the libraries.
-#define REAL(name) static const auto next = real<decltype(&::name)>(#name)
-/// A function of any arguments that answers `failure` when it fails.
-#define FAILING(result, name, failure, arguments, values) \
-  result name arguments {                                 \
-    REAL(name);                                           \
-    if (fails(#name)) return failure;                     \
-    return next values;                                   \
-  }
-/// The same for functions that use a connection.
 #define LOSING(result, name, arguments, values) \
   result name arguments {                       \
     REAL(name);                                 \
-    if (fails(#name, file)) return -1;          \
+    if (loses(#name, file)) return -1;          \
     return next values;                         \
   }
 
@@ -140,21 +49,10 @@ pid_t fork() {
   REAL(fork);
   if (fails("fork")) return -1;
   const pid_t child = next();
-  if (child == 0) {
-    process = "worker";
-    for (auto& counter : counters)
-      counter.count = 0;
-  }
+  if (child == 0) tessarok::faults::becomeWorker();
   return child;
 }
-int open(const char* path, int flags, ...) {
-  static const auto next = real<int (*)(const char*, int, ...)>("open");
-  va_list list;
-  va_start(list, flags);
-  const auto mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(list, mode_t) : 0;
-  va_end(list);
-  return fails("open") ? -1 : next(path, flags, mode);
-}
+FAILING_OPEN(open)
 FAILING(ssize_t, read, -1, (int file, void* to, size_t size), (file, to, size))
 FAILING(ssize_t, write, -1, (int file, const void* from, size_t size), (file, from, size))
 LOSING(ssize_t, recv, (int file, void* to, size_t size, int flags), (file, to, size, flags))
@@ -168,26 +66,21 @@ int poll(pollfd* files, nfds_t count, int milliseconds) {
   // The main loops wait for several files, libraries for one.
   return fails(count > 1 ? "poll" : "poll-of-one") ? -1 : next(files, count, milliseconds);
 }
-FAILING(int, socket, -1, (int domain, int type, int protocol), (domain, type, protocol))
-FAILING(int, socketpair, -1, (int domain, int type, int protocol, int ends[2]),
+FAILING(int, socket, -1, (int domain, int type, int protocol) noexcept, (domain, type, protocol))
+FAILING(int, socketpair, -1, (int domain, int type, int protocol, int ends[2]) noexcept,
         (domain, type, protocol, ends))
 FAILING(int, connect, -1, (int file, const sockaddr* address, socklen_t size),
         (file, address, size))
-FAILING(int, pipe2, -1, (int ends[2], int flags), (ends, flags))
-int timerfd_create(int clock, int flags) noexcept {
-  REAL(timerfd_create);
-  return fails("timerfd_create") ? -1 : next(clock, flags);
-}
-void* mmap(void* at, size_t size, int protection, int flags, int file, off_t offset) noexcept {
-  REAL(mmap);
-  return fails("mmap") ? MAP_FAILED : next(at, size, protection, flags, file, offset);
-}
-int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*),
-                   void* argument) noexcept {
-  REAL(pthread_create);
-  // This one answers with the number itself.
-  return fails("pthread_create") ? failingError : next(thread, attributes, start, argument);
-}
+FAILING(int, pipe2, -1, (int ends[2], int flags) noexcept, (ends, flags))
+FAILING(int, timerfd_create, -1, (int clock, int flags) noexcept, (clock, flags))
+FAILING(void*, mmap, MAP_FAILED,
+        (void* at, size_t size, int protection, int flags, int file, off_t offset) noexcept,
+        (at, size, protection, flags, file, offset))
+// This one answers with the number itself.
+FAILING(int, pthread_create, failingError,
+        (pthread_t * thread, const pthread_attr_t* attributes, void* (*start)(void*),
+         void* argument) noexcept,
+        (thread, attributes, start, argument))
 
 FAILING(Display*, XOpenDisplay, nullptr, (const char* name), (name))
 FAILING(XIDeviceInfo*, XIQueryDevice, (*count = 0, nullptr), (Display * d, int device, int* count),

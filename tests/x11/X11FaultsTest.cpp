@@ -86,17 +86,17 @@ class X11Faults : public ::testing::Test {
  protected:
   /// One life of the program, from its start to its end; what it did not keep of its promises.
   std::string broken(const std::string& process, const std::string& call, int number, int error) {
-    return live({{"TESSAROK_X11_FAULT", process + ":" + call + ":" + std::to_string(number) + ":" +
-                                            std::to_string(error)}},
+    return live({{"TESSAROK_FAULT", call + ":" + std::to_string(number) + ":" +
+                                        std::to_string(error) + ":" + process}},
                 mayLoseTheConnection(call) && !isHarmless(error), isHarmless(error));
   }
   /// How often each process makes each call when all is well.
   std::map<std::string, Calls> counts() {
     const auto file = folder_.path() / "counts";
-    EXPECT_EQ(live({{"TESSAROK_X11_FAULT_COUNTS", file.string()}}, false, true), "");
+    EXPECT_EQ(live({{"TESSAROK_FAULT_COUNTS", file.string()}}, false, true), "");
     std::map<std::string, Calls> counts;
-    for (const auto* process : {"watchdog", "worker"}) {
-      std::ifstream in(file.string() + "." + process);
+    for (const auto* process : {"", "worker"}) {
+      std::ifstream in(file.string() + (*process == '\0' ? "" : ".") + process);
       int number = 0;
       for (std::string call; in >> call >> number;)
         if (number > 0) counts[process][call] = number;
@@ -201,8 +201,8 @@ TEST_F(X11Faults, BreakNoPromise) {
         for (const int error : errorsOf(call)) {
           ++made;
           const auto problem = broken(process, call, number, error);
-          EXPECT_EQ(problem, "") << process << ": " << call << " " << number << " of " << count
-                                 << ", " << std::strerror(error);
+          EXPECT_EQ(problem, "") << (process.empty() ? "watchdog" : process) << ": " << call << " "
+                                 << number << " of " << count << ", " << std::strerror(error);
         }
       }
     }
@@ -214,11 +214,11 @@ TEST_F(X11Faults, BreakNoPromise) {
 // The server's error is one that Xlib takes for a success.
 TEST_F(X11Faults, AKeyboardThatTheServerRefusesIsAskedForAgain) {
   Tessarok program(
-      server_,
-      {.settings = {},
-       .home = {},
-       .environment = {{"LD_PRELOAD", TESSAROK_X11_FAULTS},
-                       {"TESSAROK_X11_FAULT", "worker:XIGrabDevice:1:" + std::to_string(EACCES)}}});
+      server_, {.settings = {},
+                .home = {},
+                .environment = {
+                    {"LD_PRELOAD", TESSAROK_X11_FAULTS},
+                    {"TESSAROK_FAULT", "XIGrabDevice:1:" + std::to_string(EACCES) + ":worker"}}});
   EXPECT_TRUE(program.says("another program holds the keyboard")) << program.errors();
   EXPECT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
   server_.type("ghbdtn ");
