@@ -12,9 +12,11 @@
 #include "platform/macos/MacDesktop.h"
 #include "platform/posix/NotificationCentre.h"
 #include "platform/virtual/TextField.h"
+#include "platform/virtual/VirtualApplication.h"
 #include "platform/virtual/VirtualFiles.h"
-#include "platform/virtual/VirtualServices.h"
 #include "platform/virtual/VirtualStatusBar.h"
+#include "platform/virtual/VirtualSystemLog.h"
+#include "platform/virtual/VirtualWorkspace.h"
 
 namespace tessarok::macostest {
 

@@ -5,7 +5,7 @@
 #include "KeyTap.h"
 #include "LayoutMap.h"
 #include "platform/EventFlags.h"
-#include "platform/PlainEventSource.h"
+#include "platform/plain/PlainEventSource.h"
 #include "platform/virtual/VirtualEvent.h"
 #include "support/FakeDesktop.h"
 

@@ -6,10 +6,11 @@
 #include <optional>
 
 #include "platform/Desktop.h"
+#include "platform/fcitx5/FcitxApplication.h"
 #include "platform/fcitx5/FcitxEventTaps.h"
 #include "platform/fcitx5/FcitxInputSources.h"
 #include "platform/fcitx5/FcitxRunLoop.h"
-#include "platform/fcitx5/FcitxServices.h"
+#include "platform/fcitx5/FcitxSecureInput.h"
 #include "platform/fcitx5/FcitxStatusBar.h"
 #include "platform/fcitx5/Guard.h"
 #include "platform/fcitx5/KeyFlow.h"
@@ -19,6 +20,9 @@
 #include "platform/freedesktop/Notice.h"
 #include "platform/freedesktop/Programs.h"
 #include "platform/freedesktop/SessionWatch.h"
+#include "platform/plain/FreeAccessibility.h"
+#include "platform/plain/OnlyKeyboard.h"
+#include "platform/plain/PlainEvents.h"
 #include "platform/posix/DataDirectoryBundle.h"
 #include "platform/posix/MonotonicClock.h"
 #include "platform/posix/NotificationCentre.h"
@@ -41,19 +45,19 @@ class FcitxDesktop final : public platform::Desktop {
   FcitxDesktop& operator=(const FcitxDesktop&) = delete;
   ~FcitxDesktop() override;
 
-  FcitxAccessibility& accessibility() override { return accessibility_; }
+  platform::FreeAccessibility& accessibility() override { return accessibility_; }
   FcitxApplication& application() override { return application_; }
   posix::DataDirectoryBundle& bundle() override { return bundle_; }
   posix::MonotonicClock& clock() override { return clock_; }
   posix::ProcessEnvironment& environment() override { return environment_; }
   FcitxEventTaps& eventTaps() override { return eventTaps_; }
-  FcitxEvents& events() override { return events_; }
+  platform::PlainEvents<FcitxEvent>& events() override { return events_; }
   posix::PosixFiles& files() override { return *files_; }
   FcitxInputSources& inputSources() override { return inputSources_; }
   posix::NotificationCentre& inputSourceNotifications() override {
     return inputSourceNotifications_;
   }
-  FcitxKeyboard& keyboard() override { return keyboard_; }
+  platform::OnlyKeyboard& keyboard() override { return keyboard_; }
   FcitxRunLoop& runLoop() override { return runLoop_; }
   FcitxSecureInput& secureInput() override { return secureInput_; }
   posix::ThreadQueues& serialQueues() override { return serialQueues_; }
@@ -81,7 +85,7 @@ class FcitxDesktop final : public platform::Desktop {
   FcitxRunLoop runLoop_;
   posix::StandardErrorLog systemLog_;
   std::unique_ptr<posix::PosixFiles> files_ = posix::PosixFiles::ofUser();
-  FcitxAccessibility accessibility_;
+  platform::FreeAccessibility accessibility_;
   FcitxApplication application_;
   posix::DataDirectoryBundle bundle_;
   posix::ProcessEnvironment environment_;
@@ -91,10 +95,11 @@ class FcitxDesktop final : public platform::Desktop {
   posix::NotificationCentre workspaceNotifications_;
   FcitxInputSources inputSources_;
   FcitxEventTaps eventTaps_;
-  FcitxEvents events_;
+  platform::PlainEvents<FcitxEvent> events_;
   WaylandOutlet outlet_;
+  /// It has the key beside the left Shift, which counts only where its characters are its own.
+  platform::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::iso};
   KeyFlow keyFlow_;
-  FcitxKeyboard keyboard_;
   FcitxSecureInput secureInput_;
   FcitxStatusBar statusBar_;
   /// Null without such a bus.

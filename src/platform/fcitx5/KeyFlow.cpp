@@ -121,7 +121,7 @@ void KeyFlow::modifier(fcitx::KeyEvent& event) {
 
 void KeyFlow::pressed(fcitx::KeyEvent& event) {
   auto& context = *event.inputContext();
-  lastKeyDownAt_ = now();
+  parts_.keyboard.noteKeyDown();
   // Switches of the layout take effect before the key. Fcitx has translated it already, so behind
   // one it is taken anew.
   const auto before = parts_.instance.inputMethod(&context);

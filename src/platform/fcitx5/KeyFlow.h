@@ -18,6 +18,7 @@
 #include "platform/fcitx5/FcitxInputSources.h"
 #include "platform/fcitx5/FcitxRunLoop.h"
 #include "platform/fcitx5/ModifierWatch.h"
+#include "platform/plain/PlainKeyboard.h"
 #include "platform/xkb/ManualKey.h"
 
 namespace tessarok::fcitx5 {
@@ -35,6 +36,7 @@ class KeyFlow final {
     fcitx::Instance& instance;
     FcitxEventTaps& taps;
     FcitxInputSources& inputSources;
+    platform::PlainKeyboard& keyboard;
     FcitxRunLoop& runLoop;
     platform::Clock& clock;
     std::function<void()> flush;
@@ -60,8 +62,6 @@ class KeyFlow final {
   [[nodiscard]] fcitx::InputContext* context() const { return context_.get(); }
   /// Whether passwords, or nothing for an input method, are typed there.
   [[nodiscard]] bool isSecret() const;
-  /// Uptime of the last key; absent before the first.
-  [[nodiscard]] std::optional<double> lastKeyDownAt() const { return lastKeyDownAt_; }
 
   /// The caret may be in another place.
   std::function<void()> onOtherPlace;
@@ -159,7 +159,6 @@ class KeyFlow final {
   bool isHurrying_ = false;
   bool isRunDue_ = false;
   std::uint64_t alarm_ = 0;
-  std::optional<double> lastKeyDownAt_;
   /// Programs reset their input method at keys such as Backspace; so many may yet, until then.
   int resetsExpected_ = 0;
   double resetsExpectedUntil_ = 0;

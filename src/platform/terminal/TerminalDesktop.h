@@ -5,9 +5,11 @@
 #include <optional>
 
 #include "platform/Desktop.h"
-#include "platform/FreeAccessibility.h"
-#include "platform/NoStatusBar.h"
-#include "platform/NoWorkspace.h"
+#include "platform/plain/FreeAccessibility.h"
+#include "platform/plain/NoStatusBar.h"
+#include "platform/plain/NoWorkspace.h"
+#include "platform/plain/OnlyKeyboard.h"
+#include "platform/plain/PlainEvents.h"
 #include "platform/posix/DataDirectoryBundle.h"
 #include "platform/posix/MonotonicClock.h"
 #include "platform/posix/NotificationCentre.h"
@@ -20,7 +22,7 @@
 #include "platform/terminal/TerminalEventTaps.h"
 #include "platform/terminal/TerminalInputSources.h"
 #include "platform/terminal/TerminalLog.h"
-#include "platform/terminal/TerminalServices.h"
+#include "platform/terminal/TerminalSecureInput.h"
 
 namespace tessarok::terminal {
 
@@ -39,13 +41,13 @@ class TerminalDesktop final : public platform::Desktop {
   posix::MonotonicClock& clock() override { return clock_; }
   posix::ProcessEnvironment& environment() override { return environment_; }
   TerminalEventTaps& eventTaps() override { return eventTaps_; }
-  TerminalEvents& events() override { return events_; }
+  platform::PlainEvents<TerminalEvent>& events() override { return events_; }
   posix::PosixFiles& files() override { return *files_; }
   TerminalInputSources& inputSources() override { return inputSources_; }
   posix::NotificationCentre& inputSourceNotifications() override {
     return inputSourceNotifications_;
   }
-  TerminalKeyboard& keyboard() override { return keyboard_; }
+  platform::OnlyKeyboard& keyboard() override { return keyboard_; }
   posix::PollLoop& runLoop() override { return runLoop_; }
   TerminalSecureInput& secureInput() override { return secureInput_; }
   posix::ThreadQueues& serialQueues() override { return serialQueues_; }
@@ -65,10 +67,10 @@ class TerminalDesktop final : public platform::Desktop {
   posix::DataDirectoryBundle bundle_;
   posix::ProcessEnvironment environment_;
   TerminalEventTaps eventTaps_;
-  TerminalEvents events_;
+  platform::PlainEvents<TerminalEvent> events_;
   TerminalInputSources inputSources_;
   posix::NotificationCentre inputSourceNotifications_;
-  TerminalKeyboard keyboard_{clock_};
+  platform::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::ansi};
   TerminalSecureInput secureInput_;
   posix::ThreadQueues serialQueues_;
   platform::NoStatusBar statusBar_;

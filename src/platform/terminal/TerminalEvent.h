@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/PlainEvent.h"
+#include "platform/plain/PlainEvent.h"
 
 namespace tessarok::terminal {
 

@@ -6,8 +6,8 @@
 #include "platform/Files.h"
 #include "platform/Menu.h"
 #include "platform/virtual/VirtualFiles.h"
-#include "platform/virtual/VirtualServices.h"
 #include "platform/virtual/VirtualStatusBar.h"
+#include "platform/virtual/VirtualSystemLog.h"
 
 /// The state of the program as the fields of a replay's "print" lines give it, on any desktop whose
 /// parts can be read. What waits to be written is written first. Main thread.

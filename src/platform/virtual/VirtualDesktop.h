@@ -13,13 +13,20 @@
 #include "platform/posix/NotificationCentre.h"
 #include "platform/posix/ThreadQueues.h"
 #include "platform/virtual/TextField.h"
+#include "platform/virtual/VirtualAccessibility.h"
+#include "platform/virtual/VirtualApplication.h"
+#include "platform/virtual/VirtualEnvironment.h"
 #include "platform/virtual/VirtualEventTaps.h"
+#include "platform/virtual/VirtualEvents.h"
 #include "platform/virtual/VirtualFiles.h"
 #include "platform/virtual/VirtualInputSources.h"
 #include "platform/virtual/VirtualKeyboard.h"
 #include "platform/virtual/VirtualRunLoop.h"
-#include "platform/virtual/VirtualServices.h"
+#include "platform/virtual/VirtualSecureInput.h"
 #include "platform/virtual/VirtualStatusBar.h"
+#include "platform/virtual/VirtualSystemLog.h"
+#include "platform/virtual/VirtualUserDefaults.h"
+#include "platform/virtual/VirtualWorkspace.h"
 
 namespace tessarok::virtualdesktop {
 

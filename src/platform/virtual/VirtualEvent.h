@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/PlainEvent.h"
+#include "platform/plain/PlainEvent.h"
 
 namespace tessarok::virtualdesktop {
 

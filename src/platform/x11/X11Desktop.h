@@ -6,9 +6,9 @@
 #include <string>
 
 #include "platform/Desktop.h"
-#include "platform/FreeAccessibility.h"
-#include "platform/NoStatusBar.h"
-#include "platform/NoWorkspace.h"
+#include "platform/plain/FreeAccessibility.h"
+#include "platform/plain/NoStatusBar.h"
+#include "platform/plain/NoWorkspace.h"
 #include "platform/posix/CallbackSource.h"
 #include "platform/posix/DataDirectoryBundle.h"
 #include "platform/posix/MonotonicClock.h"
@@ -26,7 +26,9 @@
 #include "platform/x11/LifeLine.h"
 #include "platform/x11/Typist.h"
 #include "platform/x11/X11EventTaps.h"
-#include "platform/x11/X11PlainServices.h"
+#include "platform/x11/X11Events.h"
+#include "platform/x11/X11Keyboard.h"
+#include "platform/x11/X11SecureInput.h"
 #include "platform/x11/X11Services.h"
 #include "platform/x11/XConnection.h"
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "platform/PlainEvent.h"
+#include "platform/plain/PlainEvent.h"
 
 namespace tessarok::x11 {
 
