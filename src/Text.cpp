@@ -344,18 +344,22 @@ void appendScalar(char32_t scalar, ScratchText::String& out) {
   appendUtf8(scalar, out);
 }
 
+void appendScalar(char32_t scalar, std::u16string& out) {
+  if (scalar < 0x10000) {
+    out.push_back(static_cast<char16_t>(scalar));
+  } else {
+    out.push_back(static_cast<char16_t>(0xD800 + ((scalar - 0x10000) >> 10)));
+    out.push_back(static_cast<char16_t>(0xDC00 + ((scalar - 0x10000) & 0x3FF)));
+  }
+}
+
 std::u16string utf16(std::string_view text) {
   std::u16string units;
   while (!text.empty()) {
     auto [scalar, length] = decode(text);
     text.remove_prefix(length);
     if (scalar == kInvalid) scalar = kReplacementCharacter;
-    if (scalar < 0x10000) {
-      units.push_back(static_cast<char16_t>(scalar));
-    } else {
-      units.push_back(static_cast<char16_t>(0xD800 + ((scalar - 0x10000) >> 10)));
-      units.push_back(static_cast<char16_t>(0xDC00 + ((scalar - 0x10000) & 0x3FF)));
-    }
+    appendScalar(scalar, units);
   }
   return units;
 }

@@ -81,6 +81,7 @@ void appendLowercased(std::string_view text, ScratchText::String& out);
 [[nodiscard]] bool isValidUtf8(std::string_view text);
 void appendScalar(char32_t scalar, std::string& out);
 void appendScalar(char32_t scalar, ScratchText::String& out);
+void appendScalar(char32_t scalar, std::u16string& out);
 /// The text in UTF-16 units.
 [[nodiscard]] std::u16string utf16(std::string_view text);
 /// Reads UTF-16 into `out`, replacing its content; a surrogate without its partner becomes the

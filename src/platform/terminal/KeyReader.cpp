@@ -19,15 +19,6 @@ constexpr char16_t kNoBreakSpace = 0xA0;
 /// Stands for a pasted text in the event of a paste.
 constexpr char16_t kObjectReplacement = 0xFFFC;
 
-void appendUtf16(char32_t scalar, std::u16string& units) {
-  if (scalar < 0x10000) {
-    units.push_back(static_cast<char16_t>(scalar));
-    return;
-  }
-  units.push_back(static_cast<char16_t>(0xD7C0 + (scalar >> 10)));
-  units.push_back(static_cast<char16_t>(0xDC00 + (scalar & 0x3FF)));
-}
-
 std::int64_t englishKey(char32_t character) {
   const auto stroke = TerminalInputSources::table(false).strokeFor(character);
   return stroke ? stroke->code : OuterLayout::kNoKey;
@@ -70,7 +61,7 @@ void readMeta(const InputItem& item, const PtyModes& modes, TerminalEvent& event
     event.modifiers |= flags::option;
   } else {
     event.become(englishKey(item.scalar), flags::option);
-    appendUtf16(item.scalar, event.payload);
+    text::appendScalar(item.scalar, event.payload);
   }
 }
 
@@ -205,7 +196,7 @@ void KeyReader::readCharacter(const InputItem& item, TerminalEvent& event) {
   outer_.note(item.scalar);
   const auto key = outer_.keyFor(item.scalar);
   event.become(key.code, key.shift ? flags::shift : 0);
-  appendUtf16(key.character, event.payload);
+  text::appendScalar(key.character, event.payload);
   if (key.character == item.scalar) {
     event.bytes = item.bytes;
   } else {

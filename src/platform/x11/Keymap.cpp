@@ -14,6 +14,7 @@
 #include <xkbcommon/xkbcommon-x11.h>
 #include <xkbcommon/xkbcommon.h>
 
+#include "Text.h"
 #include "platform/xkb/HardwareKeys.h"
 #include "platform/xkb/LayoutNames.h"
 #include "platform/xkb/ShownKeys.h"
@@ -75,15 +76,6 @@ platform::PhysicalLayoutType shapeOf(Display* display) {
   }
   XkbFreeKeyboard(description, XkbAllComponentsMask, True);
   return type;
-}
-
-void appendUtf16(char32_t scalar, std::u16string& units) {
-  if (scalar < 0x10000) {
-    units.push_back(static_cast<char16_t>(scalar));
-    return;
-  }
-  units.push_back(static_cast<char16_t>(0xD7C0 + (scalar >> 10)));
-  units.push_back(static_cast<char16_t>(0xDC00 + (scalar & 0x3FF)));
 }
 
 std::optional<KeyCode> caretMoverOf(xkb_keysym_t symbol) {
@@ -234,13 +226,13 @@ void Keymap::text(std::uint8_t key, const KeyboardState& state, std::u16string& 
   if (size <= 0) return;
   // One symbol is one scalar, and all keys of all layouts but a few carry one symbol.
   if (const auto scalar = xkb_state_key_get_utf32(scratch_, key); scalar != 0) {
-    return appendUtf16(scalar, units);
+    return text::appendScalar(scalar, units);
   }
   const xkb_keysym_t* symbols = nullptr;
   const int count = xkb_state_key_get_syms(scratch_, key, &symbols);
   for (int i = 0; i < count; ++i) {
     if (const auto scalar = xkb_keysym_to_utf32(symbols[i]); scalar != 0) {
-      appendUtf16(scalar, units);
+      text::appendScalar(scalar, units);
     }
   }
 }
