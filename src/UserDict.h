@@ -16,7 +16,7 @@ class UserDict {
   UserDict() = delete;
 
   /// A larger file is not read: keys wait meanwhile. Half a million words are smaller. 8 MiB.
-  static constexpr std::uint64_t kMostBytes = 8 * 1024 * 1024;
+  static constexpr std::uint64_t kMostBytes = std::uint64_t{8} * 1024 * 1024;
 
   /// The words of the last successful load, normalised; empty before it.
   [[nodiscard]] static const WordSet& words();

@@ -73,7 +73,7 @@ std::uint64_t bytesWithout(unsigned bit, const char* data) {
   // Multiplying puts the lowest bits of eight bytes side by side into the highest byte.
   constexpr std::uint64_t kGather = 0x0102040810204080;
   std::uint64_t found = 0;
-  for (unsigned i = 0; i < 8; ++i) {
+  for (std::size_t i = 0; i < 8; ++i) {
     const auto clear = (~littleEndianAt(data + 8 * i) >> bit) & kLowest;
     found |= ((clear * kGather) >> 56) << (8 * i);
   }

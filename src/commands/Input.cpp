@@ -11,7 +11,7 @@ namespace tessarok::commands {
 
 std::string readStandardInput() {
   std::string text;
-  std::array<char, 64 * 1024> piece;
+  std::array<char, 65536> piece;
   do {
     std::cin.read(piece.data(), piece.size());
     text.append(piece.data(), static_cast<std::size_t>(std::cin.gcount()));

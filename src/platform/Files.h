@@ -21,7 +21,7 @@ class Files {
 
   /// A larger file is not read whole; what is read is lists of words, and a file of this size in
   /// their place is a mistake that would fill the memory. In bytes: 64 MiB.
-  static constexpr std::uint64_t kMostRead = 64 * 1024 * 1024;
+  static constexpr std::uint64_t kMostRead = std::uint64_t{64} * 1024 * 1024;
 
   [[nodiscard]] virtual std::filesystem::path homeDirectory() = 0;
   /// The folder that holds every program's own data of this person; absent when unknown.

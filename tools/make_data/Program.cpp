@@ -10,8 +10,6 @@
 #include <system_error>
 #include <unistd.h>
 
-extern char** environ;
-
 namespace tessarok::makedata {
 
 namespace {
@@ -112,6 +110,7 @@ ProgramResult runProgram(const std::vector<std::string>& command, const std::str
 
   std::vector<std::string> words = command;
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words)
     arguments.push_back(word.data());
   arguments.push_back(nullptr);

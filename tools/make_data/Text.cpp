@@ -63,6 +63,7 @@ std::string toUtf8(const std::string& bytes, const char* charset,
                    const std::filesystem::path& file) {
   const iconv_t opened = iconv_open("UTF-8", charset);
   // iconv reports failure by an all-ones handle, whatever type the handle has.
+  // NOLINTNEXTLINE(performance-no-int-to-ptr)
   if (opened == reinterpret_cast<iconv_t>(-1)) {
     throw InputError(file, 0, std::string("this system cannot convert from ") + charset);
   }

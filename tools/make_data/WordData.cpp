@@ -59,6 +59,7 @@ struct Language {
   }
   [[nodiscard]] DataFile file(const char* name, const std::vector<std::string>& list) const {
     std::vector<std::string> lines;
+    lines.reserve(list.size());
     for (const std::string& entry : list)
       lines.push_back(written(entry));
     sortByBytes(lines);

@@ -64,6 +64,7 @@ Programs::~Programs() {
 int Programs::start(const std::vector<std::string>& command, Ended ended) {
   auto words = command;
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (auto& word : words)
     arguments.push_back(word.data());
   arguments.push_back(nullptr);

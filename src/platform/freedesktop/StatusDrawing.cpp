@@ -16,7 +16,8 @@ constexpr double kDimmedAlpha = 0.45;
 double coverageAt(std::string_view coverage, int column, int row) {
   constexpr int kSize = StatusDrawing::kSize;
   if (column < 0 || row < 0 || column >= kSize || row >= kSize) return 0;
-  const char digit = coverage[static_cast<std::size_t>(row * kSize + column)];
+  const int pixel = row * kSize + column;
+  const char digit = coverage[static_cast<std::size_t>(pixel)];
   if (digit == '.') return 0;
   return static_cast<double>(digit >= 'a' ? digit - 'a' + 10 : digit - '0') / kFull;
 }

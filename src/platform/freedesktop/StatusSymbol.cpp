@@ -19,8 +19,9 @@ constexpr Entry kSymbols[] = {
 };
 
 static_assert([] {
+  constexpr auto kPixels = std::size_t{StatusDrawing::kSize} * StatusDrawing::kSize;
   for (const auto& entry : kSymbols) {
-    if (entry.symbol.drawing.coverage.size() != StatusDrawing::kSize * StatusDrawing::kSize) {
+    if (entry.symbol.drawing.coverage.size() != kPixels) {
       return false;
     }
   }

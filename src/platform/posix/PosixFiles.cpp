@@ -68,7 +68,7 @@ std::string readErrorText(int number) {
 
 /// The error number of a failed read; 0 on success.
 int readAll(int descriptor, std::string& text) {
-  std::vector<char> chunk(64 * 1024);
+  std::vector<char> chunk(65536);
   while (true) {
     if (text.size() > platform::Files::kMostRead) return EFBIG;
     const auto count = ::read(descriptor, chunk.data(), chunk.size());

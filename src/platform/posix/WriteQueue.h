@@ -27,7 +27,7 @@ class WriteQueue {
   [[nodiscard]] bool isFull() const { return bytes_.size() - done_ >= kFull; }
 
  private:
-  static constexpr std::size_t kFull = 64 * 1024;
+  static constexpr std::size_t kFull = 65536;
 
   enum class Step { progress, wouldBlock, broken };
   [[nodiscard]] Step writeSome(int milliseconds);

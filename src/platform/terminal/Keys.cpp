@@ -8,7 +8,6 @@ namespace tessarok::terminal {
 
 namespace {
 
-namespace flags = platform::eventFlags;
 using Kind = InputItem::Kind;
 
 bool isLetterOrNumber(const InputItem& item) {

@@ -58,6 +58,7 @@ bool makePrivate(int descriptor) {
 std::variant<Pty, Pty::Failure> Pty::start(const std::vector<std::string>& command,
                                            termios settings, const winsize& size) {
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const auto& word : command)
     arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);

@@ -89,7 +89,7 @@ class TerminalSession final {
   bool isUntidy_ = false;
   /// A signal wants the end at once.
   bool isHurried_ = false;
-  std::array<char, 16 * 1024> chunk_;
+  std::array<char, 16384> chunk_;
 };
 
 }  // namespace tessarok::terminal

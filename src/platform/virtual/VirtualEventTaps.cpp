@@ -24,7 +24,7 @@ class VirtualEventTaps::Proxy final : public platform::EventTapProxy {
     VirtualEvent posted(static_cast<const VirtualEvent&>(event));
     posted.posted = true;
     if (taps_.onPosted) taps_.onPosted(posted);
-    taps_.posted_.push_back(std::move(posted));
+    taps_.posted_.push_back(posted);
   }
 
  private:
@@ -80,7 +80,7 @@ std::unique_ptr<platform::EventTap> VirtualEventTaps::create(std::uint64_t,
 void VirtualEventTaps::send(VirtualEvent& event) {
   route(event);
   while (!posted_.empty()) {
-    auto posted = std::move(posted_.front());
+    VirtualEvent posted(posted_.front());
     posted_.pop_front();
     route(posted);
   }
