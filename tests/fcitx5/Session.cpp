@@ -2,10 +2,10 @@
 
 #include <csignal>
 #include <stdexcept>
-#include <unistd.h>
 #include <utility>
 
 #include "support/TestFiles.h"
+#include "x11/ChromiumCommand.h"
 #include "x11/Patience.h"
 
 namespace tessarok::testing {
@@ -82,19 +82,7 @@ void Session::openEntryOfChromium() {
     throw std::runtime_error("there is no page to show");
   }
   // Of the versions of GTK the one in which Fcitx has its part.
-  std::vector<std::string> command{"chromium",
-                                   "--user-data-dir=" + (folder / "profile").string(),
-                                   "--no-first-run",
-                                   "--no-default-browser-check",
-                                   "--password-store=basic",
-                                   "--disable-gpu",
-                                   "--disable-background-networking",
-                                   "--ozone-platform=x11",
-                                   "--gtk-version=3",
-                                   "--app=file://" + page.string()};
-  // It does not shield root from its pages.
-  if (::geteuid() == 0) command.emplace_back("--no-sandbox");
-  entry_ = start(command, "chromium");
+  entry_ = start(chromiumCommand(page, {"--gtk-version=3"}), "chromium");
 }
 
 std::string Session::text() const {

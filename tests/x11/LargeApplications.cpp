@@ -1,8 +1,8 @@
 #include "x11/LargeApplications.h"
 
 #include <stdexcept>
-#include <unistd.h>
 
+#include "x11/ChromiumCommand.h"
 #include "x11/Patience.h"
 
 namespace tessarok::testing {
@@ -19,18 +19,7 @@ Chromium::Chromium(XServer& server) : Application(server) {
   if (!waitUntil([&] { return std::filesystem::exists(page); })) {
     throw std::runtime_error("there is no page to show");
   }
-  std::vector<std::string> command{"chromium",
-                                   "--user-data-dir=" + (folder() / "profile").string(),
-                                   "--no-first-run",
-                                   "--no-default-browser-check",
-                                   "--password-store=basic",
-                                   "--disable-gpu",
-                                   "--disable-background-networking",
-                                   "--ozone-platform=x11",
-                                   "--app=file://" + page.string()};
-  // It does not shield root from its pages.
-  if (::geteuid() == 0) command.emplace_back("--no-sandbox");
-  start(command, "chromium");
+  start(chromiumCommand(page), "chromium");
   // Its window takes the focus at once, but its page is a process of its own: until that has told
   // the window which entry has the focus, the window drops all keys.
   waitForKeys();

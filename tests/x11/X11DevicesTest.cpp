@@ -10,10 +10,6 @@
 #include "x11/Tessarok.h"
 #include "x11/XServer.h"
 
-// Last, because of the plain words that Xlib defines as macros.
-#include <X11/Xlib.h>
-#include <X11/extensions/XInput2.h>
-
 namespace tessarok::testing {
 namespace {
 
@@ -120,14 +116,7 @@ TEST_F(X11Devices, BothAreFreeWhenTheProgramIsKilled) {
 
 // Another pair of pointer and keyboard, as for a second person at the same screen.
 TEST_F(X11Devices, AnotherPairOfMastersChangesNothing) {
-  char name[] = "second person";
-  XIAnyHierarchyChangeInfo change{};
-  change.add.type = XIAddMaster;
-  change.add.name = name;
-  change.add.send_core = True;
-  change.add.enable = True;
-  XIChangeHierarchy(server_.display(), &change, 1);
-  server_.sync();
+  server_.addMasters("second person");
   type(kLeft, "ghbdtn ");
   expect("привет ");
   type(kRight, "vbh ");

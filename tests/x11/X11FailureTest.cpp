@@ -3,16 +3,14 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "x11/Applications.h"
+#include "x11/KeyboardGrab.h"
 #include "x11/Patience.h"
 #include "x11/Tessarok.h"
 #include "x11/XServer.h"
-
-// Last, because of the plain words that Xlib defines as macros.
-#include <X11/Xlib.h>
-#include <X11/extensions/XInput2.h>
 
 namespace tessarok::testing {
 namespace {
@@ -59,18 +57,10 @@ TEST_F(X11Failure, ASecondCopyDoesNotStart) {
 }
 
 TEST_F(X11Failure, AHeldKeyboardIsSaidToBeInTheWay) {
-  auto* other = XOpenDisplay(server_.name().c_str());
-  ASSERT_NE(other, nullptr);
-  unsigned char bits[XIMaskLen(XI_LASTEVENT)] = {};
-  XIEventMask mask{server_.keyboard(), sizeof bits, bits};
-  ASSERT_EQ(XIGrabDevice(other, server_.keyboard(), DefaultRootWindow(other), CurrentTime, None,
-                         GrabModeAsync, GrabModeAsync, False, &mask),
-            GrabSuccess);
-  XSync(other, False);
+  std::optional<KeyboardGrab> other(server_);
   const Tessarok program(server_, {});
   EXPECT_TRUE(program.says("no keyboard that another program does not hold")) << program.errors();
-  XIUngrabDevice(other, server_.keyboard(), CurrentTime);
-  XCloseDisplay(other);
+  other.reset();
   // It tries again and again.
   EXPECT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
   server_.type("ghbdtn ");
@@ -108,14 +98,7 @@ TEST_F(X11Failure, TheEndOfTheServerEndsTheProgram) {
 
 TEST_F(X11Failure, ADisplayInsideAWaylandSessionIsRefused) {
   // The devices of such a display have names of this kind.
-  char name[] = "xwayland-pointer:1";
-  XIAnyHierarchyChangeInfo change{};
-  change.add.type = XIAddMaster;
-  change.add.name = name;
-  change.add.send_core = True;
-  change.add.enable = True;
-  XIChangeHierarchy(server_.display(), &change, 1);
-  server_.sync();
+  server_.addMasters("xwayland-pointer:1");
   Tessarok program(server_, {});
   EXPECT_EQ(program.exitStatus(), 2);
   EXPECT_TRUE(program.says("this display is part of a Wayland session")) << program.errors();

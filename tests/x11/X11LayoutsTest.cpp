@@ -1,8 +1,11 @@
 // The layouts of the server: which there are, and changes of them while the program runs.
 
 #include <gtest/gtest.h>
+#include <optional>
+#include <ostream>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "x11/Applications.h"
 #include "x11/Patience.h"
@@ -12,28 +15,94 @@
 namespace tessarok::testing {
 namespace {
 
-TEST(X11Layouts, RussianFirst) {
-  XServer server("ru,us");
-  GtkEntry window(server);
-  const Tessarok program(server);
-  server.type("hello ghbdtn ");
-  EXPECT_TRUE(window.shows("hello привет ")) << window.text();
-  EXPECT_EQ(server.group(), 0u);
+/// Keys, and what the window shows after them.
+struct Typed {
+  /// The layout that is selected by hand before, as a number; absent for none.
+  std::optional<unsigned> group;
+  const char* keys;
+  const char* shown;
+};
+
+/// Layouts in which the same program corrects.
+struct LayoutCase {
+  const char* name;
+  const char* layouts;
+  std::vector<Typed> typed;
+  /// The layout in force at the end; absent where it does not matter.
+  std::optional<unsigned> group;
+};
+
+void PrintTo(const LayoutCase& layoutCase, std::ostream* out) {
+  *out << layoutCase.layouts;
 }
 
-TEST(X11Layouts, AThirdLayoutIsLeftAlone) {
-  XServer server("us,ru,de");
+class X11LayoutOrder : public ::testing::TestWithParam<LayoutCase> {};
+
+TEST_P(X11LayoutOrder, IsServed) {
+  XServer server(GetParam().layouts);
   GtkEntry window(server);
   const Tessarok program(server);
-  server.type("ghbdtn ");
-  EXPECT_TRUE(window.shows("привет ")) << window.text();
-  server.lockGroup(2);
-  server.type("ghbdtn ");
-  EXPECT_TRUE(window.shows("привет ghbdtn ")) << window.text();
-  server.lockGroup(0);
-  server.type("vbh ");
-  EXPECT_TRUE(window.shows("привет ghbdtn мир ")) << window.text();
+  for (const auto& [group, keys, shown] : GetParam().typed) {
+    if (group) server.lockGroup(*group);
+    server.type(keys);
+    EXPECT_TRUE(window.shows(shown)) << window.text();
+  }
+  if (GetParam().group) {
+    EXPECT_EQ(server.group(), *GetParam().group);
+  }
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    , X11LayoutOrder,
+    ::testing::Values(LayoutCase{.name = "RussianFirst",
+                                 .layouts = "ru,us",
+                                 .typed = {{{}, "hello ghbdtn ", "hello привет "}},
+                                 .group = 0},
+                      LayoutCase{.name = "AThirdLayoutIsLeftAlone",
+                                 .layouts = "us,ru,de",
+                                 .typed = {{{}, "ghbdtn ", "привет "},
+                                           {2, "ghbdtn ", "привет ghbdtn "},
+                                           {0, "vbh ", "привет ghbdtn мир "}},
+                                 .group = {}},
+                      // Where the US layout has the double quote, this one has the at sign.
+                      LayoutCase{.name = "BritishEnglish",
+                                 .layouts = "gb,ru",
+                                 .typed = {{{}, "hello\" ghbdtn ", "hello@ привет "},
+                                           {{}, "hello ", "hello@ привет hello "}},
+                                 .group = 0}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+/// A sign that both layouts lack, on a key of its own behind a word.
+struct SignCase {
+  const char* name;
+  char32_t sign;
+  const char* before;
+  const char* shown;
+};
+
+void PrintTo(const SignCase& signCase, std::ostream* out) {
+  *out << signCase.shown;
+}
+
+class X11Sign : public ::testing::TestWithParam<SignCase> {};
+
+TEST_P(X11Sign, PassesBetweenWords) {
+  XServer server("us,ru");
+  GtkEntry window(server);
+  const Tessarok program(server);
+  server.bindKey(100, GetParam().sign);
+  server.type(GetParam().before);
+  server.tap(100);
+  server.type(" vbh ");
+  EXPECT_TRUE(window.shows(GetParam().shown)) << window.text();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , X11Sign,
+    // The first ends the word: it is typed with a spare key, which the keymap then loses again.
+    ::testing::Values(SignCase{"EndsAWord", U'\u20AC', "ghbdtn", "привет€ мир "},
+                      SignCase{"AloneAsAnEmoji", U'\U0001F600', "ghbdtn ", "привет 😀 мир "}),
+    [](const auto& test) { return std::string(test.param.name); });
 
 TEST(X11Layouts, OneLayoutIsSaidToBeTooFew) {
   XServer server("us");
@@ -87,18 +156,6 @@ TEST(X11Layouts, InternationalEnglishHasItsSignsElsewhere) {
   EXPECT_EQ(server.group(), 0u);
 }
 
-TEST(X11Layouts, BritishEnglish) {
-  XServer server("gb,ru");
-  GtkEntry window(server);
-  const Tessarok program(server);
-  // Where the US layout has the double quote, this one has the at sign.
-  server.type("hello\" ghbdtn ");
-  EXPECT_TRUE(window.shows("hello@ привет ")) << window.text();
-  server.type("hello ");
-  EXPECT_TRUE(window.shows("hello@ привет hello ")) << window.text();
-  EXPECT_EQ(server.group(), 0u);
-}
-
 TEST(X11Layouts, NoKeyIsLostWhileTheKeymapIsSetAnew) {
   XServer server("us,ru");
   GtkEntry window(server);
@@ -146,29 +203,6 @@ TEST(X11Layouts, TheRubleSignIsTypedWithAltGr) {
   server.type(" ");
   EXPECT_TRUE(window.shows("hello₽ ")) << window.text();
   EXPECT_EQ(server.group(), 0u);
-}
-
-TEST(X11Layouts, ASignOfNoLayoutIsTypedWithASpareKey) {
-  XServer server("us,ru");
-  GtkEntry window(server);
-  const Tessarok program(server);
-  // A key that both layouts lack ends the word, and then the keymap loses it again.
-  server.bindKey(100, U'\u20AC');
-  server.type("ghbdtn");
-  server.tap(100);
-  server.type(" vbh ");
-  EXPECT_TRUE(window.shows("привет€ мир ")) << window.text();
-}
-
-TEST(X11Layouts, AnEmojiPassesAndEndsTheWord) {
-  XServer server("us,ru");
-  GtkEntry window(server);
-  const Tessarok program(server);
-  server.bindKey(100, U'\U0001F600');
-  server.type("ghbdtn ");
-  server.tap(100);
-  server.type(" vbh ");
-  EXPECT_TRUE(window.shows("привет 😀 мир ")) << window.text();
 }
 
 }  // namespace

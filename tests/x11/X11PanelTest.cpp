@@ -4,6 +4,7 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "freedesktop/PrivateBus.h"
@@ -12,13 +13,10 @@
 #include "platform/virtual/TemporaryDirectory.h"
 #include "platform/virtual/VirtualDesktop.h"
 #include "x11/Applications.h"
+#include "x11/KeyboardGrab.h"
 #include "x11/Patience.h"
 #include "x11/Tessarok.h"
 #include "x11/XServer.h"
-
-// Last, because of the plain words that Xlib defines as macros.
-#include <X11/Xlib.h>
-#include <X11/extensions/XInput2.h>
 
 namespace tessarok::testing {
 namespace {
@@ -93,19 +91,11 @@ TEST_F(X11Panel, MissingLayoutsNeedAttention) {
 }
 
 TEST_F(X11Panel, AKeyboardThatIsTakenNeedsAttention) {
-  auto* other = XOpenDisplay(server_.name().c_str());
-  ASSERT_NE(other, nullptr);
-  unsigned char bits[XIMaskLen(XI_LASTEVENT)] = {};
-  XIEventMask mask{server_.keyboard(), sizeof bits, bits};
-  ASSERT_EQ(XIGrabDevice(other, server_.keyboard(), DefaultRootWindow(other), CurrentTime, None,
-                         GrabModeAsync, GrabModeAsync, False, &mask),
-            GrabSuccess);
-  XSync(other, False);
+  std::optional<KeyboardGrab> other(server_);
   start(false);
   EXPECT_TRUE(
       waitUntil([&] { return host_.text("IconName") == "tessarok-attention-dimmed-symbolic"; }));
-  XIUngrabDevice(other, server_.keyboard(), CurrentTime);
-  XCloseDisplay(other);
+  other.reset();
   expectIcon("tessarok-on-symbolic", "Tessarok — on");
 }
 

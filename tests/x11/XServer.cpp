@@ -260,6 +260,16 @@ void XServer::setKeyboardEnabled(bool enabled) {
   if (hand_ != nullptr && enabled) hand_->connect();
 }
 
+void XServer::addMasters(std::string name) {
+  XIAnyHierarchyChangeInfo change{};
+  change.add.type = XIAddMaster;
+  change.add.name = name.data();
+  change.add.send_core = True;
+  change.add.enable = True;
+  XIChangeHierarchy(display_, &change, 1);
+  sync();
+}
+
 bool XServer::isKeyboardHeld() {
   int count = 0;
   auto* info = XIQueryDevice(display_, keyboard_, &count);

@@ -67,6 +67,8 @@ class XServer {
   /// The device number of the keyboard in use.
   [[nodiscard]] int keyboard() const { return keyboard_; }
   void setKeyboardEnabled(bool enabled);
+  /// Adds a pair of master devices, a pointer and a keyboard, which have names that begin so.
+  void addMasters(std::string name);
   /// A program holds the keyboard.
   [[nodiscard]] bool isKeyboardHeld();
   /// What a key of the keyboard itself, not of all keyboards together, gives in its first layout.
