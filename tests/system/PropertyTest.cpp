@@ -3,6 +3,7 @@
 // replay command.
 
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <istream>
 #include <set>
@@ -353,19 +354,18 @@ std::vector<std::string> wordsOfBothLanguages() {
   return words;
 }
 
-void runScript(unsigned seed, int lines) {
-  ReplayWriter writer(seed, wordsOfBothLanguages());
-  Watcher watcher;
+/// Replays lines that are made one by one. `check` looks at what came of the lines so far, of which
+/// it is told the number; `next` makes the line of a number, from 1 on.
+void play(unsigned seed, int lines, const std::function<void(int)>& check,
+          const std::function<std::string(int)>& next) {
   std::string written;
   int number = 0;
   Script script([&]() -> std::string {
-    if (number > 1) watcher.check();
+    check(number);
     if (number == lines || ::testing::Test::HasFailure()) return {};
-    ++number;
-    const auto line = number == 1 ? writer.setup() : writer.line();
-    written += line.dump() + "\n";
-    if (number > 1) watcher.prepare(line);
-    return line.dump();
+    auto line = next(++number);
+    written += line + "\n";
+    return line;
   });
   std::istream in(&script);
   std::ostringstream out;
@@ -374,6 +374,20 @@ void runScript(unsigned seed, int lines) {
   EXPECT_FALSE(::testing::Test::HasFailure()) << "seed " << seed << ", line " << number << " of\n"
                                               << written;
   EXPECT_EQ(number, lines);
+}
+
+void runScript(unsigned seed, int lines) {
+  ReplayWriter writer(seed, wordsOfBothLanguages());
+  Watcher watcher;
+  const auto check = [&](int number) {
+    if (number > 1) watcher.check();
+  };
+  const auto next = [&](int number) {
+    const auto line = number == 1 ? writer.setup() : writer.line();
+    if (number > 1) watcher.prepare(line);
+    return line.dump();
+  };
+  play(seed, lines, check, next);
   // A script that never makes the program retype anything would prove little.
   EXPECT_GT(watcher.replacements(), lines / 50);
   ::testing::Test::RecordProperty("replacements", watcher.replacements());
@@ -528,24 +542,10 @@ class PlainTyping {
 
 void typePlainly(unsigned seed, int lines) {
   PlainTyping typing(seed);
-  std::string written;
-  int number = 0;
-  Script script([&]() -> std::string {
+  const auto check = [&typing](int number) {
     if (number > 0) typing.endOfLine();
-    if (number == lines || ::testing::Test::HasFailure()) return {};
-    ++number;
-    written += typing.nextLine() + "\n";
-    const auto start = written.rfind('\n', written.size() - 2);
-    const auto from = start == std::string::npos ? 0 : start + 1;
-    return written.substr(from, written.size() - from - 1);
-  });
-  std::istream in(&script);
-  std::ostringstream out;
-  Replay replay(std::nullopt, std::filesystem::path(TESSAROK_TEST_DATA));
-  EXPECT_NO_THROW(replay.run(in, out));
-  EXPECT_FALSE(::testing::Test::HasFailure()) << "seed " << seed << ", line " << number << " of\n"
-                                              << written;
-  EXPECT_EQ(number, lines);
+  };
+  play(seed, lines, check, [&typing](int) { return typing.nextLine(); });
   EXPECT_GT(typing.fixes(), lines / 100);
 }
 

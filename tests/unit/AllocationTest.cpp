@@ -12,6 +12,7 @@
 #include "KeyTap.h"
 #include "Text.h"
 #include "platform/layouts/KeyTable.h"
+#include "platform/plain/PlainEvent.h"
 #include "platform/virtual/Session.h"
 
 namespace {
@@ -65,30 +66,14 @@ using layouts::KeyTable;
 using platform::EventType;
 
 /// One key-down that lives on the stack.
-class Key final : public platform::Event {
+class Key final : public platform::PlainEvent {
  public:
-  Key(KeyCode code, bool shift, char16_t unit) : code_(code), shift_(shift), unit_(unit) {}
-
-  [[nodiscard]] std::int64_t keyCode() const override { return code_; }
-  [[nodiscard]] std::uint64_t flags() const override { return shift_ ? 0x20000 : 0; }
-  [[nodiscard]] bool isAutorepeat() const override { return false; }
-  [[nodiscard]] std::int64_t sourceUserData() const override { return 0; }
-  [[nodiscard]] std::size_t unicodeString(std::span<char16_t> units) const override {
-    units[0] = unit_;
-    return 1;
+  Key(KeyCode keyCode, bool shift, char16_t unit) {
+    code = keyCode;
+    modifiers = shift ? 0x20000 : 0;
+    payload = unit;
   }
   [[nodiscard]] std::unique_ptr<Event> copy() const override { return nullptr; }
-  void setSource(platform::EventSource&) override {}
-  void setType(EventType) override {}
-  void setFlags(std::uint64_t) override {}
-  void setAutorepeat(bool) override {}
-  void setSourceUserData(std::int64_t) override {}
-  void setUnicodeString(std::u16string_view) override {}
-
- private:
-  KeyCode code_;
-  bool shift_;
-  char16_t unit_;
 };
 
 class Proxy final : public platform::EventTapProxy {

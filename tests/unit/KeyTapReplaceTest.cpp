@@ -5,6 +5,7 @@
 #include "KeyTap.h"
 #include "LayoutMap.h"
 #include "platform/EventFlags.h"
+#include "platform/plain/PlainEvent.h"
 #include "platform/plain/PlainEventSource.h"
 #include "platform/virtual/VirtualEvent.h"
 #include "support/FakeDesktop.h"
@@ -164,23 +165,12 @@ TEST_F(KeyTapReplaceTest, APasswordFieldThatOpensMeanwhileGetsNothing) {
 }
 
 /// A key that can be copied so many times.
-class FailingEvent final : public platform::Event {
+class FailingEvent final : public platform::PlainEvent {
  public:
-  explicit FailingEvent(int copies) : left_(copies) {}
-  [[nodiscard]] std::int64_t keyCode() const override { return KeyTap::kTab; }
-  [[nodiscard]] std::uint64_t flags() const override { return 0; }
-  [[nodiscard]] bool isAutorepeat() const override { return false; }
-  [[nodiscard]] std::int64_t sourceUserData() const override { return 0; }
-  [[nodiscard]] std::size_t unicodeString(std::span<char16_t>) const override { return 0; }
+  explicit FailingEvent(int copies) : left_(copies) { code = KeyTap::kTab; }
   [[nodiscard]] std::unique_ptr<platform::Event> copy() const override {
     return left_-- > 0 ? std::make_unique<VirtualEvent>() : nullptr;
   }
-  void setSource(platform::EventSource&) override {}
-  void setType(EventType) override {}
-  void setFlags(std::uint64_t) override {}
-  void setAutorepeat(bool) override {}
-  void setSourceUserData(std::int64_t) override {}
-  void setUnicodeString(std::u16string_view) override {}
 
  private:
   mutable int left_;
