@@ -5,8 +5,6 @@ BUILD := build/release
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
 RUNS ?= 10
-# What runs in the one program that has threads.
-THREAD_TESTS := ^(story|fuzz)/|^(AppDelegate|DiagnosticLog|IgnoreList|KeyTap|ThreadQueue|UserDict)
 # What goes the same ways through the corrector thousands of times.
 THOROUGH_TESTS := ^(Crash|LockRace|Property)\.|^(RenderedList\.FollowsEveryChange|Text\.ShortCuts.*|UserDict\.AHundredThousandWordsAreRead|WordListScan\.(AgreesWithAPlainCheckOnGoodAndOnDamagedLists|FindsOneWrongByteAnywhere))$$
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
@@ -111,11 +109,11 @@ sanitize: data ## Run the tests under the address and undefined-behaviour saniti
 	cmake --build --preset asan
 	ctest --preset asan -j $(JOBS)
 
-sanitize-threads: data ## Run the corrector's tests under the thread sanitizer
+sanitize-threads: data ## Run the tests under the thread sanitizer
 	@scripts/install-packages test
 	@cmake --preset tsan > /dev/null
-	cmake --build --preset tsan --target tessarok tessarok_unit_tests tessarok_story_check tessarok_fuzz
-	ctest --preset tsan -j $(JOBS) --tests-regex '$(THREAD_TESTS)'
+	cmake --build --preset tsan
+	ctest --preset tsan -j $(JOBS)
 
 coverage: data ## Measure the corrector's branch coverage: build/coverage/report/index.html
 	@scripts/install-packages test coverage
