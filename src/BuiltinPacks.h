@@ -11,6 +11,7 @@ namespace tessarok {
 /// Main thread.
 class BuiltinPacks {
  public:
+  /// One list and its switch.
   struct Pack {
     /// Forms the settings key.
     std::string id;

@@ -15,12 +15,14 @@ namespace tessarok {
 /// positively confirmed is left alone. Keeps no state between calls. Main thread.
 class Detector {
  public:
+  /// What speaks for a conversion.
   enum class Confidence {
     /// The converted word is in a dictionary.
     high,
     /// The letters of both words speak for the conversion.
     medium,
   };
+  /// How a word is to be converted.
   struct Decision {
     /// The typed text is Cyrillic and converts to English; else Latin, to Russian.
     bool fromRu = false;
@@ -54,6 +56,7 @@ class Detector {
   /// ("ПРивет"); absent when it was not.
   [[nodiscard]] static std::optional<std::string> fixShiftLag(std::string_view word);
 
+  /// "high" or "medium".
   [[nodiscard]] static const char* name(Confidence confidence);
 };
 

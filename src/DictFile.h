@@ -18,9 +18,11 @@ class DictFile {
   /// an invalid one is reported to the system log.
   explicit DictFile(const std::string& resource);
 
+  /// Whether there is a list that could be read and is valid.
   [[nodiscard]] bool isAvailable() const;
   /// Whether `word` is one whole line, byte for byte. False when unavailable.
   [[nodiscard]] bool contains(std::string_view word) const;
+  /// The whole list; empty when unavailable.
   [[nodiscard]] std::string_view data() const;
 
   /// The first thing that makes `data` invalid; absent when it is a valid dictionary.

@@ -18,6 +18,7 @@ namespace tessarok {
 class InputSource {
  public:
   using Handle = std::shared_ptr<platform::InputSourceHandle>;
+  /// What every key gives, from each layout to the other.
   struct Maps {
     LayoutMap::Map enToRu;
     LayoutMap::Map ruToEn;

@@ -48,6 +48,7 @@ class KeyTap final : public std::enable_shared_from_this<KeyTap> {
   /// The length of one pause, seconds.
   static constexpr double kPauseDuration = 5.0;
 
+  /// What a conversion by hand makes of a word.
   struct ManualSwap {
     std::string converted;
     /// The layout that the new word belongs to; absent when it has no letters.

@@ -38,6 +38,7 @@ class LayoutMap {
   /// The text with every Character replaced by what its key gives in the other layout; what no
   /// table holds stays. As many Characters come out as go in.
   [[nodiscard]] static std::string convert(std::string_view text, bool fromRussian);
+  /// The same, behind what `out` holds.
   static void appendConverted(std::string_view text, bool fromRussian, ScratchText::String& out);
 
   /// The keys of `map` that are no letters and give a Russian letter.

@@ -25,6 +25,7 @@ class NGramSet {
   [[nodiscard]] std::size_t size() const { return size_; }
   /// Whether these two or three symbols are in the set; never when one of them is 0.
   [[nodiscard]] bool contains(std::span<const Symbol> symbols) const;
+  /// Takes two or three symbols; 0 is none.
   void insert(std::span<const Symbol> symbols);
 
  private:

@@ -21,6 +21,7 @@ class Proto {
     /// Triples of words written between "^" and "$": the complete list of possible ones.
     bool boundary;
   };
+  /// What such a file was read as.
   struct Parsed {
     NGramSet set;
     /// The first line that makes the whole file unusable; `set` is empty then.

@@ -13,6 +13,7 @@ namespace tessarok {
 /// Each set is read on first use and never reloaded. Main thread.
 class ShortFreq {
  public:
+  /// What a list file holds.
   struct Parsed {
     WordSet words;
     /// The first line that makes the whole file unusable; `words` is empty then.
@@ -20,6 +21,7 @@ class ShortFreq {
   };
 
   ShortFreq() = delete;
+  /// Empty when the file is missing or bad.
   [[nodiscard]] static const WordSet& en();
   [[nodiscard]] static const WordSet& ru();
   [[nodiscard]] static const WordSet& of(bool russian) { return russian ? ru() : en(); }

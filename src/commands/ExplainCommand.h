@@ -8,10 +8,13 @@
 
 namespace tessarok::commands {
 
+/// What `tessarok explain` understands.
 struct ExplainOptions {
+  /// One JSON object a word instead of text.
   bool json = false;
   /// Leave the person's lists and the packs out.
   bool noLists = false;
+  /// Lengths of the runs of Russian and of English words before the word.
   std::int64_t ruStreak = 0;
   std::int64_t enStreak = 0;
   /// A single "-" stands for standard input, a word a line.

@@ -7,6 +7,7 @@
 
 namespace tessarok::commands {
 
+/// What `tessarok replay` understands.
 struct ReplayOptions {
   /// An existing directory used as the home directory; absent for a temporary one.
   std::optional<std::filesystem::path> home;

@@ -7,6 +7,7 @@
 
 namespace tessarok::commands {
 
+/// What `tessarok terminal` understands.
 struct TerminalOptions {
   /// The program to run and its arguments; empty for the person's login shell.
   std::vector<std::string> command;

@@ -7,6 +7,7 @@
 
 namespace tessarok::commands {
 
+/// What `tessarok type` understands.
 struct TypeOptions {
   /// The layout selected at the start is the Russian one; absent: that of the first letter.
   std::optional<bool> fromRussian;

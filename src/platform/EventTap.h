@@ -3,19 +3,11 @@
 #include <memory>
 
 #include "platform/Event.h"
+#include "platform/EventTapProxy.h"
 #include "platform/EventType.h"
 #include "platform/RunLoopSource.h"
 
 namespace tessarok::platform {
-
-/// The place in the event stream at which a tap's callback runs; events posted here follow the
-/// event in hand and precede the user's next one. Valid only while the callback runs.
-class EventTapProxy {
- public:
-  virtual ~EventTapProxy() = default;
-  /// Takes the event as it is now; later changes to it do not show.
-  virtual void post(const Event& event) = 0;
-};
 
 /// What a tap calls for every event: returns the event to deliver, or null to swallow it.
 /// `event` is null for the pseudo-events that tell of a disabled tap.

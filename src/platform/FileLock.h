@@ -3,6 +3,8 @@
 #include <memory>
 #include <variant>
 
+#include "platform/FileLockFailure.h"
+
 namespace tessarok::platform {
 
 /// An open, exclusively locked file; destroying it closes the file and so gives the lock up. The
@@ -15,13 +17,7 @@ class FileLock {
   virtual ~FileLock() = default;
 };
 
-/// Why a lock could not be had. `number` is the system's error number.
-struct FileLockFailure {
-  enum class Reason { cannotOpen, heldByAnother, cannotLock };
-  Reason reason = Reason::cannotOpen;
-  int number = 0;
-};
-
+/// What an attempt to lock a file gives. The lock is not null.
 using FileLockResult = std::variant<std::unique_ptr<FileLock>, FileLockFailure>;
 
 }  // namespace tessarok::platform

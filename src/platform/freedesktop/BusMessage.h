@@ -5,6 +5,7 @@
 
 namespace tessarok::freedesktop {
 
+/// Gives one reference to a message back.
 struct BusMessageUnref {
   void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
 };

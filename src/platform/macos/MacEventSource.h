@@ -8,6 +8,7 @@
 
 namespace tessarok::macos {
 
+/// A Quartz event source. Main thread.
 class MacEventSource final : public platform::EventSource {
  public:
   explicit MacEventSource(CfRef<CGEventSourceRef> source) : source_(std::move(source)) {}

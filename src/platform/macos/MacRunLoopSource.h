@@ -8,6 +8,7 @@
 
 namespace tessarok::macos {
 
+/// A source of Core Foundation for a run loop. Main thread.
 class MacRunLoopSource final : public platform::RunLoopSource {
  public:
   explicit MacRunLoopSource(CfRef<CFRunLoopSourceRef> source) : source_(std::move(source)) {}

@@ -58,9 +58,12 @@ class VirtualDesktop final : public platform::Desktop {
   void selectInputSource(const std::string& identifier);
   void enableInputSources(std::vector<std::string> identifiers);
   void setTrusted(bool trusted);
+  /// The system disables the tap and tells it so by such an event.
   void disableTap(platform::EventType pseudoEvent);
   void announceToWorkspace(const std::string& notification);
+  /// False when no menu has an item with this title.
   bool chooseMenuItem(const std::string& title);
+  /// Lets time pass; what falls due in it is done.
   void wait(double seconds);
   /// Runs what is queued on the main queue.
   void endTurn() { runLoop_.runQueue(); }

@@ -26,6 +26,7 @@ class Typist final {
   Typist& operator=(const Typist&) = delete;
   ~Typist();
 
+  /// A key goes down, by its X key code, and stays so until it is released.
   void press(std::uint8_t key);
   /// A key that is not down is left alone.
   void release(std::uint8_t key);

@@ -24,12 +24,12 @@
 #include "platform/x11/Keyboards.h"
 #include "platform/x11/Layouts.h"
 #include "platform/x11/LifeLine.h"
+#include "platform/x11/SessionServices.h"
 #include "platform/x11/Typist.h"
 #include "platform/x11/X11EventTaps.h"
 #include "platform/x11/X11Events.h"
 #include "platform/x11/X11Keyboard.h"
 #include "platform/x11/X11SecureInput.h"
-#include "platform/x11/X11Services.h"
 #include "platform/x11/XConnection.h"
 
 union _XEvent;

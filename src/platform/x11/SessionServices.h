@@ -3,13 +3,10 @@
 #include <functional>
 #include <memory>
 
-#include "platform/Environment.h"
-#include "platform/RunLoop.h"
 #include "platform/SecureInput.h"
 #include "platform/StatusBar.h"
-#include "platform/SystemLog.h"
 #include "platform/Workspace.h"
-#include "platform/posix/NotificationCentre.h"
+#include "platform/x11/SessionContext.h"
 
 namespace tessarok::x11 {
 
@@ -24,15 +21,7 @@ struct SessionServices {
   std::shared_ptr<void> owner;
 };
 
-/// What the services may use; all of it outlives them. `workspaceNotifications` is where they
-/// announce sleep and changes of the session.
-struct SessionContext {
-  platform::RunLoop& runLoop;
-  platform::Environment& environment;
-  platform::SystemLog& systemLog;
-  posix::NotificationCentre& workspaceNotifications;
-};
-
+/// Asks the session once, when the parts of the desktop that it may use are there.
 using MakeSessionServices = std::function<SessionServices(const SessionContext&)>;
 
 }  // namespace tessarok::x11
