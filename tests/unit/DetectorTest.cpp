@@ -1,5 +1,8 @@
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <optional>
+#include <ostream>
+#include <string>
 
 #include "BuiltinPacks.h"
 #include "Detector.h"
@@ -280,39 +283,35 @@ TEST_F(DetectorTest, WithoutAWordAtItsEndItIsNot) {
   EXPECT_EQ(Detector::decide("dsdjlf", 0, 0), kNone);
 }
 
-/// вынавывода, all nine pairs known and four of eight triples: 0.85.
-class DetectorAnchorTest : public DetectorTest {
- protected:
-  void addAll() {
-    addPrototypes("вы\nын\nна\nав\nыв\nво\nод\nда\n", "нав\nавы\nвыв\nыво\n",
-                  "^вы\nвын\nына\nнав\nавы\nвыв\nыво\nвод\nода\nда$\n", "^zz\n");
-  }
-  static constexpr const char* kTyped = "dsyfdsdjlf";
+/// A Russian word, and whether a longer word that ends in it is taken for Russian by that.
+struct Ending {
+  const char* name;
+  /// The dictionary with it, in order.
+  const char* words;
+  bool speaksForAWord;
 };
 
-TEST_F(DetectorAnchorTest, AnEndingOfEightLettersSpeaksForAWord) {
-  desktop.addResource("dict_ru", "навывода\nпривет\n");
-  addAll();
-  EXPECT_EQ(Detector::decide(kTyped, 0, 0), toRussian(medium));
+void PrintTo(const Ending& ending, std::ostream* out) {
+  *out << ending.name;
 }
 
-TEST_F(DetectorAnchorTest, AnEndingOfNineLettersIsNotLookedFor) {
-  desktop.addResource("dict_ru", "привет\nынавывода\n");
-  addAll();
-  EXPECT_EQ(Detector::decide(kTyped, 0, 0), kNone);
+class DetectorEndingTest : public DetectorTest, public ::testing::WithParamInterface<Ending> {};
+
+TEST_P(DetectorEndingTest, SpeaksForAWordFromThreeToEightLetters) {
+  // вынавывода, all nine pairs known and four of eight triples: 0.85.
+  desktop.addResource("dict_ru", GetParam().words);
+  addPrototypes("вы\nын\nна\nав\nыв\nво\nод\nда\n", "нав\nавы\nвыв\nыво\n",
+                "^вы\nвын\nына\nнав\nавы\nвыв\nыво\nвод\nода\nда$\n", "^zz\n");
+  EXPECT_EQ(Detector::decide("dsyfdsdjlf", 0, 0),
+            GetParam().speaksForAWord ? toRussian(medium) : kNone);
 }
 
-TEST_F(DetectorAnchorTest, AnEndingOfThreeLettersSpeaksForAWord) {
-  desktop.addResource("dict_ru", "ода\nпривет\n");
-  addAll();
-  EXPECT_EQ(Detector::decide(kTyped, 0, 0), toRussian(medium));
-}
-
-TEST_F(DetectorAnchorTest, AnEndingOfTwoLettersDoesNot) {
-  desktop.addResource("dict_ru", "да\nпривет\n");
-  addAll();
-  EXPECT_EQ(Detector::decide(kTyped, 0, 0), kNone);
-}
+INSTANTIATE_TEST_SUITE_P(, DetectorEndingTest,
+                         ::testing::Values(Ending{"TwoLetters", "да\nпривет\n", false},
+                                           Ending{"ThreeLetters", "ода\nпривет\n", true},
+                                           Ending{"EightLetters", "навывода\nпривет\n", true},
+                                           Ending{"NineLetters", "привет\nынавывода\n", false}),
+                         [](const auto& test) { return std::string(test.param.name); });
 
 TEST_F(DetectorTest, FiveLettersAreTooFewForTheImpossible) {
   desktop.addResource("dict_ru", "вода\nпривет\n");
