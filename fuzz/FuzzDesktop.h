@@ -6,11 +6,12 @@
 
 #include "MemoryFiles.h"
 #include "platform/virtual/VirtualDesktop.h"
+#include "support/PartlyVirtualDesktop.h"
 
 namespace tessarok::fuzz {
 
 /// The virtual desktop with files in memory. It is the process's desktop from its making on.
-class FuzzDesktop final : public platform::Desktop {
+class FuzzDesktop final : public testing::PartlyVirtualDesktop {
  public:
   FuzzDesktop() { platform::setDesktop(*this); }
 
@@ -21,28 +22,8 @@ class FuzzDesktop final : public platform::Desktop {
 
   MemoryFiles& files() override { return files_; }
   platform::Bundle& bundle() override { return bundle_; }
-
-  platform::Accessibility& accessibility() override { return base_.accessibility(); }
-  platform::Application& application() override { return base_.application(); }
-  platform::Clock& clock() override { return base_.clock(); }
-  platform::Environment& environment() override { return base_.environment(); }
-  platform::EventTaps& eventTaps() override { return base_.eventTaps(); }
-  platform::Events& events() override { return base_.events(); }
-  platform::InputSources& inputSources() override { return base_.inputSources(); }
-  platform::Notifications& inputSourceNotifications() override {
-    return base_.inputSourceNotifications();
-  }
-  platform::Keyboard& keyboard() override { return base_.keyboard(); }
-  platform::RunLoop& runLoop() override { return base_.runLoop(); }
-  platform::SecureInput& secureInput() override { return base_.secureInput(); }
   platform::SerialQueues& serialQueues() override { return queues_; }
-  platform::StatusBar& statusBar() override { return base_.statusBar(); }
-  virtualdesktop::VirtualSystemLog& systemLog() override { return base_.systemLog(); }
-  platform::UserDefaults& userDefaults() override { return base_.userDefaults(); }
-  platform::Workspace& workspace() override { return base_.workspace(); }
-  platform::Notifications& workspaceNotifications() override {
-    return base_.workspaceNotifications();
-  }
+  [[nodiscard]] virtualdesktop::VirtualDesktop& base() override { return base_; }
 
  private:
   class MemoryBundle final : public platform::Bundle {

@@ -6,12 +6,13 @@
 #include "platform/virtual/TemporaryDirectory.h"
 #include "platform/virtual/VirtualDesktop.h"
 #include "support/FakeServices.h"
+#include "support/PartlyVirtualDesktop.h"
 
 namespace tessarok::testing {
 
 /// A virtual desktop some of whose services are the test's own, with a home and a data directory
 /// that go away with it. It is the process's desktop from its making on.
-class FakeDesktop final : public platform::Desktop {
+class FakeDesktop final : public PartlyVirtualDesktop {
  public:
   FakeDesktop();
   FakeDesktop(const FakeDesktop&) = delete;
@@ -28,8 +29,7 @@ class FakeDesktop final : public platform::Desktop {
   void addResource(std::string_view name, std::string_view text);
   /// The same with a list of tests/data.
   void addAllTestData();
-  /// The keyboard, text field and clock behind the services.
-  [[nodiscard]] virtualdesktop::VirtualDesktop& base() { return base_; }
+  [[nodiscard]] virtualdesktop::VirtualDesktop& base() override { return base_; }
 
   /// Services of the test's own instead of the virtual ones; null for those.
   struct Replaced {
@@ -46,8 +46,9 @@ class FakeDesktop final : public platform::Desktop {
   FakeFiles& files() override { return files_; }
   FakeInputSources& inputSources() override { return inputSources_; }
   FakeKeyboard& keyboard() override { return keyboard_; }
+  virtualdesktop::VirtualRunLoop& runLoop() override { return base_.runLoop(); }
+  virtualdesktop::VirtualWorkspace& workspace() override { return base_.workspace(); }
 
-  virtualdesktop::VirtualAccessibility& accessibility() override { return base_.accessibility(); }
   platform::Clock& clock() override { return replaced.clock ? *replaced.clock : base_.clock(); }
   platform::EventTaps& eventTaps() override {
     return replaced.eventTaps ? *replaced.eventTaps : base_.eventTaps();
@@ -55,20 +56,8 @@ class FakeDesktop final : public platform::Desktop {
   platform::Events& events() override {
     return replaced.events ? *replaced.events : base_.events();
   }
-  posix::NotificationCentre& inputSourceNotifications() override {
-    return base_.inputSourceNotifications();
-  }
-  virtualdesktop::VirtualRunLoop& runLoop() override { return base_.runLoop(); }
-  virtualdesktop::VirtualSecureInput& secureInput() override { return base_.secureInput(); }
-  posix::ThreadQueues& serialQueues() override { return base_.serialQueues(); }
   platform::StatusBar& statusBar() override {
     return replaced.statusBar ? *replaced.statusBar : base_.statusBar();
-  }
-  virtualdesktop::VirtualSystemLog& systemLog() override { return base_.systemLog(); }
-  virtualdesktop::VirtualUserDefaults& userDefaults() override { return base_.userDefaults(); }
-  virtualdesktop::VirtualWorkspace& workspace() override { return base_.workspace(); }
-  posix::NotificationCentre& workspaceNotifications() override {
-    return base_.workspaceNotifications();
   }
 
  private:
