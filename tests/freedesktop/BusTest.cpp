@@ -1,6 +1,7 @@
 // The connection to a bus on the real run loop, and when the other end fails.
 
 #include <gtest/gtest.h>
+#include <poll.h>
 
 #include "freedesktop/FakeService.h"
 #include "freedesktop/PrivateBus.h"
@@ -88,7 +89,10 @@ TEST_F(BusOnLoop, GivesUpOnAProgramThatDoesNotAnswer) {
 
 TEST_F(BusOnLoop, SaysWhenTheBusHasEnded) {
   const auto bus = Bus::openAddress(loop_, daemon_.address(), reason_);
-  bus->onClosed = [this] { loop_.stop(); };
+  bus->onClosed = [this](const std::string& reason) {
+    EXPECT_FALSE(reason.empty());
+    loop_.stop();
+  };
   const auto slot =
       bus->call(callOfDaemon(*bus, "GetId"), [&](sd_bus_message&) { daemon_.stop(); });
   loop_.run();
@@ -102,6 +106,54 @@ TEST_F(BusOnLoop, SaysWhenTheBusHasEnded) {
   EXPECT_FALSE(bus->call(nullptr, [](sd_bus_message&) {}));
   EXPECT_FALSE(bus->requestName("a.b"));
   bus->send(nullptr);
+}
+
+// Taken down by the library, which answers all calls that wait.
+TEST_F(BusOnLoop, AnswersEveryCallWhenTheBusHasEnded) {
+  const auto bus = Bus::openAddress(loop_, daemon_.address(), reason_);
+  const auto mute = Bus::openAddress(loop_, daemon_.address(), reason_);
+  bool isError = false;
+  freedesktop::BusSlot waiting;
+  const auto named = mute->call(callOfDaemon(*mute, "GetId"), [&](sd_bus_message& reply) {
+    // From now on nobody serves this connection.
+    loop_.remove(*mute);
+    waiting = bus->call(
+        bus->methodCall(sd_bus_message_get_destination(&reply), "/", "org.example.Any", "Any"),
+        [&](sd_bus_message& answer) {
+          isError = sd_bus_message_is_method_error(&answer, nullptr) != 0;
+        });
+    loop_.async([this] { daemon_.stop(); });
+  });
+  bus->onClosed = [this](const std::string&) { loop_.stop(); };
+  loop_.run();
+  EXPECT_FALSE(timedOut_);
+  EXPECT_TRUE(isError);
+}
+
+TEST_F(BusOnLoop, LetsKeysInBetweenWhatIsSentWithoutEnd) {
+  constexpr int kSignals = 1000;
+  const auto bus = Bus::openAddress(loop_, daemon_.address(), reason_);
+  const auto talker = Bus::openAddress(loop_, daemon_.address(), reason_);
+  int heard = 0;
+  const auto match = bus->match("type='signal',interface='a.b'", [&](sd_bus_message&) {
+    if (++heard == kSignals) loop_.stop();
+  });
+  freedesktop::BusSlot sent;
+  int heardInOneTurn = 0;
+  const auto ready = bus->call(callOfDaemon(*bus, "GetId"), [&](sd_bus_message&) {
+    loop_.remove(*bus);
+    for (int i = 0; i < kSignals; ++i)
+      talker->send(talker->signal("/", "a.b", "C"));
+    sent = talker->call(callOfDaemon(*talker, "GetId"), [&](sd_bus_message&) {
+      loop_.add(*bus);
+      bus->ready(POLLIN);
+      heardInOneTurn = heard;
+    });
+  });
+  loop_.run();
+  EXPECT_FALSE(timedOut_);
+  EXPECT_GT(heardInOneTurn, 0);
+  EXPECT_LT(heardInOneTurn, kSignals / 10);
 }
 
 TEST_F(BusOnLoop, SaysWhyThereIsNone) {

@@ -8,6 +8,7 @@
 #include "freedesktop/BusDesktop.h"
 #include "freedesktop/FakeService.h"
 #include "freedesktop/PrivateBus.h"
+#include "freedesktop/SilentBus.h"
 #include "support/TestFiles.h"
 
 namespace tessarok::testing {
@@ -122,6 +123,21 @@ TEST_F(Workspace, SaysItInTheLogWhereNothingShowsNotifications) {
   std::vector<std::string> messages;
   ASSERT_TRUE(desktop_.runLoop().until([&] {
     messages = desktop_.systemLog().take();
+    return !messages.empty();
+  }));
+  EXPECT_EQ(messages, std::vector<std::string>{
+                          "Tessarok: Cannot open /words.txt: xdg-open: No such file or directory"});
+}
+
+TEST_F(Workspace, SaysItInTheLogWhenTheBusNeverAnswers) {
+  const SilentBus silent;
+  BusDesktop desktop(silent.address());
+  desktop.workspace().openFile("/words.txt");
+  desktop.base().wait(freedesktop::Bus::kPatience / 1e6);
+  desktop.base().wait(freedesktop::Bus::kConnectPatience);
+  std::vector<std::string> messages;
+  ASSERT_TRUE(desktop.runLoop().until([&] {
+    messages = desktop.systemLog().take();
     return !messages.empty();
   }));
   EXPECT_EQ(messages, std::vector<std::string>{

@@ -78,7 +78,8 @@ TEST(GtkPassword, IsSecureWhileItHasTheFocus) {
   const PrivateBus bus(PrivateBus::Services::installed);
   ::setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
   BusDesktop desktop(bus.address());
-  freedesktop::AtSpiSecureInput secureInput(desktop.session(), desktop.runLoop());
+  freedesktop::AtSpiSecureInput secureInput(desktop.session(), desktop.runLoop(),
+                                            desktop.systemLog());
   ASSERT_TRUE(desktop.runLoop().until([&] { return secureInput.isListening(); }));
 
   ::unsetenv("NO_AT_BRIDGE");

@@ -56,6 +56,10 @@ PrivateBus::PrivateBus(Services services) {
   if (address_.empty()) throw std::runtime_error("dbus-daemon does not start");
 }
 
+void PrivateBus::hang() {
+  ::kill(process_, SIGSTOP);
+}
+
 void PrivateBus::stop() {
   if (process_ <= 0) return;
   ::kill(process_, SIGKILL);

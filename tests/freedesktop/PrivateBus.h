@@ -20,6 +20,8 @@ class PrivateBus final {
   ~PrivateBus() { stop(); }
 
   [[nodiscard]] const std::string& address() const { return address_; }
+  /// Takes what it is sent from now on, and answers nothing.
+  void hang();
   /// Ends the bus as a crash would.
   void stop();
 

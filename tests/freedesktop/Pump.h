@@ -29,10 +29,10 @@ class Pump final : public platform::RunLoop {
   /// Serves everything until `done` is true; false when that takes longer than a deadline that
   /// only a fault reaches.
   [[nodiscard]] bool until(const std::function<bool()>& done);
-
- private:
+  /// One turn, which waits for at most so long.
   void serve(int milliseconds);
 
+ private:
   virtualdesktop::VirtualRunLoop& loop_;
   std::vector<posix::PollSource*> sources_;
 };

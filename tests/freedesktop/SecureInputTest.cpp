@@ -25,8 +25,8 @@ class SecureInput : public ::testing::Test {
     ASSERT_TRUE(registry_.own("org.a11y.atspi.Registry"));
     program_.offer(kPasswordPath, "org.a11y.atspi.Accessible", kAccessibleTable, &passwordRole_);
     program_.offer(kTextPath, "org.a11y.atspi.Accessible", kAccessibleTable, &textRole_);
-    secureInput_ =
-        std::make_unique<freedesktop::AtSpiSecureInput>(desktop_.session(), desktop_.runLoop());
+    secureInput_ = std::make_unique<freedesktop::AtSpiSecureInput>(
+        desktop_.session(), desktop_.runLoop(), desktop_.systemLog());
     ASSERT_TRUE(until([this] { return secureInput_->isListening(); }));
   }
   void focus(const char* path, bool gained) {
@@ -154,9 +154,10 @@ TEST_F(SecureInput, IsOffForAFieldThatDoesNotAnswer) {
 }
 
 TEST_F(SecureInput, IsNeverOnWithoutBuses) {
-  freedesktop::AtSpiSecureInput alone(nullptr, desktop_.runLoop());
+  freedesktop::AtSpiSecureInput alone(nullptr, desktop_.runLoop(), desktop_.systemLog());
   EXPECT_FALSE(alone.isEnabled());
-  freedesktop::AtSpiSecureInput withoutLauncher(desktop_.session(), desktop_.runLoop());
+  freedesktop::AtSpiSecureInput withoutLauncher(desktop_.session(), desktop_.runLoop(),
+                                                desktop_.systemLog());
   EXPECT_FALSE(withoutLauncher.isListening());
   EXPECT_FALSE(withoutLauncher.isEnabled());
 }

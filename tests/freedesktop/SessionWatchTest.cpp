@@ -33,10 +33,13 @@ class SessionWatchTest : public ::testing::Test {
     logind_.offer(kManagerPath, kManager, kTable, this);
     ASSERT_TRUE(logind_.own("org.freedesktop.login1"));
   }
+  [[nodiscard]] freedesktop::SessionWatch::Surroundings surroundings() {
+    return {desktop_.environment(), centre_, desktop_.systemLog()};
+  }
   /// Starts to watch, and waits until the subscriptions stand.
   void watch() {
     watch_ = std::make_unique<freedesktop::SessionWatch>(desktop_.session(), desktop_.session(),
-                                                         desktop_.environment(), centre_);
+                                                         surroundings());
     ASSERT_TRUE(desktop_.runLoop().until([this] { return !askedFor_.empty(); }));
     settle();
   }
@@ -144,9 +147,12 @@ TEST_F(SessionWatchTest, WatchesTheSessionItBelongsTo) {
 }
 
 TEST_F(SessionWatchTest, HearsNothingWithoutBuses) {
-  const freedesktop::SessionWatch deaf(nullptr, nullptr, desktop_.environment(), centre_);
+  const freedesktop::SessionWatch deaf(nullptr, nullptr, surroundings());
   sleep(true);
   EXPECT_EQ(heard(), Heard{});
+  EXPECT_EQ(desktop_.systemLog().take(),
+            std::vector<std::string>{
+                "Tessarok: there is no system bus; sleep and locked sessions are not noticed"});
 }
 
 }  // namespace

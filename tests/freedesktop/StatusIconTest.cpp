@@ -13,6 +13,7 @@
 #include "KeyTap.h"
 #include "freedesktop/BusDesktop.h"
 #include "freedesktop/PrivateBus.h"
+#include "freedesktop/SilentBus.h"
 #include "freedesktop/StatusHost.h"
 #include "platform/freedesktop/StatusNotifierItem.h"
 #include "platform/freedesktop/StatusSymbol.h"
@@ -119,6 +120,16 @@ class WithoutPanel : public ::testing::Test {
     delegate_ = std::make_shared<AppDelegate>();
     delegate_->applicationDidFinishLaunching();
   }
+  /// On a bus that lets it in at once.
+  void launch() {
+    launch(bus_.address());
+    auto& bus = *desktop_->session();
+    bool isIn = false;
+    const auto slot =
+        bus.call(bus.methodCall("org.freedesktop.DBus", "/", "org.freedesktop.DBus.Peer", "Ping"),
+                 [&isIn](sd_bus_message&) { isIn = true; });
+    ASSERT_TRUE(desktop_->runLoop().until([&isIn] { return isIn; }));
+  }
   void TearDown() override {
     delegate_->applicationWillTerminate();
     IgnoreList::flush();
@@ -140,7 +151,7 @@ class WithoutPanel : public ::testing::Test {
 };
 
 TEST_F(WithoutPanel, SaysSoOnceAndWorks) {
-  launch(bus_.address());
+  launch();
   waitForPanel();
   EXPECT_EQ(desktop_->systemLog().take(),
             std::vector<std::string>{"Tessarok: no panel shows status icons here; the program "
@@ -151,7 +162,7 @@ TEST_F(WithoutPanel, SaysSoOnceAndWorks) {
 }
 
 TEST_F(WithoutPanel, IsSeenByOneThatComesLate) {
-  launch(bus_.address());
+  launch();
   waitForPanel();
   StatusHost host(desktop_->runLoop(), bus_.address());
   ASSERT_TRUE(host.seesIcon());
@@ -159,7 +170,7 @@ TEST_F(WithoutPanel, IsSeenByOneThatComesLate) {
 }
 
 TEST_F(WithoutPanel, SaysNothingWhenThereIsOne) {
-  launch(bus_.address());
+  launch();
   StatusHost host(desktop_->runLoop(), bus_.address());
   ASSERT_TRUE(host.seesIcon());
   EXPECT_EQ(host.toolTip(), kOn);
@@ -178,7 +189,7 @@ TEST_F(WithoutPanel, RunsWithoutABusAndSaysSoOnce) {
 }
 
 TEST_F(WithoutPanel, RunsOnWhenTheBusEnds) {
-  launch(bus_.address());
+  launch();
   {
     StatusHost host(desktop_->runLoop(), bus_.address());
     ASSERT_TRUE(host.seesIcon());
@@ -189,13 +200,33 @@ TEST_F(WithoutPanel, RunsOnWhenTheBusEnds) {
     said = desktop_->systemLog().take();
     return !said.empty();
   }));
-  EXPECT_EQ(said, std::vector<std::string>{
-                      "Tessarok: the session bus has ended; the program runs on without its icon"});
+  ASSERT_EQ(said.size(), 1U);
+  EXPECT_TRUE(said[0].starts_with("Tessarok: the session bus is lost (")) << said[0];
+  // Of the panel, too, there is nothing more to be said.
+  waitForPanel();
+  EXPECT_EQ(desktop_->systemLog().take(), std::vector<std::string>());
   desktop_->base().keyDown({.code = keyCodes::grave});
   desktop_->base().wait(6);
   // Ends the word that began with the pause key's character.
   desktop_->base().keyDown({.code = keyCodes::space});
   expectToWork();
+}
+
+TEST_F(WithoutPanel, RunsWithABusThatNeverAnswersAndSaysSoOnce) {
+  const SilentBus silent;
+  launch(silent.address());
+  expectToWork();
+  waitForPanel();
+  std::vector<std::string> said;
+  ASSERT_TRUE(desktop_->runLoop().until([&] {
+    said = desktop_->systemLog().take();
+    return !said.empty();
+  }));
+  EXPECT_EQ(said,
+            std::vector<std::string>{"Tessarok: the session bus is lost (Connection timed out); "
+                                     "the program runs on without its icon"});
+  waitForPanel();
+  EXPECT_EQ(desktop_->systemLog().take(), std::vector<std::string>());
 }
 
 /// Icons of a program whose theme files no panel finds by itself.

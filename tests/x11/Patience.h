@@ -6,7 +6,7 @@
 namespace tessarok::testing {
 
 /// How long a slow machine may take before a test gives up, seconds.
-inline constexpr double kPatience = 30;
+inline constexpr double kPatience = 20;
 
 /// Waits until `condition` holds; whether it does in the end.
 template <typename Condition>

@@ -4,8 +4,6 @@
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <optional>
 #include <pty.h>
@@ -17,6 +15,7 @@
 #include "platform/posix/FileDescriptor.h"
 #include "x11/Applications.h"
 #include "x11/Patience.h"
+#include "x11/ProcessState.h"
 #include "x11/Tessarok.h"
 #include "x11/XServer.h"
 
@@ -33,29 +32,6 @@ constexpr std::uint8_t kA = 38;
 constexpr std::uint8_t kShift = 50;
 constexpr char kControlC = 3;
 constexpr char kControlZ = 26;
-
-/// The letter that the system has for what a process does: T is stopped, Z is ended.
-char stateOf(pid_t process) {
-  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-  std::string line;
-  std::getline(file, line);
-  const auto end = line.rfind(')');
-  return end == std::string::npos || end + 2 >= line.size() ? 'Z' : line[end + 2];
-}
-
-/// How often a process has waited for something to happen, with all its threads.
-long waitsOf(pid_t process) {
-  long waits = 0;
-  const auto tasks = "/proc/" + std::to_string(process) + "/task";
-  for (const auto& task : std::filesystem::directory_iterator(tasks)) {
-    std::ifstream file(task.path() / "status");
-    for (std::string name; file >> name;) {
-      long number = 0;
-      if (name == "voluntary_ctxt_switches:" && file >> number) waits += number;
-    }
-  }
-  return waits;
-}
 
 /// A terminal, at which nobody reads what is written.
 class Terminal {

@@ -18,8 +18,8 @@ constexpr std::uint64_t kRolePatience = 1'000'000;
 
 }  // namespace
 
-AtSpiSecureInput::AtSpiSecureInput(Bus* session, platform::RunLoop& loop)
-    : session_(session), loop_(loop) {
+AtSpiSecureInput::AtSpiSecureInput(Bus* session, platform::RunLoop& loop, platform::SystemLog& log)
+    : session_(session), loop_(loop), log_(log) {
   if (session_ == nullptr) return;
   address_ =
       session_->call(session_->methodCall(kLauncher, "/org/a11y/bus", kLauncher, "GetAddress"),
@@ -33,12 +33,16 @@ AtSpiSecureInput::AtSpiSecureInput(Bus* session, platform::RunLoop& loop)
 void AtSpiSecureInput::findBus(const std::string& address) {
   std::string reason;
   bus_ = Bus::openAddress(loop_, address, reason);
-  if (!bus_) return;
-  bus_->onClosed = [this] {
-    listening_ = false;
-    forget();
-  };
+  if (!bus_) return busLost(reason);
+  bus_->onClosed = [this](const std::string& why) { busLost(why); };
   listen();
+}
+
+void AtSpiSecureInput::busLost(const std::string& reason) {
+  listening_ = false;
+  forget();
+  log_.write("Tessarok: the accessibility bus is lost (" + reason +
+             "); password entries are not recognised any more");
 }
 
 void AtSpiSecureInput::listen() {
@@ -52,7 +56,9 @@ void AtSpiSecureInput::listen() {
       bus_->methodCall(kRegistry, "/org/a11y/atspi/registry", kRegistry, "RegisterEvent");
   if (message) sd_bus_message_append(message.get(), "s", "object:state-changed:focused");
   registration_ = bus_->call(std::move(message), [this](sd_bus_message& reply) {
-    listening_ = sd_bus_message_is_method_error(&reply, nullptr) == 0;
+    const auto* error = sd_bus_message_get_error(&reply);
+    listening_ = error == nullptr;
+    if (!listening_ && bus_->isOpen()) busLost(error->message);
   });
 }
 

@@ -5,6 +5,7 @@
 
 #include "platform/RunLoop.h"
 #include "platform/SecureInput.h"
+#include "platform/SystemLog.h"
 #include "platform/freedesktop/Bus.h"
 
 namespace tessarok::freedesktop {
@@ -15,8 +16,9 @@ namespace tessarok::freedesktop {
 /// Programs that are not on that bus are never seen. Without the bus nothing is ever secure.
 class AtSpiSecureInput final : public platform::SecureInput {
  public:
-  /// `session` is null when there is no session bus; both outlive the object.
-  AtSpiSecureInput(Bus* session, platform::RunLoop& loop);
+  /// `session` is null when there is no session bus; everything outlives the object. `log` is told
+  /// when the accessibility bus is lost.
+  AtSpiSecureInput(Bus* session, platform::RunLoop& loop, platform::SystemLog& log);
 
   /// Also on for the moment in which a field that has just got the focus is asked what it is for:
   /// a lost correction is repaired by hand, a corrected password is not.
@@ -30,6 +32,7 @@ class AtSpiSecureInput final : public platform::SecureInput {
   enum class State { open, asking, secret };
 
   void findBus(const std::string& address);
+  void busLost(const std::string& reason);
   void listen();
   void focusChanged(sd_bus_message& event);
   void ask();
@@ -37,6 +40,7 @@ class AtSpiSecureInput final : public platform::SecureInput {
 
   Bus* session_;
   platform::RunLoop& loop_;
+  platform::SystemLog& log_;
   std::unique_ptr<Bus> bus_;
   bool listening_ = false;
   State state_ = State::open;

@@ -1,12 +1,26 @@
 #include "platform/freedesktop/Bus.h"
 
+#include <cerrno>
 #include <poll.h>
+#include <sys/socket.h>
 #include <system_error>
 #include <utility>
 
 namespace tessarok::freedesktop {
 
 namespace {
+
+/// So many messages may keep the loop from the keys.
+constexpr int kMessagesPerTurn = 32;
+
+std::string textOf(int error) {
+  return std::generic_category().message(error);
+}
+
+/// The message was not built to its end, which says nothing about the bus.
+bool isOfMessage(int error) {
+  return error == EBADMSG || error == ESTALE;
+}
 
 int handle(sd_bus_message* message, void* userData, sd_bus_error*) noexcept {
   // A copy, because the handler may drop the slot that owns it.
@@ -47,7 +61,7 @@ std::unique_ptr<Bus> Bus::started(platform::RunLoop& loop, int result, sd_bus* b
                                   std::string& reason) {
   if (result < 0) {
     sd_bus_unref(bus);
-    reason = std::generic_category().message(-result);
+    reason = textOf(-result);
     return nullptr;
   }
   return std::unique_ptr<Bus>(new Bus(loop, bus));
@@ -55,6 +69,7 @@ std::unique_ptr<Bus> Bus::started(platform::RunLoop& loop, int result, sd_bus* b
 
 Bus::Bus(platform::RunLoop& loop, sd_bus* bus) : loop_(loop), bus_(bus) {
   loop_.add(*this);
+  later(kConnectPatience, &Bus::giveUpIfNotReady);
 }
 
 Bus::~Bus() {
@@ -67,36 +82,43 @@ BusSlot Bus::match(const std::string& rule, BusSlot::Handler handler) {
   if (bus_ == nullptr) return {};
   auto owned = std::make_unique<BusSlot::Handler>(std::move(handler));
   sd_bus_slot* slot = nullptr;
-  sd_bus_add_match_async(bus_, &slot, rule.c_str(), handle, ignore, owned.get());
+  const int result = sd_bus_add_match_async(bus_, &slot, rule.c_str(), handle, ignore, owned.get());
+  if (result < 0) lose(-result);
   return {std::move(owned), slot};
 }
 
 BusSlot Bus::addObject(const char* path, const char* interface, const sd_bus_vtable* vtable,
                        void* object) {
   sd_bus_slot* slot = nullptr;
-  if (bus_ != nullptr) sd_bus_add_object_vtable(bus_, &slot, path, interface, vtable, object);
+  if (bus_ == nullptr) return {};
+  const int result = sd_bus_add_object_vtable(bus_, &slot, path, interface, vtable, object);
+  if (result < 0) lose(-result);
   return {nullptr, slot};
 }
 
 BusSlot Bus::requestName(const std::string& name) {
   sd_bus_slot* slot = nullptr;
-  if (bus_ != nullptr) sd_bus_request_name_async(bus_, &slot, name.c_str(), 0, ignore, nullptr);
+  if (bus_ == nullptr) return {};
+  const int result = sd_bus_request_name_async(bus_, &slot, name.c_str(), 0, ignore, nullptr);
+  if (result < 0) lose(-result);
   return {nullptr, slot};
 }
 
 BusMessage Bus::methodCall(const std::string& destination, const std::string& path,
                            const char* interface, const char* member) {
   sd_bus_message* message = nullptr;
-  if (bus_ != nullptr) {
-    sd_bus_message_new_method_call(bus_, &message, destination.c_str(), path.c_str(), interface,
-                                   member);
-  }
+  if (bus_ == nullptr) return {};
+  const int result = sd_bus_message_new_method_call(bus_, &message, destination.c_str(),
+                                                    path.c_str(), interface, member);
+  if (result < 0) lose(-result);
   return BusMessage(message);
 }
 
 BusMessage Bus::signal(const char* path, const char* interface, const char* member) {
   sd_bus_message* message = nullptr;
-  if (bus_ != nullptr) sd_bus_message_new_signal(bus_, &message, path, interface, member);
+  if (bus_ == nullptr) return {};
+  const int result = sd_bus_message_new_signal(bus_, &message, path, interface, member);
+  if (result < 0) lose(-result);
   return BusMessage(message);
 }
 
@@ -105,15 +127,18 @@ BusSlot Bus::call(BusMessage message, BusSlot::Handler handler, std::uint64_t pa
   auto owned = std::make_unique<BusSlot::Handler>(std::move(handler));
   sd_bus_slot* slot = nullptr;
   const int result = sd_bus_call_async(bus_, &slot, message.get(), handle, owned.get(), patience);
+  if (result < 0 && !isOfMessage(-result)) lose(-result);
   processSoonIfNeeded();
   if (result < 0) return {};
-  processAfter(patience);
+  // The loop waits for descriptors only, and a call that is never answered makes none ready.
+  later(static_cast<double>(patience) / 1e6 + 0.01, &Bus::process);
   return {std::move(owned), slot};
 }
 
 void Bus::send(BusMessage message) {
   if (bus_ == nullptr || !message) return;
-  sd_bus_send(bus_, message.get(), nullptr);
+  const int result = sd_bus_send(bus_, message.get(), nullptr);
+  if (result < 0 && !isOfMessage(-result)) lose(-result);
   processSoonIfNeeded();
 }
 
@@ -132,14 +157,22 @@ void Bus::ready(short) {
 }
 
 void Bus::process() {
-  while (bus_ != nullptr) {
+  for (int i = 0; bus_ != nullptr; ++i) {
+    if (i == kMessagesPerTurn) return later(0, &Bus::process);
     const int result = sd_bus_process(bus_, nullptr);
-    if (result < 0) {
-      close();
-    } else if (result == 0 && !hasWork()) {
-      return;
-    }
+    if (result < 0 && error_ != 0) return close();
+    if (result < 0) lose(-result);
+    if (result == 0 && !hasWork()) return;
   }
+}
+
+void Bus::lose(int error) {
+  if (std::exchange(error_, error) != 0) return;
+  ::shutdown(sd_bus_get_fd(bus_), SHUT_RDWR);
+}
+
+void Bus::giveUpIfNotReady() {
+  if (bus_ != nullptr && sd_bus_is_ready(bus_) <= 0) lose(ETIMEDOUT);
 }
 
 bool Bus::hasWork() const {
@@ -154,19 +187,19 @@ void Bus::processSoonIfNeeded() {
   });
 }
 
-void Bus::processAfter(std::uint64_t microseconds) {
-  // The loop waits for descriptors only, and a call that is never answered makes none ready.
-  const double seconds = static_cast<double>(microseconds) / 1e6 + 0.01;
-  loop_.after(seconds, [weak = std::weak_ptr(self_)] {
-    if (const auto self = weak.lock()) (*self)->process();
+void Bus::later(double seconds, void (Bus::*work)()) {
+  loop_.after(seconds, [weak = std::weak_ptr(self_), work] {
+    if (const auto self = weak.lock()) ((*self)->*work)();
   });
 }
 
 void Bus::close() {
+  // A loop may keep its own record of the descriptor, whose number will be another file's.
+  loop_.remove(*this);
   sd_bus_close_unref(std::exchange(bus_, nullptr));
   loop_.async([weak = std::weak_ptr(self_)] {
     const auto self = weak.lock();
-    if (self && (*self)->onClosed) (*self)->onClosed();
+    if (self && (*self)->onClosed) (*self)->onClosed(textOf((*self)->error_));
   });
 }
 

@@ -21,6 +21,8 @@ class Bus final : public posix::PollSource {
  public:
   /// Microseconds that a call may take before it counts as failed.
   static constexpr std::uint64_t kPatience = 5'000'000;
+  /// Seconds that a bus may take to let the program in.
+  static constexpr double kConnectPatience = 10.0;
 
   /// Each is null when there is no such bus, with the reason in `reason`. `loop` outlives the bus.
   [[nodiscard]] static std::unique_ptr<Bus> openSession(platform::RunLoop& loop,
@@ -35,9 +37,10 @@ class Bus final : public posix::PollSource {
   /// Closes at once. Not to be destroyed by a handler of its own; slots may outlive the bus.
   ~Bus() override;
 
-  [[nodiscard]] bool isOpen() const { return bus_ != nullptr; }
-  /// Called on a later turn of the loop when the other end has closed the connection.
-  std::function<void()> onClosed;
+  [[nodiscard]] bool isOpen() const { return error_ == 0; }
+  /// Called once, on a later turn of the loop, when the connection is lost: the other end has
+  /// closed it or never answered, or something could not be done on it.
+  std::function<void(const std::string& reason)> onClosed;
 
   /// Calls `handler` for every signal that the match rule describes.
   [[nodiscard]] BusSlot match(const std::string& rule, BusSlot::Handler handler);
@@ -66,15 +69,21 @@ class Bus final : public posix::PollSource {
   static std::unique_ptr<Bus> started(platform::RunLoop& loop, int result, sd_bus* bus,
                                       std::string& reason);
   void process();
+  /// The connection is of no use from now on. The library takes it down as one that the other end
+  /// has closed, and answers every call that waits with an error.
+  void lose(int error);
   /// Whether something is to be done though no descriptor says so: a broken connection is taken
   /// down in steps, one of which may begin with a write that fails.
   [[nodiscard]] bool hasWork() const;
   void processSoonIfNeeded();
-  void processAfter(std::uint64_t microseconds);
+  void later(double seconds, void (Bus::*work)());
+  void giveUpIfNotReady();
   void close();
 
   platform::RunLoop& loop_;
   sd_bus* bus_;
+  /// Why the connection is of no use; 0 while it is.
+  int error_ = 0;
   /// Lets calls that wait in the loop see whether the bus still is.
   std::shared_ptr<Bus*> self_ = std::make_shared<Bus*>(this);
 };

@@ -24,7 +24,7 @@ DesktopServices::DesktopServices(platform::RunLoop& loop, platform::Environment&
       programs_(loop),
       statusBar_(session_.get(), loop, log, IconTheme(environment)),
       workspace_(programs_, environment, notice_),
-      secureInput_(session_.get(), loop),
-      sessionWatch_(system_.get(), session_.get(), environment, centre) {}
+      secureInput_(session_.get(), loop, log),
+      sessionWatch_(system_.get(), session_.get(), {environment, centre, log}) {}
 
 }  // namespace tessarok::freedesktop

@@ -21,8 +21,8 @@ std::string labelOf(const std::string& title) {
   return label;
 }
 
-void appendText(sd_bus_message& message, const char* name, const char* text) {
-  sd_bus_message_append(&message, "{sv}", name, "s", text);
+void appendText(BusWriter& body, const char* name, const char* text) {
+  body.append("{sv}", name, "s", text);
 }
 
 std::vector<std::int32_t> readNumbers(sd_bus_message& message) {
@@ -75,9 +75,10 @@ struct MenuExport::Calls {
     sd_bus_message* made = nullptr;
     if (const int result = sd_bus_message_new_method_return(call, &made); result < 0) return result;
     const BusMessage reply(made);
-    sd_bus_message_append(made, "u", menu.revision_);
-    menu.appendItem(*made, parent, depth);
-    return sd_bus_send(nullptr, made, nullptr);
+    BusWriter body(*made);
+    body.append("u", menu.revision_);
+    menu.appendItem(body, parent, depth);
+    return body.send();
   }
 
   static int getGroupProperties(sd_bus_message* call, void* userData, sd_bus_error*) noexcept {
@@ -91,17 +92,10 @@ struct MenuExport::Calls {
     sd_bus_message* made = nullptr;
     if (const int result = sd_bus_message_new_method_return(call, &made); result < 0) return result;
     const BusMessage reply(made);
-    sd_bus_message_open_container(made, 'a', "(ia{sv})");
-    for (const auto number : numbers) {
-      const auto found = menu.entries_.find(number);
-      if (found == menu.entries_.end()) continue;
-      sd_bus_message_open_container(made, 'r', "ia{sv}");
-      sd_bus_message_append(made, "i", number);
-      appendProperties(*made, found->second.properties);
-      sd_bus_message_close_container(made);
-    }
-    sd_bus_message_close_container(made);
-    return sd_bus_send(nullptr, made, nullptr);
+    std::erase_if(numbers, [&menu](auto number) { return !menu.entries_.contains(number); });
+    BusWriter body(*made);
+    menu.appendPropertiesOf(body, numbers);
+    return body.send();
   }
 
   static int getProperty(sd_bus_message* call, void* userData, sd_bus_error* error) noexcept {
@@ -200,9 +194,10 @@ struct MenuExport::Calls {
     sd_bus_message* made = nullptr;
     if (const int result = sd_bus_message_new_method_return(call, &made); result < 0) return result;
     const BusMessage reply(made);
-    if (second) sd_bus_message_append(made, "ai", 0);
-    sd_bus_message_append_array(made, 'i', numbers.data(), numbers.size() * sizeof(std::int32_t));
-    return sd_bus_send(nullptr, made, nullptr);
+    BusWriter body(*made);
+    if (second) body.append("ai", 0);
+    body.appendArray('i', numbers.data(), numbers.size() * sizeof(std::int32_t));
+    return body.send();
   }
 
   static const sd_bus_vtable kTable[];
@@ -301,16 +296,21 @@ void MenuExport::refresh() {
 void MenuExport::announceProperties(const std::vector<std::int32_t>& changed) {
   auto signal = bus_.signal(path_, kInterface, "ItemsPropertiesUpdated");
   if (!signal) return;
-  sd_bus_message_open_container(signal.get(), 'a', "(ia{sv})");
-  for (const auto number : changed) {
-    sd_bus_message_open_container(signal.get(), 'r', "ia{sv}");
-    sd_bus_message_append(signal.get(), "i", number);
-    appendProperties(*signal, entries_[number].properties);
-    sd_bus_message_close_container(signal.get());
+  BusWriter body(*signal);
+  appendPropertiesOf(body, changed);
+  body.append("a(ias)", 0);
+  if (body.result() >= 0) bus_.send(std::move(signal));
+}
+
+void MenuExport::appendPropertiesOf(BusWriter& body, const std::vector<std::int32_t>& numbers) {
+  body.open('a', "(ia{sv})");
+  for (const auto number : numbers) {
+    body.open('r', "ia{sv}");
+    body.append("i", number);
+    appendProperties(body, entries_[number].properties);
+    body.close();
   }
-  sd_bus_message_close_container(signal.get());
-  sd_bus_message_append(signal.get(), "a(ias)", 0);
-  bus_.send(std::move(signal));
+  body.close();
 }
 
 bool MenuExport::choose(std::int32_t number, const std::string& event) {
@@ -327,37 +327,37 @@ bool MenuExport::choose(std::int32_t number, const std::string& event) {
   return true;
 }
 
-bool MenuExport::appendItem(sd_bus_message& reply, std::int32_t number, std::int32_t depth) {
+void MenuExport::appendItem(BusWriter& body, std::int32_t number, std::int32_t depth) {
   const auto& entry = entries_[number];
-  sd_bus_message_open_container(&reply, 'r', "ia{sv}av");
-  sd_bus_message_append(&reply, "i", number);
-  appendProperties(reply, entry.properties);
-  sd_bus_message_open_container(&reply, 'a', "v");
+  body.open('r', "ia{sv}av");
+  body.append("i", number);
+  appendProperties(body, entry.properties);
+  body.open('a', "v");
   for (const auto child : entry.children) {
     if (depth == 0) break;
-    sd_bus_message_open_container(&reply, 'v', "(ia{sv}av)");
-    appendItem(reply, child, depth > 0 ? depth - 1 : depth);
-    sd_bus_message_close_container(&reply);
+    body.open('v', "(ia{sv}av)");
+    appendItem(body, child, depth > 0 ? depth - 1 : depth);
+    body.close();
   }
-  sd_bus_message_close_container(&reply);
-  return sd_bus_message_close_container(&reply) >= 0;
+  body.close();
+  body.close();
 }
 
-void MenuExport::appendProperties(sd_bus_message& message, const Properties& properties) {
-  sd_bus_message_open_container(&message, 'a', "{sv}");
+void MenuExport::appendProperties(BusWriter& body, const Properties& properties) {
+  body.open('a', "{sv}");
   if (properties.isSeparator) {
-    appendText(message, "type", "separator");
+    appendText(body, "type", "separator");
   } else if (!properties.label.empty()) {
-    appendText(message, "label", properties.label.c_str());
+    appendText(body, "label", properties.label.c_str());
   }
   // Always there, so that a panel that is told of a change need not know the defaults.
-  sd_bus_message_append(&message, "{sv}", "enabled", "b", properties.enabled ? 1 : 0);
+  body.append("{sv}", "enabled", "b", properties.enabled ? 1 : 0);
   if (properties.isCheckable) {
-    appendText(message, "toggle-type", "checkmark");
-    sd_bus_message_append(&message, "{sv}", "toggle-state", "i", properties.isChecked ? 1 : 0);
+    appendText(body, "toggle-type", "checkmark");
+    body.append("{sv}", "toggle-state", "i", properties.isChecked ? 1 : 0);
   }
-  if (properties.hasSubmenu) appendText(message, "children-display", "submenu");
-  sd_bus_message_close_container(&message);
+  if (properties.hasSubmenu) appendText(body, "children-display", "submenu");
+  body.close();
 }
 
 }  // namespace tessarok::freedesktop

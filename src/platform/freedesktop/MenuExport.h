@@ -10,6 +10,7 @@
 #include "platform/Menu.h"
 #include "platform/RunLoop.h"
 #include "platform/freedesktop/Bus.h"
+#include "platform/freedesktop/BusWriter.h"
 
 namespace tessarok::freedesktop {
 
@@ -54,8 +55,9 @@ class MenuExport final {
   void refresh();
   void announceProperties(const std::vector<std::int32_t>& changed);
   bool choose(std::int32_t number, const std::string& event);
-  bool appendItem(sd_bus_message& reply, std::int32_t number, std::int32_t depth);
-  static void appendProperties(sd_bus_message& message, const Properties& properties);
+  void appendItem(BusWriter& body, std::int32_t number, std::int32_t depth);
+  void appendPropertiesOf(BusWriter& body, const std::vector<std::int32_t>& numbers);
+  static void appendProperties(BusWriter& body, const Properties& properties);
 
   Bus& bus_;
   platform::RunLoop& loop_;

@@ -28,6 +28,7 @@ void Notice::show(const std::string& summary, const std::string& body) {
       sd_bus_message_read(&reply, "u", &shown_);
     }
   });
+  if (!answer_) log_.write(logged);
 }
 
 }  // namespace tessarok::freedesktop

@@ -11,6 +11,8 @@ constexpr const char* kManagerPath = "/org/freedesktop/login1";
 constexpr const char* kManager = "org.freedesktop.login1.Manager";
 constexpr const char* kSession = "org.freedesktop.login1.Session";
 
+constexpr const char* kWithoutSystemBus = "; sleep and locked sessions are not noticed";
+
 /// Desktops have screen savers of their own beside the common one.
 constexpr const char* kScreenSavers[] = {
     "org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.cinnamon.ScreenSaver",
@@ -25,12 +27,17 @@ std::string signalsOfLogind(const std::string& path, const std::string& interfac
 
 }  // namespace
 
-SessionWatch::SessionWatch(Bus* system, Bus* session, platform::Environment& environment,
-                           posix::NotificationCentre& centre)
-    : centre_(centre) {
+SessionWatch::SessionWatch(Bus* system, Bus* session, const Surroundings& surroundings)
+    : surroundings_(surroundings) {
+  auto& log = surroundings.log;
   if (system != nullptr) {
+    system->onClosed = [&log](const std::string& reason) {
+      log.write("Tessarok: the system bus is lost (" + reason + ")" + kWithoutSystemBus);
+    };
     watchSleep(*system);
-    findSession(*system, environment);
+    findSession(*system);
+  } else {
+    log.write(std::string("Tessarok: there is no system bus") + kWithoutSystemBus);
   }
   if (session != nullptr) watchScreenSaver(*session);
 }
@@ -40,24 +47,31 @@ void SessionWatch::watchSleep(Bus& system) {
       signalsOfLogind(kManagerPath, kManager, "PrepareForSleep"), [this](sd_bus_message& signal) {
         int sleeps = 0;
         if (sd_bus_message_read(&signal, "b", &sleeps) < 0) return;
-        centre_.announce(sleeps != 0 ? "NSWorkspaceWillSleepNotification"
-                                     : "NSWorkspaceDidWakeNotification");
+        surroundings_.centre.announce(sleeps != 0 ? "NSWorkspaceWillSleepNotification"
+                                                  : "NSWorkspaceDidWakeNotification");
       }));
 }
 
-void SessionWatch::findSession(Bus& system, platform::Environment& environment) {
+void SessionWatch::findSession(Bus& system) {
   // A service of the person's systemd belongs to no session; "auto" is then the one that they
   // have in front of them.
-  const auto identifier = environment.variable("XDG_SESSION_ID").value_or("");
+  const auto identifier = surroundings_.environment.variable("XDG_SESSION_ID").value_or("");
   auto message = system.methodCall(kLogind, kManagerPath, kManager, "GetSession");
   if (message) {
     sd_bus_message_append(message.get(), "s", identifier.empty() ? "auto" : identifier.c_str());
   }
   session_ = system.call(std::move(message), [this, &system](sd_bus_message& reply) {
     const char* path = nullptr;
-    if (sd_bus_message_is_method_error(&reply, nullptr) != 0) return;
+    if (const auto* error = sd_bus_message_get_error(&reply)) return sessionUnknown(*error);
     if (sd_bus_message_read(&reply, "o", &path) >= 0) watchSession(system, path);
   });
+}
+
+void SessionWatch::sessionUnknown(const sd_bus_error& error) {
+  // So does a bus that is being lost.
+  if (sd_bus_error_has_name(&error, SD_BUS_ERROR_NO_REPLY) != 0) return;
+  surroundings_.log.write(std::string("Tessarok: the login manager does not tell the session (") +
+                          error.message + "); a locked session is not noticed");
 }
 
 void SessionWatch::watchSession(Bus& system, const std::string& path) {
@@ -83,7 +97,7 @@ void SessionWatch::watchScreenSaver(Bus& session) {
         [this](sd_bus_message& signal) {
           int starts = 0;
           if (sd_bus_message_read(&signal, "b", &starts) < 0 || starts == 0) return;
-          centre_.announce("NSWorkspaceScreensDidSleepNotification");
+          surroundings_.centre.announce("NSWorkspaceScreensDidSleepNotification");
         }));
   }
 }
@@ -114,8 +128,8 @@ void SessionWatch::announceSession() {
   const bool inFront = active_ && !locked_;
   if (inFront == announcedInFront_) return;
   announcedInFront_ = inFront;
-  centre_.announce(inFront ? "NSWorkspaceSessionDidBecomeActiveNotification"
-                           : "NSWorkspaceSessionDidResignActiveNotification");
+  surroundings_.centre.announce(inFront ? "NSWorkspaceSessionDidBecomeActiveNotification"
+                                        : "NSWorkspaceSessionDidResignActiveNotification");
 }
 
 }  // namespace tessarok::freedesktop

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/Environment.h"
+#include "platform/SystemLog.h"
 #include "platform/freedesktop/Bus.h"
 #include "platform/posix/NotificationCentre.h"
 
@@ -20,23 +21,31 @@ namespace tessarok::freedesktop {
 /// | the screen saver starts | the session's screen saver | `…ScreensDidSleep…` |
 class SessionWatch final {
  public:
-  /// Either bus may be null, when there is none; then nothing is heard from it. Everything
-  /// outlives the watch.
-  SessionWatch(Bus* system, Bus* session, platform::Environment& environment,
-               posix::NotificationCentre& centre);
+  /// Where the watch hears and announces. Everything outlives it.
+  struct Surroundings {
+    platform::Environment& environment;
+    posix::NotificationCentre& centre;
+    /// Is told when the system bus is missing, or lost.
+    platform::SystemLog& log;
+  };
+
+  /// Either bus may be null, when there is none; then nothing is heard from it. Both outlive the
+  /// watch.
+  SessionWatch(Bus* system, Bus* session, const Surroundings& surroundings);
   SessionWatch(const SessionWatch&) = delete;
   SessionWatch& operator=(const SessionWatch&) = delete;
   ~SessionWatch() = default;
 
  private:
   void watchSleep(Bus& system);
-  void findSession(Bus& system, platform::Environment& environment);
+  void findSession(Bus& system);
+  void sessionUnknown(const sd_bus_error& error);
   void watchSession(Bus& system, const std::string& path);
   void watchScreenSaver(Bus& session);
   void readProperties(sd_bus_message& message);
   void announceSession();
 
-  posix::NotificationCentre& centre_;
+  Surroundings surroundings_;
   bool active_ = true;
   bool locked_ = false;
   bool announcedInFront_ = true;

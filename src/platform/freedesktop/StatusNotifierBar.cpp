@@ -12,8 +12,9 @@ StatusNotifierBar::StatusNotifierBar(Bus* session, platform::RunLoop& loop,
 
 std::unique_ptr<platform::StatusItem> StatusNotifierBar::createItem() {
   if (session_ != nullptr) {
-    session_->onClosed = [&log = log_] {
-      log.write("Tessarok: the session bus has ended; the program runs on without its icon");
+    session_->onClosed = [&log = log_](const std::string& reason) {
+      log.write("Tessarok: the session bus is lost (" + reason +
+                "); the program runs on without its icon");
     };
     return std::make_unique<StatusNotifierItem>(*session_, loop_, log_, theme_);
   }

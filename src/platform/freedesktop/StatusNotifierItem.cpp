@@ -3,6 +3,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "platform/freedesktop/BusWriter.h"
+
 namespace tessarok::freedesktop {
 
 namespace {
@@ -25,12 +27,14 @@ int appendNoPixels(sd_bus_message* message) {
 
 int appendPixels(sd_bus_message* message, const StatusDrawing& drawing, bool dimmed) {
   const auto pixels = drawing.pixels(dimmed);
-  sd_bus_message_open_container(message, 'a', "(iiay)");
-  sd_bus_message_open_container(message, 'r', "iiay");
-  sd_bus_message_append(message, "ii", StatusDrawing::kSize, StatusDrawing::kSize);
-  sd_bus_message_append_array(message, 'y', pixels.data(), pixels.size());
-  sd_bus_message_close_container(message);
-  return sd_bus_message_close_container(message);
+  BusWriter body(*message);
+  body.open('a', "(iiay)");
+  body.open('r', "iiay");
+  body.append("ii", StatusDrawing::kSize, StatusDrawing::kSize);
+  body.appendArray('y', pixels.data(), pixels.size());
+  body.close();
+  body.close();
+  return body.result();
 }
 
 }  // namespace
@@ -97,12 +101,7 @@ struct StatusNotifierItem::Calls {
   }
   static int toolTip(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
                      void* userData, sd_bus_error*) noexcept {
-    sd_bus_message_open_container(reply, 'r', "sa(iiay)ss");
-    text(reply, "");
-    appendNoPixels(reply);
-    text(reply, of(userData).toolTip_);
-    text(reply, "");
-    return sd_bus_message_close_container(reply);
+    return sd_bus_message_append(reply, "(sa(iiay)ss)", "", 0, of(userData).toolTip_.c_str(), "");
   }
   static int itemIsMenu(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
                         void*, sd_bus_error*) noexcept {
@@ -227,7 +226,8 @@ void StatusNotifierItem::registerWithWatcher() {
 }
 
 void StatusNotifierItem::sayIfNoPanel() {
-  if (registered_) return;
+  // Of a bus that is lost the bar speaks.
+  if (registered_ || !bus_.isOpen()) return;
   log_.write("Tessarok: no panel shows status icons here; the program runs on without its icon");
 }
 
