@@ -133,6 +133,7 @@ class CommandLine {
 #ifdef TESSAROK_HAS_X11
     if (hasDisplay()) {
       if (const auto status = tessarok::commands::runDesktop(options_)) return *status;
+      if (!isTerminal()) return kUsageError;
     } else if (!isTerminal()) {
       throw CommandError("there is no X11 display, and standard input is not a terminal");
     }

@@ -36,6 +36,15 @@ void say(const std::string& message) {
   std::cerr << "tessarok: " << message << std::endl;
 }
 
+void sayNoDesktop(const std::string& reason) {
+  say("cannot correct in the applications of this display: " + reason);
+}
+
+void endWithoutServer() {
+  sayNoDesktop("the X server has gone");
+  std::exit(kNoDesktop);
+}
+
 /// What the layouts of the display lack; empty when nothing.
 std::string missingLayouts() {
   bool hasEnglish = false;
@@ -67,6 +76,7 @@ int correctUntilStopped(X11Desktop& desktop) {
   auto& loop = desktop.runLoop();
   Corrector corrector(AppDelegate::Instances::onlyOne);
   corrector.launch();
+  if (desktop.isServerLost()) return kNoDesktop;
   if (loop.isStopped()) {
     say("not started; is it running already?");
     return kNotStarted;
@@ -88,9 +98,9 @@ x11::SessionServices sessionServices(const x11::SessionContext& context) {
 
 /// The worker's life. The exit status.
 int correct(const Options& options, std::unique_ptr<x11::LifeLine> lifeLine) {
-  auto opened = XConnection::open();
+  auto opened = XConnection::open(&endWithoutServer);
   if (const auto* reason = std::get_if<std::string>(&opened)) {
-    say("cannot correct in the applications of this display: " + *reason);
+    sayNoDesktop(*reason);
     return kNoDesktop;
   }
   // To the very end: whoever is impatient, or asks the watchdog as well, must not keep the program
@@ -125,10 +135,10 @@ bool hasDisplay() {
 }
 
 std::optional<int> runDesktop(const Options& options) {
-  const int status = x11::Watchdog::watchOver([&options](std::unique_ptr<x11::LifeLine> lifeLine) {
+  const auto status = x11::Watchdog::watchOver([&options](std::unique_ptr<x11::LifeLine> lifeLine) {
     return correctOrSayWhyNot(options, std::move(lifeLine));
   });
-  return status == kNoDesktop ? std::nullopt : std::optional(status);
+  return status == kNoDesktop ? std::nullopt : status;
 }
 
 }  // namespace tessarok::commands

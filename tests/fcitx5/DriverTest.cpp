@@ -5,10 +5,12 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "fcitx5/FcitxProcess.h"
 #include "fcitx5/StoryScript.h"
+#include "freedesktop/SilentBus.h"
 #include "support/TestFiles.h"
 
 namespace tessarok::testing {
@@ -131,6 +133,16 @@ TEST(Fcitx5Group, AMissingInputMethodIsNoObstacle) {
 TEST(Fcitx5Group, WithoutTheEnglishLayoutWordsStay) {
   const FcitxHome home({"keyboard-de", "keyboard-ru"});
   EXPECT_EQ(play(home, {{{"select", "keyboard-de"}}, types("ghbdtn ", "ghbdtn ")}), "");
+}
+
+TEST(Fcitx5Bus, WordsArePutRightWhenABusEnds) {
+  const FcitxHome home({"keyboard-us", "keyboard-ru"});
+  const SilentBus bus;
+  const std::jthread end([&bus] { bus.hangUp(); });
+  EXPECT_EQ(
+      driveFcitx(home, {{"client", {{"reports", "all"}}}, {"steps", {types("ghbdtn ", "привет ")}}},
+                 {.session = bus.address()}),
+      "");
 }
 
 TEST(Fcitx5Group, AThirdLayoutIsLeftAlone) {

@@ -42,8 +42,7 @@ FcitxHome::FcitxHome(const std::vector<std::string>& inputMethods) {
   std::filesystem::permissions(path() / "run", std::filesystem::perms::owner_all);
 }
 
-std::string driveFcitx(const FcitxHome& home, const nlohmann::json& script,
-                       const std::string& systemBus) {
+std::string driveFcitx(const FcitxHome& home, const nlohmann::json& script, const Buses& buses) {
   const auto scriptFile = home.path() / "script.json";
   const auto result = home.path() / "result";
   const auto errors = home.path() / "errors";
@@ -53,7 +52,8 @@ std::string driveFcitx(const FcitxHome& home, const nlohmann::json& script,
   setup.environment["TESSAROK_DRIVER_SCRIPT"] = scriptFile.string();
   setup.environment["TESSAROK_DRIVER_RESULT"] = result.string();
   setup.environment["TESSAROK_DRIVER_SETTINGS"] = home.settings().string();
-  if (!systemBus.empty()) setup.environment["DBUS_SYSTEM_BUS_ADDRESS"] = systemBus;
+  if (!buses.system.empty()) setup.environment["DBUS_SYSTEM_BUS_ADDRESS"] = buses.system;
+  if (!buses.session.empty()) setup.environment["DBUS_SESSION_BUS_ADDRESS"] = buses.session;
   setup.errors = errors;
   Subprocess fcitx({"fcitx5", "--disable=all", "--enable=testui,keyboard,tessarok,tessarokdriver"},
                    "fcitx5", setup);

@@ -33,9 +33,16 @@ class FcitxHome {
   std::map<std::string, std::string> environment_;
 };
 
+/// The addresses of buses; empty for none.
+struct Buses {
+  /// On this one the driver plays the login manager.
+  std::string system = {};
+  std::string session = {};
+};
+
 /// Has the driver addon carry out a script in a Fcitx of its own, without any display. What went
-/// wrong; empty when everything came out. On a system bus the driver plays the login manager.
+/// wrong; empty when everything came out.
 [[nodiscard]] std::string driveFcitx(const FcitxHome& home, const nlohmann::json& script,
-                                     const std::string& systemBus = {});
+                                     const Buses& buses = {});
 
 }  // namespace tessarok::testing

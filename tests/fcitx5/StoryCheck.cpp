@@ -34,7 +34,7 @@ std::string play(const StoryScript& script, const json& client) {
                                       [](const json& step) { return step.contains("login"); });
   if (!needsLogin) return driveFcitx(home, whole);
   const PrivateBus bus;
-  return driveFcitx(home, whole, bus.address());
+  return driveFcitx(home, whole, {.system = bus.address()});
 }
 
 int run(const std::string& story) {

@@ -26,14 +26,14 @@ struct FakeSession::Calls {
     return sd_bus_reply_method_return(call, "s", of(userData).bus_.address().c_str());
   }
   static int registerEvent(sd_bus_message* call, void* userData, sd_bus_error*) noexcept {
+    note(userData, "accessibility", call);
     auto signal =
         of(userData).services_.signal(kField, "org.a11y.atspi.Event.Object", "StateChanged");
     sd_bus_message_append(signal.get(), "siiv(so)", "focused", 1, 0, "i", 0, "", "/");
     of(userData).services_.send(std::move(signal));
     return sd_bus_reply_method_return(call, "");
   }
-  static int getRole(sd_bus_message* call, void* userData, sd_bus_error*) noexcept {
-    note(userData, "accessibility", call);
+  static int getRole(sd_bus_message* call, void*, sd_bus_error*) noexcept {
     return sd_bus_reply_method_return(call, "u", kText);
   }
   static int getSession(sd_bus_message* call, void* userData, sd_bus_error*) noexcept {
@@ -116,6 +116,8 @@ bool FakeSession::isFound() const {
 void FakeSession::beBusy() {
   if (!panel_->registered().empty()) usePanel();
   sendSignals();
+  settle();
+  // What the first question has brought about is answered as well.
   settle();
 }
 

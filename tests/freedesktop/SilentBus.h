@@ -5,6 +5,7 @@
 #include <string>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 #include "platform/posix/FileDescriptor.h"
 #include "platform/virtual/TemporaryDirectory.h"
@@ -25,6 +26,8 @@ class SilentBus final {
       throw std::runtime_error("cannot listen at " + path);
     }
   }
+  /// Waits for a caller, and hangs up on it.
+  void hangUp() const { ::close(::accept(socket_.get(), nullptr, nullptr)); }
   [[nodiscard]] std::string address() const { return "unix:path=" + file().string(); }
 
  private:

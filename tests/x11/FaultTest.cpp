@@ -21,14 +21,6 @@ namespace {
 /// Of every kind, at most so many fail when all are to.
 constexpr int kMost = 60;
 
-bool isReadyOrOver(const Tessarok& program) {
-  const auto errors = program.errors();
-  return errors.find("correcting in") != std::string::npos ||
-         errors.find("no keyboard that") != std::string::npos ||
-         errors.find("holds the keyboard") != std::string::npos ||
-         stateOf(program.process()) == 'Z';
-}
-
 std::string whatIsWrongWithErrors(const std::string& errors, int status, bool mustCorrect) {
   std::istringstream in(errors);
   std::set<std::string> lines;
@@ -89,6 +81,14 @@ std::string FaultTest::broken(const Failure& failure) {
   return live(failure.text(), promisesWith(failure));
 }
 
+bool FaultTest::isReadyOrOver(const Tessarok& program) {
+  const auto errors = program.errors();
+  return errors.find("correcting in") != std::string::npos ||
+         errors.find("no keyboard that") != std::string::npos ||
+         errors.find("holds the keyboard") != std::string::npos ||
+         stateOf(program.process()) == 'Z';
+}
+
 std::map<std::string, FaultTest::Calls> FaultTest::counts() {
   EXPECT_EQ(live("", {.noKeyIsLost = true, .itCorrects = true}), "");
   return {{"", callsOf("")}, {"worker", callsOf("worker")}};
@@ -132,7 +132,8 @@ std::string FaultTest::watch(Tessarok& program, const Promises& promises) {
   if (status < 0) return "it ends";
   // On its way out it no longer hears of signals.
   const bool wasEnding = !promises.noKeyIsLost && status == 128 + SIGTERM;
-  if (status > 2 && !wasEnding) return "it ends by itself: " + std::to_string(status);
+  const bool hung = promises.itMayHang && status == 128 + SIGKILL;
+  if (status > 2 && !wasEnding && !hung) return "it ends by itself: " + std::to_string(status);
   const auto errors = program.errors();
   const auto wrong = whatIsWrongWithErrors(errors, status, promises.itCorrects);
   return wrong.empty() ? whatIsWrongAtTheEnd(errors, callsOf("worker")) : wrong;

@@ -32,6 +32,8 @@ class FaultTest : public ::testing::Test {
   struct Promises {
     bool noKeyIsLost = true;
     bool itCorrects = false;
+    /// Where it hangs, the watchdog ends it.
+    bool itMayHang = false;
   };
 
   /// Makes calls fail in turn, and expects the promises to be kept: all calls when the environment
@@ -52,6 +54,9 @@ class FaultTest : public ::testing::Test {
   [[nodiscard]] virtual std::string whatIsWrongAtTheEnd(const std::string&, const Calls&) {
     return {};
   }
+
+  /// Whether the program corrects, or says what it waits for, or has ended.
+  [[nodiscard]] static bool isReadyOrOver(const Tessarok& program);
 
   XServer server_;
   GtkEntry window_{server_};

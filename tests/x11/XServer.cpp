@@ -7,6 +7,7 @@
 #include <X11/extensions/XInput2.h>
 #include <X11/extensions/XTest.h>
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
@@ -291,6 +292,14 @@ void XServer::bindKey(std::uint8_t code, char32_t character) {
   KeySym symbol = 0x01000000u | character;
   XChangeKeyboardMapping(display_, code, 1, &symbol, 1);
   sync();
+}
+
+void XServer::pause() {
+  server_->send(SIGSTOP);
+}
+
+void XServer::resume() {
+  server_->send(SIGCONT);
 }
 
 void XServer::stop() {

@@ -77,6 +77,9 @@ class XServer {
   void bindKey(std::uint8_t key, char32_t character);
   /// Ends the server.
   void stop();
+  /// The server takes what it is sent, and answers nothing until it resumes.
+  void pause();
+  void resume();
   /// Gives the focus to the window that a program has opened.
   void focus(unsigned long window);
   /// The windows on the screen.

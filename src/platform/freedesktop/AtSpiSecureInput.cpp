@@ -1,5 +1,7 @@
 #include "platform/freedesktop/AtSpiSecureInput.h"
 
+#include <system_error>
+
 namespace tessarok::freedesktop {
 
 namespace {
@@ -26,7 +28,9 @@ AtSpiSecureInput::AtSpiSecureInput(Bus* session, platform::RunLoop& loop, platfo
                      [this](sd_bus_message& reply) {
                        const char* address = nullptr;
                        if (sd_bus_message_is_method_error(&reply, nullptr) != 0) return;
-                       if (sd_bus_message_read(&reply, "s", &address) >= 0) findBus(address);
+                       const int read = sd_bus_message_read(&reply, "s", &address);
+                       if (read < 0) return busLost(std::generic_category().message(-read));
+                       findBus(address);
                      });
 }
 

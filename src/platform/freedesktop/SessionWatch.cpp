@@ -1,6 +1,7 @@
 #include "platform/freedesktop/SessionWatch.h"
 
 #include <string_view>
+#include <system_error>
 
 namespace tessarok::freedesktop {
 
@@ -62,16 +63,19 @@ void SessionWatch::findSession(Bus& system) {
   }
   session_ = system.call(std::move(message), [this, &system](sd_bus_message& reply) {
     const char* path = nullptr;
-    if (const auto* error = sd_bus_message_get_error(&reply)) return sessionUnknown(*error);
-    if (sd_bus_message_read(&reply, "o", &path) >= 0) watchSession(system, path);
+    const auto* error = sd_bus_message_get_error(&reply);
+    // A bus that is being lost tells it by itself.
+    if (sd_bus_error_has_name(error, SD_BUS_ERROR_NO_REPLY) != 0) return;
+    if (error != nullptr) return sessionUnknown(error->message);
+    const int read = sd_bus_message_read(&reply, "o", &path);
+    if (read < 0) return sessionUnknown(std::generic_category().message(-read));
+    watchSession(system, path);
   });
 }
 
-void SessionWatch::sessionUnknown(const sd_bus_error& error) {
-  // So does a bus that is being lost.
-  if (sd_bus_error_has_name(&error, SD_BUS_ERROR_NO_REPLY) != 0) return;
-  surroundings_.log.write(std::string("Tessarok: the login manager does not tell the session (") +
-                          error.message + "); a locked session is not noticed");
+void SessionWatch::sessionUnknown(const std::string& reason) {
+  surroundings_.log.write("Tessarok: the login manager does not tell the session (" + reason +
+                          "); a locked session is not noticed");
 }
 
 void SessionWatch::watchSession(Bus& system, const std::string& path) {

@@ -39,7 +39,7 @@ class SessionWatch final {
  private:
   void watchSleep(Bus& system);
   void findSession(Bus& system);
-  void sessionUnknown(const sd_bus_error& error);
+  void sessionUnknown(const std::string& reason);
   void watchSession(Bus& system, const std::string& path);
   void watchScreenSaver(Bus& session);
   void readProperties(sd_bus_message& message);

@@ -110,6 +110,8 @@ std::shared_ptr<const Keymap> Keymap::read(XConnection& connection) {
   auto* server = XGetXCBConnection(connection.display());
   auto* context = xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES);
   if (context == nullptr) return nullptr;
+  // Whoever asks for the keymap says that there is none.
+  xkb_context_set_log_level(context, XKB_LOG_LEVEL_CRITICAL);
   const auto device = xkb_x11_get_core_keyboard_device_id(server);
   auto* keymap = device < 0 ? nullptr
                             : xkb_x11_keymap_new_from_device(context, server, device,

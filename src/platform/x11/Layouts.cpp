@@ -36,7 +36,10 @@ Layouts::Layouts(XConnection& connection)
                                    XkbModifierLatchMask | XkbGroupStateMask | XkbGroupLockMask;
   XkbSelectEventDetails(display, XkbUseCoreKbd, XkbStateNotify, kState, kState);
   keymap_ = Keymap::read(connection_);
-  if (!keymap_) throw std::runtime_error("the X server does not tell its keymap");
+  if (!keymap_) {
+    throw std::runtime_error(connection_.isLost() ? "the X server has gone"
+                                                  : "the X server does not tell its keymap");
+  }
   announced_ = current();
 }
 

@@ -28,6 +28,7 @@ void LifeLine::watch(posix::PollLoop& loop, std::function<void()> lost) {
   loop_ = &loop;
   lost_ = std::move(lost);
   loop_->add(source_);
+  loop_->async([this] { static_cast<void>(send(Watchdog::kStarted)); });
 }
 
 bool LifeLine::send(char message) const {

@@ -22,7 +22,8 @@ class LifeLine final {
   LifeLine& operator=(const LifeLine&) = delete;
   ~LifeLine();
 
-  /// `lost` is called when the watchdog ends before this process does. `loop` outlives this object.
+  /// `lost` is called when the watchdog ends before this process does. `loop` outlives this object;
+  /// with its first turn the process counts as started.
   void watch(posix::PollLoop& loop, std::function<void()> lost);
   /// Keyboards are held from now on; false when there is no watchdog any more. After `watch`.
   [[nodiscard]] bool hold();

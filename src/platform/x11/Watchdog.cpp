@@ -26,6 +26,10 @@ namespace {
 /// watchdog is slow as well.
 constexpr double kNextLook = 0.1;
 constexpr int kLooks = 4;
+/// Seconds that the worker may take until it is ready. A server that does not answer would keep it
+/// waiting for ever, as would the X library itself when the system fails it in the middle of an
+/// answer. Nothing is held meanwhile, so this may be long enough for the busiest login.
+constexpr int kStartPatience = 30;
 
 [[noreturn]] void fail(const char* call) {
   throw std::system_error(errno, std::generic_category(), call);
@@ -39,7 +43,7 @@ void say(const std::string& message) {
 
 }  // namespace
 
-int Watchdog::watchOver(const Work& work) {
+std::optional<int> Watchdog::watchOver(const Work& work) {
   Watchdog watchdog;
   watchdog.start(work);
   watchdog.loop_.run();
@@ -47,6 +51,7 @@ int Watchdog::watchOver(const Work& work) {
   watchdog.readLine();
   watchdog.reportEnd();
   watchdog.releaseKeys();
+  if (watchdog.wasEnded_ && !watchdog.isStarted_) return std::nullopt;
   return WIFEXITED(watchdog.end_) ? WEXITSTATUS(watchdog.end_) : 128 + WTERMSIG(watchdog.end_);
 }
 
@@ -79,6 +84,7 @@ void Watchdog::start(const Work& work) {
       alarm_.get(), [this] { return looks_ == 0 ? short{POLLIN} : short{0}; },
       [this](short) { suspect(); });
   loop_.add(*alarmSource_);
+  loop_.after(kStartPatience, [this] { endUnlessStarted(); });
 }
 
 void Watchdog::become(const Work& work, posix::FileDescriptor line) {
@@ -124,6 +130,7 @@ void Watchdog::readLine() {
   ssize_t count = 0;
   while ((count = ::recv(line_.get(), messages, sizeof messages, MSG_DONTWAIT)) > 0) {
     for (const char message : std::string_view(messages, static_cast<std::size_t>(count))) {
+      if (message == kStarted) isStarted_ = true;
       if (message == kHeld) hold();
       if (message == kFree) isHeld_ = false;
     }
@@ -161,12 +168,21 @@ void Watchdog::suspect() {
   loop_.after(kNextLook, [this] { suspect(); });
 }
 
+void Watchdog::endUnlessStarted() {
+  readLine();
+  if (!isStarted_) endWorker();
+}
+
 void Watchdog::endWorker() {
   wasEnded_ = true;
   ::kill(worker_, SIGKILL);
 }
 
 void Watchdog::reportEnd() const {
+  if (wasEnded_ && !isStarted_) {
+    return say("not ready after " + std::to_string(kStartPatience) +
+               " seconds; the X server does not seem to answer");
+  }
   if (wasEnded_) return say("the program did not answer and was ended; the keyboards are free");
   if (!WIFSIGNALED(end_)) return;
   const int signal = WTERMSIG(end_);

@@ -32,15 +32,17 @@ class Watchdog final {
   using Work = std::function<int(std::unique_ptr<LifeLine>)>;
 
   /// Runs `work` in a process of its own until that ends. Its exit status, or 128 and the number
-  /// of the signal that ended it. To be called before the process has threads or a connection to
-  /// the X server. Throws `std::system_error` when no process can be made.
-  [[nodiscard]] static int watchOver(const Work& work);
+  /// of the signal that ended it; absent when it did not start and was ended, which is said. To be
+  /// called before the process has threads or a connection to the X server. Throws
+  /// `std::system_error` when no process can be made.
+  [[nodiscard]] static std::optional<int> watchOver(const Work& work);
 
   Watchdog(const Watchdog&) = delete;
   Watchdog& operator=(const Watchdog&) = delete;
   ~Watchdog();
 
   /// What goes over the line.
+  static constexpr char kStarted = 's';
   static constexpr char kHeld = 'h';
   static constexpr char kFree = 'f';
   /// So long a turn of the worker's loop may take before it is looked at more closely.
@@ -59,6 +61,7 @@ class Watchdog final {
   void suspect();
   [[nodiscard]] bool isAlarmRinging() const;
   void endWorker();
+  void endUnlessStarted();
   void reportEnd() const;
   void releaseKeys();
 
@@ -75,6 +78,7 @@ class Watchdog final {
   /// For the release of keys only; null while none were held.
   _XDisplay* display_ = nullptr;
   bool isDisplayLost_ = false;
+  bool isStarted_ = false;
   bool isHeld_ = false;
   bool wasEnded_ = false;
   /// Looks in a row that found the alarm ringing; 0 when it was not heard.

@@ -94,12 +94,16 @@ void X11Desktop::connect() {
   };
   eventTaps_->onRefused = [this](const std::string& reason) { report(reason); };
   eventTaps_->onHeld = [this](bool held) { keyboardsHeld(held); };
-  connection_->onLost = [this] {
-    systemLog_.write("Tessarok: the X server has gone");
-    runLoop_.stop();
-  };
+  // It may have gone before anybody was to be told of it.
+  if (connection_->isLost()) serverLost();
+  connection_->onLost = [this] { serverLost(); };
   runLoop_.add(source_);
   if (lifeLine_) lifeLine_->watch(runLoop_, [this] { watchdogEnded(); });
+}
+
+void X11Desktop::serverLost() {
+  systemLog_.write("Tessarok: the X server has gone");
+  runLoop_.stop();
 }
 
 platform::StatusBar& X11Desktop::statusBar() {
@@ -126,6 +130,8 @@ void X11Desktop::watchdogEnded() {
 }
 
 void X11Desktop::report(const std::string& problem) {
+  // Without a server everything fails.
+  if (connection_->isLost()) return;
   if (std::exchange(reported_, problem) == problem) return;
   systemLog_.write("Tessarok: " + problem);
 }

@@ -71,9 +71,13 @@ class X11Desktop final : public platform::Desktop {
   platform::Workspace& workspace() override;
   posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
 
+  /// The X server has gone, which was said; the main loop is stopped.
+  [[nodiscard]] bool isServerLost() { return connection_->isLost(); }
+
  private:
   [[nodiscard]] xkb::ManualKey manualKey();
   void connect();
+  void serverLost();
   [[nodiscard]] bool hasEvents() const;
   void serve();
   void dispatch(_XEvent& event);

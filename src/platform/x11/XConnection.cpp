@@ -22,8 +22,16 @@ int noteError(Display*, XErrorEvent*) {
   return 0;
 }
 
-/// In place of the one of Xlib, which ends the process; what is to happen is for the connection's
-/// own exit handler.
+/// What ends the process while the connection is being opened.
+XConnection::End endWithoutServer = nullptr;
+
+int endProcess(Display*) {
+  endWithoutServer();
+  std::abort();
+}
+
+/// In place of the one of Xlib, which tells it; what is to happen is for the connection's own exit
+/// handler.
 int ignoreLoss(Display*) {
   return 0;
 }
@@ -66,8 +74,10 @@ bool isInsideWayland(Display* display) {
 
 }  // namespace
 
-std::variant<std::unique_ptr<XConnection>, std::string> XConnection::open() {
+std::variant<std::unique_ptr<XConnection>, std::string> XConnection::open(End serverGone) {
   XSetErrorHandler(&noteError);
+  endWithoutServer = serverGone;
+  XSetIOErrorHandler(&endProcess);
   auto* display = XOpenDisplay(nullptr);
   if (display == nullptr) {
     const char* name = std::getenv("DISPLAY");
@@ -129,8 +139,7 @@ std::string XConnection::prepare() {
   }
   // Keys must go on while another program holds the server.
   XTestGrabControl(display_, True);
-  // Until here Xlib's own way, to end the process with a message, is the best: in the middle of
-  // these questions some of its relatives would crash.
+  // Only from here on: in the middle of these questions some of Xlib's relatives would crash.
   watchForLoss();
   return {};
 }

@@ -20,8 +20,13 @@ namespace tessarok::x11 {
 /// a request asks `isLost` first.
 class XConnection final {
  public:
-  /// Opens the display that DISPLAY names. The string says why it is of no use.
-  [[nodiscard]] static std::variant<std::unique_ptr<XConnection>, std::string> open();
+  /// Ends the process.
+  using End = void (*)();
+
+  /// Opens the display that DISPLAY names. The string says why it is of no use. Xlib and its
+  /// relatives know no way back from the middle of a question: when the server goes meanwhile,
+  /// `serverGone` is called, and must not return.
+  [[nodiscard]] static std::variant<std::unique_ptr<XConnection>, std::string> open(End serverGone);
 
   XConnection(const XConnection&) = delete;
   XConnection& operator=(const XConnection&) = delete;
