@@ -74,7 +74,9 @@ class SessionWatchTest : public ::testing::Test {
   static int getSession(sd_bus_message* call, void* userData, sd_bus_error*) noexcept {
     const char* identifier = nullptr;
     if (const int read = sd_bus_message_read(call, "s", &identifier); read < 0) return read;
-    static_cast<SessionWatchTest*>(userData)->askedFor_ = identifier;
+    auto& self = *static_cast<SessionWatchTest*>(userData);
+    self.askedFor_ = identifier;
+    if (self.refusal_.name != nullptr) return sd_bus_reply_method_error(call, &self.refusal_);
     return sd_bus_reply_method_return(call, "o", kSessionPath);
   }
   static const sd_bus_vtable kTable[];
@@ -85,6 +87,8 @@ class SessionWatchTest : public ::testing::Test {
   posix::NotificationCentre centre_;
   std::vector<std::unique_ptr<platform::Observation>> observations_;
   std::string askedFor_;
+  /// The answer to whoever asks for a session; none without a name.
+  sd_bus_error refusal_ = SD_BUS_ERROR_NULL;
   Heard heard_;
   std::unique_ptr<freedesktop::SessionWatch> watch_;
 };
@@ -144,6 +148,19 @@ TEST_F(SessionWatchTest, WatchesTheSessionItBelongsTo) {
   ::setenv("XDG_SESSION_ID", "2", 1);
   watch();
   EXPECT_EQ(askedFor_, "2");
+}
+
+TEST_F(SessionWatchTest, SaysWhenTheSessionIsUnknown) {
+  for (const auto* reason : {static_cast<const char*>(nullptr), "there is no such session"}) {
+    refusal_ = SD_BUS_ERROR_MAKE_CONST("org.example.Unknown", reason);
+    watch();
+    // An error that explains nothing has a name at least.
+    EXPECT_EQ(desktop_.systemLog().take(),
+              std::vector<std::string>{"Tessarok: the login manager does not tell the session (" +
+                                       std::string(reason == nullptr ? refusal_.name : reason) +
+                                       "); a locked session is not noticed"});
+    askedFor_.clear();
+  }
 }
 
 TEST_F(SessionWatchTest, HearsNothingWithoutBuses) {

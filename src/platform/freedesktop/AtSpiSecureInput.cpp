@@ -62,7 +62,7 @@ void AtSpiSecureInput::listen() {
   registration_ = bus_->call(std::move(message), [this](sd_bus_message& reply) {
     const auto* error = sd_bus_message_get_error(&reply);
     listening_ = error == nullptr;
-    if (!listening_ && bus_->isOpen()) busLost(error->message);
+    if (!listening_ && bus_->isOpen()) busLost(textOf(*error));
   });
 }
 

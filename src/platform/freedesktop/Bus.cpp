@@ -167,7 +167,8 @@ void Bus::process() {
 }
 
 void Bus::lose(int error) {
-  if (std::exchange(error_, error) != 0) return;
+  if (error_ != 0) return;
+  error_ = error;
   ::shutdown(sd_bus_get_fd(bus_), SHUT_RDWR);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <systemd/sd-bus.h>
 
 namespace tessarok::freedesktop {
@@ -12,5 +13,10 @@ struct BusMessageUnref {
 
 /// A D-Bus message that is owned; null when it could not be made.
 using BusMessage = std::unique_ptr<sd_bus_message, BusMessageUnref>;
+
+/// What a peer says of its error; the error's name where it explains nothing.
+inline std::string textOf(const sd_bus_error& error) {
+  return error.message != nullptr ? error.message : error.name;
+}
 
 }  // namespace tessarok::freedesktop

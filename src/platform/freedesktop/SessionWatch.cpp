@@ -66,7 +66,7 @@ void SessionWatch::findSession(Bus& system) {
     const auto* error = sd_bus_message_get_error(&reply);
     // A bus that is being lost tells it by itself.
     if (sd_bus_error_has_name(error, SD_BUS_ERROR_NO_REPLY) != 0) return;
-    if (error != nullptr) return sessionUnknown(error->message);
+    if (error != nullptr) return sessionUnknown(textOf(*error));
     const int read = sd_bus_message_read(&reply, "o", &path);
     if (read < 0) return sessionUnknown(std::generic_category().message(-read));
     watchSession(system, path);
