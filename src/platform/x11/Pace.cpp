@@ -30,10 +30,6 @@ constexpr int kMostParents = 8;
 
 }  // namespace
 
-Pace::~Pace() {
-  if (listener_ != nullptr && !isListenerLost_) XCloseDisplay(listener_);
-}
-
 void Pace::begin() {
   window_ = 0;
   if (!openListener()) return;

@@ -17,7 +17,7 @@ class Pace final {
   explicit Pace(XConnection& connection) : connection_(connection) {}
   Pace(const Pace&) = delete;
   Pace& operator=(const Pace&) = delete;
-  ~Pace();
+  ~Pace() = default;
 
   /// From here to `end` the window that has the focus now is waited for.
   void begin();
@@ -41,6 +41,7 @@ class Pace final {
   void giveUp();
 
   XConnection& connection_;
+  /// Never closed; see `XConnection`.
   _XDisplay* listener_ = nullptr;
   bool isListenerLost_ = false;
   unsigned long protocolsName_ = 0;

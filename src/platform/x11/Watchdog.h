@@ -75,9 +75,8 @@ class Watchdog final {
   pid_t worker_ = -1;
   /// What waitpid said of the worker's end.
   int end_ = 0;
-  /// For the release of keys only; null while none were held.
+  /// For the release of keys only; null while none were held. Never closed; see `XConnection`.
   _XDisplay* display_ = nullptr;
-  bool isDisplayLost_ = false;
   bool isStarted_ = false;
   bool isHeld_ = false;
   bool wasEnded_ = false;

@@ -91,8 +91,8 @@ std::variant<std::unique_ptr<XConnection>, std::string> XConnection::open(End se
 XConnection::XConnection(Display* display) : display_(display), root_(DefaultRootWindow(display)) {}
 
 XConnection::~XConnection() {
-  // Closing a connection that has gone would only fail again.
-  if (!isLost()) XCloseDisplay(display_);
+  // What was asked for has its effect before anything else happens.
+  if (!isLost()) XSync(display_, False);
 }
 
 int XConnection::descriptor() const {

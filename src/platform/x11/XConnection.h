@@ -17,7 +17,8 @@ namespace tessarok::x11 {
 ///
 /// Operational notes. Once the server has gone, Xlib may crash in the next request: it knows of the
 /// loss only if it has found out itself, and keymaps are read past it. So whoever is going to make
-/// a request asks `isLost` first.
+/// a request asks `isLost` first. It may also crash when the server goes while it closes a
+/// connection, so none is ever closed: the end of the process does that.
 class XConnection final {
  public:
   /// Ends the process.
