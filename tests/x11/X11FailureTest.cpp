@@ -90,7 +90,10 @@ TEST_F(X11Failure, AKeyDownOnAKeyboardThatGoesDoesNotStayDown) {
 
 TEST_F(X11Failure, TheEndOfTheServerEndsTheProgram) {
   auto server = std::make_unique<XServer>();
+  GtkEntry window(*server);
   Tessarok program(*server);
+  server->type("ghbdtn ");
+  EXPECT_TRUE(window.shows("привет ")) << window.text();
   server->stop();
   EXPECT_EQ(program.exitStatus(), 0) << program.errors();
   EXPECT_TRUE(program.says("X server has gone")) << program.errors();

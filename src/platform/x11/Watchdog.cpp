@@ -139,7 +139,8 @@ void Watchdog::readLine() {
 
 void Watchdog::hold() {
   isHeld_ = true;
-  // Opened in good time: when it is needed, time is short.
+  // Opened in good time: when it is needed, time is short. Should the server go in the middle of
+  // this, Xlib ends the process, and there is nothing left to watch over.
   if (display_ != nullptr) return;
   display_ = XOpenDisplay(nullptr);
   if (display_ == nullptr) return;
