@@ -88,7 +88,7 @@ class SessionWatchTest : public ::testing::Test {
   std::vector<std::unique_ptr<platform::Observation>> observations_;
   std::string askedFor_;
   /// The answer to whoever asks for a session; none without a name.
-  sd_bus_error refusal_ = SD_BUS_ERROR_NULL;
+  sd_bus_error refusal_{};
   Heard heard_;
   std::unique_ptr<freedesktop::SessionWatch> watch_;
 };
@@ -152,7 +152,7 @@ TEST_F(SessionWatchTest, WatchesTheSessionItBelongsTo) {
 
 TEST_F(SessionWatchTest, SaysWhenTheSessionIsUnknown) {
   for (const auto* reason : {static_cast<const char*>(nullptr), "there is no such session"}) {
-    refusal_ = SD_BUS_ERROR_MAKE_CONST("org.example.Unknown", reason);
+    refusal_ = {"org.example.Unknown", reason, 0};
     watch();
     // An error that explains nothing has a name at least.
     EXPECT_EQ(desktop_.systemLog().take(),
