@@ -93,10 +93,13 @@ int main(int argc, char** argv) {
   benchmark::RegisterBenchmark(name("hunspell").c_str(), [&](benchmark::State& state) {
     ask(state, asked, [&](const std::string& word) { return hunspell.spell(word); });
   });
-  benchmark::RegisterBenchmark(
-      "check/russian", [](benchmark::State& state) { check(state, Dict::ru().data(), true); });
-  benchmark::RegisterBenchmark(
-      "check/english", [](benchmark::State& state) { check(state, Dict::en().data(), false); });
+  // Two threads share the work, so that what one core does is in the time of both.
+  benchmark::RegisterBenchmark("check/russian", [](benchmark::State& state) {
+    check(state, Dict::ru().data(), true);
+  })->MeasureProcessCPUTime();
+  benchmark::RegisterBenchmark("check/english", [](benchmark::State& state) {
+    check(state, Dict::en().data(), false);
+  })->MeasureProcessCPUTime();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

@@ -163,6 +163,53 @@ TEST(WordListScan, AgreesWithAPlainCheckOnGoodAndOnDamagedLists) {
   EXPECT_GT(damagedLists, 2000);
 }
 
+// Two threads share a list that is this long.
+TEST(WordListScan, AgreesWithAPlainCheckWhereTwoHalvesMeet) {
+  Random random(23);
+  int damagedLists = 0;
+  for (int round = 0; round < 40; ++round) {
+    const bool russian = round % 2 == 0;
+    const auto list = randomList(random, 270'000 + below(random, 20'000), russian);
+    expectSameFault(list, russian, "good");
+    for (int i = 0; i < 4; ++i) {
+      const auto from = list.size() / 2 - 12'000;
+      const auto bad = list.substr(0, from) + damaged(random, list.substr(from, 24'000), russian) +
+                       (i == 3 ? damaged(random, list.substr(from + 24'000), russian)
+                               : list.substr(from + 24'000));
+      expectSameFault(bad, russian, "damaged");
+      if (HasFatalFailure()) return;
+      damagedLists += plainFault(bad, russian).line > 0 ? 1 : 0;
+    }
+  }
+  EXPECT_GT(damagedLists, 100);
+}
+
+TEST(WordListScan, FindsOneWrongByteNearTheMiddleOfALongList) {
+  Random random(24);
+  for (const bool russian : {false, true}) {
+    const auto list = randomList(random, 270'000, russian);
+    const auto middle = list.size() / 2;
+    for (std::size_t at = middle - 40; at < middle + 60; ++at) {
+      for (const char wrong : {'\n', 'b', '\xd0'}) {
+        auto bad = list;
+        bad[at] = wrong;
+        expectSameFault(bad, russian, "byte " + std::to_string(at));
+        if (HasFatalFailure()) return;
+      }
+    }
+  }
+}
+
+TEST(WordListScan, JudgesLongListsOfFewLines) {
+  const std::string half(150'000, 'b');
+  expectSameFault(half + half, false, "one line");
+  expectSameFault(half + "\n" + half, false, "two lines");
+  expectSameFault(half + "c\n" + half, false, "two lines in the wrong order");
+  expectSameFault("a\n" + half + half + "\n", false, "a short line first");
+  expectSameFault(half + half + "\nc\n", false, "a short line last");
+  expectSameFault(half + half + "\na\n", false, "a short line last, in the wrong order");
+}
+
 TEST(WordListScan, FindsOneWrongByteAnywhere) {
   Random random(21);
   for (const bool russian : {false, true}) {
@@ -220,10 +267,12 @@ TEST(WordListScan, ALineLongerThanAPieceIsJudgedToo) {
 TEST(WordListScan, LeavesLittleOfAGoodListToThePlainCheck) {
   Random random(22);
   for (const bool russian : {false, true}) {
-    const auto list = randomList(random, 100'000, russian);
-    const auto good = WordListScan::goodPrefix(list, russian);
-    EXPECT_GT(good, list.size() - 9'000);
-    EXPECT_EQ(list[good - 1], '\n');
+    for (const std::size_t size : {100'000u, 1'000'000u}) {
+      const auto list = randomList(random, size, russian);
+      const auto good = WordListScan::goodPrefix(list, russian);
+      EXPECT_GT(good, list.size() - 9'000);
+      EXPECT_EQ(list[good - 1], '\n');
+    }
   }
 }
 
