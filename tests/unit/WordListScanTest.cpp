@@ -200,14 +200,25 @@ TEST(WordListScan, FindsOneWrongByteNearTheMiddleOfALongList) {
   }
 }
 
+std::string repeated(const std::string& letter, std::size_t times) {
+  std::string text;
+  while (times-- > 0)
+    text += letter;
+  return text;
+}
+
 TEST(WordListScan, JudgesLongListsOfFewLines) {
-  const std::string half(150'000, 'b');
-  expectSameFault(half + half, false, "one line");
-  expectSameFault(half + "\n" + half, false, "two lines");
-  expectSameFault(half + "c\n" + half, false, "two lines in the wrong order");
-  expectSameFault("a\n" + half + half + "\n", false, "a short line first");
-  expectSameFault(half + half + "\nc\n", false, "a short line last");
-  expectSameFault(half + half + "\na\n", false, "a short line last, in the wrong order");
+  for (const bool russian : {false, true}) {
+    const std::string first = russian ? "а" : "a";
+    const std::string last = russian ? "в" : "c";
+    const auto half = repeated(russian ? "б" : "b", 150'000);
+    expectSameFault(half + half, russian, "one line");
+    expectSameFault(half + "\n" + half, russian, "two lines");
+    expectSameFault(half + last + "\n" + half, russian, "two lines in the wrong order");
+    expectSameFault(first + "\n" + half + half + "\n", russian, "a short line first");
+    expectSameFault(half + half + "\n" + last + "\n", russian, "a short line last");
+    expectSameFault(half + half + "\n" + first + "\n", russian, "that line in the wrong order");
+  }
 }
 
 TEST(WordListScan, FindsOneWrongByteAnywhere) {
