@@ -163,12 +163,13 @@ std::size_t goodPrefixAlone(std::string_view data) {
 }
 
 /// Another thread judges the first half, down to the end of the line that the second half starts
-/// with: so that line is good, as it has to be, and in its place.
+/// with: so that line is good, as it has to be, and in its place. Where no line starts in the
+/// second half, that is all of the list.
 template <typename Language>
 std::size_t goodPrefixInHalves(std::string_view data) {
   const auto half = data.find('\n', data.size() / 2) + 1;
-  const auto limit = half == 0 ? half : data.find('\n', half);
-  if (half == 0 || limit == std::string_view::npos) return goodPrefixAlone<Language>(data);
+  const auto limit = data.find('\n', half);
+  if (limit == std::string_view::npos) return goodPrefixAlone<Language>(data);
   Scan<Language> first(data);
   Scan<Language> second(data.substr(half));
   // Where no thread is to be had, it is done when it is asked for.
