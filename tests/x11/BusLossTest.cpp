@@ -33,6 +33,15 @@ class BusLoss : public ::testing::Test {
     program_ = std::make_unique<Tessarok>(server_, setup);
     ASSERT_TRUE(program_->says("correcting in every application")) << program_->errors();
   }
+  /// The program finds everything on the one bus of the session, which is busy from then on.
+  void startIn(FakeSession& session) {
+    start(session.bus().address(), session.bus().address());
+    ASSERT_TRUE(waitUntil([&] {
+      session.serve();
+      return session.isFound();
+    }));
+    session.beBusy();
+  }
   void expectCorrecting() {
     server_.type("ghbdtn hello ");
     expected_ += "привет hello ";
@@ -77,12 +86,7 @@ TEST_F(BusLoss, TheEndOfTheSystemBusIsSaidOnce) {
 
 TEST_F(BusLoss, TheEndOfAllBusesIsSaidOnceOfEach) {
   FakeSession session;
-  start(session.bus().address(), session.bus().address());
-  ASSERT_TRUE(waitUntil([&] {
-    session.serve();
-    return session.isFound();
-  }));
-  session.beBusy();
+  startIn(session);
   server_.type("ghb");
   session.bus().stop();
   server_.type("dtn hello ");
@@ -109,12 +113,7 @@ TEST_F(BusLoss, BusesThatNeverAnswerKeepNobodyFromTyping) {
 
 TEST_F(BusLoss, BusesThatHangKeepNobodyFromTyping) {
   FakeSession session;
-  start(session.bus().address(), session.bus().address());
-  ASSERT_TRUE(waitUntil([&] {
-    session.serve();
-    return session.isFound();
-  }));
-  session.beBusy();
+  startIn(session);
   session.bus().hang();
   expectCorrecting();
   expectRest();
