@@ -33,13 +33,13 @@ test: check-format data ## Build and run every test
 test-apps: $(BUILD)/build.ninja ## Type into Chromium and a Qt entry (installs both)
 	@scripts/install-packages test test-apps
 	@cmake --build --preset release --target tessarok_application_tests tessarok_fcitx5_application_tests
-	@$(BUILD)/tests/x11/tessarok_application_tests
-	@$(BUILD)/tests/fcitx5/tessarok_fcitx5_application_tests
+	@$(BUILD)/tests/desktops/x11/tessarok_application_tests
+	@$(BUILD)/tests/desktops/fcitx5/tessarok_fcitx5_application_tests
 
 test-fcitx5: $(BUILD)/build.ninja ## Type the sentences through Fcitx5 over and over, RUNS (10) times
 	@scripts/install-packages test
 	@cmake --build --preset release --target tessarok_fcitx5_session_tests
-	@$(BUILD)/tests/fcitx5/tessarok_fcitx5_session_tests --gtest_filter='*Sentences*' --gtest_repeat=$(RUNS)
+	@$(BUILD)/tests/desktops/fcitx5/tessarok_fcitx5_session_tests --gtest_filter='*Sentences*' --gtest_repeat=$(RUNS)
 
 bench: data ## Measure time, memory and the delay of keys; PUBLISH=1 puts the table into the documents
 	@scripts/install-packages bench
@@ -57,11 +57,11 @@ faults: build ## Make every call of the system fail in turn, and look at what is
 	@scripts/install-packages test
 	@cmake --build --preset release --target tessarok_faults tessarok_x11_tests
 	@tests/fault/check-faults --all $(BUILD)/tests/fault/libtessarok_faults.so $(BUILD)/tessarok tests/data
-	@TESSAROK_ALL_FAULTS=1 $(BUILD)/tests/x11/tessarok_x11_tests --gtest_filter='*Faults.*'
+	@TESSAROK_ALL_FAULTS=1 $(BUILD)/tests/desktops/x11/tessarok_x11_tests --gtest_filter='*Faults.*'
 
 mutate: build ## Make 100 mistakes in the corrector, one at a time, and see that the tests notice
 	@scripts/install-packages test
-	@cmake --build --preset release --target tessarok_unit_tests tessarok_story_check
+	@cmake --build --preset release --target tessarok_text_tests tessarok_words_tests tessarok_typing_tests tessarok_app_tests tessarok_story_check
 	@scripts/mutate
 
 measure: data ## Type thousands of sentences and report how they come out: build/measure.html
@@ -118,7 +118,7 @@ sanitize-threads: data ## Run the tests under the thread sanitizer
 coverage: data ## Measure the corrector's branch coverage: build/coverage/report/index.html
 	@scripts/install-packages test coverage
 	@cmake --preset coverage > /dev/null
-	cmake --build --preset coverage --target tessarok tessarok_unit_tests tessarok_allocation_tests tessarok_system_tests tessarok_story_check tessarok_fuzz
+	cmake --build --preset coverage --target tessarok tessarok_text_tests tessarok_words_tests tessarok_typing_tests tessarok_app_tests tessarok_posix_tests tessarok_allocation_tests tessarok_system_tests tessarok_story_check tessarok_fuzz
 	@find build/coverage -name '*.gcda' -delete
 	ctest --preset coverage -j $(JOBS) -L corrector -E '$(THOROUGH_TESTS)'
 	@scripts/coverage build/coverage

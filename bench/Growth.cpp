@@ -15,10 +15,10 @@
 #include <string>
 #include <vector>
 
-#include "Detector.h"
-#include "Dict.h"
-#include "LayoutMap.h"
-#include "platform/virtual/Session.h"
+#include "desktops/virtual/Session.h"
+#include "words/Detector.h"
+#include "words/Dict.h"
+#include "words/LayoutMap.h"
 
 namespace {
 

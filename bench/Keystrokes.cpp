@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "Detector.h"
-#include "Dict.h"
-#include "KeyCodes.h"
-#include "KeyTap.h"
-#include "platform/virtual/Session.h"
+#include "desktops/virtual/Session.h"
+#include "typing/KeyCodes.h"
+#include "typing/KeyTap.h"
+#include "words/Detector.h"
+#include "words/Dict.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include <iostream>
 #include <string>
 
-#include "Dict.h"
-#include "platform/virtual/Session.h"
+#include "desktops/virtual/Session.h"
+#include "words/Dict.h"
 
 namespace {
 

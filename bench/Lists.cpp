@@ -15,10 +15,10 @@
 #include <string>
 #include <vector>
 
-#include "IgnoreList.h"
-#include "UserDict.h"
-#include "platform/posix/PosixFiles.h"
-#include "platform/virtual/Session.h"
+#include "desktops/posix/PosixFiles.h"
+#include "desktops/virtual/Session.h"
+#include "words/IgnoreList.h"
+#include "words/UserDict.h"
 
 namespace {
 

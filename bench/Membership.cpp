@@ -14,10 +14,10 @@
 #include <unordered_set>
 #include <vector>
 
-#include "Dict.h"
-#include "DictFile.h"
+#include "desktops/terminal/TerminalDesktop.h"
 #include "platform/Desktop.h"
-#include "platform/terminal/TerminalDesktop.h"
+#include "words/Dict.h"
+#include "words/DictFile.h"
 
 namespace {
 

@@ -12,10 +12,10 @@
 #include <string>
 #include <string_view>
 
-#include "Dict.h"
-#include "KeyCodes.h"
-#include "Text.h"
-#include "platform/virtual/Session.h"
+#include "desktops/virtual/Session.h"
+#include "text/Text.h"
+#include "typing/KeyCodes.h"
+#include "words/Dict.h"
 
 namespace {
 

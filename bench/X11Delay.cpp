@@ -14,8 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "x11/Tessarok.h"
-#include "x11/XServer.h"
+#include "tests/desktops/x11/Tessarok.h"
+#include "tests/desktops/x11/XServer.h"
 
 // Last, because of the plain words that Xlib defines as macros.
 #include <X11/Xlib.h>

@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "support/TestFiles.h"
+#include "tests/support/TestFiles.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 

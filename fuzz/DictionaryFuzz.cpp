@@ -5,9 +5,9 @@
 #include <string>
 
 #include "Check.h"
-#include "DictFile.h"
 #include "FuzzDesktop.h"
 #include "Input.h"
+#include "words/DictFile.h"
 
 namespace tessarok::fuzz {
 namespace {

@@ -3,12 +3,12 @@
 #include <string>
 
 #include "Check.h"
-#include "Detector.h"
 #include "Input.h"
-#include "LayoutMap.h"
-#include "Proto.h"
-#include "Text.h"
-#include "platform/virtual/VirtualDesktop.h"
+#include "desktops/virtual/VirtualDesktop.h"
+#include "text/Text.h"
+#include "words/Detector.h"
+#include "words/LayoutMap.h"
+#include "words/Proto.h"
 
 namespace tessarok::fuzz {
 namespace {

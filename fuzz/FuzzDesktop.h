@@ -5,8 +5,8 @@
 #include <string>
 
 #include "MemoryFiles.h"
-#include "platform/virtual/VirtualDesktop.h"
-#include "support/PartlyVirtualDesktop.h"
+#include "desktops/virtual/VirtualDesktop.h"
+#include "tests/support/PartlyVirtualDesktop.h"
 
 namespace tessarok::fuzz {
 

@@ -5,7 +5,7 @@
 
 #include <memory>
 
-#include "../src/IgnoreList.cpp"
+#include "../src/words/IgnoreList.cpp"
 #include "Check.h"
 #include "FuzzDesktop.h"
 #include "Input.h"

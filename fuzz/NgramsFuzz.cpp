@@ -4,9 +4,9 @@
 
 #include "Check.h"
 #include "Input.h"
-#include "Proto.h"
-#include "Text.h"
-#include "WordLines.h"
+#include "text/Text.h"
+#include "words/Proto.h"
+#include "words/WordLines.h"
 
 namespace tessarok::fuzz {
 namespace {

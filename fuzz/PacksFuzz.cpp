@@ -1,7 +1,7 @@
 // Packs of words. The source is included, because a pack is read once in the life of a process
 // and the fuzzer has to make it forget.
 
-#include "../src/BuiltinPacks.cpp"
+#include "../src/words/BuiltinPacks.cpp"
 #include "FuzzDesktop.h"
 #include "Input.h"
 #include "WordList.h"

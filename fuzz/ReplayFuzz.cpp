@@ -7,9 +7,9 @@
 
 #include "Check.h"
 #include "Input.h"
-#include "Text.h"
-#include "platform/virtual/Replay.h"
-#include "platform/virtual/ReplayError.h"
+#include "desktops/virtual/Replay.h"
+#include "desktops/virtual/ReplayError.h"
+#include "text/Text.h"
 
 namespace tessarok::fuzz {
 namespace {

@@ -5,7 +5,7 @@
 #include "Check.h"
 #include "FuzzDesktop.h"
 #include "Input.h"
-#include "platform/posix/SettingsFile.h"
+#include "desktops/posix/SettingsFile.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tessarok;

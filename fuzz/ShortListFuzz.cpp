@@ -4,8 +4,8 @@
 
 #include "Check.h"
 #include "Input.h"
-#include "ShortFreq.h"
-#include "Text.h"
+#include "text/Text.h"
+#include "words/ShortFreq.h"
 
 namespace tessarok::fuzz {
 namespace {

@@ -6,10 +6,10 @@
 
 #include "Check.h"
 #include "Input.h"
-#include "platform/terminal/InputDecoder.h"
-#include "platform/terminal/KeyReader.h"
-#include "platform/terminal/ProgramOutput.h"
-#include "platform/terminal/TerminalInputSources.h"
+#include "desktops/terminal/InputDecoder.h"
+#include "desktops/terminal/KeyReader.h"
+#include "desktops/terminal/ProgramOutput.h"
+#include "desktops/terminal/TerminalInputSources.h"
 
 namespace tessarok::fuzz {
 namespace {

@@ -3,9 +3,9 @@
 #include <string>
 
 #include "Check.h"
-#include "Text.h"
-#include "UserDict.h"
-#include "WordSet.h"
+#include "text/Text.h"
+#include "words/UserDict.h"
+#include "words/WordSet.h"
 
 namespace tessarok::fuzz {
 

@@ -4,7 +4,7 @@
 
 #include "Check.h"
 #include "Input.h"
-#include "platform/xkb/LayoutNames.h"
+#include "desktops/xkb/LayoutNames.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tessarok;

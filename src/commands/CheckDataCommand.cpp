@@ -4,16 +4,16 @@
 #include <string>
 #include <system_error>
 
-#include "BuiltinPacks.h"
-#include "DataFault.h"
-#include "DictFile.h"
-#include "Proto.h"
-#include "ResourceLocator.h"
-#include "ShortFreq.h"
-#include "Text.h"
-#include "UserDict.h"
 #include "commands/CommandError.h"
-#include "platform/terminal/TerminalDesktop.h"
+#include "desktops/terminal/TerminalDesktop.h"
+#include "text/Text.h"
+#include "words/BuiltinPacks.h"
+#include "words/DataFault.h"
+#include "words/DictFile.h"
+#include "words/Proto.h"
+#include "words/ResourceLocator.h"
+#include "words/ShortFreq.h"
+#include "words/UserDict.h"
 
 namespace tessarok::commands {
 

@@ -10,14 +10,14 @@
 #include <utility>
 #include <variant>
 
-#include "Dict.h"
-#include "InputSource.h"
-#include "commands/Corrector.h"
-#include "platform/freedesktop/DesktopServices.h"
-#include "platform/posix/SignalPipe.h"
-#include "platform/x11/Watchdog.h"
-#include "platform/x11/X11Desktop.h"
-#include "platform/x11/XConnection.h"
+#include "app/Corrector.h"
+#include "desktops/freedesktop/DesktopServices.h"
+#include "desktops/posix/SignalPipe.h"
+#include "desktops/x11/Watchdog.h"
+#include "desktops/x11/X11Desktop.h"
+#include "desktops/x11/XConnection.h"
+#include "typing/InputSource.h"
+#include "words/Dict.h"
 
 namespace tessarok::commands {
 

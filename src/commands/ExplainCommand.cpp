@@ -5,16 +5,16 @@
 #include <optional>
 #include <string_view>
 
-#include "BuiltinPacks.h"
-#include "Detector.h"
-#include "IgnoreList.h"
-#include "LayoutMap.h"
-#include "Proto.h"
-#include "Text.h"
-#include "UserDict.h"
 #include "commands/Input.h"
 #include "commands/WordData.h"
-#include "platform/terminal/TerminalDesktop.h"
+#include "desktops/terminal/TerminalDesktop.h"
+#include "text/Text.h"
+#include "words/BuiltinPacks.h"
+#include "words/Detector.h"
+#include "words/IgnoreList.h"
+#include "words/LayoutMap.h"
+#include "words/Proto.h"
+#include "words/UserDict.h"
 
 namespace tessarok::commands {
 

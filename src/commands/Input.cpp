@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <iostream>
 
-#include "Text.h"
 #include "commands/CommandError.h"
+#include "text/Text.h"
 
 namespace tessarok::commands {
 

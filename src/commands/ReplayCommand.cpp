@@ -6,8 +6,8 @@
 
 #include "commands/CommandError.h"
 #include "commands/Input.h"
-#include "platform/virtual/Replay.h"
-#include "platform/virtual/ReplayError.h"
+#include "desktops/virtual/Replay.h"
+#include "desktops/virtual/ReplayError.h"
 
 namespace tessarok::commands {
 

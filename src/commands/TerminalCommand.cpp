@@ -3,14 +3,14 @@
 #include <iostream>
 #include <variant>
 
-#include "Dict.h"
+#include "app/Corrector.h"
 #include "commands/CommandError.h"
-#include "commands/Corrector.h"
-#include "platform/terminal/LoginShell.h"
-#include "platform/terminal/OuterTerminal.h"
-#include "platform/terminal/Pty.h"
-#include "platform/terminal/TerminalDesktop.h"
-#include "platform/terminal/TerminalSession.h"
+#include "desktops/terminal/LoginShell.h"
+#include "desktops/terminal/OuterTerminal.h"
+#include "desktops/terminal/Pty.h"
+#include "desktops/terminal/TerminalDesktop.h"
+#include "desktops/terminal/TerminalSession.h"
+#include "words/Dict.h"
 
 namespace tessarok::commands {
 

@@ -2,13 +2,13 @@
 
 #include <iostream>
 
-#include "Alphabet.h"
-#include "KeyCodes.h"
-#include "Text.h"
 #include "commands/Input.h"
 #include "commands/WordData.h"
-#include "platform/layouts/KeyTable.h"
-#include "platform/virtual/Session.h"
+#include "desktops/layouts/KeyTable.h"
+#include "desktops/virtual/Session.h"
+#include "text/Text.h"
+#include "typing/KeyCodes.h"
+#include "words/Alphabet.h"
 
 namespace tessarok::commands {
 

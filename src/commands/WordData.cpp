@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "BuiltinPacks.h"
-#include "Proto.h"
-#include "ResourceLocator.h"
 #include "commands/CommandError.h"
+#include "words/BuiltinPacks.h"
+#include "words/Proto.h"
+#include "words/ResourceLocator.h"
 
 namespace tessarok::commands {
 

@@ -11,7 +11,7 @@
 #include <termios.h>
 #include <unistd.h>
 
-#include "fault/FaultLibrary.h"
+#include "tests/fault/FaultLibrary.h"
 
 using tessarok::faults::failingError;
 using tessarok::faults::fails;

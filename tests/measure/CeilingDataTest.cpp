@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "CeilingData.h"
-#include "platform/virtual/TemporaryDirectory.h"
+#include "desktops/virtual/TemporaryDirectory.h"
 
 namespace tessarok::measure::test {
 namespace {

@@ -4,12 +4,12 @@
 #include <fstream>
 #include <gtest/gtest.h>
 
-#include "Detector.h"
-#include "Text.h"
+#include "desktops/virtual/Session.h"
+#include "desktops/virtual/TemporaryDirectory.h"
 #include "make_data/DecisionModel.h"
 #include "make_data/KeyText.h"
-#include "platform/virtual/Session.h"
-#include "platform/virtual/TemporaryDirectory.h"
+#include "text/Text.h"
+#include "words/Detector.h"
 
 namespace tessarok::measure::test {
 namespace {

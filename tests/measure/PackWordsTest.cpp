@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "Alphabet.h"
-#include "BuiltinPacks.h"
-#include "Detector.h"
-#include "Dict.h"
-#include "LayoutMap.h"
-#include "Proto.h"
-#include "Text.h"
-#include "platform/virtual/Session.h"
+#include "desktops/virtual/Session.h"
+#include "text/Text.h"
+#include "words/Alphabet.h"
+#include "words/BuiltinPacks.h"
+#include "words/Detector.h"
+#include "words/Dict.h"
+#include "words/LayoutMap.h"
+#include "words/Proto.h"
 
 namespace tessarok::measure::test {
 namespace {

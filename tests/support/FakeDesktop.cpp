@@ -1,9 +1,9 @@
-#include "support/FakeDesktop.h"
+#include "tests/support/FakeDesktop.h"
 
-#include "DiagnosticLog.h"
-#include "IgnoreList.h"
-#include "platform/layouts/TableLayout.h"
-#include "support/TestFiles.h"
+#include "desktops/layouts/TableLayout.h"
+#include "tests/support/TestFiles.h"
+#include "typing/DiagnosticLog.h"
+#include "words/IgnoreList.h"
 
 namespace tessarok::testing {
 

@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <string_view>
 
-#include "platform/virtual/TemporaryDirectory.h"
-#include "platform/virtual/VirtualDesktop.h"
-#include "support/FakeServices.h"
-#include "support/PartlyVirtualDesktop.h"
+#include "desktops/virtual/TemporaryDirectory.h"
+#include "desktops/virtual/VirtualDesktop.h"
+#include "tests/support/FakeServices.h"
+#include "tests/support/PartlyVirtualDesktop.h"
 
 namespace tessarok::testing {
 

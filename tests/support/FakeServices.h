@@ -10,12 +10,12 @@
 #include <utility>
 #include <vector>
 
+#include "desktops/posix/PosixFiles.h"
 #include "platform/Application.h"
 #include "platform/Bundle.h"
 #include "platform/Environment.h"
 #include "platform/InputSources.h"
 #include "platform/Keyboard.h"
-#include "platform/posix/PosixFiles.h"
 
 /// The services of which a test decides the answers.
 namespace tessarok::testing {

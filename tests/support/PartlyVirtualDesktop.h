@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/virtual/VirtualDesktop.h"
+#include "desktops/virtual/VirtualDesktop.h"
 
 namespace tessarok::testing {
 

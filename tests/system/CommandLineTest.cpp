@@ -6,9 +6,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "platform/virtual/TemporaryDirectory.h"
-#include "support/ChildProcess.h"
-#include "support/TestFiles.h"
+#include "desktops/virtual/TemporaryDirectory.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TestFiles.h"
 
 namespace tessarok {
 namespace {

@@ -6,10 +6,10 @@
 #include <nlohmann/json.hpp>
 #include <random>
 
-#include "LayoutMap.h"
-#include "platform/virtual/TemporaryDirectory.h"
-#include "support/ChildProcess.h"
-#include "support/TestFiles.h"
+#include "desktops/virtual/TemporaryDirectory.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TestFiles.h"
+#include "words/LayoutMap.h"
 
 namespace tessarok {
 namespace {

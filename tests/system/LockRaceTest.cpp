@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "platform/virtual/TemporaryDirectory.h"
-#include "support/ChildProcess.h"
+#include "desktops/virtual/TemporaryDirectory.h"
+#include "tests/support/ChildProcess.h"
 
 namespace tessarok {
 namespace {

@@ -3,9 +3,9 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
-#include "platform/virtual/TemporaryDirectory.h"
-#include "support/ChildProcess.h"
-#include "support/SecretSearch.h"
+#include "desktops/virtual/TemporaryDirectory.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/SecretSearch.h"
 
 namespace tessarok {
 namespace {

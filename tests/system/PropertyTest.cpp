@@ -10,14 +10,14 @@
 #include <sstream>
 #include <streambuf>
 
-#include "DiagnosticLog.h"
-#include "KeyTap.h"
-#include "LayoutMap.h"
 #include "ReplayWriter.h"
-#include "Text.h"
+#include "desktops/layouts/KeyTable.h"
+#include "desktops/virtual/Replay.h"
 #include "platform/EventFlags.h"
-#include "platform/layouts/KeyTable.h"
-#include "platform/virtual/Replay.h"
+#include "text/Text.h"
+#include "typing/DiagnosticLog.h"
+#include "typing/KeyTap.h"
+#include "words/LayoutMap.h"
 
 namespace tessarok {
 namespace {

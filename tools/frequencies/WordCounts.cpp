@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "Alphabet.h"
-#include "Text.h"
+#include "text/Text.h"
+#include "words/Alphabet.h"
 
 namespace tessarok::frequencies {
 

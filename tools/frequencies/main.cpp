@@ -8,12 +8,12 @@
 #include <iostream>
 #include <string>
 
-#include "Alphabet.h"
 #include "Corpus.h"
 #include "Half.h"
-#include "Text.h"
 #include "WordCounts.h"
 #include "make_data/FileSetWriter.h"
+#include "text/Text.h"
+#include "words/Alphabet.h"
 
 namespace {
 

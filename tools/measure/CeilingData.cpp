@@ -4,12 +4,12 @@
 #include <set>
 #include <string>
 
-#include "Alphabet.h"
-#include "Detector.h"
-#include "Text.h"
 #include "make_data/ByteOrder.h"
 #include "make_data/FileSetWriter.h"
 #include "make_data/KeyText.h"
+#include "text/Text.h"
+#include "words/Alphabet.h"
+#include "words/Detector.h"
 
 namespace tessarok::measure {
 

@@ -10,9 +10,9 @@
 #include <unordered_set>
 
 #include "SentenceSplitter.h"
-#include "Text.h"
 #include "Typography.h"
 #include "make_data/Program.h"
+#include "text/Text.h"
 
 namespace tessarok::measure {
 

@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "Alphabet.h"
 #include "SentenceTypist.h"
-#include "Text.h"
-#include "platform/layouts/KeyTable.h"
+#include "desktops/layouts/KeyTable.h"
+#include "text/Text.h"
+#include "words/Alphabet.h"
 
 namespace tessarok::measure {
 

@@ -1,6 +1,6 @@
 #include "SentenceScore.h"
 
-#include "Text.h"
+#include "text/Text.h"
 
 namespace tessarok::measure {
 

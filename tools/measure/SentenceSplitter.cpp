@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "Alphabet.h"
-#include "Text.h"
-#include "platform/layouts/KeyTable.h"
+#include "desktops/layouts/KeyTable.h"
+#include "text/Text.h"
+#include "words/Alphabet.h"
 
 namespace tessarok::measure {
 

@@ -2,9 +2,9 @@
 
 #include <stdexcept>
 
-#include "KeyCodes.h"
-#include "Text.h"
-#include "platform/layouts/KeyTable.h"
+#include "desktops/layouts/KeyTable.h"
+#include "text/Text.h"
+#include "typing/KeyCodes.h"
 
 namespace tessarok::measure {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "Sentence.h"
-#include "platform/virtual/Session.h"
+#include "desktops/virtual/Session.h"
 
 namespace tessarok::measure {
 

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <utility>
 
-#include "Text.h"
+#include "text/Text.h"
 
 namespace tessarok::measure {
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <utility>
 
-#include "Text.h"
+#include "text/Text.h"
 
 namespace tessarok::measure {
 

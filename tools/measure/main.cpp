@@ -20,7 +20,7 @@
 #include "Measurement.h"
 #include "Progress.h"
 #include "TextReport.h"
-#include "platform/virtual/TemporaryDirectory.h"
+#include "desktops/virtual/TemporaryDirectory.h"
 
 namespace {
 

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+
+#include "app/AppDelegate.h"
+#include "typing/DiagnosticLog.h"
+
+namespace tessarok::commands {
+
+/// The corrector from launch to quit. However it ends, by an exception too, what was learned is
+/// on the disk and no queue has work left when it is gone: the desktop, which the queues write
+/// through, may go next. Main thread.
+class Corrector {
+ public:
+  explicit Corrector(AppDelegate::Instances instances)
+      : delegate_(std::make_shared<AppDelegate>(instances)) {}
+  Corrector(const Corrector&) = delete;
+  Corrector& operator=(const Corrector&) = delete;
+  ~Corrector() {
+    delegate_->applicationWillTerminate();
+    DiagnosticLog::drain();
+  }
+
+  void launch() { delegate_->applicationDidFinishLaunching(); }
+  [[nodiscard]] const AppDelegate& delegate() const { return *delegate_; }
+
+ private:
+  std::shared_ptr<AppDelegate> delegate_;
+};
+
+}  // namespace tessarok::commands

@@ -1,0 +1,83 @@
+#include "desktops/fcitx5/FcitxDesktop.h"
+
+#include <string>
+#include <utility>
+
+namespace tessarok::fcitx5 {
+
+namespace {
+
+using xkb::ManualKey;
+
+constexpr const char* kSelected = "kTISNotifySelectedKeyboardInputSourceChanged";
+constexpr const char* kEnabled = "kTISNotifyEnabledKeyboardInputSourcesChanged";
+
+using Open = std::unique_ptr<freedesktop::Bus>(platform::RunLoop&, std::string&);
+
+/// Null without a bus: then nothing tells of sleep or of other sessions.
+std::unique_ptr<freedesktop::Bus> opened(Open open, platform::RunLoop& loop) {
+  std::string reason;
+  return open(loop, reason);
+}
+
+}  // namespace
+
+FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, Guard& guard,
+                           std::optional<std::filesystem::path> resources)
+    : runLoop_(instance.eventLoop(), guard),
+      bundle_(std::move(resources)),
+      userDefaults_(posix::SettingsFile::locationFor(files_->homeDirectory()), *files_, systemLog_),
+      inputSources_(instance),
+      outlet_(instance),
+      keyFlow_({instance, eventTaps_, inputSources_, keyboard_, runLoop_, clock_,
+                [this] { outlet_.flush(); }},
+               {}),
+      secureInput_(keyFlow_),
+      statusBar_(instance, guard),
+      sessionBus_(opened(freedesktop::Bus::openSession, runLoop_)),
+      systemBus_(opened(freedesktop::Bus::openSystem, runLoop_)),
+      sessionWatch_(systemBus_.get(), sessionBus_.get(),
+                    {environment_, workspaceNotifications_, systemLog_}),
+      notice_(nullptr, systemLog_),
+      programs_(runLoop_),
+      workspace_(programs_, environment_, notice_) {
+  keyFlow_.onOtherPlace = [this] {
+    workspaceNotifications_.announce("NSWorkspaceDidActivateApplicationNotification");
+  };
+  readManualKey();
+}
+
+FcitxDesktop::~FcitxDesktop() = default;
+
+void FcitxDesktop::readManualKey() {
+  const auto value = userDefaults_.string(ManualKey::kSetting);
+  const auto key = value ? ManualKey::named(*value) : ManualKey{};
+  if (!key) {
+    systemLog_.write(std::string("Tessarok: the setting \"") + ManualKey::kSetting + "\" is \"" +
+                     *value + "\", which is none of \"both\", \"alt-space\" and \"pause\"");
+  }
+  keyFlow_.setManualKey(key.value_or(ManualKey{}));
+}
+
+void FcitxDesktop::focusIn(fcitx::InputContext& context) {
+  keyFlow_.focusIn(context);
+  statusBar_.showFor(context);
+  inputMethodChanged();
+}
+
+void FcitxDesktop::inputMethodChanged() {
+  if (announced_ == inputSources_.current()) return;
+  announced_ = inputSources_.current();
+  announceLater(kSelected);
+}
+
+void FcitxDesktop::groupChanged() {
+  announceLater(kEnabled);
+  announceLater(kSelected);
+}
+
+void FcitxDesktop::announceLater(const char* notification) {
+  runLoop_.async([this, notification] { inputSourceNotifications_.announce(notification); });
+}
+
+}  // namespace tessarok::fcitx5

@@ -1,0 +1,116 @@
+#pragma once
+
+#include <fcitx/instance.h>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "desktops/fcitx5/FcitxApplication.h"
+#include "desktops/fcitx5/FcitxEventTaps.h"
+#include "desktops/fcitx5/FcitxInputSources.h"
+#include "desktops/fcitx5/FcitxRunLoop.h"
+#include "desktops/fcitx5/FcitxSecureInput.h"
+#include "desktops/fcitx5/FcitxStatusBar.h"
+#include "desktops/fcitx5/Guard.h"
+#include "desktops/fcitx5/KeyFlow.h"
+#include "desktops/fcitx5/WaylandOutlet.h"
+#include "desktops/freedesktop/Bus.h"
+#include "desktops/freedesktop/FreedesktopWorkspace.h"
+#include "desktops/freedesktop/Notice.h"
+#include "desktops/freedesktop/Programs.h"
+#include "desktops/freedesktop/SessionWatch.h"
+#include "desktops/plain/FreeAccessibility.h"
+#include "desktops/plain/OnlyKeyboard.h"
+#include "desktops/plain/PlainEvents.h"
+#include "desktops/posix/DataDirectoryBundle.h"
+#include "desktops/posix/MonotonicClock.h"
+#include "desktops/posix/NotificationCentre.h"
+#include "desktops/posix/PosixFiles.h"
+#include "desktops/posix/ProcessEnvironment.h"
+#include "desktops/posix/SettingsFile.h"
+#include "desktops/posix/StandardErrorLog.h"
+#include "desktops/posix/ThreadQueues.h"
+#include "platform/Desktop.h"
+
+namespace tessarok::fcitx5 {
+
+/// The text fields of every program that Fcitx serves, as a desktop. Main thread.
+class FcitxDesktop final : public platform::Desktop {
+ public:
+  /// Both outlive this object. `resources` is the directory of the data files, absent to search
+  /// for it.
+  FcitxDesktop(fcitx::Instance& instance, Guard& guard,
+               std::optional<std::filesystem::path> resources);
+  FcitxDesktop(const FcitxDesktop&) = delete;
+  FcitxDesktop& operator=(const FcitxDesktop&) = delete;
+  ~FcitxDesktop() override;
+
+  platform::FreeAccessibility& accessibility() override { return accessibility_; }
+  FcitxApplication& application() override { return application_; }
+  posix::DataDirectoryBundle& bundle() override { return bundle_; }
+  posix::MonotonicClock& clock() override { return clock_; }
+  posix::ProcessEnvironment& environment() override { return environment_; }
+  FcitxEventTaps& eventTaps() override { return eventTaps_; }
+  platform::PlainEvents<FcitxEvent>& events() override { return events_; }
+  posix::PosixFiles& files() override { return *files_; }
+  FcitxInputSources& inputSources() override { return inputSources_; }
+  posix::NotificationCentre& inputSourceNotifications() override {
+    return inputSourceNotifications_;
+  }
+  platform::OnlyKeyboard& keyboard() override { return keyboard_; }
+  FcitxRunLoop& runLoop() override { return runLoop_; }
+  FcitxSecureInput& secureInput() override { return secureInput_; }
+  posix::ThreadQueues& serialQueues() override { return serialQueues_; }
+  FcitxStatusBar& statusBar() override { return statusBar_; }
+  posix::StandardErrorLog& systemLog() override { return systemLog_; }
+  posix::SettingsFile& userDefaults() override { return userDefaults_; }
+  freedesktop::FreedesktopWorkspace& workspace() override { return workspace_; }
+  posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
+
+  [[nodiscard]] KeyFlow& keyFlow() { return keyFlow_; }
+
+  // What Fcitx tells.
+
+  void focusIn(fcitx::InputContext& context);
+  /// The input method of a text field, or the list of them, is another.
+  void inputMethodChanged();
+  void groupChanged();
+  /// The setting that says which keys convert by hand is read again.
+  void readManualKey();
+
+ private:
+  void announceLater(const char* notification);
+
+  posix::MonotonicClock clock_;
+  FcitxRunLoop runLoop_;
+  posix::StandardErrorLog systemLog_;
+  std::unique_ptr<posix::PosixFiles> files_ = posix::PosixFiles::ofUser();
+  platform::FreeAccessibility accessibility_;
+  FcitxApplication application_;
+  posix::DataDirectoryBundle bundle_;
+  posix::ProcessEnvironment environment_;
+  posix::SettingsFile userDefaults_;
+  posix::ThreadQueues serialQueues_;
+  posix::NotificationCentre inputSourceNotifications_;
+  posix::NotificationCentre workspaceNotifications_;
+  FcitxInputSources inputSources_;
+  FcitxEventTaps eventTaps_;
+  platform::PlainEvents<FcitxEvent> events_;
+  WaylandOutlet outlet_;
+  /// It has the key beside the left Shift, which counts only where its characters are its own.
+  platform::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::iso};
+  KeyFlow keyFlow_;
+  FcitxSecureInput secureInput_;
+  FcitxStatusBar statusBar_;
+  /// Null without such a bus.
+  std::unique_ptr<freedesktop::Bus> sessionBus_;
+  std::unique_ptr<freedesktop::Bus> systemBus_;
+  freedesktop::SessionWatch sessionWatch_;
+  freedesktop::Notice notice_;
+  freedesktop::Programs programs_;
+  freedesktop::FreedesktopWorkspace workspace_;
+  /// The current input source that observers know of.
+  std::optional<std::string> announced_;
+};
+
+}  // namespace tessarok::fcitx5

@@ -1,0 +1,241 @@
+#include "desktops/fcitx5/TessarokAddon.h"
+
+#include <dlfcn.h>
+#include <fcitx/addonfactory.h>
+#include <fcitx/addonmanager.h>
+#include <fcitx/inputcontext.h>
+#include <fcitx/inputmethodmanager.h>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "platform/Desktop.h"
+#include "typing/KeyTap.h"
+#include "words/BuiltinPacks.h"
+
+namespace tessarok::fcitx5 {
+
+namespace {
+
+namespace fs = std::filesystem;
+using fcitx::EventType;
+using fcitx::EventWatcherPhase;
+
+/// Seconds between two attempts to start while another copy runs, and how often the shorter wait
+/// is taken first: a Fcitx that takes the place of another one only has to wait for its end.
+constexpr double kShortWait = 0.2;
+constexpr double kWait = 2;
+constexpr int kShortWaits = 25;
+
+/// The installed word data, found from the addon's own file: below a prefix the one lies in
+/// lib…/fcitx5 and the other in share/tessarok. Absent for an addon that is not installed.
+std::optional<fs::path> installedData() {
+  Dl_info info{};
+  if (::dladdr(reinterpret_cast<const void*>(&installedData), &info) == 0) return std::nullopt;
+  if (info.dli_fname == nullptr) return std::nullopt;
+  constexpr int kLevels = 4;
+  std::error_code error;
+  auto folder = fs::path(info.dli_fname).parent_path();
+  for (int level = 0; level < kLevels; ++level) {
+    folder = folder.parent_path();
+    auto data = folder / "share" / "tessarok";
+    if (fs::is_directory(data, error)) return data;
+  }
+  return std::nullopt;
+}
+
+const char* nameOf(ManualKeyChoice choice) {
+  switch (choice) {
+    case ManualKeyChoice::AltSpace:
+      return "alt-space";
+    case ManualKeyChoice::Pause:
+      return "pause";
+    case ManualKeyChoice::Both:
+      break;
+  }
+  return "both";
+}
+
+ManualKeyChoice choiceOf(const std::optional<std::string>& name) {
+  if (name == nameOf(ManualKeyChoice::AltSpace)) return ManualKeyChoice::AltSpace;
+  if (name == nameOf(ManualKeyChoice::Pause)) return ManualKeyChoice::Pause;
+  return ManualKeyChoice::Both;
+}
+
+}  // namespace
+
+TessarokAddon::TessarokAddon(fcitx::Instance& instance) : instance_(instance) {
+  guard_.onFailure = [this](const std::string& reason) { fail(reason); };
+  guard_([this] {
+    desktop_ = std::make_unique<FcitxDesktop>(instance_, guard_, installedData());
+    platform::setDesktop(*desktop_);
+    desktop_->application().onTerminate = [this] { hasStopped_ = true; };
+    // Addons are made before the groups of input methods are read.
+    desktop_->runLoop().async([this] { launch(); });
+  });
+}
+
+TessarokAddon::~TessarokAddon() {
+  watchers_.clear();
+  if (desktop_) guard_([this] { desktop_->keyFlow().finish(); });
+  guard_.onFailure = nullptr;
+  stop();
+}
+
+void TessarokAddon::launch() {
+  if (instance_.inputMethodManager().groupCount() == 0) return tryAgainLater();
+  hasStopped_ = false;
+  auto corrector = std::make_unique<commands::Corrector>(AppDelegate::Instances::onlyOne);
+  corrector->launch();
+  if (hasStopped_) return tryAgainLater();
+  corrector_ = std::move(corrector);
+  desktop_->application().onTerminate = [this] {
+    // Not while the menu item that asks for it is running.
+    desktop_->runLoop().async([this] {
+      watchers_.clear();
+      desktop_->keyFlow().finish();
+      stop();
+    });
+  };
+  watch();
+  if (auto* context = instance_.lastFocusedInputContext()) desktop_->focusIn(*context);
+}
+
+void TessarokAddon::tryAgainLater() {
+  const auto wait = ++tries_ > kShortWaits ? kWait : kShortWait;
+  desktop_->runLoop().after(wait, [this] { launch(); });
+}
+
+void TessarokAddon::stop() {
+  try {
+    corrector_.reset();
+  } catch (const std::exception& error) {
+    fail(error.what());
+  }
+}
+
+void TessarokAddon::fail(const std::string& reason) {
+  if (!desktop_) return;
+  desktop_->systemLog().write("Tessarok: switched off until Fcitx starts again: " + reason);
+}
+
+template <typename Event, typename Work>
+void TessarokAddon::watch(EventType type, EventWatcherPhase phase, Work work) {
+  watchers_.push_back(
+      instance_.watchEvent(type, phase, [this, work = std::move(work)](fcitx::Event& event) {
+        guard_([&] { work(static_cast<Event&>(event)); });
+      }));
+}
+
+void TessarokAddon::watch() {
+  using fcitx::InputContextEvent;
+  auto& desktop = *desktop_;
+  auto& flow = desktop.keyFlow();
+  watch<fcitx::KeyEvent>(EventType::InputContextKeyEvent, EventWatcherPhase::PreInputMethod,
+                         [&flow](fcitx::KeyEvent& event) { flow.keyEvent(event); });
+  watch<InputContextEvent>(
+      EventType::InputContextFocusIn, EventWatcherPhase::PostInputMethod,
+      [&desktop](InputContextEvent& event) { desktop.focusIn(*event.inputContext()); });
+  watch<InputContextEvent>(
+      EventType::InputContextFocusOut, EventWatcherPhase::PreInputMethod,
+      [&flow](InputContextEvent& event) { flow.focusOut(*event.inputContext()); });
+  watch<InputContextEvent>(
+      EventType::InputContextReset, EventWatcherPhase::PreInputMethod,
+      [&flow](InputContextEvent& event) { flow.reset(*event.inputContext()); });
+  watch<InputContextEvent>(
+      EventType::InputContextSurroundingTextUpdated, EventWatcherPhase::PostInputMethod,
+      [&flow](InputContextEvent& event) { flow.textReported(*event.inputContext()); });
+  watch<InputContextEvent>(
+      EventType::InputContextDestroyed, EventWatcherPhase::PreInputMethod,
+      [&flow](InputContextEvent& event) { flow.destroyed(*event.inputContext()); });
+  watch<InputContextEvent>(EventType::InputContextSwitchInputMethod,
+                           EventWatcherPhase::PostInputMethod,
+                           [&desktop](InputContextEvent&) { desktop.inputMethodChanged(); });
+  watch<fcitx::Event>(EventType::InputMethodGroupChanged, EventWatcherPhase::PostInputMethod,
+                      [&desktop](fcitx::Event&) { desktop.groupChanged(); });
+}
+
+void TessarokAddon::readSettings() const {
+  auto& settings = desktop_->userDefaults();
+  config_.shiftFix.setValue(settings.boolean(KeyTap::kShiftFixKey).value_or(true));
+  config_.manualKey.setValue(choiceOf(settings.string(xkb::ManualKey::kSetting)));
+  const auto& packs = BuiltinPacks::all();
+  config_.packIt.setValue(BuiltinPacks::isEnabled(packs[0]));
+  config_.packChat.setValue(BuiltinPacks::isEnabled(packs[1]));
+  config_.packGaming.setValue(BuiltinPacks::isEnabled(packs[2]));
+}
+
+const fcitx::Configuration* TessarokAddon::getConfig() const {
+  if (desktop_) readSettings();
+  return &config_;
+}
+
+void TessarokAddon::setConfig(const fcitx::RawConfig& raw) {
+  guard_([&] {
+    if (!desktop_) return;
+    readSettings();
+    const AddonConfig before = config_;
+    config_.load(raw, true);
+    auto& settings = desktop_->userDefaults();
+    const auto save = [&](const auto& now, const auto& then, const std::string& key) {
+      if (*now != *then) settings.setBoolean(key, *now);
+    };
+    const auto& packs = BuiltinPacks::all();
+    save(config_.shiftFix, before.shiftFix, KeyTap::kShiftFixKey);
+    save(config_.packIt, before.packIt, BuiltinPacks::defaultsKey(packs[0]));
+    save(config_.packChat, before.packChat, BuiltinPacks::defaultsKey(packs[1]));
+    save(config_.packGaming, before.packGaming, BuiltinPacks::defaultsKey(packs[2]));
+    if (*config_.manualKey != *before.manualKey) {
+      settings.setString(xkb::ManualKey::kSetting, nameOf(*config_.manualKey));
+    }
+    applySettings();
+  });
+}
+
+void TessarokAddon::reloadConfig() {
+  guard_([this] {
+    if (!desktop_) return;
+    desktop_->userDefaults().reload();
+    applySettings();
+  });
+}
+
+void TessarokAddon::applySettings() {
+  desktop_->readManualKey();
+  if (!corrector_) return;
+  auto& keyTap = KeyTap::shared();
+  keyTap.shiftFixEnabled = desktop_->userDefaults().boolean(KeyTap::kShiftFixKey).value_or(true);
+  BuiltinPacks::rebuild();
+  // The menu was drawn by the switches as they were.
+  const auto menu = desktop_->statusBar().menu();
+  if (!menu) return;
+  for (const auto& item : menu->items) {
+    if (item->title == config_.shiftFix.description()) item->state = keyTap.shiftFixEnabled;
+    if (!item->submenu) continue;
+    for (const auto& pack : BuiltinPacks::all()) {
+      for (const auto& line : item->submenu->items) {
+        if (line->title == pack.title) line->state = BuiltinPacks::isEnabled(pack);
+      }
+    }
+  }
+  desktop_->statusBar().update();
+}
+
+/// Made by Fcitx when it loads the addon.
+class AddonFactory final : public fcitx::AddonFactory {
+ public:
+  fcitx::AddonInstance* create(fcitx::AddonManager* manager) override {
+    // The state of the corrector outlives an addon that was unloaded; a second one would find it
+    // used up. Fcitx loads each addon once.
+    if (std::exchange(isMade_, true)) return nullptr;
+    return new TessarokAddon(*manager->instance());
+  }
+
+ private:
+  bool isMade_ = false;
+};
+
+}  // namespace tessarok::fcitx5
+
+FCITX_ADDON_FACTORY(tessarok::fcitx5::AddonFactory)

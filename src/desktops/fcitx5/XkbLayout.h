@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <fcitx-utils/key.h>
+#include <memory>
+#include <string>
+
+#include "desktops/xkb/LayoutNames.h"
+#include "typing/KeyCodes.h"
+
+struct xkb_keymap;
+struct xkb_state;
+
+namespace tessarok::fcitx5 {
+
+/// What the keys of one XKB layout give. Fcitx hands its own keymaps to nobody, so the layout is
+/// compiled from its name as Fcitx does. Main thread.
+class XkbLayout final {
+ public:
+  /// Null when the system has no such layout. Compiling takes milliseconds; each layout is
+  /// compiled once.
+  [[nodiscard]] static std::shared_ptr<const XkbLayout> named(
+      const xkb::layoutNames::Layout& layout);
+
+  ~XkbLayout();
+  XkbLayout(const XkbLayout&) = delete;
+  XkbLayout& operator=(const XkbLayout&) = delete;
+
+  /// What a hardware key shows with or without Shift, dead keys as plain characters. The key
+  /// beside the left Shift shows nothing when it only repeats what other keys give.
+  [[nodiscard]] std::u16string shown(KeyCode code, bool shift) const;
+  /// The symbol of a key (an X key code) under these modifiers.
+  [[nodiscard]] fcitx::KeySym symbol(std::uint32_t xKey, fcitx::KeyStates states) const;
+
+ private:
+  explicit XkbLayout(xkb_keymap* keymap);
+
+  xkb_keymap* keymap_;
+  /// Where questions are worked out; holds nothing between two of them.
+  xkb_state* scratch_;
+};
+
+}  // namespace tessarok::fcitx5

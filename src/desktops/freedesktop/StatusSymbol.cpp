@@ -1,0 +1,40 @@
+#include "desktops/freedesktop/StatusSymbol.h"
+
+namespace tessarok::freedesktop {
+
+namespace {
+
+#include "desktops/freedesktop/StatusDrawings.inc"
+
+struct Entry {
+  std::string_view name;
+  StatusSymbol symbol;
+};
+
+constexpr Entry kSymbols[] = {
+    {"keyboard.badge.ellipsis", {"tessarok-attention", "needs attention", {kAttentionCoverage}}},
+    {"pause.circle", {"tessarok-paused", "paused", {kPausedCoverage}}},
+    {"keyboard", {"tessarok-on", "on", {kOnCoverage}}},
+    {"keyboard.chevron.compact.down", {"tessarok-off", "off", {kOffCoverage}}},
+};
+
+static_assert([] {
+  constexpr auto kPixels = std::size_t{StatusDrawing::kSize} * StatusDrawing::kSize;
+  for (const auto& entry : kSymbols) {
+    if (entry.symbol.drawing.coverage.size() != kPixels) {
+      return false;
+    }
+  }
+  return true;
+}());
+
+}  // namespace
+
+std::optional<StatusSymbol> StatusSymbol::named(std::string_view name) {
+  for (const auto& entry : kSymbols) {
+    if (entry.name == name) return entry.symbol;
+  }
+  return std::nullopt;
+}
+
+}  // namespace tessarok::freedesktop

@@ -1,0 +1,105 @@
+#include "desktops/layouts/KeyTable.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string_view>
+
+namespace tessarok::layouts {
+
+namespace {
+
+// The hardware codes of the rows of an ANSI keyboard, left to right, and the extra ISO key.
+constexpr std::uint8_t kDigitRow[] = {50, 18, 19, 20, 21, 23, 22, 26, 28, 25, 29, 27, 24};
+constexpr std::uint8_t kUpperRow[] = {12, 13, 14, 15, 17, 16, 32, 34, 31, 35, 33, 30, 42};
+constexpr std::uint8_t kHomeRow[] = {0, 1, 2, 3, 5, 4, 38, 40, 37, 41, 39};
+constexpr std::uint8_t kLowerRow[] = {6, 7, 8, 9, 11, 45, 46, 43, 47, 44};
+constexpr std::uint8_t kIsoKey[] = {10};
+
+constexpr std::span<const std::uint8_t> kRows[] = {kDigitRow, kUpperRow, kHomeRow, kLowerRow,
+                                                   kIsoKey};
+
+constexpr const char16_t* kEnglish[10] = {u"`1234567890-=",
+                                          u"~!@#$%^&*()_+",
+                                          u"qwertyuiop[]\\",
+                                          u"QWERTYUIOP{}|",
+                                          u"asdfghjkl;'",
+                                          u"ASDFGHJKL:\"",
+                                          u"zxcvbnm,./",
+                                          u"ZXCVBNM<>?",
+                                          u"§",
+                                          u"±"};
+constexpr const char16_t* kRussian[10] = {u"ё1234567890-=",
+                                          u"Ё!\"№;%:?*()_+",
+                                          u"йцукенгшщзхъ\\",
+                                          u"ЙЦУКЕНГШЩЗХЪ/",
+                                          u"фывапролджэ",
+                                          u"ФЫВАПРОЛДЖЭ",
+                                          u"ячсмитьбю.",
+                                          u"ЯЧСМИТЬБЮ,",
+                                          u">",
+                                          u"<"};
+
+constexpr std::string_view kEnglishLayouts[] = {"com.apple.keylayout.US", "com.apple.keylayout.ABC",
+                                                "com.apple.keylayout.USInternational-PC",
+                                                "com.apple.keylayout.British"};
+constexpr std::string_view kRussianLayouts[] = {"com.apple.keylayout.Russian",
+                                                "com.apple.keylayout.RussianWin"};
+
+/// Row and place of a key; absent for keys outside the tables.
+struct Place {
+  std::size_t row;
+  std::size_t column;
+};
+
+constexpr std::size_t kCodes = 51;
+
+constexpr auto kPlaces = [] {
+  std::array<std::optional<Place>, kCodes> places{};
+  for (std::size_t row = 0; row < std::size(kRows); ++row) {
+    for (std::size_t column = 0; column < kRows[row].size(); ++column) {
+      places[kRows[row][column]] = Place{row, column};
+    }
+  }
+  return places;
+}();
+
+}  // namespace
+
+const KeyTable& KeyTable::english() {
+  static const KeyTable table(kEnglish);
+  return table;
+}
+
+const KeyTable& KeyTable::russian() {
+  static const KeyTable table(kRussian);
+  return table;
+}
+
+const KeyTable* KeyTable::ofLayout(std::string_view identifier) {
+  const auto isOneOf = [&](const auto& layouts) {
+    return std::find(std::begin(layouts), std::end(layouts), identifier) != std::end(layouts);
+  };
+  if (isOneOf(kEnglishLayouts)) return &english();
+  return isOneOf(kRussianLayouts) ? &russian() : nullptr;
+}
+
+std::optional<char16_t> KeyTable::character(std::int64_t code, bool shift) const {
+  if (code < 0 || code >= static_cast<std::int64_t>(kCodes)) return std::nullopt;
+  const auto place = kPlaces[static_cast<std::size_t>(code)];
+  if (!place) return std::nullopt;
+  return rows_[2 * place->row + (shift ? 1 : 0)][place->column];
+}
+
+std::optional<KeyTable::Stroke> KeyTable::strokeFor(char32_t wanted) const {
+  for (const bool shift : {false, true}) {
+    for (const auto& row : kRows) {
+      for (const auto code : row) {
+        if (character(code, shift) == wanted) return Stroke{code, shift};
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace tessarok::layouts

@@ -1,0 +1,348 @@
+#include "desktops/posix/PosixFiles.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+#include "desktops/posix/FileDescriptor.h"
+#include "desktops/posix/PersonsEnvironment.h"
+
+namespace tessarok::posix {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Files and folders that the program makes are the person's alone.
+constexpr mode_t kFileMode = 0600;
+constexpr mode_t kFolderMode = 0700;
+
+std::string errorText(int number) {
+  return std::generic_category().message(number);
+}
+
+FileDescriptor openFile(const fs::path& file, int flags, mode_t mode = kFileMode) {
+  int descriptor = -1;
+  do {
+    descriptor = ::open(file.c_str(), flags | O_CLOEXEC, mode);
+  } while (descriptor < 0 && errno == EINTR);
+  return FileDescriptor(descriptor);
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const auto written = ::write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+/// Opens a file and nothing else. What a folder, a pipe or a device of this name would do to the
+/// reader, such as wait for ever, is not done. Leaves errno; a pipe or a device is EINVAL.
+FileDescriptor openRegularFile(const fs::path& file, int flags) {
+  // Without it the opening of a pipe waits; to regular files it means nothing.
+  auto descriptor = openFile(file, flags | O_NONBLOCK | O_NOCTTY);
+  struct stat status {};
+  if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0) return {};
+  if (S_ISREG(status.st_mode)) return descriptor;
+  errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+  return {};
+}
+
+std::string readErrorText(int number) {
+  if (number == EINVAL) return "not a regular file";
+  if (number == EFBIG) return "the file is larger than 64 MiB";
+  return errorText(number);
+}
+
+/// The error number of a failed read; 0 on success.
+int readAll(int descriptor, std::string& text) {
+  std::vector<char> chunk(65536);
+  while (true) {
+    if (text.size() > platform::Files::kMostRead) return EFBIG;
+    const auto count = ::read(descriptor, chunk.data(), chunk.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return errno;
+    if (count == 0) return 0;
+    text.append(chunk.data(), static_cast<std::size_t>(count));
+  }
+}
+
+class Mapping final : public platform::MappedFile {
+ public:
+  Mapping(void* address, std::size_t size) : address_(address), size_(size) {}
+  ~Mapping() override {
+    if (size_ > 0) ::munmap(address_, size_);
+  }
+  [[nodiscard]] std::string_view bytes() const override {
+    return {static_cast<const char*>(address_), size_};
+  }
+
+ private:
+  void* address_;
+  std::size_t size_;
+};
+
+class Lock final : public platform::FileLock {
+ public:
+  explicit Lock(FileDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
+
+ private:
+  FileDescriptor descriptor_;
+};
+
+/// What mkostemp is to replace in the name of a temporary file.
+constexpr std::string_view kRandomPart = ".XXXXXX";
+/// No write takes so long, not even on a disk that has to wake up.
+constexpr auto kLongestWrite = std::chrono::minutes(5);
+
+/// Whether a file may be one that a write was about to put in the place of another: its name with
+/// a dot before it, and six letters and digits behind.
+bool isTemporaryName(std::string_view name) {
+  if (name.size() <= kRandomPart.size() + 1 || name.front() != '.') return false;
+  const auto random = name.substr(name.size() - kRandomPart.size());
+  // Of a file of this program: no other has a folder of that name.
+  const auto target = name.substr(1, name.size() - 1 - kRandomPart.size());
+  const bool isOurs = target.ends_with(".txt") || target.ends_with(".json");
+  return isOurs && random.front() == '.' &&
+         std::all_of(random.begin() + 1, random.end(), [](char c) {
+           return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+         });
+}
+
+/// A new file beside the target that goes away unless it was put in the target's place.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const fs::path& target)
+      : name_((target.parent_path() / ("." + target.filename().string() + std::string(kRandomPart)))
+                  .string()),
+        descriptor_(::mkostemp(name_.data(), O_CLOEXEC)) {}
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() {
+    if (exists_) ::unlink(name_.c_str());
+  }
+
+  /// Writes the text to the disk and puts the file in the target's place; false leaves errno.
+  [[nodiscard]] bool replace(const fs::path& target, std::string_view text) {
+    if (!descriptor_.isOpen()) return false;
+    exists_ = true;
+    keepMode(target);
+    if (!writeAll(descriptor_.get(), text) || ::fsync(descriptor_.get()) != 0) return false;
+    if (!descriptor_.close()) return false;
+    if (::rename(name_.c_str(), target.c_str()) != 0) return false;
+    exists_ = false;
+    return true;
+  }
+
+ private:
+  void keepMode(const fs::path& target) {
+    struct stat status {};
+    if (::stat(target.c_str(), &status) == 0) {
+      // Should it fail, the new file stays readable for its owner alone.
+      static_cast<void>(::fchmod(descriptor_.get(), status.st_mode & 07777));
+    }
+  }
+
+  std::string name_;
+  FileDescriptor descriptor_;
+  bool exists_ = false;
+};
+
+/// A record lock on a whole file, however long it grows.
+struct flock wholeFile() {
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  return lock;
+}
+
+/// The lock proper is the open file's and cannot be asked for without trying to take it. This
+/// second one, the process's, can; where it is not to be had, the first still holds.
+void markAsLocked(int descriptor) {
+  auto mark = wholeFile();
+  static_cast<void>(::fcntl(descriptor, F_SETLK, &mark));
+}
+
+/// A rename is on the disk only when its folder is.
+void flushFolder(const fs::path& folder) {
+  const auto descriptor = openFile(folder, O_RDONLY | O_DIRECTORY);
+  if (descriptor.isOpen()) ::fsync(descriptor.get());
+}
+
+/// Where a write has to go so that a symbolic link at `file` stays one, whether or not there is
+/// anything at its end.
+fs::path linkTarget(fs::path file) {
+  constexpr int kMostLinks = 40;
+  std::error_code error;
+  for (int links = 0; links < kMostLinks && fs::is_symlink(file, error); ++links) {
+    const auto target = fs::read_symlink(file, error);
+    if (error) break;
+    // An absolute target stands for itself.
+    file = file.parent_path() / target;
+  }
+  return file;
+}
+
+fs::path homeOfUser() {
+  if (const auto home = personsVariable("HOME"); home && !home->empty()) return *home;
+  const auto* entry = ::getpwuid(::getuid());
+  return entry != nullptr ? entry->pw_dir : "/";
+}
+
+}  // namespace
+
+PosixFiles::PosixFiles(fs::path home, std::optional<fs::path> applicationSupport)
+    : home_(std::move(home)), applicationSupport_(std::move(applicationSupport)) {}
+
+std::unique_ptr<PosixFiles> PosixFiles::ofUser() {
+  const auto home = homeOfUser();
+  // A relative path there is to be ignored, as the base directory rules say.
+  const auto named = personsVariable("XDG_DATA_HOME");
+  const bool isUsable = named && named->starts_with('/');
+  return std::make_unique<PosixFiles>(home, isUsable ? fs::path(*named) : defaultDataHome(home));
+}
+
+fs::path PosixFiles::defaultDataHome(const fs::path& home) {
+  return home / ".local" / "share";
+}
+
+bool PosixFiles::exists(const fs::path& file) {
+  std::error_code error;
+  const bool isThere = fs::exists(file, error);
+  // Of what cannot be asked for now it is not known that it is missing, and what is missing may
+  // be made anew.
+  return isThere || error;
+}
+
+bool PosixFiles::isReadable(const fs::path& file) {
+  return ::access(file.c_str(), R_OK) == 0;
+}
+
+std::optional<platform::FileStamp> PosixFiles::stamp(const fs::path& file) {
+  struct stat status {};
+  if (::stat(file.c_str(), &status) != 0) return std::nullopt;
+#ifdef __APPLE__
+  const auto& time = status.st_mtimespec;
+#else
+  const auto& time = status.st_mtim;
+#endif
+  return platform::FileStamp{
+      .modified = static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec,
+      .size = static_cast<std::uint64_t>(status.st_size),
+      .inode = static_cast<std::uint64_t>(status.st_ino)};
+}
+
+std::optional<std::string> PosixFiles::read(const fs::path& file, std::string* error) {
+  std::string text;
+  const auto descriptor = openRegularFile(file, O_RDONLY);
+  const int number = descriptor.isOpen() ? readAll(descriptor.get(), text) : errno;
+  if (number == 0) return text;
+  if (error != nullptr) *error = readErrorText(number);
+  return std::nullopt;
+}
+
+std::unique_ptr<platform::MappedFile> PosixFiles::map(const fs::path& file) {
+  const auto descriptor = openRegularFile(file, O_RDONLY);
+  struct stat status {};
+  if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0) return nullptr;
+  const auto size = static_cast<std::size_t>(status.st_size);
+  // A mapping cannot be empty.
+  if (size == 0) return std::make_unique<Mapping>(nullptr, 0);
+  void* address = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor.get(), 0);
+  if (address == MAP_FAILED) return nullptr;
+  return std::make_unique<Mapping>(address, size);
+}
+
+std::optional<std::string> PosixFiles::createDirectories(const fs::path& folder) {
+  fs::path made;
+  for (const auto& part : folder) {
+    made /= part;
+    if (::mkdir(made.c_str(), kFolderMode) == 0) continue;
+    const int number = errno;
+    std::error_code error;
+    if (!fs::is_directory(made, error)) return errorText(number);
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> PosixFiles::writeAtomically(const fs::path& file,
+                                                       std::string_view text) {
+  const auto target = linkTarget(file);
+  TemporaryFile temporary(target);
+  if (!temporary.replace(target, text)) return errorText(errno);
+  flushFolder(target.parent_path());
+  return std::nullopt;
+}
+
+void PosixFiles::removeLeftovers(const fs::path& folder) {
+  std::error_code error;
+  const auto oldest = fs::file_time_type::clock::now() - kLongestWrite;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    std::error_code entryError;
+    if (!isTemporaryName(entry->path().filename().string())) continue;
+    if (!fs::is_regular_file(entry->symlink_status(entryError)) || entryError) continue;
+    const auto written = entry->last_write_time(entryError);
+    if (!entryError && written < oldest) ::unlink(entry->path().c_str());
+  }
+}
+
+void PosixFiles::appendToLog(const fs::path& file, std::string_view text,
+                             std::uint64_t restartAbove) {
+  // The place may be one where others can make files, such as /tmp: a link there would choose
+  // what is written to. Of folders on the way links are followed.
+  const auto existing = openRegularFile(file, O_WRONLY | O_NOFOLLOW);
+  if (!existing.isOpen()) {
+    const auto created = openFile(file, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
+    if (created.isOpen()) static_cast<void>(writeAll(created.get(), text));
+    return;
+  }
+  const auto size = ::lseek(existing.get(), 0, SEEK_END);
+  if (size < 0) return;
+  if (static_cast<std::uint64_t>(size) > restartAbove) {
+    if (::ftruncate(existing.get(), 0) != 0 || ::lseek(existing.get(), 0, SEEK_SET) != 0) return;
+  }
+  static_cast<void>(writeAll(existing.get(), text));
+}
+
+bool PosixFiles::isLockedByAnother(const fs::path& file) {
+  const auto descriptor = openFile(file, O_RDWR);
+  auto mark = wholeFile();
+  return descriptor.isOpen() && ::fcntl(descriptor.get(), F_GETLK, &mark) == 0 &&
+         mark.l_type != F_UNLCK;
+}
+
+platform::FileLockResult PosixFiles::lockExclusively(const fs::path& file) {
+  using Reason = platform::FileLockFailure::Reason;
+  auto descriptor = openFile(file, O_RDWR | O_CREAT);
+  if (!descriptor.isOpen()) return platform::FileLockFailure{Reason::cannotOpen, errno};
+  int number = 0;
+  do {
+    number = ::flock(descriptor.get(), LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+  } while (number == EINTR);
+  if (number != 0) {
+    return platform::FileLockFailure{
+        number == EWOULDBLOCK ? Reason::heldByAnother : Reason::cannotLock, number};
+  }
+  markAsLocked(descriptor.get());
+  // The number tells people, and other copies, who holds the lock; the lock itself is the
+  // kernel's, so a number left by a crash holds nobody off.
+  if (::ftruncate(descriptor.get(), 0) == 0) {
+    static_cast<void>(writeAll(descriptor.get(), std::to_string(::getpid()) + "\n"));
+  }
+  return std::make_unique<Lock>(std::move(descriptor));
+}
+
+}  // namespace tessarok::posix

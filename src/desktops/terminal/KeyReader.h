@@ -1,0 +1,29 @@
+#pragma once
+
+#include "desktops/terminal/InputItem.h"
+#include "desktops/terminal/OuterLayout.h"
+#include "desktops/terminal/PtyModes.h"
+#include "desktops/terminal/TerminalEvent.h"
+
+namespace tessarok::terminal {
+
+/// Makes key events of input items. Modifiers other than Shift show only on control characters,
+/// on characters after ESC and in the sequences of special keys. Main thread.
+class KeyReader final {
+ public:
+  explicit KeyReader(OuterLayout& outer) : outer_(outer) {}
+
+  /// Makes `event` the press of the item's key, with the bytes that it sends to the program. The
+  /// terminal's own layout may change by it.
+  void read(const InputItem& item, const PtyModes& modes, TerminalEvent& event);
+  /// Makes `event` a key of which nothing is known and which sends nothing: after it the word
+  /// under the cursor is not known either.
+  static void readUnknown(TerminalEvent& event);
+
+ private:
+  void readCharacter(const InputItem& item, TerminalEvent& event);
+
+  OuterLayout& outer_;
+};
+
+}  // namespace tessarok::terminal

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+
+#include "desktops/terminal/TerminalInputSources.h"
+
+namespace tessarok::terminal {
+
+/// Guesses the desktop's layout, the outer one, from the characters that it sends, and turns
+/// these into keys and into what the terminal's own layout types with them. Main thread.
+///
+/// Why this is needed: there are two layouts on the way of a key. The outer one cannot be asked
+/// or selected; the own one is what the program switches.
+///
+/// Behaviour: the outer layout is of the alphabet of the last letter that came; before the first,
+/// English. When the alphabet changes, the person has switched the outer layout and means it: the
+/// own layout follows. When the program switches the own layout, the outer one stays where it is,
+/// and from then on the same keys type the other alphabet. So a character is typed as it came
+/// while both layouts agree; otherwise its key is looked up in the outer layout, and the own one
+/// says what it types. A character that the outer layout does not have is typed as it came.
+class OuterLayout final {
+ public:
+  struct Key {
+    /// `kNoKey` for characters that are on neither layout.
+    std::int64_t code = 0;
+    bool shift = false;
+    /// What the key types.
+    char32_t character = 0;
+  };
+  /// The code of no key of any layout.
+  static constexpr std::int64_t kNoKey = 0xFFFF;
+
+  explicit OuterLayout(TerminalInputSources& own) : own_(own) {}
+
+  /// Takes note of a character that came, before anything else is done with it: the own layout
+  /// may change by it.
+  void note(char32_t character);
+  [[nodiscard]] Key keyFor(char32_t character) const;
+
+ private:
+  TerminalInputSources& own_;
+  bool isRussian_ = false;
+};
+
+}  // namespace tessarok::terminal

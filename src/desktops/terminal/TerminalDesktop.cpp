@@ -1,0 +1,24 @@
+#include "desktops/terminal/TerminalDesktop.h"
+
+#include <utility>
+
+namespace tessarok::terminal {
+
+TerminalDesktop::TerminalDesktop(std::optional<std::filesystem::path> resources)
+    : bundle_(std::move(resources)),
+      userDefaults_(posix::SettingsFile::locationFor(files_->homeDirectory()), *files_,
+                    systemLog_) {
+  inputSources_.onSelected = [this] {
+    runLoop_.async([this] {
+      inputSourceNotifications_.announce("kTISNotifySelectedKeyboardInputSourceChanged");
+    });
+  };
+}
+
+void TerminalDesktop::announceOtherProgram() {
+  runLoop_.async([this] {
+    workspaceNotifications_.announce("NSWorkspaceDidActivateApplicationNotification");
+  });
+}
+
+}  // namespace tessarok::terminal

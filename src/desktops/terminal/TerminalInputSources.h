@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "desktops/layouts/KeyTable.h"
+#include "platform/InputSources.h"
+
+namespace tessarok::terminal {
+
+/// The terminal's own two layouts, an English and a Russian one. A terminal cannot select the
+/// desktop's layout, so it has these: the current one says what a key types, whatever the
+/// desktop's layout sends for it. Main thread.
+class TerminalInputSources final : public platform::InputSources {
+ public:
+  std::vector<std::shared_ptr<platform::InputSourceHandle>> enabledLayouts() override;
+  const std::optional<std::string>& current() override;
+  bool select(platform::InputSourceHandle& source) override;
+
+  [[nodiscard]] bool isRussian() const { return isRussian_; }
+  /// Makes a layout current, and tells so if it was not.
+  void setRussian(bool russian);
+  /// What the keys of a layout give.
+  [[nodiscard]] static const layouts::KeyTable& table(bool russian);
+
+  /// Called after every change of the current layout.
+  std::function<void()> onSelected;
+
+ private:
+  bool isRussian_ = false;
+};
+
+}  // namespace tessarok::terminal

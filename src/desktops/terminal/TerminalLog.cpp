@@ -1,0 +1,34 @@
+#include "desktops/terminal/TerminalLog.h"
+
+#include <unistd.h>
+
+namespace tessarok::terminal {
+
+void TerminalLog::write(std::string_view message) {
+  const std::lock_guard lock(mutex_);
+  if (!holds_) return log_.write(message);
+  if (waiting_.size() < kMostWaiting) {
+    waiting_.emplace_back(message);
+  } else {
+    ++dropped_;
+  }
+}
+
+void TerminalLog::hold() {
+  const std::lock_guard lock(mutex_);
+  holds_ = ::isatty(STDERR_FILENO) == 1;
+}
+
+void TerminalLog::release() {
+  const std::lock_guard lock(mutex_);
+  holds_ = false;
+  for (const auto& message : waiting_)
+    log_.write(message);
+  waiting_.clear();
+  if (dropped_ > 0) {
+    log_.write("Tessarok: " + std::to_string(dropped_) + " more messages are not shown");
+  }
+  dropped_ = 0;
+}
+
+}  // namespace tessarok::terminal

@@ -1,0 +1,282 @@
+#include "desktops/terminal/TerminalSession.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <poll.h>
+#include <signal.h>
+#include <unistd.h>
+#include <utility>
+
+namespace tessarok::terminal {
+
+namespace {
+
+/// Seconds after which a lone ESC is the Escape key, and not the beginning of a sequence.
+constexpr double kEscapeDelay = 0.05;
+/// Seconds for which the echo of a word is waited for. It is there long before a person has
+/// pressed the next key, except through a slow connection.
+constexpr double kEchoDelay = 0.2;
+/// Bytes that come together only in a paste.
+constexpr std::size_t kPasteSize = 256;
+/// Bytes that hardly come together when typed; perhaps more of a paste follows at once.
+constexpr std::size_t kTypedSize = 32;
+constexpr int kPasteGapMilliseconds = 10;
+/// Seconds in which the next part of a large paste comes.
+constexpr double kBurstGap = 0.1;
+/// Seconds between a program's leaving of its terminal and its end.
+constexpr double kPartingDelay = 1.0;
+/// The last words of a program, in chunks: others may write on and on.
+constexpr int kLastChunks = 256;
+constexpr int kKilled = 128;
+
+/// Back to the main screen, with a cursor, plain text, and no reports or brackets: what a program
+/// that could not clean up may have left behind.
+constexpr std::string_view kTidyScreen =
+    "\x1b[?1049l\x1b[?2004l\x1b[?1004l\x1b[?1000l\x1b[?1002l\x1b[?1003l\x1b[?1006l\x1b[?1l\x1b>"
+    "\x1b[?25h\x1b[0m\r\n";
+/// The first of these, which also restores the cursor's place, only where it was left.
+constexpr std::size_t kLeaveAlternateScreen = 8;
+
+bool isReadable(int descriptor, int milliseconds) {
+  pollfd waiting{descriptor, POLLIN, 0};
+  return ::poll(&waiting, 1, milliseconds) > 0;
+}
+
+}  // namespace
+
+TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer, Pty& pty)
+    : desktop_(desktop),
+      outer_(outer),
+      pty_(pty),
+      signals_({SIGCHLD, SIGWINCH, SIGCONT, SIGTSTP, SIGTERM, SIGHUP, SIGINT, SIGQUIT, SIGPIPE},
+               [this](int signal) { handleSignal(signal); }),
+      input_(
+          OuterTerminal::input(), [this] { return readsInput() ? short{POLLIN} : short{0}; },
+          [this](short) { readInput(); }),
+      program_(
+          pty.descriptor(), [this] { return programEvents(); },
+          [this](short events) { serveProgram(events); }),
+      screen_(
+          outer.output(), [this] { return toScreen_.isEmpty() ? short{0} : short{POLLOUT}; },
+          [this](short) { flushScreen(); }),
+      toProgram_(pty.descriptor()),
+      toScreen_(outer.output()),
+      keys_(desktop, pty, output_, toProgram_) {
+  auto& loop = desktop_.runLoop();
+  loop.add(signals_);
+  loop.add(program_);
+  loop.add(screen_);
+  loop.add(input_);
+}
+
+TerminalSession::~TerminalSession() {
+  auto& loop = desktop_.runLoop();
+  loop.remove(input_);
+  loop.remove(screen_);
+  loop.remove(program_);
+  loop.remove(signals_);
+}
+
+int TerminalSession::run() {
+  desktop_.secureInput().watch(pty_);
+  desktop_.systemLog().hold();
+  outer_.makeRaw();
+  // The window may have changed while the program was starting.
+  pty_.setSize(outer_.size());
+  endIfProgramEnded();
+  desktop_.runLoop().run();
+  tidyScreen();
+  outer_.restore();
+  desktop_.systemLog().release();
+  return exitStatus_.value_or(0);
+}
+
+void TerminalSession::handleSignal(int signal) {
+  switch (signal) {
+    case SIGCHLD:
+      return endIfProgramEnded();
+    case SIGTSTP:
+      return stop();
+    case SIGCONT:
+      outer_.makeRaw();
+      [[fallthrough]];
+    case SIGWINCH:
+      return pty_.setSize(outer_.size());
+    case SIGPIPE:
+      // The write that failed says so itself.
+      return;
+    default:
+      isUntidy_ = true;
+      isHurried_ = true;
+      return end(kKilled + signal);
+  }
+}
+
+void TerminalSession::stop() {
+  // Whoever has the terminal meanwhile is to find it as it was.
+  outer_.restore();
+  ::raise(SIGSTOP);
+}
+
+void TerminalSession::endIfProgramEnded() {
+  const auto status = pty_.exitStatus();
+  if (!status) return;
+  // Its last words; others may still hold the pseudo-terminal open, and are not waited for.
+  for (int i = 0; i < kLastChunks && readProgram(); ++i) {
+    if (!toScreen_.flushWaiting()) break;
+  }
+  isUntidy_ = pty_.wasKilled();
+  end(*status);
+}
+
+void TerminalSession::end(int exitStatus) {
+  if (!exitStatus_) exitStatus_ = exitStatus;
+  desktop_.runLoop().stop();
+}
+
+void TerminalSession::tidyScreen() {
+  const bool isLeft = output_.isAlternateScreen();
+  if (isLeft || isUntidy_) {
+    toScreen_.add(isLeft ? kTidyScreen : kTidyScreen.substr(kLeaveAlternateScreen));
+  }
+  // A screen that takes nothing must not hold up the end that a signal asks for.
+  static_cast<void>(isHurried_ ? toScreen_.flush() : toScreen_.flushWaiting());
+}
+
+// Keys.
+
+bool TerminalSession::readsInput() const {
+  return isDrained_ && !held_ && !isProgramGone_ && !toProgram_.isFull();
+}
+
+void TerminalSession::readInput() {
+  const bool continues = isBurst_ && desktop_.clock().uptime() <= burstUntil_;
+  auto count = readMore();
+  while (!continues && count > kTypedSize && count < kPasteSize &&
+         isReadable(OuterTerminal::input(), kPasteGapMilliseconds)) {
+    const auto more = readMore();
+    if (more == 0) break;
+    count += more;
+  }
+  isBurst_ = count >= kPasteSize || (continues && count > 0);
+  decoder_.setBurst(isBurst_);
+  serveInput();
+}
+
+std::size_t TerminalSession::readMore() {
+  const auto count = ::read(OuterTerminal::input(), chunk_.data(), chunk_.size());
+  if (count > 0) {
+    decoder_.append({chunk_.data(), static_cast<std::size_t>(count)});
+    return static_cast<std::size_t>(count);
+  }
+  const bool isGone = count == 0 || (errno != EINTR && errno != EAGAIN);
+  if (isGone) handleSignal(SIGHUP);
+  return 0;
+}
+
+void TerminalSession::serveInput() {
+  isDrained_ = false;
+  while (!held_ && !toProgram_.isFull()) {
+    const auto item = decoder_.next();
+    if (!item) {
+      isDrained_ = true;
+      break;
+    }
+    if (keys_.needsEchoFirst(*item)) {
+      waitForEcho(*item);
+    } else {
+      keys_.press(*item);
+    }
+  }
+  flushToProgram();
+  if (!isDrained_) return;
+  burstUntil_ = desktop_.clock().uptime() + kBurstGap;
+  if (decoder_.isWaiting()) waitForRest();
+}
+
+void TerminalSession::waitForRest() {
+  const auto wait = ++restWait_;
+  const auto size = decoder_.size();
+  desktop_.runLoop().after(kEscapeDelay, [this, wait, size] {
+    // Meanwhile more has come.
+    if (wait != restWait_ || size != decoder_.size()) return;
+    decoder_.endWaiting();
+    serveInput();
+  });
+}
+
+void TerminalSession::waitForEcho(const InputItem& item) {
+  held_ = item;
+  const auto wait = ++echoWait_;
+  desktop_.runLoop().after(kEchoDelay, [this, wait] {
+    if (wait != echoWait_ || !held_) return;
+    keys_.giveUpEcho();
+    echoCame();
+  });
+}
+
+void TerminalSession::echoCame() {
+  keys_.press(*held_);
+  held_.reset();
+  serveInput();
+}
+
+void TerminalSession::flushToProgram() {
+  // A program that has gone needs nothing; its end is told by a signal.
+  if (!toProgram_.flush()) programHasLeft();
+}
+
+// The program.
+
+short TerminalSession::programEvents() const {
+  if (isProgramGone_) return 0;
+  int events = 0;
+  if (!toScreen_.isFull()) events |= POLLIN;
+  if (!toProgram_.isEmpty()) events |= POLLOUT;
+  return static_cast<short>(events);
+}
+
+void TerminalSession::serveProgram(short events) {
+  if ((events & POLLOUT) != 0) {
+    flushToProgram();
+    if (!isDrained_ && !held_) serveInput();
+  }
+  if ((events & (POLLIN | POLLHUP | POLLERR)) == 0) return;
+  static_cast<void>(readProgram());
+  flushScreen();
+  if (held_ && output_.isEchoComplete()) echoCame();
+}
+
+void TerminalSession::programHasLeft() {
+  if (std::exchange(isProgramGone_, true)) return;
+  // As a rule its end is just being told. If not, it lives on without its terminal, and there is
+  // nothing to stay for.
+  desktop_.runLoop().after(kPartingDelay, [this] {
+    endIfProgramEnded();
+    if (!exitStatus_) end(kKilled + SIGHUP);
+  });
+}
+
+bool TerminalSession::readProgram() {
+  const auto count = ::read(pty_.descriptor(), chunk_.data(), chunk_.size());
+  if (count <= 0) {
+    // Nobody has the other side open any more.
+    if (count == 0 || (errno != EAGAIN && errno != EINTR)) programHasLeft();
+    return count < 0 && errno == EINTR;
+  }
+  const std::string_view bytes(chunk_.data(), static_cast<std::size_t>(count));
+  const bool wasAlternateScreen = output_.isAlternateScreen();
+  output_.feed(bytes);
+  if (output_.isAlternateScreen() != wasAlternateScreen) {
+    output_.forgetEcho();
+    desktop_.announceOtherProgram();
+  }
+  toScreen_.add(bytes);
+  return true;
+}
+
+void TerminalSession::flushScreen() {
+  if (!toScreen_.flush()) handleSignal(SIGHUP);
+}
+
+}  // namespace tessarok::terminal

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+#include "desktops/posix/CallbackSource.h"
+#include "desktops/posix/SignalPipe.h"
+#include "desktops/posix/WriteQueue.h"
+#include "desktops/terminal/InputDecoder.h"
+#include "desktops/terminal/Keys.h"
+#include "desktops/terminal/OuterTerminal.h"
+#include "desktops/terminal/ProgramOutput.h"
+#include "desktops/terminal/Pty.h"
+#include "desktops/terminal/TerminalDesktop.h"
+
+namespace tessarok::terminal {
+
+/// Moves the bytes between the person's terminal and a program in a pseudo-terminal, until one of
+/// them ends. Memory is bounded: keys are not read while the program does not read, and its output
+/// is not read while the terminal takes none. Main thread.
+///
+/// A paste is known by its brackets or, where the program has not asked for them, by its size: no
+/// person types hundreds of bytes at once. Either way it passes as it is.
+class TerminalSession final {
+ public:
+  /// All outlive this object.
+  TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer, Pty& pty);
+  TerminalSession(const TerminalSession&) = delete;
+  TerminalSession& operator=(const TerminalSession&) = delete;
+  ~TerminalSession();
+
+  /// Returns the program's exit status as a shell gives it; 128 and the signal's number when a
+  /// signal has ended this program, or the terminal has gone, before the other one.
+  [[nodiscard]] int run();
+
+ private:
+  [[nodiscard]] bool readsInput() const;
+  [[nodiscard]] short programEvents() const;
+
+  void handleSignal(int signal);
+  void stop();
+  void endIfProgramEnded();
+  void end(int exitStatus);
+  void tidyScreen();
+
+  void readInput();
+  /// The bytes that came; 0 when the terminal has gone.
+  [[nodiscard]] std::size_t readMore();
+  void serveInput();
+  void waitForEcho(const InputItem& item);
+  void echoCame();
+  void waitForRest();
+  void flushToProgram();
+
+  void serveProgram(short events);
+  void programHasLeft();
+  /// False when there is nothing to read, now or ever.
+  [[nodiscard]] bool readProgram();
+  void flushScreen();
+
+  TerminalDesktop& desktop_;
+  OuterTerminal& outer_;
+  Pty& pty_;
+  posix::SignalPipe signals_;
+  posix::CallbackSource input_;
+  posix::CallbackSource program_;
+  posix::CallbackSource screen_;
+  posix::WriteQueue toProgram_;
+  posix::WriteQueue toScreen_;
+  InputDecoder decoder_;
+  ProgramOutput output_;
+  Keys keys_;
+  /// The item that waits for an echo; nothing behind it is served.
+  std::optional<InputItem> held_;
+  /// Tells a time-out from those of earlier waits.
+  std::uint64_t echoWait_ = 0;
+  std::uint64_t restWait_ = 0;
+  /// Everything in the decoder is served, as far as it is complete.
+  bool isDrained_ = true;
+  /// A large paste is coming in; until then, seconds of uptime, more is part of it.
+  bool isBurst_ = false;
+  double burstUntil_ = 0;
+  /// Nothing more will come from the program.
+  bool isProgramGone_ = false;
+  std::optional<int> exitStatus_;
+  /// The program may have left the screen in a mess.
+  bool isUntidy_ = false;
+  /// A signal wants the end at once.
+  bool isHurried_ = false;
+  std::array<char, 16384> chunk_;
+};
+
+}  // namespace tessarok::terminal

@@ -1,0 +1,24 @@
+#include "desktops/virtual/TemporaryDirectory.h"
+
+#include <cerrno>
+#include <stdlib.h>
+#include <string>
+#include <system_error>
+
+namespace tessarok::virtualdesktop {
+
+TemporaryDirectory::TemporaryDirectory() {
+  auto name = (std::filesystem::temp_directory_path() / "tessarok.XXXXXX").string();
+  if (::mkdtemp(name.data()) == nullptr) {
+    throw std::filesystem::filesystem_error("cannot make a temporary directory", name,
+                                            std::error_code(errno, std::generic_category()));
+  }
+  path_ = name;
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+}  // namespace tessarok::virtualdesktop

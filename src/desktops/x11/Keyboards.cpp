@@ -1,0 +1,229 @@
+#include "desktops/x11/Keyboards.h"
+
+#include <X11/XKBlib.h>
+#include <X11/Xlib.h>
+#include <X11/extensions/XInput.h>
+#include <X11/extensions/XInput2.h>
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "desktops/x11/DeviceKeys.h"
+
+namespace tessarok::x11 {
+
+namespace {
+
+/// Milliseconds; no key is held for so long.
+constexpr unsigned kNever = 0xFFFF;
+
+struct EventMask {
+  unsigned char bits[XIMaskLen(XI_LASTEVENT)] = {};
+  void set(int event) {
+    bits[event >> 3] = static_cast<unsigned char>(bits[event >> 3] | 1u << (event & 7));
+  }
+  XIEventMask forDevice(int device) { return {device, sizeof bits, bits}; }
+};
+
+bool hasKeys(const XIDeviceInfo& device) {
+  return std::any_of(device.classes, device.classes + device.num_classes,
+                     [](const XIAnyClassInfo* part) { return part->type == XIKeyClass; });
+}
+
+bool isSynthetic(const XIDeviceInfo& device) {
+  return std::string_view(device.name).find("XTEST") != std::string_view::npos;
+}
+
+}  // namespace
+
+Keyboards::Keyboards(XConnection& connection) : connection_(connection) {
+  EventMask changes;
+  changes.set(XI_HierarchyChanged);
+  auto mask = changes.forDevice(XIAllDevices);
+  XISelectEvents(connection_.display(), connection_.root(), &mask, 1);
+  // Raw events come whoever else holds the mouse.
+  EventMask buttons;
+  buttons.set(XI_RawButtonPress);
+  mask = buttons.forDevice(XIAllMasterDevices);
+  XISelectEvents(connection_.display(), connection_.root(), &mask, 1);
+  for (const int device : present()) {
+    keyboards_.push_back({device});
+    watch(device);
+  }
+}
+
+Keyboards::~Keyboards() {
+  if (!connection_.isLost()) letGo();
+}
+
+std::vector<int> Keyboards::present() {
+  if (connection_.isLost()) return {};
+  int count = 0;
+  auto* devices = XIQueryDevice(connection_.display(), XIAllDevices, &count);
+  std::vector<int> found;
+  int master = 0;
+  for (int i = 0; i < count; ++i) {
+    if (devices[i].use == XIMasterKeyboard && master == 0) master = devices[i].deviceid;
+  }
+  for (int i = 0; i < count; ++i) {
+    const auto& device = devices[i];
+    // A held keyboard floats: it is attached to nothing.
+    const bool isSlave = device.use == XISlaveKeyboard && device.attachment == master;
+    const bool isOurs = device.use == XIFloatingSlave && contains(device.deviceid);
+    if ((!isSlave && !isOurs) || !hasKeys(device) || device.enabled == 0) continue;
+    if (isSynthetic(device)) {
+      synthetic_ = device.deviceid;
+    } else {
+      found.push_back(device.deviceid);
+    }
+  }
+  if (devices != nullptr) XIFreeDeviceInfo(devices);
+  return found;
+}
+
+std::string Keyboards::nameOf(int device) {
+  if (connection_.isLost()) return std::to_string(device);
+  int count = 0;
+  auto* info = XIQueryDevice(connection_.display(), device, &count);
+  std::string name = info != nullptr && count == 1 ? info->name : std::to_string(device);
+  if (info != nullptr) XIFreeDeviceInfo(info);
+  return name;
+}
+
+bool Keyboards::contains(int device) const {
+  return std::any_of(keyboards_.begin(), keyboards_.end(),
+                     [device](const Keyboard& keyboard) { return keyboard.device == device; });
+}
+
+void Keyboards::watch(int device) {
+  EventMask keys;
+  keys.set(XI_RawKeyPress);
+  auto mask = keys.forDevice(device);
+  XISelectEvents(connection_.display(), connection_.root(), &mask, 1);
+}
+
+bool Keyboards::hold(Keyboard& keyboard) {
+  if (connection_.isLost()) return false;
+  EventMask keys;
+  keys.set(XI_KeyPress);
+  keys.set(XI_KeyRelease);
+  auto mask = keys.forDevice(keyboard.device);
+  ErrorTrap errors(connection_);
+  const auto status = XIGrabDevice(connection_.display(), keyboard.device, connection_.root(),
+                                   CurrentTime, None, GrabModeAsync, GrabModeAsync, False, &mask);
+  // Of an error, as for a keyboard that has just been pulled out, Xlib makes a success.
+  keyboard.isHeld = status == GrabSuccess && !errors.failed();
+  return keyboard.isHeld;
+}
+
+void Keyboards::letGo(Keyboard& keyboard) {
+  if (!std::exchange(keyboard.isHeld, false) || connection_.isLost()) return;
+  XIUngrabDevice(connection_.display(), keyboard.device, CurrentTime);
+}
+
+std::optional<std::string> Keyboards::hold() {
+  findKeyboards({});
+  // One that another program holds is attached to nothing, and cannot be told from one that a
+  // person has taken out of use.
+  if (keyboards_.empty()) return "there is no keyboard that another program does not hold";
+  isHolding_ = true;
+  for (auto& keyboard : keyboards_) {
+    if (keyboard.isHeld || hold(keyboard)) continue;
+    letGo();
+    return "another program holds the keyboard \"" + nameOf(keyboard.device) + "\"";
+  }
+  silenceSyntheticRepeats();
+  return std::nullopt;
+}
+
+void Keyboards::letGo() {
+  if (!std::exchange(isHolding_, false)) return;
+  for (auto& keyboard : keyboards_)
+    letGo(keyboard);
+  restoreSyntheticRepeats();
+  connection_.flush();
+}
+
+bool Keyboards::isIdle() {
+  return std::all_of(keyboards_.begin(), keyboards_.end(), [this](const Keyboard& keyboard) {
+    return connection_.isLost() || keysDown(connection_.display(), keyboard.device).empty();
+  });
+}
+
+void Keyboards::findKeyboards(const std::vector<int>& changed) {
+  const auto now = present();
+  const auto contains = [](const std::vector<int>& devices, int device) {
+    return std::find(devices.begin(), devices.end(), device) != devices.end();
+  };
+  const auto isGone = [&](const Keyboard& keyboard) {
+    return !contains(now, keyboard.device) || contains(changed, keyboard.device);
+  };
+  std::vector<int> gone;
+  for (const auto& keyboard : keyboards_) {
+    if (isGone(keyboard)) gone.push_back(keyboard.device);
+  }
+  keyboards_.erase(std::remove_if(keyboards_.begin(), keyboards_.end(), isGone), keyboards_.end());
+  for (const int device : gone) {
+    if (onGone) onGone(device);
+  }
+  for (const int device : now) {
+    if (this->contains(device)) continue;
+    watch(device);
+    // What may be left of an earlier hold.
+    if (isHolding_) XIUngrabDevice(connection_.display(), device, CurrentTime);
+    keyboards_.push_back({device});
+  }
+}
+
+std::optional<std::string> Keyboards::update(const std::vector<int>& changed) {
+  if (connection_.isLost()) return std::nullopt;
+  auto* display = connection_.display();
+  // Nobody must disable a keyboard between the look at it and the rest.
+  XGrabServer(display);
+  findKeyboards(changed);
+  const bool isComplete = std::all_of(keyboards_.begin(), keyboards_.end(),
+                                      [](const Keyboard& keyboard) { return keyboard.isHeld; });
+  std::optional<std::string> refusal;
+  if (isHolding_ && !isComplete) refusal = hold();
+  if (!connection_.isLost()) XUngrabServer(display);
+  connection_.flush();
+  if (isHolding_ && !isComplete) copyKeymap();
+  return refusal;
+}
+
+void Keyboards::copyKeymap() {
+  if (!isHolding_ || connection_.isLost()) return;
+  auto* display = connection_.display();
+  auto* keymap = XkbGetMap(display, XkbAllMapComponentsMask, XkbUseCoreKbd);
+  if (keymap == nullptr) return;
+  XkbGetCompatMap(display, XkbAllCompatMask, keymap);
+  XkbGetNames(display, XkbAllNamesMask, keymap);
+  XkbGetIndicatorMap(display, XkbAllIndicatorsMask, keymap);
+  for (const auto& keyboard : keyboards_) {
+    if (!keyboard.isHeld) continue;
+    keymap->device_spec = static_cast<unsigned short>(keyboard.device);
+    XkbSetMap(display, XkbAllMapComponentsMask, keymap);
+    XkbSetCompatMap(display, XkbAllCompatMask, keymap, False);
+    XkbSetNames(display, XkbAllNamesMask, 0, keymap->map->num_types, keymap);
+    XkbSetIndicatorMap(display, XkbAllIndicatorsMask, keymap);
+  }
+  XkbFreeKeyboard(keymap, XkbAllComponentsMask, True);
+  connection_.flush();
+}
+
+void Keyboards::silenceSyntheticRepeats() {
+  if (!isHolding_ || synthetic_ == 0 || connection_.isLost()) return;
+  unsigned delay = 0;
+  unsigned interval = 0;
+  const auto device = static_cast<unsigned>(synthetic_);
+  if (XkbGetAutoRepeatRate(connection_.display(), device, &delay, &interval) == 0) return;
+  if (delay == kNever) return;
+  XkbSetAutoRepeatRate(connection_.display(), device, kNever, kNever);
+}
+
+void Keyboards::restoreSyntheticRepeats() {
+  if (synthetic_ == 0 || keyboards_.empty() || connection_.isLost()) return;
+  copyRepeatRate(connection_.display(), keyboards_.front().device, synthetic_);
+}
+
+}  // namespace tessarok::x11

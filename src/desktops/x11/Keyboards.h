@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktops/x11/XConnection.h"
+
+namespace tessarok::x11 {
+
+/// The keyboards of the machine, which are held as long as there is a tap: their keys then come to
+/// this program alone. Main thread.
+///
+/// Operational notes. A keyboard that was disabled and enabled again comes back connected and held
+/// at once, so that every key would come twice: it is let go of and held again. To let go of a
+/// disabled one has crashed servers. A held keyboard misses changes of the keymap, and its keymap
+/// is what the server goes back to in the end, so such changes are copied to it.
+class Keyboards final {
+ public:
+  /// `connection` outlives this object.
+  explicit Keyboards(XConnection& connection);
+  Keyboards(const Keyboards&) = delete;
+  Keyboards& operator=(const Keyboards&) = delete;
+  ~Keyboards();
+
+  /// Holds every keyboard; why not, when the server refuses one. Then none is held.
+  [[nodiscard]] std::optional<std::string> hold();
+  void letGo();
+  [[nodiscard]] bool isHolding() const { return isHolding_; }
+  /// No key of any keyboard is down. One that went down before the keyboards were held would come
+  /// up unseen by the others, and stay down for them.
+  [[nodiscard]] bool isIdle();
+
+  /// Something was plugged in, pulled out, enabled or disabled; `changed` are the devices that
+  /// were, even if they are now what they were before. While keyboards are held, why one could not
+  /// be; then none is held any more.
+  [[nodiscard]] std::optional<std::string> update(const std::vector<int>& changed);
+  /// Gives the held keyboards the server's keymap.
+  void copyKeymap();
+  /// Repetitions come from the keyboards themselves, so synthetic keys must not repeat as well.
+  void silenceSyntheticRepeats();
+
+  [[nodiscard]] bool contains(int device) const;
+  /// Called for a keyboard that is there no more: what was pressed on it will not be released.
+  std::function<void(int device)> onGone;
+
+ private:
+  struct Keyboard {
+    int device = 0;
+    bool isHeld = false;
+  };
+
+  [[nodiscard]] std::vector<int> present();
+  void findKeyboards(const std::vector<int>& changed);
+  [[nodiscard]] bool hold(Keyboard& keyboard);
+  void letGo(Keyboard& keyboard);
+  void watch(int device);
+  void restoreSyntheticRepeats();
+  [[nodiscard]] std::string nameOf(int device);
+
+  XConnection& connection_;
+  std::vector<Keyboard> keyboards_;
+  bool isHolding_ = false;
+  /// The keyboard of synthetic keys; 0 when there is none.
+  int synthetic_ = 0;
+};
+
+}  // namespace tessarok::x11

@@ -1,0 +1,68 @@
+#include "tests/desktops/macos/fake/FakeSystem.h"
+
+#include <algorithm>
+#include <thread>
+#include <tuple>
+
+namespace tessarok::fakemac {
+
+FakeSystem& fakeSystem() {
+  static auto* const system = new FakeSystem;
+  static const auto mainThread = std::this_thread::get_id();
+  if (std::this_thread::get_id() != mainThread) misuse("a call from another thread");
+  return *system;
+}
+
+void FakeSystem::runMainQueue() {
+  while (!mainQueue.empty()) {
+    const auto next = mainQueue.front();
+    mainQueue.pop_front();
+    next.work(next.context);
+  }
+}
+
+void FakeSystem::advance(double seconds) {
+  const double end = uptime + seconds;
+  while (runFirstDue(end))
+    runMainQueue();
+  uptime = end;
+}
+
+bool FakeSystem::runFirstDue(double end) {
+  const auto timer = std::min_element(timers.begin(), timers.end(),
+                                      [](auto* a, auto* b) { return a->due < b->due; });
+  const auto call = std::min_element(delayed.begin(), delayed.end(),
+                                     [](const auto& a, const auto& b) { return a.due < b.due; });
+  const bool timerIsDue = timer != timers.end() && (*timer)->due <= end;
+  const bool callIsDue = call != delayed.end() && call->due <= end;
+  if (timerIsDue && (!callIsDue || (*timer)->due <= call->due)) {
+    auto& due = **timer;
+    uptime = std::max(uptime, due.due);
+    due.due += due.interval;
+    due.callback(refTo<CFRunLoopTimerRef>(&due), due.info);
+    return true;
+  }
+  if (!callIsDue) return false;
+  const auto due = *call;
+  delayed.erase(call);
+  uptime = std::max(uptime, due.due);
+  due.work(due.context);
+  return true;
+}
+
+void FakeSystem::announce(CFStringRef name) {
+  const auto copy = observers;
+  for (const auto& observer : copy) {
+    if (!isSameString(observer.name, name)) continue;
+    observer.callback(CFNotificationCenterGetDistributedCenter(),
+                      const_cast<void*>(observer.observer), name, nullptr, nullptr);
+  }
+}
+
+void FakeSystem::setPreference(const std::string& key, CFTypeRef value) {
+  auto& saved = preferences[key];
+  if (saved != nullptr) CFRelease(saved);
+  saved = value;
+}
+
+}  // namespace tessarok::fakemac

@@ -1,0 +1,409 @@
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+#include <vector>
+
+#include "desktops/posix/PosixFiles.h"
+#include "desktops/virtual/TemporaryDirectory.h"
+#include "tests/support/TestFiles.h"
+
+namespace tessarok::posix {
+namespace {
+
+namespace fs = std::filesystem;
+using platform::FileLockFailure;
+using testing::readFile;
+using testing::writeFile;
+
+std::string errorText(int number) {
+  return std::generic_category().message(number);
+}
+
+class PosixFilesTest : public ::testing::Test {
+ protected:
+  [[nodiscard]] std::vector<std::string> names() const {
+    std::vector<std::string> all;
+    for (const auto& entry : fs::directory_iterator(folder))
+      all.push_back(entry.path().filename());
+    return all;
+  }
+
+  virtualdesktop::TemporaryDirectory directory;
+  const fs::path& folder = directory.path();
+  PosixFiles files{folder, folder / "data"};
+};
+
+mode_t modeOf(const fs::path& file) {
+  struct stat status {};
+  EXPECT_EQ(::stat(file.c_str(), &status), 0);
+  return status.st_mode & 07777;
+}
+
+/// Runs `work` in a process of its own, whose limits are its own; its answer.
+template <typename Work>
+int inChild(Work work) {
+  const auto child = ::fork();
+  if (child == 0) ::_exit(work());
+  int status = 0;
+  EXPECT_EQ(::waitpid(child, &status, 0), child);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST_F(PosixFilesTest, ANewFileIsItsOwnersAlone) {
+  EXPECT_FALSE(files.writeAtomically(folder / "new.txt", "text\n").has_value());
+  EXPECT_EQ(readFile(folder / "new.txt"), "text\n");
+  EXPECT_EQ(modeOf(folder / "new.txt"), 0600u);
+  EXPECT_EQ(names(), std::vector<std::string>{"new.txt"});
+}
+
+TEST_F(PosixFilesTest, AReplacedFileKeepsItsMode) {
+  writeFile(folder / "a.txt", "a long old text\n");
+  ::chmod((folder / "a.txt").c_str(), 0644);
+  EXPECT_FALSE(files.writeAtomically(folder / "a.txt", "new\n").has_value());
+  EXPECT_EQ(readFile(folder / "a.txt"), "new\n");
+  EXPECT_EQ(modeOf(folder / "a.txt"), 0644u);
+}
+
+TEST_F(PosixFilesTest, ASymbolicLinkToNothingYetStaysOne) {
+  fs::create_directory(folder / "elsewhere");
+  fs::create_symlink("elsewhere/new.txt", folder / "link.txt");
+  EXPECT_EQ(files.writeAtomically(folder / "link.txt", "text"), std::nullopt);
+  EXPECT_TRUE(fs::is_symlink(folder / "link.txt"));
+  EXPECT_EQ(files.read(folder / "elsewhere" / "new.txt", nullptr), "text");
+}
+
+TEST_F(PosixFilesTest, ASymbolicLinkStaysOne) {
+  fs::create_directory(folder / "elsewhere");
+  writeFile(folder / "elsewhere" / "real.txt", "old\n");
+  fs::create_symlink("elsewhere/real.txt", folder / "link.txt");
+  EXPECT_FALSE(files.writeAtomically(folder / "link.txt", "new\n").has_value());
+  EXPECT_TRUE(fs::is_symlink(folder / "link.txt"));
+  EXPECT_EQ(readFile(folder / "elsewhere" / "real.txt"), "new\n");
+}
+
+TEST_F(PosixFilesTest, ALinkToItselfIsAnError) {
+  fs::create_symlink("loop.txt", folder / "loop.txt");
+  files.writeAtomically(folder / "loop.txt", "new\n");
+  // Whatever became of the text, nothing temporary is left.
+  EXPECT_EQ(names(), std::vector<std::string>{"loop.txt"});
+}
+
+TEST_F(PosixFilesTest, WritingAnEmptyTextEmptiesTheFile) {
+  writeFile(folder / "a.txt", "old\n");
+  EXPECT_FALSE(files.writeAtomically(folder / "a.txt", "").has_value());
+  EXPECT_EQ(readFile(folder / "a.txt"), "");
+}
+
+TEST_F(PosixFilesTest, WritingIntoAMissingFolderSaysSo) {
+  EXPECT_EQ(files.writeAtomically(folder / "no" / "a.txt", "x"), errorText(ENOENT));
+  writeFile(folder / "file", "");
+  EXPECT_EQ(files.writeAtomically(folder / "file" / "a.txt", "x"), errorText(ENOTDIR));
+}
+
+TEST_F(PosixFilesTest, WritingOverAFolderFailsAndLeavesNothingTemporary) {
+  fs::create_directory(folder / "taken");
+  EXPECT_EQ(files.writeAtomically(folder / "taken", "x"), errorText(EISDIR));
+  EXPECT_EQ(names(), std::vector<std::string>{"taken"});
+}
+
+TEST_F(PosixFilesTest, AWriteThatRunsOutOfSpaceLeavesTheOldFileAndNothingTemporary) {
+  writeFile(folder / "a.txt", "old\n");
+  const auto answer = inChild([&] {
+    // Beyond the limit a write fails; the signal that comes with it is not wanted.
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{1024, 1024};
+    if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 2;
+    const auto error = files.writeAtomically(folder / "a.txt", std::string(5000, 'x'));
+    return error == errorText(EFBIG) ? 0 : 1;
+  });
+  EXPECT_EQ(answer, 0);
+  EXPECT_EQ(readFile(folder / "a.txt"), "old\n");
+  EXPECT_EQ(names(), std::vector<std::string>{"a.txt"});
+}
+
+TEST_F(PosixFilesTest, AWriteWithoutDescriptorsLeavesTheOldFile) {
+  writeFile(folder / "a.txt", "old\n");
+  const auto answer = inChild([&] {
+    const rlimit limit{0, 0};
+    if (::setrlimit(RLIMIT_NOFILE, &limit) != 0) return 2;
+    return files.writeAtomically(folder / "a.txt", "new") == errorText(EMFILE) ? 0 : 1;
+  });
+  EXPECT_EQ(answer, 0);
+  EXPECT_EQ(readFile(folder / "a.txt"), "old\n");
+  EXPECT_EQ(names(), std::vector<std::string>{"a.txt"});
+}
+
+TEST_F(PosixFilesTest, AReadOnlyFolderLeavesTheOldFile) {
+  if (::geteuid() == 0) GTEST_SKIP() << "the superuser may write everywhere";
+  writeFile(folder / "a.txt", "old\n");
+  fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
+  EXPECT_EQ(files.writeAtomically(folder / "a.txt", "new"), errorText(EACCES));
+  EXPECT_EQ(readFile(folder / "a.txt"), "old\n");
+  fs::permissions(folder, fs::perms::owner_all);
+}
+
+TEST_F(PosixFilesTest, ReadsWholeFiles) {
+  const std::string text(200'000, 'x');
+  writeFile(folder / "a.txt", text);
+  EXPECT_EQ(files.read(folder / "a.txt", nullptr), text);
+  writeFile(folder / "empty.txt", "");
+  EXPECT_EQ(files.read(folder / "empty.txt", nullptr), "");
+}
+
+TEST_F(PosixFilesTest, AReadThatFailsSaysWhy) {
+  std::string error;
+  EXPECT_FALSE(files.read(folder / "no.txt", &error).has_value());
+  EXPECT_EQ(error, errorText(ENOENT));
+  EXPECT_FALSE(files.read(folder, &error).has_value());
+  EXPECT_EQ(error, errorText(EISDIR));
+  EXPECT_FALSE(files.read(folder / "no.txt", nullptr).has_value());
+}
+
+TEST_F(PosixFilesTest, NobodyWaitsForAPipeOrADevice) {
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  std::string error;
+  EXPECT_FALSE(files.read(folder / "pipe", &error).has_value());
+  EXPECT_EQ(error, "not a regular file");
+  EXPECT_FALSE(files.read("/dev/zero", &error).has_value());
+  EXPECT_EQ(error, "not a regular file");
+  EXPECT_EQ(files.map(folder / "pipe"), nullptr);
+  files.appendToLog(folder / "pipe", "line\n", 8);
+}
+
+TEST_F(PosixFilesTest, AFileThatWouldFillTheMemoryIsNotRead) {
+  writeFile(folder / "large.txt", "word\n");
+  fs::resize_file(folder / "large.txt", std::uint64_t{2} * 1024 * 1024 * 1024);
+  std::string error;
+  EXPECT_FALSE(files.read(folder / "large.txt", &error).has_value());
+  EXPECT_EQ(error, "the file is larger than 64 MiB");
+}
+
+TEST_F(PosixFilesTest, MapsFiles) {
+  writeFile(folder / "a.txt", "text");
+  const auto mapped = files.map(folder / "a.txt");
+  ASSERT_NE(mapped, nullptr);
+  EXPECT_EQ(mapped->bytes(), "text");
+}
+
+TEST_F(PosixFilesTest, AMapOutlivesItsReplacedFile) {
+  writeFile(folder / "a.txt", "text");
+  const auto mapped = files.map(folder / "a.txt");
+  EXPECT_FALSE(files.writeAtomically(folder / "a.txt", "").has_value());
+  EXPECT_EQ(mapped->bytes(), "text");
+}
+
+TEST_F(PosixFilesTest, AnEmptyFileMapsToNoBytes) {
+  writeFile(folder / "empty.txt", "");
+  const auto mapped = files.map(folder / "empty.txt");
+  ASSERT_NE(mapped, nullptr);
+  EXPECT_TRUE(mapped->bytes().empty());
+}
+
+TEST_F(PosixFilesTest, WhatIsNoFileCannotBeMapped) {
+  EXPECT_EQ(files.map(folder / "no.txt"), nullptr);
+  EXPECT_EQ(files.map(folder), nullptr);
+  EXPECT_EQ(files.map("/dev/null"), nullptr);
+}
+
+TEST_F(PosixFilesTest, AStampTellsStatesOfAFileApart) {
+  const auto file = folder / "a.txt";
+  EXPECT_FALSE(files.stamp(file).has_value());
+  writeFile(file, "one");
+  const auto first = files.stamp(file);
+  ASSERT_TRUE(first.has_value());
+  EXPECT_EQ(first->size, 3u);
+  EXPECT_TRUE(first->modified.has_value());
+  EXPECT_TRUE(first->inode.has_value());
+  EXPECT_EQ(files.stamp(file), first);
+  // The same text and time in another file, by rename.
+  const auto time = fs::last_write_time(file);
+  writeFile(folder / "b.txt", "two");
+  fs::rename(folder / "b.txt", file);
+  fs::last_write_time(file, time);
+  const auto second = files.stamp(file);
+  EXPECT_EQ(second->modified, first->modified);
+  EXPECT_EQ(second->size, first->size);
+  EXPECT_NE(second, first);
+  // A nanosecond is a change.
+  fs::last_write_time(file, time + std::chrono::nanoseconds(1));
+  EXPECT_EQ(*files.stamp(file)->modified, *first->modified + 1);
+}
+
+TEST_F(PosixFilesTest, CreatesFoldersWithThoseAbove) {
+  EXPECT_FALSE(files.createDirectories(folder / "a" / "b" / "c").has_value());
+  EXPECT_TRUE(fs::is_directory(folder / "a" / "b" / "c"));
+  EXPECT_EQ(modeOf(folder / "a"), 0700u);
+  EXPECT_EQ(modeOf(folder / "a" / "b" / "c"), 0700u);
+  EXPECT_FALSE(files.createDirectories(folder / "a" / "b" / "c").has_value());
+  EXPECT_FALSE(files.createDirectories(folder / "a" / "d" / "").has_value());
+}
+
+TEST_F(PosixFilesTest, FoldersAboveMayBeLinks) {
+  fs::create_directory(folder / "real");
+  fs::create_directory_symlink(folder / "real", folder / "link");
+  EXPECT_FALSE(files.createDirectories(folder / "link" / "new").has_value());
+  EXPECT_TRUE(fs::is_directory(folder / "real" / "new"));
+}
+
+TEST_F(PosixFilesTest, AFolderThatCannotBeMadeSaysWhy) {
+  writeFile(folder / "file", "");
+  EXPECT_EQ(files.createDirectories(folder / "file"), errorText(EEXIST));
+  EXPECT_EQ(files.createDirectories(folder / "file" / "a"), errorText(EEXIST));
+  EXPECT_EQ(files.createDirectories("/proc/no/such"), errorText(ENOENT));
+}
+
+TEST_F(PosixFilesTest, KnowsWhatExistsAndCanBeRead) {
+  writeFile(folder / "a.txt", "");
+  fs::create_symlink("nowhere", folder / "broken");
+  EXPECT_TRUE(files.exists(folder / "a.txt"));
+  EXPECT_TRUE(files.isReadable(folder / "a.txt"));
+  EXPECT_FALSE(files.exists(folder / "broken"));
+  EXPECT_FALSE(files.isReadable(folder / "broken"));
+  EXPECT_FALSE(files.exists(folder / "a.txt" / "below"));
+}
+
+TEST_F(PosixFilesTest, WhatCannotBeAskedForIsNotTakenToBeMissing) {
+  fs::create_symlink("circle", folder / "circle");
+  EXPECT_TRUE(files.exists(folder / "circle"));
+}
+
+TEST_F(PosixFilesTest, TheLogIsCreatedAppendedToAndRestarted) {
+  const auto log = folder / "log";
+  files.appendToLog(log, "one\n", 8);
+  EXPECT_EQ(readFile(log), "one\n");
+  EXPECT_EQ(modeOf(log), 0600u);
+  files.appendToLog(log, "two\n", 8);
+  files.appendToLog(log, "three\n", 8);
+  EXPECT_EQ(readFile(log), "one\ntwo\nthree\n");
+  files.appendToLog(log, "four\n", 8);
+  EXPECT_EQ(readFile(log), "four\n");
+}
+
+TEST_F(PosixFilesTest, ALogThatCannotBeWrittenIsIgnored) {
+  files.appendToLog(folder, "line\n", 8);
+  files.appendToLog(folder / "no" / "log", "line\n", 8);
+  files.appendToLog("/dev/full", "line\n", 8);
+  EXPECT_TRUE(names().empty());
+}
+
+TEST_F(PosixFilesTest, TheLogIsNotWrittenThroughALink) {
+  writeFile(folder / "precious", "text\n");
+  fs::create_symlink("precious", folder / "log");
+  fs::create_symlink("nothing yet", folder / "other.log");
+  files.appendToLog(folder / "log", "line\n", 0);
+  files.appendToLog(folder / "other.log", "line\n", 0);
+  EXPECT_EQ(readFile(folder / "precious"), "text\n");
+  EXPECT_FALSE(fs::exists(folder / "nothing yet"));
+}
+
+TEST_F(PosixFilesTest, WhatACutOffWriteHasLeftGoes) {
+  const auto old = fs::file_time_type::clock::now() - std::chrono::hours(1);
+  const auto leave = [&](const std::string& name, bool isOld) {
+    writeFile(folder / name, "half");
+    if (isOld) fs::last_write_time(folder / name, old);
+  };
+  leave(".rejects.txt.aB3dE9", true);
+  leave(".settings.json.000000", true);
+  // One that is perhaps being written, and files that are none of these.
+  std::vector<std::string> others = {".rejects.txt.aB3dE8"};
+  leave(others.back(), false);
+  for (const std::string name : {"rejects.txt", ".rejects.txt", ".rejects.txt.aB3dE", ".x.aB3dE9",
+                                 ".rejects.txt-aB3dE9", "rejects.txt.aB3dE9", ".learning.lock"}) {
+    leave(name, true);
+    others.push_back(name);
+  }
+  fs::create_directory(folder / ".folder.txt.aB3dE9");
+  others.emplace_back(".folder.txt.aB3dE9");
+  fs::last_write_time(folder / ".folder.txt.aB3dE9", old);
+  files.removeLeftovers(folder);
+  files.removeLeftovers(folder / "no such folder");
+  auto left = names();
+  std::sort(left.begin(), left.end());
+  std::sort(others.begin(), others.end());
+  EXPECT_EQ(left, others);
+}
+
+TEST_F(PosixFilesTest, ALockKeepsAnotherProcessOutUntilItGoes) {
+  const auto file = folder / "instance.lock";
+  const auto tryInChild = [&] {
+    return inChild([&] {
+      const auto result = files.lockExclusively(file);
+      const auto* failure = std::get_if<FileLockFailure>(&result);
+      if (failure == nullptr) return 0;
+      return failure->reason == FileLockFailure::Reason::heldByAnother &&
+                     failure->number == EWOULDBLOCK
+                 ? 1
+                 : 2;
+    });
+  };
+  {
+    const auto result = files.lockExclusively(file);
+    ASSERT_TRUE(std::holds_alternative<std::unique_ptr<platform::FileLock>>(result));
+    EXPECT_EQ(tryInChild(), 1);
+    EXPECT_EQ(readFile(file), std::to_string(::getpid()) + "\n");
+  }
+  EXPECT_TRUE(fs::exists(file));
+  EXPECT_EQ(tryInChild(), 0);
+}
+
+TEST_F(PosixFilesTest, AFailedLockDoesNotTouchTheHoldersNumber) {
+  const auto file = folder / "instance.lock";
+  const auto held = files.lockExclusively(file);
+  const auto before = readFile(file);
+  const auto second = files.lockExclusively(file);
+  EXPECT_TRUE(std::holds_alternative<FileLockFailure>(second));
+  EXPECT_EQ(readFile(file), before);
+}
+
+TEST_F(PosixFilesTest, AStaleLockFileHoldsNobodyOff) {
+  writeFile(folder / "instance.lock", "123456789\nand more\n");
+  const auto result = files.lockExclusively(folder / "instance.lock");
+  ASSERT_TRUE(std::holds_alternative<std::unique_ptr<platform::FileLock>>(result));
+  EXPECT_EQ(readFile(folder / "instance.lock"), std::to_string(::getpid()) + "\n");
+}
+
+TEST_F(PosixFilesTest, ALockThatCannotBeOpenedSaysWhy) {
+  const auto result = files.lockExclusively(folder);
+  const auto* failure = std::get_if<FileLockFailure>(&result);
+  ASSERT_NE(failure, nullptr);
+  EXPECT_EQ(failure->reason, FileLockFailure::Reason::cannotOpen);
+  EXPECT_EQ(failure->number, EISDIR);
+}
+
+TEST_F(PosixFilesTest, ANewLockFileIsItsOwnersAlone) {
+  const auto result = files.lockExclusively(folder / "instance.lock");
+  EXPECT_EQ(modeOf(folder / "instance.lock"), 0600u);
+}
+
+TEST(PosixFiles, KeepsDataWhereTheBaseDirectoryRulesSay) {
+  ::setenv("HOME", "/home/somebody", 1);
+  ::unsetenv("XDG_DATA_HOME");
+  EXPECT_EQ(PosixFiles::ofUser()->homeDirectory(), "/home/somebody");
+  EXPECT_EQ(PosixFiles::ofUser()->applicationSupportDirectory(),
+            fs::path("/home/somebody/.local/share"));
+  ::setenv("XDG_DATA_HOME", "/data", 1);
+  EXPECT_EQ(PosixFiles::ofUser()->applicationSupportDirectory(), fs::path("/data"));
+  for (const char* unusable : {"", "relative/path"}) {
+    ::setenv("XDG_DATA_HOME", unusable, 1);
+    EXPECT_EQ(PosixFiles::ofUser()->applicationSupportDirectory(),
+              fs::path("/home/somebody/.local/share"));
+  }
+}
+
+TEST(PosixFiles, FindsAHomeWithoutTheVariable) {
+  ::unsetenv("HOME");
+  EXPECT_TRUE(PosixFiles::ofUser()->homeDirectory().is_absolute());
+}
+
+}  // namespace
+}  // namespace tessarok::posix

@@ -1,0 +1,115 @@
+#include <cstdlib>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "desktops/posix/PosixFiles.h"
+#include "desktops/posix/SettingsFile.h"
+#include "desktops/virtual/TemporaryDirectory.h"
+#include "tests/support/TestFiles.h"
+
+namespace tessarok::posix {
+namespace {
+
+using tessarok::testing::readFile;
+
+class Log final : public platform::SystemLog {
+ public:
+  void write(std::string_view message) override { messages.emplace_back(message); }
+  std::vector<std::string> messages;
+};
+
+class SettingsFileTest : public ::testing::Test {
+ protected:
+  void write(std::string_view text) const {
+    std::filesystem::create_directories(file_.parent_path());
+    std::ofstream(file_) << text;
+  }
+  /// The file could not be used: one message, and nothing is saved in it.
+  void expectUnusable(std::string_view reason) {
+    const auto before = readFile(file_);
+    SettingsFile settings(file_, files_, log_);
+    EXPECT_EQ(settings.boolean("shiftLagFix"), std::nullopt);
+    settings.setBoolean("shiftLagFix", false);
+    settings.setBoolean("pack.it", true);
+    EXPECT_EQ(settings.boolean("shiftLagFix"), false);
+    EXPECT_EQ(settings.boolean("pack.it"), true);
+    ASSERT_EQ(log_.messages.size(), 1u);
+    EXPECT_NE(log_.messages[0].find(file_.string()), std::string::npos) << log_.messages[0];
+    EXPECT_NE(log_.messages[0].find(reason), std::string::npos) << log_.messages[0];
+    EXPECT_EQ(readFile(file_), before);
+  }
+
+  virtualdesktop::TemporaryDirectory folder_;
+  std::filesystem::path file_ = folder_.path() / "Tessarok" / "settings.json";
+  PosixFiles files_{folder_.path(), std::nullopt};
+  Log log_;
+};
+
+TEST_F(SettingsFileTest, KeepsWhatIsSet) {
+  {
+    SettingsFile settings(file_, files_, log_);
+    EXPECT_EQ(settings.boolean("shiftLagFix"), std::nullopt);
+    settings.setBoolean("shiftLagFix", false);
+    settings.setBoolean("pack.it", true);
+  }
+  SettingsFile settings(file_, files_, log_);
+  EXPECT_EQ(settings.boolean("shiftLagFix"), false);
+  EXPECT_EQ(settings.boolean("pack.it"), true);
+  EXPECT_EQ(settings.boolean("pack.chat"), std::nullopt);
+  EXPECT_TRUE(log_.messages.empty());
+}
+
+TEST_F(SettingsFileTest, DoesNotUndoWhatAnotherCopyHasSaved) {
+  SettingsFile one(file_, files_, log_);
+  SettingsFile other(file_, files_, log_);
+  EXPECT_EQ(one.boolean("pack.it"), std::nullopt);
+  other.setBoolean("pack.chat", true);
+  one.setBoolean("pack.it", true);
+  EXPECT_EQ(SettingsFile(file_, files_, log_).boolean("pack.chat"), true);
+}
+
+TEST_F(SettingsFileTest, LeavesAMalformedFileAlone) {
+  write("{\"shiftLagFix\": tru}");
+  expectUnusable("line 1");
+}
+
+TEST_F(SettingsFileTest, LeavesAFileOfAnotherKindAlone) {
+  write("[true]");
+  expectUnusable("no JSON object");
+}
+
+TEST_F(SettingsFileTest, LeavesAFileWithOtherValuesAlone) {
+  write("{\"shiftLagFix\": \"no\"}");
+  expectUnusable("\"shiftLagFix\" is neither true nor false");
+}
+
+TEST_F(SettingsFileTest, SaysWhyAFileCannotBeRead) {
+  std::filesystem::create_directories(file_);
+  expectUnusable("directory");
+}
+
+TEST_F(SettingsFileTest, AChangeThatCannotBeSavedIsKeptInMemory) {
+  // A file where the folder has to be.
+  std::ofstream(folder_.path() / "Tessarok") << "in the way";
+  SettingsFile settings(file_, files_, log_);
+  settings.setBoolean("pack.it", true);
+  settings.setBoolean("pack.chat", true);
+  EXPECT_EQ(settings.boolean("pack.it"), true);
+  EXPECT_EQ(settings.boolean("pack.chat"), true);
+  ASSERT_EQ(log_.messages.size(), 1u);
+  EXPECT_NE(log_.messages[0].find(file_.string()), std::string::npos);
+}
+
+TEST_F(SettingsFileTest, LiesWhereConfigurationsLie) {
+  ::setenv("XDG_CONFIG_HOME", "/elsewhere", 1);
+  EXPECT_EQ(SettingsFile::locationFor("/home/me"), "/elsewhere/Tessarok/settings.json");
+  ::setenv("XDG_CONFIG_HOME", "relative", 1);
+  EXPECT_EQ(SettingsFile::locationFor("/home/me"), "/home/me/.config/Tessarok/settings.json");
+  ::unsetenv("XDG_CONFIG_HOME");
+  EXPECT_EQ(SettingsFile::locationFor("/home/me"), "/home/me/.config/Tessarok/settings.json");
+}
+
+}  // namespace
+}  // namespace tessarok::posix

@@ -1,0 +1,88 @@
+#include <gtest/gtest.h>
+#include <string>
+
+#include "desktops/terminal/OuterLayout.h"
+
+namespace tessarok::terminal {
+namespace {
+
+class OuterLayoutTest : public ::testing::Test {
+ protected:
+  OuterLayoutTest() {
+    own_.onSelected = [this] { ++selections_; };
+  }
+
+  /// What the program gets for characters that come from the desktop.
+  std::u32string type(std::u32string_view characters) {
+    std::u32string typed;
+    for (const auto character : characters) {
+      outer_.note(character);
+      typed += outer_.keyFor(character).character;
+    }
+    return typed;
+  }
+
+  TerminalInputSources own_;
+  OuterLayout outer_{own_};
+  int selections_ = 0;
+};
+
+TEST_F(OuterLayoutTest, TypesAsItComesWhileBothAgree) {
+  EXPECT_EQ(type(U"Hello, world #1"), U"Hello, world #1");
+  EXPECT_EQ(selections_, 0);
+}
+
+TEST_F(OuterLayoutTest, TheSameKeysTypeRussianAfterAnOwnSwitch) {
+  EXPECT_EQ(type(U"a"), U"a");
+  own_.setRussian(true);
+  EXPECT_EQ(type(U"ghbdtn? Vbh;"), U"привет, Мирж");
+  EXPECT_TRUE(own_.isRussian());
+}
+
+TEST_F(OuterLayoutTest, TheSameKeysTypeEnglishAfterAnOwnSwitch) {
+  EXPECT_EQ(type(U"руддщ"), U"руддщ");
+  own_.setRussian(false);
+  EXPECT_EQ(type(U"цщкдв. Ё"), U"world/ ~");
+  EXPECT_FALSE(own_.isRussian());
+}
+
+TEST_F(OuterLayoutTest, ACyrillicLetterMeansThatThePersonHasSwitched) {
+  EXPECT_EQ(type(U"abc где"), U"abc где");
+  EXPECT_TRUE(own_.isRussian());
+  EXPECT_EQ(selections_, 1);
+  EXPECT_EQ(type(U" abc"), U" abc");
+  EXPECT_FALSE(own_.isRussian());
+  EXPECT_EQ(selections_, 2);
+}
+
+TEST_F(OuterLayoutTest, ThePersonFollowsTheProgramsSwitch) {
+  type(U"ghbdtn");
+  own_.setRussian(true);
+  EXPECT_EQ(type(U"мир"), U"мир");
+  EXPECT_TRUE(own_.isRussian());
+  EXPECT_EQ(selections_, 1);
+}
+
+TEST_F(OuterLayoutTest, SignsTellNothingAboutTheLayout) {
+  type(U"руддщ");
+  own_.setRussian(false);
+  // Of all these only the outer Russian layout decides which keys they are.
+  EXPECT_EQ(type(U".,?1"), U"/?&1");
+  EXPECT_FALSE(own_.isRussian());
+}
+
+TEST_F(OuterLayoutTest, WhatTheOuterLayoutDoesNotHaveIsTypedAsItComes) {
+  own_.setRussian(true);
+  EXPECT_EQ(type(U"№€é"), U"№€é");
+  EXPECT_EQ(outer_.keyFor(U'№').code, 20);
+  EXPECT_EQ(outer_.keyFor(U'€').code, OuterLayout::kNoKey);
+}
+
+TEST_F(OuterLayoutTest, KnowsTheKeyAndItsShift) {
+  const auto key = outer_.keyFor(U'~');
+  EXPECT_EQ(key.code, 50);
+  EXPECT_TRUE(key.shift);
+}
+
+}  // namespace
+}  // namespace tessarok::terminal

@@ -1,0 +1,189 @@
+// What a person types, through a real pseudo-terminal, with the built program in between.
+
+#include <gtest/gtest.h>
+#include <string>
+
+#include "tests/desktops/terminal/UserAtTerminal.h"
+
+namespace tessarok::testing {
+namespace {
+
+/// Runs cat, which repeats every line that it gets: so the line is shown as the program got it.
+class TypingIntoCat : public ::testing::Test {
+ protected:
+  void expectLine(std::string_view keys, std::string_view line) {
+    user_.type(keys);
+    user_.type("\r");
+    const auto repeated = "\r\n" + std::string(line) + "\r\n";
+    EXPECT_TRUE(user_.sees(repeated)) << user_.screen();
+  }
+
+  UserAtTerminal user_{{"sh", "-c", "printf started; cat"}};
+
+ private:
+  void SetUp() override { ASSERT_TRUE(user_.sees("started")); }
+};
+
+TEST_F(TypingIntoCat, FixesWordsAndSwitchesTheLayout) {
+  expectLine("ghbdtn vbh", "привет мир");
+  // The layout stays switched: the same keys go on typing Russian.
+  expectLine("vbh", "мир");
+}
+
+TEST_F(TypingIntoCat, FixesTheOtherWay) {
+  expectLine("руддщ цщкдв", "hello world");
+}
+
+TEST_F(TypingIntoCat, TheDesktopsOwnSwitchCounts) {
+  // Converted to English, after which Cyrillic letters type English; then the person switches
+  // the desktop's layout to English, and back.
+  expectLine("руддщ ", "hello ");
+  expectLine("world ", "world ");
+  expectLine("привет ", "привет ");
+}
+
+TEST_F(TypingIntoCat, BackspaceShortensTheWord) {
+  expectLine("ghbdtx\x7fn ", "привет ");
+}
+
+TEST_F(TypingIntoCat, LeavesAWordAloneAfterAMoveOfTheCursor) {
+  // The kernel's line editor shows the arrow as it is.
+  expectLine("ghbdtn\x1b[D ", "ghbdtn\x1b[D ");
+}
+
+TEST_F(TypingIntoCat, LeavesAWordAloneAfterAnUnknownKey) {
+  expectLine("ghbd\x1b[15~tn ", "ghbd\x1b[15~tn ");
+}
+
+TEST_F(TypingIntoCat, AltSpaceConvertsAndConvertsBack) {
+  expectLine("ghbdtn\x1b ", "привет");
+}
+
+TEST_F(TypingIntoCat, AltSpaceUndoesAFix) {
+  user_.type("ghbdtn ");
+  ASSERT_TRUE(user_.sees("привет "));
+  expectLine("\x1b ", "ghbdtn ");
+}
+
+TEST_F(TypingIntoCat, ThePauseKeyPausesAndIsTyped) {
+  expectLine("`ghbdtn ", "`ghbdtn ");
+}
+
+TEST_F(TypingIntoCat, ControlSpaceSwitchesAndIsNotTyped) {
+  expectLine(std::string("\0ghbdtn", 7), "привет");
+  expectLine(std::string("\0hello", 6), "hello");
+}
+
+TEST_F(TypingIntoCat, PassesWhatItDoesNotUnderstand) {
+  expectLine("\xff\xc0 \xd0", "\xff\xc0 \xd0");
+}
+
+TEST_F(TypingIntoCat, KillingTheLineForgetsTheWord) {
+  expectLine("xyz\x15ghbdtn ", "привет ");
+}
+
+TEST(Typing, ErasesWithTheCharacterInForce) {
+  UserAtTerminal::Setup setup;
+  setup.erase = '\b';
+  UserAtTerminal user({"sh", "-c", "printf started; cat"}, setup);
+  ASSERT_TRUE(user.sees("started"));
+  user.type("ghbdtx\bn \r");
+  EXPECT_TRUE(user.sees("\r\nпривет \r\n")) << user.screen();
+}
+
+/// What a command prints follows a sequence and a carriage return.
+class TypingIntoBash : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(user_.sees("ready> ")); }
+
+  UserAtTerminal user_{{"bash", "--norc"}};
+};
+
+TEST_F(TypingIntoBash, FixesWords) {
+  user_.type("echo ghbdtn vbh\r");
+  EXPECT_TRUE(user_.sees("\rпривет мир\r\n")) << user_.screen();
+}
+
+TEST_F(TypingIntoBash, AReturnThatEndsAWordRunsTheFixedLine) {
+  user_.type("echo ghbdtn\r");
+  EXPECT_TRUE(user_.sees("\rпривет\r\n")) << user_.screen();
+}
+
+TEST_F(TypingIntoBash, ArrowsReachTheLineEditorAndForgetTheWord) {
+  user_.type("echo ghbdn\x1b[Dt\x1b[C \r");
+  EXPECT_TRUE(user_.sees("\rghbdtn\r\n")) << user_.screen();
+}
+
+TEST_F(TypingIntoBash, TheEscapeKeyNeedsNothingBehindIt) {
+  user_.type("read -rsn1 key; printf '<%q>' \"$key\"\r");
+  user_.type("\x1b");
+  EXPECT_TRUE(user_.sees("<$'\\E'>")) << user_.screen();
+}
+
+TEST_F(TypingIntoBash, APasteWithBracketsIsNotTyped) {
+  user_.type("echo \x1b[200~ghbdtn vbh \x1b[201~\r");
+  EXPECT_TRUE(user_.sees("\rghbdtn vbh\r\n")) << user_.screen();
+}
+
+/// Runs a prompt that prints "ready" and then, in brackets, what it was given.
+void expectUntouched(const std::string& prompt, std::string_view keys, std::string_view answer) {
+  UserAtTerminal user({"sh", "-c", prompt});
+  ASSERT_TRUE(user.sees("ready"));
+  user.type(keys);
+  EXPECT_TRUE(user.sees("[" + std::string(answer) + "]")) << user.screen();
+  EXPECT_EQ(user.screen().find("привет"), std::string::npos);
+}
+
+TEST(Secrets, APasswordIsNotTouched) {
+  expectUntouched("stty -echo; printf ready; IFS= read -r x; printf '[%s]' \"$x\"", "ghbdtn vbh \r",
+                  "ghbdtn vbh ");
+}
+
+TEST(Secrets, APasswordIsNotTranslatedEither) {
+  // Alt+Space and Control+Space belong to the password as well.
+  expectUntouched("stty -echo -isig; printf ready; IFS= read -r x; printf '[%s]' \"$x\"",
+                  "ghbdtn\x1b vbh\r", "ghbdtn\x1b vbh");
+}
+
+TEST(Secrets, AFewSecretCharactersAreNotTouched) {
+  expectUntouched("stty -icanon -echo; printf ready; printf '[%s]' \"$(head -c 11)\"",
+                  "ghbdtn vbh ", "ghbdtn vbh ");
+}
+
+TEST(Secrets, BashReadsThemUntouched) {
+  UserAtTerminal user({"bash", "--norc"});
+  ASSERT_TRUE(user.sees("ready> "));
+  user.type("IFS= read -rsp begin$((1+1)) x; echo \"[$x]\"\r");
+  ASSERT_TRUE(user.sees("begin2"));
+  user.type("ghbdtn vbh \r");
+  EXPECT_TRUE(user.sees("[ghbdtn vbh ]")) << user.screen();
+}
+
+TEST(KeyByKey, WithoutALineEditorNothingIsRetyped) {
+  // The kernel would show the erase characters, and the program would read them.
+  expectUntouched("stty -icanon; printf ready; printf '[%s]' \"$(head -c 13)\"", "ghbdtn\x1b vbh  ",
+                  "ghbdtn\x1b vbh  ");
+}
+
+TEST(KeyByKey, TheLayoutStaysSwitched) {
+  UserAtTerminal user(
+      {"sh", "-c", "head -n1; stty -icanon; printf ready; printf '[%s]' \"$(head -c 6)\""});
+  user.type("ghbdtn \r");
+  ASSERT_TRUE(user.sees("ready")) << user.screen();
+  user.type("vbh");
+  EXPECT_TRUE(user.sees("[мир]")) << user.screen();
+}
+
+TEST(AlternateScreen, SwitchesOffUntilItIsLeft) {
+  UserAtTerminal user(
+      {"sh", "-c", "printf '\\033[?1049hfull'; head -n1; printf '\\033[?1049lleft'; cat"});
+  ASSERT_TRUE(user.sees("full"));
+  user.type("ghbdtn vbh \r");
+  EXPECT_TRUE(user.sees("\r\nghbdtn vbh \r\n")) << user.screen();
+  ASSERT_TRUE(user.sees("left"));
+  user.type("ghbdtn \r");
+  EXPECT_TRUE(user.sees("\r\nпривет \r\n")) << user.screen();
+}
+
+}  // namespace
+}  // namespace tessarok::testing

@@ -1,0 +1,128 @@
+// Whatever happens to the program, a person keeps the keyboard.
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "tests/desktops/x11/Applications.h"
+#include "tests/desktops/x11/KeyboardGrab.h"
+#include "tests/desktops/x11/Patience.h"
+#include "tests/desktops/x11/Tessarok.h"
+#include "tests/desktops/x11/XServer.h"
+
+namespace tessarok::testing {
+namespace {
+
+constexpr std::uint8_t kA = 38;
+constexpr std::uint8_t kShift = 50;
+
+class X11Failure : public ::testing::Test {
+ protected:
+  /// A letter and Shift are down, and the application has seen them.
+  void holdKeys() {
+    ASSERT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+    server_.key(kShift, true);
+    server_.key(kA, true);
+    ASSERT_TRUE(waitUntil([this] { return server_.keysDown().size() == 2; }));
+    ASSERT_TRUE(window_.shows("A")) << window_.text();
+  }
+
+  XServer server_;
+  GtkEntry window_{server_};
+};
+
+TEST_F(X11Failure, AKeyHeldAtTheStartDoesNotStayDown) {
+  server_.key(kA, true);
+  const Tessarok program(server_);
+  EXPECT_FALSE(server_.isKeyboardHeld());
+  server_.key(kA, false);
+  EXPECT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+  EXPECT_TRUE(server_.keysDown().empty());
+}
+
+TEST_F(X11Failure, ASecondCopyDoesNotStart) {
+  Tessarok program(server_);
+  Tessarok second(server_, {.settings = {}, .home = program.home()});
+  EXPECT_EQ(second.exitStatus(), 1);
+  EXPECT_TRUE(second.says("not started")) << second.errors();
+  server_.type("ghbdtn ");
+  EXPECT_TRUE(window_.shows("привет ")) << window_.text();
+  // And after the first has gone, or was killed, another one does.
+  program.sendToWorker(SIGKILL);
+  EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
+  Tessarok third(server_, {.settings = {}, .home = program.home()});
+  EXPECT_TRUE(third.says("correcting")) << third.errors();
+}
+
+TEST_F(X11Failure, AHeldKeyboardIsSaidToBeInTheWay) {
+  std::optional<KeyboardGrab> other(server_);
+  const Tessarok program(server_, {});
+  EXPECT_TRUE(program.says("no keyboard that another program does not hold")) << program.errors();
+  other.reset();
+  // It tries again and again.
+  EXPECT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+  server_.type("ghbdtn ");
+  EXPECT_TRUE(window_.shows("привет ")) << window_.text();
+}
+
+TEST_F(X11Failure, AKeyboardThatGoesAndComesTypesOnce) {
+  const Tessarok program(server_);
+  std::string expected;
+  for (int i = 0; i < 3; ++i) {
+    server_.setKeyboardEnabled(false);
+    server_.setKeyboardEnabled(true);
+    EXPECT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+    server_.type("ghbdtn ");
+    expected += "привет ";
+    EXPECT_TRUE(window_.shows(expected)) << window_.text();
+    server_.lockGroup(0);
+  }
+}
+
+TEST_F(X11Failure, AKeyDownOnAKeyboardThatGoesDoesNotStayDown) {
+  const Tessarok program(server_);
+  holdKeys();
+  server_.setKeyboardEnabled(false);
+  EXPECT_TRUE(waitUntil([this] { return server_.keysDown().empty(); }));
+}
+
+TEST_F(X11Failure, TheEndOfTheServerEndsTheProgram) {
+  auto server = std::make_unique<XServer>();
+  GtkEntry window(*server);
+  Tessarok program(*server);
+  server->type("ghbdtn ");
+  EXPECT_TRUE(window.shows("привет ")) << window.text();
+  server->stop();
+  EXPECT_EQ(program.exitStatus(), 0) << program.errors();
+  EXPECT_TRUE(program.says("X server has gone")) << program.errors();
+}
+
+TEST_F(X11Failure, ADisplayInsideAWaylandSessionIsRefused) {
+  // The devices of such a display have names of this kind.
+  server_.addMasters("xwayland-pointer:1");
+  Tessarok program(server_, {});
+  EXPECT_EQ(program.exitStatus(), 2);
+  EXPECT_TRUE(program.says("this display is part of a Wayland session")) << program.errors();
+  server_.type("ghbdtn ");
+  EXPECT_TRUE(window_.shows("ghbdtn ")) << window_.text();
+}
+
+TEST_F(X11Failure, ADisplayWithoutSyntheticKeysIsRefused) {
+  XServer server("us,ru", "", XServer::Hardware::noSyntheticKeys);
+  Tessarok program(server, {});
+  EXPECT_EQ(program.exitStatus(), 2);
+  EXPECT_TRUE(program.says("the X server has no XTEST extension")) << program.errors();
+}
+
+TEST_F(X11Failure, WithoutADisplayTheReasonIsSaid) {
+  auto server = std::make_unique<XServer>();
+  server->stop();
+  Tessarok program(*server, {});
+  EXPECT_EQ(program.exitStatus(), 2);
+  EXPECT_TRUE(program.says("cannot open the display")) << program.errors();
+}
+
+}  // namespace
+}  // namespace tessarok::testing

@@ -1,0 +1,157 @@
+// The built program between a keyboard and a panel: what the icon says while keys are corrected or
+// not, and what is chosen from the menu.
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "desktops/virtual/TemporaryDirectory.h"
+#include "desktops/virtual/VirtualDesktop.h"
+#include "tests/desktops/freedesktop/PrivateBus.h"
+#include "tests/desktops/freedesktop/Pump.h"
+#include "tests/desktops/freedesktop/StatusHost.h"
+#include "tests/desktops/x11/Applications.h"
+#include "tests/desktops/x11/KeyboardGrab.h"
+#include "tests/desktops/x11/Patience.h"
+#include "tests/desktops/x11/Tessarok.h"
+#include "tests/desktops/x11/XServer.h"
+
+namespace tessarok::testing {
+namespace {
+
+constexpr std::uint8_t kGrave = 49;
+
+class X11Panel : public ::testing::Test {
+ protected:
+  void start(bool expectsCorrection = true) {
+    Tessarok::Setup setup;
+    setup.environment = {{"DBUS_SESSION_BUS_ADDRESS", bus_.address()},
+                         {"XDG_DATA_DIRS", TESSAROK_DATA_DIRS}};
+    program_ = std::make_unique<Tessarok>(server_, setup);
+    ASSERT_TRUE(host_.seesIcon());
+    if (!expectsCorrection) return;
+    ASSERT_TRUE(program_->says("correcting in every application")) << program_->errors();
+  }
+  void expectIcon(const std::string& icon, const std::string& toolTip) {
+    EXPECT_TRUE(waitUntil([&] { return host_.text("IconName") == icon; }))
+        << host_.text("IconName");
+    EXPECT_EQ(host_.toolTip(), toolTip);
+  }
+  void expect(const std::string& text) { EXPECT_TRUE(window_.shows(text)) << window_.text(); }
+  /// Whether the menu shows this line, soon.
+  bool shows(const std::string& line) {
+    return waitUntil([&] { return host_.drawnMenu().find(line + "\n") != std::string::npos; });
+  }
+
+  virtualdesktop::TemporaryDirectory home_;
+  // Only its main loop is used here.
+  virtualdesktop::VirtualDesktop base_{home_.path(), TESSAROK_TEST_DATA};
+  Pump pump_{base_.runLoop()};
+  PrivateBus bus_;
+  StatusHost host_{pump_, bus_.address()};
+  XServer server_;
+  GtkEntry window_{server_};
+  std::unique_ptr<Tessarok> program_;
+};
+
+TEST_F(X11Panel, EnabledSwitchesTheCorrectionOffAndOn) {
+  start();
+  expectIcon("tessarok-on-symbolic", "Tessarok — on");
+  ASSERT_TRUE(host_.choose("Enabled"));
+  expectIcon("tessarok-off-dimmed-symbolic", "Tessarok — paused");
+  EXPECT_TRUE(shows("[ ] Enabled"));
+  server_.type("ghbdtn ");
+  expect("ghbdtn ");
+  ASSERT_TRUE(host_.choose("Enabled"));
+  expectIcon("tessarok-on-symbolic", "Tessarok — on");
+  server_.type("ghbdtn ");
+  expect("ghbdtn привет ");
+}
+
+TEST_F(X11Panel, ThePauseIsShownUntilItEnds) {
+  start();
+  server_.tap(kGrave);
+  expectIcon("tessarok-paused-dimmed-symbolic", "Tessarok — пауза на 5 сек, сейчас включится");
+  server_.type(" ghbdtn ");
+  expect("` ghbdtn ");
+  expectIcon("tessarok-on-symbolic", "Tessarok — on");
+  server_.type("ghbdtn ");
+  expect("` ghbdtn привет ");
+}
+
+TEST_F(X11Panel, MissingLayoutsNeedAttention) {
+  server_.setLayouts("us");
+  start(false);
+  expectIcon("tessarok-attention-dimmed-symbolic",
+             "Tessarok — enable compatible Russian and QWERTY layouts, then select one of them");
+  server_.setLayouts("us,ru");
+  expectIcon("tessarok-on-symbolic", "Tessarok — on");
+}
+
+TEST_F(X11Panel, AKeyboardThatIsTakenNeedsAttention) {
+  std::optional<KeyboardGrab> other(server_);
+  start(false);
+  EXPECT_TRUE(
+      waitUntil([&] { return host_.text("IconName") == "tessarok-attention-dimmed-symbolic"; }));
+  other.reset();
+  expectIcon("tessarok-on-symbolic", "Tessarok — on");
+}
+
+TEST_F(X11Panel, TheShiftFixIsSwitchedForWhatIsTyped) {
+  start();
+  server_.type("GHbdtn ");
+  expect("Привет ");
+  server_.lockGroup(1);
+  ASSERT_TRUE(host_.choose("Shift-фикс (ПРивет → Привет)"));
+  EXPECT_TRUE(shows("[ ] Shift-фикс (ПРивет → Привет)"));
+  server_.type("GHbdtn ");
+  expect("Привет ПРивет ");
+}
+
+TEST_F(X11Panel, AWordPackIsSwitched) {
+  start();
+  ASSERT_TRUE(host_.choose("Геймерский"));
+  EXPECT_TRUE(shows("  [x] Геймерский"));
+  ASSERT_TRUE(host_.choose("IT / разработка"));
+  EXPECT_TRUE(shows("  [ ] IT / разработка"));
+}
+
+TEST_F(X11Panel, ThePanelIsRestarted) {
+  start();
+  host_.leave();
+  StatusHost restarted(pump_, bus_.address());
+  ASSERT_TRUE(restarted.seesIcon());
+  EXPECT_EQ(restarted.toolTip(), "Tessarok — on");
+  ASSERT_TRUE(restarted.choose("Enabled"));
+  EXPECT_TRUE(waitUntil([&] { return restarted.toolTip() == "Tessarok — paused"; }));
+}
+
+TEST_F(X11Panel, ABusThatEndsInTheMiddleOfAWordIsNoHindrance) {
+  start();
+  server_.type("ghb");
+  bus_.stop();
+  server_.type("dtn ");
+  expect("привет ");
+  EXPECT_TRUE(program_->says("session bus")) << program_->errors();
+  server_.type("vbh ");
+  expect("привет мир ");
+  EXPECT_EQ(program_->errors().find("session bus"), program_->errors().rfind("session bus"))
+      << program_->errors();
+  program_->send(SIGTERM);
+  EXPECT_EQ(program_->exitStatus(), 0) << program_->errors();
+}
+
+TEST_F(X11Panel, QuitEndsTheProgramAndFreesTheKeyboard) {
+  start();
+  EXPECT_TRUE(server_.isKeyboardHeld());
+  ASSERT_TRUE(host_.choose("Quit Tessarok"));
+  EXPECT_EQ(program_->exitStatus(), 0) << program_->errors();
+  EXPECT_FALSE(server_.isKeyboardHeld());
+  server_.type("ghbdtn ");
+  expect("ghbdtn ");
+}
+
+}  // namespace
+}  // namespace tessarok::testing

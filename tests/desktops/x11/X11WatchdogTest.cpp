@@ -1,0 +1,285 @@
+// Two processes watch over each other, so that a person keeps the keyboard whatever becomes of
+// either; and while nothing happens, neither of them does anything.
+
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <optional>
+#include <pty.h>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <unistd.h>
+
+#include "desktops/posix/FileDescriptor.h"
+#include "tests/desktops/x11/Applications.h"
+#include "tests/desktops/x11/Patience.h"
+#include "tests/desktops/x11/ProcessState.h"
+#include "tests/desktops/x11/Tessarok.h"
+#include "tests/desktops/x11/XServer.h"
+
+// Last, because of the plain words that Xlib defines as macros.
+#include <X11/Xlib.h>
+#include <X11/extensions/XInput2.h>
+
+namespace tessarok::testing {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::uint8_t kA = 38;
+constexpr std::uint8_t kShift = 50;
+constexpr char kControlC = 3;
+constexpr char kControlZ = 26;
+
+/// A terminal, at which nobody reads what is written.
+class Terminal {
+ public:
+  Terminal() {
+    int ends[2];
+    if (::openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr) != 0) {
+      throw std::runtime_error("no pseudo-terminal");
+    }
+    hands_ = posix::FileDescriptor(ends[0]);
+    inside_ = posix::FileDescriptor(ends[1]);
+    // A program that had it would keep the terminal alive.
+    for (const int end : ends)
+      ::fcntl(end, F_SETFD, FD_CLOEXEC);
+  }
+  [[nodiscard]] int inside() const { return inside_.get(); }
+  void type(char key) { ASSERT_EQ(::write(hands_.get(), &key, 1), 1); }
+  void close() {
+    static_cast<void>(hands_.close());
+    static_cast<void>(inside_.close());
+  }
+
+ private:
+  posix::FileDescriptor hands_;
+  posix::FileDescriptor inside_;
+};
+
+/// Another program, which has the keyboard to itself.
+class Holder {
+ public:
+  explicit Holder(XServer& server)
+      : display_(XOpenDisplay(server.name().c_str())), keyboard_(server.keyboard()) {
+    unsigned char bits[XIMaskLen(XI_LASTEVENT)] = {};
+    XIEventMask mask{keyboard_, sizeof bits, bits};
+    XIGrabDevice(display_, keyboard_, DefaultRootWindow(display_), CurrentTime, None, GrabModeAsync,
+                 GrabModeAsync, False, &mask);
+    XSync(display_, False);
+  }
+  Holder(const Holder&) = delete;
+  Holder& operator=(const Holder&) = delete;
+  ~Holder() { XCloseDisplay(display_); }
+
+ private:
+  Display* display_;
+  int keyboard_;
+};
+
+class X11Watchdog : public ::testing::Test {
+ protected:
+  /// A letter and Shift are down, and the application has seen them.
+  void holdKeys() {
+    ASSERT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+    server_.lockGroup(0);
+    server_.key(kShift, true);
+    server_.key(kA, true);
+    ASSERT_TRUE(waitUntil([this] { return server_.keysDown().size() == 2; }));
+    ASSERT_TRUE(waitUntil([this] { return window_.text().ends_with("A"); })) << window_.text();
+  }
+  /// The keyboard is free and no key is down, within a second.
+  void expectFreeWithinASecond(Clock::time_point since) {
+    EXPECT_TRUE(
+        waitUntil([this] { return !server_.isKeyboardHeld() && server_.keysDown().empty(); }));
+    const std::chrono::duration<double> passed = Clock::now() - since;
+    EXPECT_LT(passed.count(), 1.0);
+    RecordProperty("milliseconds", static_cast<int>(passed.count() * 1000));
+    const auto before = window_.text();
+    server_.key(kShift, false);
+    server_.key(kA, false);
+    server_.type("ghbdtn ");
+    EXPECT_TRUE(window_.shows(before + "ghbdtn ")) << window_.text();
+  }
+  void expectCorrecting() {
+    EXPECT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+    const auto before = window_.text();
+    server_.lockGroup(0);
+    server_.type("ghbdtn ");
+    EXPECT_TRUE(window_.shows(before + "привет ")) << window_.text();
+  }
+
+  XServer server_;
+  GtkEntry window_{server_};
+};
+
+TEST_F(X11Watchdog, AKilledWorkerLeavesNoKeyDown) {
+  Tessarok program(server_);
+  holdKeys();
+  program.sendToWorker(SIGKILL);
+  expectFreeWithinASecond(Clock::now());
+  EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
+  EXPECT_TRUE(program.says("ended by signal 9")) << program.errors();
+}
+
+TEST_F(X11Watchdog, AStoppedWorkerIsEnded) {
+  Tessarok program(server_);
+  holdKeys();
+  program.sendToWorker(SIGSTOP);
+  expectFreeWithinASecond(Clock::now());
+  EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
+  EXPECT_TRUE(program.says("did not answer")) << program.errors();
+}
+
+// Long after its last turn: nothing but the stop itself says that it is stopped.
+TEST_F(X11Watchdog, AStoppedWorkerIsEndedBeforeTheNextKeyIsTyped) {
+  Tessarok program(server_);
+  ASSERT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+  std::this_thread::sleep_for(std::chrono::seconds(1));
+  program.sendToWorker(SIGSTOP);
+  expectFreeWithinASecond(Clock::now());
+  EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
+}
+
+#ifdef TESSAROK_HANGING_KEY
+TEST_F(X11Watchdog, AWorkerBusyWithNothingIsEnded) {
+  constexpr std::uint8_t kB = 56;
+  Tessarok program(server_, {.settings = {},
+                             .home = {},
+                             .environment = {{"LD_PRELOAD", TESSAROK_HANGING_KEY},
+                                             {"TESSAROK_HANGING_KEY", std::to_string(kB)}}});
+  ASSERT_TRUE(program.says("correcting")) << program.errors();
+  holdKeys();
+  server_.key(kB, true);
+  server_.key(kB, false);
+  server_.sync();
+  expectFreeWithinASecond(Clock::now());
+  EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
+  EXPECT_TRUE(program.says("did not answer")) << program.errors();
+}
+#endif
+
+TEST_F(X11Watchdog, AWorkerThatHoldsNothingMayBeStopped) {
+  std::optional<Holder> other(server_);
+  Tessarok program(server_, {});
+  ASSERT_TRUE(program.says("no keyboard that another program does not hold")) << program.errors();
+  program.sendToWorker(SIGSTOP);
+  EXPECT_TRUE(waitUntil([&] { return stateOf(program.worker()) == 'T'; }));
+  std::this_thread::sleep_for(std::chrono::seconds(1));
+  EXPECT_EQ(stateOf(program.worker()), 'T');
+  program.sendToWorker(SIGCONT);
+  other.reset();
+  expectCorrecting();
+}
+
+TEST_F(X11Watchdog, AnEndedProgramLeavesNoKeyDown) {
+  Tessarok program(server_);
+  holdKeys();
+  program.send(SIGTERM);
+  expectFreeWithinASecond(Clock::now());
+  EXPECT_EQ(program.exitStatus(), 0) << program.errors();
+}
+
+// As a session does that ends, and whoever looks for the program by its name.
+TEST_F(X11Watchdog, BothMayBeToldToEndAndMoreThanOnce) {
+  Tessarok program(server_);
+  holdKeys();
+  const auto worker = program.worker();
+  for (int i = 0; i < 20; ++i) {
+    ::kill(worker, SIGTERM);
+    program.send(SIGTERM);
+  }
+  expectFreeWithinASecond(Clock::now());
+  EXPECT_EQ(program.exitStatus(), 0) << program.errors();
+}
+
+TEST_F(X11Watchdog, WithoutItsWatchdogTheWorkerHoldsNoKeyboard) {
+  Tessarok program(server_);
+  holdKeys();
+  const auto worker = program.worker();
+  program.send(SIGKILL);
+  expectFreeWithinASecond(Clock::now());
+  EXPECT_TRUE(program.says("watchdog process has ended")) << program.errors();
+  EXPECT_TRUE(waitUntil([&] { return stateOf(worker) == 'Z'; }));
+}
+
+TEST_F(X11Watchdog, AStoppedWatchdogLeavesTypingAlone) {
+  Tessarok program(server_);
+  expectCorrecting();
+  program.send(SIGSTOP);
+  EXPECT_TRUE(waitUntil([&] { return stateOf(program.process()) == 'T'; }));
+  for (int i = 0; i < 3; ++i)
+    expectCorrecting();
+  // When it goes on, it also hears of what happened meanwhile.
+  holdKeys();
+  program.sendToWorker(SIGSTOP);
+  program.send(SIGCONT);
+  expectFreeWithinASecond(Clock::now());
+}
+
+TEST_F(X11Watchdog, ControlZAtTheTerminalFreesTheKeyboard) {
+  Terminal terminal;
+  Tessarok program(server_,
+                   {.settings = {}, .home = {}, .environment = {}, .terminal = terminal.inside()});
+  ASSERT_TRUE(program.says("correcting")) << program.errors();
+  holdKeys();
+  terminal.type(kControlZ);
+  expectFreeWithinASecond(Clock::now());
+  EXPECT_EQ(program.exitStatus(), 128 + SIGKILL) << program.errors();
+}
+
+TEST_F(X11Watchdog, WhereNothingIsHeldControlZStopsBothAndTheyGoOn) {
+  std::optional<Holder> other(server_);
+  Terminal terminal;
+  Tessarok program(server_,
+                   {.settings = {}, .home = {}, .environment = {}, .terminal = terminal.inside()});
+  ASSERT_TRUE(program.says("no keyboard that another program does not hold")) << program.errors();
+  terminal.type(kControlZ);
+  EXPECT_TRUE(waitUntil(
+      [&] { return stateOf(program.process()) == 'T' && stateOf(program.worker()) == 'T'; }));
+  other.reset();
+  program.send(SIGCONT);
+  expectCorrecting();
+}
+
+TEST_F(X11Watchdog, ControlCAtTheTerminalEndsTheProgram) {
+  Terminal terminal;
+  Tessarok program(server_,
+                   {.settings = {}, .home = {}, .environment = {}, .terminal = terminal.inside()});
+  ASSERT_TRUE(program.says("correcting")) << program.errors();
+  holdKeys();
+  terminal.type(kControlC);
+  expectFreeWithinASecond(Clock::now());
+  EXPECT_EQ(program.exitStatus(), 0) << program.errors();
+}
+
+TEST_F(X11Watchdog, TheEndOfTheTerminalEndsTheProgram) {
+  Terminal terminal;
+  Tessarok program(server_,
+                   {.settings = {}, .home = {}, .environment = {}, .terminal = terminal.inside()});
+  ASSERT_TRUE(program.says("correcting")) << program.errors();
+  holdKeys();
+  terminal.close();
+  expectFreeWithinASecond(Clock::now());
+  EXPECT_EQ(program.exitStatus(), 0) << program.errors();
+}
+
+TEST_F(X11Watchdog, NothingButTheTickOfTwoSecondsWakesThem) {
+  constexpr int kTicks = 3;
+  Tessarok program(server_);
+  expectCorrecting();
+  // What was typed has been dealt with.
+  std::this_thread::sleep_for(std::chrono::seconds(3));
+  const auto worker = program.worker();
+  const auto waits = waitsOf(worker);
+  const auto watchdogWaits = waitsOf(program.process());
+  std::this_thread::sleep_for(std::chrono::seconds(2 * kTicks));
+  // One more may begin or end in this time.
+  EXPECT_LE(waitsOf(worker) - waits, kTicks + 1);
+  EXPECT_EQ(waitsOf(program.process()) - watchdogWaits, 0);
+}
+
+}  // namespace
+}  // namespace tessarok::testing

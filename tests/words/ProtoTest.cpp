@@ -1,0 +1,191 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/FakeDesktop.h"
+#include "words/Proto.h"
+
+namespace tessarok {
+namespace {
+
+using testing::FakeDesktop;
+
+constexpr Proto::Kind kEnglishPairs{"", false, 2, false};
+constexpr Proto::Kind kEnglishTriples{"", false, 3, false};
+constexpr Proto::Kind kEnglishMarked{"", false, 3, true};
+constexpr Proto::Kind kRussianPairs{"", true, 2, false};
+constexpr Proto::Kind kRussianMarked{"", true, 3, true};
+/// Not one of the six files, but the rules hold for any length.
+constexpr Proto::Kind kMarkedPairs{"", false, 2, true};
+
+bool isAccepted(std::string_view text, const Proto::Kind& kind) {
+  const auto parsed = Proto::parse(text, kind);
+  EXPECT_EQ(parsed.fault.has_value(), parsed.set.empty()) << text;
+  return !parsed.set.empty();
+}
+
+TEST(Proto, MarksStandAtTheEndsOfBoundaryTriplesOnly) {
+  EXPECT_TRUE(isAccepted("^qu\nly$\n^a$\nabc\n", kEnglishMarked));
+  EXPECT_TRUE(isAccepted("^пр\nет$\n^и$\nёж$\n", kRussianMarked));
+  for (const std::string_view bad : {"q^u", "qu^", "$qu", "q$u", "^^a", "a$$"}) {
+    EXPECT_FALSE(isAccepted(bad, kEnglishMarked)) << bad;
+  }
+  EXPECT_FALSE(isAccepted("^q$", kMarkedPairs));
+  EXPECT_FALSE(isAccepted("^qu", kEnglishTriples));
+}
+
+TEST(Proto, OneBadLineRejectsTheWholeFile) {
+  EXPECT_TRUE(isAccepted("ab\nbc\n", kEnglishPairs));
+  for (const std::string_view bad :
+       {"ab\nABC\n", "ab\nAB\n", "ab\na\n", "ab\nabc\n", "ab\na1\n", "ab\nна\n", "ab\n#\n"}) {
+    EXPECT_FALSE(isAccepted(bad, kEnglishPairs)) << bad;
+  }
+  EXPECT_FALSE(isAccepted("на\nНА\n", kRussianPairs));
+  EXPECT_EQ(Proto::parse("ab\n\nABC", kEnglishPairs).fault->line, 3u);
+}
+
+TEST(Proto, BlankLinesRepetitionsAndSpacesAtTheEndsAreHarmless) {
+  const auto parsed = Proto::parse("\n ab\t\n\nbc\nab", kEnglishPairs);
+  EXPECT_EQ(parsed.set.size(), 2u);
+}
+
+TEST(Proto, CrLfLineEndsAreRejected) {
+  EXPECT_FALSE(isAccepted("ab\r\nbc\r\n", kEnglishPairs));
+  EXPECT_EQ(Proto::parse("ab\r\nbc\r\n", kEnglishPairs).fault->reason, kCrLfReason);
+}
+
+TEST(Proto, AFileWithoutLinesIsEmpty) {
+  EXPECT_FALSE(isAccepted("", kEnglishPairs));
+  EXPECT_FALSE(isAccepted("\n\n", kEnglishPairs));
+}
+
+TEST(Proto, NothingIsKnownBeforeLoading) {
+  FakeDesktop desktop;
+  desktop.addAllTestData();
+  EXPECT_FALSE(Proto::isAvailable(true));
+  EXPECT_FALSE(Proto::isAvailable(false));
+  EXPECT_FALSE(Proto::hasImpossible("ъъъ", true));
+}
+
+TEST(Proto, ALanguageNeedsAllThreeOfItsSets) {
+  FakeDesktop desktop;
+  desktop.addAllTestData();
+  desktop.addResource("proto_ru2", "НА\n");
+  Proto::load();
+  EXPECT_TRUE(Proto::pairs(true).empty());
+  EXPECT_FALSE(Proto::isAvailable(true));
+  EXPECT_TRUE(Proto::isAvailable(false));
+}
+
+TEST(Proto, WithoutTriplesALanguageIsNotAvailable) {
+  FakeDesktop desktop;
+  desktop.addAllTestData();
+  desktop.addResource("proto_ru3", "");
+  desktop.addResource("proto_en3b", "");
+  Proto::load();
+  EXPECT_FALSE(Proto::pairs(true).empty());
+  EXPECT_FALSE(Proto::isAvailable(true));
+  EXPECT_FALSE(Proto::triples(false).empty());
+  EXPECT_FALSE(Proto::isAvailable(false));
+}
+
+TEST(Proto, AFileThatCannotBeReadIsEmpty) {
+  FakeDesktop desktop;
+  desktop.addAllTestData();
+  desktop.bundle().resources["proto_ru2.txt"] = desktop.home();  // a folder
+  Proto::load();
+  EXPECT_TRUE(Proto::pairs(true).empty());
+  EXPECT_FALSE(Proto::triples(true).empty());
+}
+
+TEST(Proto, AFileThatIsNotUtf8IsEmpty) {
+  FakeDesktop desktop;
+  desktop.addAllTestData();
+  desktop.addResource("proto_ru2", "на\n\xff\n");
+  Proto::load();
+  EXPECT_TRUE(Proto::pairs(true).empty());
+}
+
+TEST(Proto, LoadingTwiceReadsTheFilesOnce) {
+  FakeDesktop desktop;
+  desktop.addAllTestData();
+  Proto::load();
+  Proto::load();
+  for (const auto& kind : Proto::kKinds) {
+    EXPECT_EQ(desktop.files().reads[std::string(kind.resource) + ".txt"], 1) << kind.resource;
+  }
+}
+
+TEST(Proto, ALoadWithoutFilesIsNotRepeated) {
+  FakeDesktop desktop;
+  Proto::load();
+  desktop.addAllTestData();
+  Proto::load();
+  EXPECT_FALSE(Proto::isAvailable(false));
+  EXPECT_TRUE(desktop.systemLog().take().empty());
+}
+
+TEST(Proto, AWordTooShortToJudgeIsFullyPlausible) {
+  FakeDesktop desktop;
+  desktop.addAllTestData();
+  Proto::load();
+  EXPECT_DOUBLE_EQ(Proto::plausibility("q", false), 1.0);
+  EXPECT_DOUBLE_EQ(Proto::plausibility("", false), 1.0);
+}
+
+TEST(Proto, AnUnknownPairCountsNothing) {
+  FakeDesktop desktop;
+  desktop.addResource("proto_en2", "ab\n");
+  desktop.addResource("proto_en3", "abc\n");
+  desktop.addResource("proto_en3b", "abc\n");
+  Proto::load();
+  // The pair is unknown and there is no triple to judge.
+  EXPECT_DOUBLE_EQ(Proto::plausibility("zz", false), 0.3);
+  EXPECT_DOUBLE_EQ(Proto::plausibility("ab", false), 1.0);
+  EXPECT_DOUBLE_EQ(Proto::plausibility("zzz", false), 0.0);
+}
+
+TEST(Proto, PairsWeighSevenTenthsAndTriplesThree) {
+  FakeDesktop desktop;
+  desktop.addResource("proto_en2", "ab\nbc\ncd\n");
+  desktop.addResource("proto_en3", "abc\n");
+  desktop.addResource("proto_en3b", "abc\n");
+  Proto::load();
+  // All of ab, bc, cd are known, and abc of abc, bcd.
+  EXPECT_DOUBLE_EQ(Proto::plausibility("abcd", false), 0.7 + 0.15);
+  // ab of ab, bz, and none of abz.
+  EXPECT_DOUBLE_EQ(Proto::plausibility("abz", false), 0.35);
+  // A digit is in no n-gram.
+  EXPECT_DOUBLE_EQ(Proto::plausibility("ab1", false), 0.35);
+}
+
+TEST(Proto, TripleOutsideTheListOfPossibleOnesIsImpossible) {
+  FakeDesktop desktop;
+  desktop.addResource("proto_ru3b", "^да\nда$\n^я$\n");
+  Proto::load();
+  EXPECT_FALSE(Proto::hasImpossible("да", true));
+  EXPECT_FALSE(Proto::hasImpossible("я", true));
+  EXPECT_TRUE(Proto::hasImpossible("а", true));
+  EXPECT_TRUE(Proto::hasImpossible("дада", true));
+  EXPECT_TRUE(Proto::hasImpossible("да1", true));
+  // The start of the word is possible, its end is not.
+  EXPECT_TRUE(Proto::hasImpossible("дар", true));
+}
+
+TEST(Proto, TheEmptyWordIsNotImpossible) {
+  FakeDesktop desktop;
+  desktop.addAllTestData();
+  Proto::load();
+  EXPECT_FALSE(Proto::hasImpossible("", true));
+  EXPECT_FALSE(Proto::hasImpossible("", false));
+}
+
+TEST(Proto, WithoutBoundaryTriplesNothingIsImpossible) {
+  FakeDesktop desktop;
+  desktop.addAllTestData();
+  desktop.addResource("proto_en3b", "");
+  Proto::load();
+  EXPECT_FALSE(Proto::hasImpossible("qqqzzz", false));
+  EXPECT_TRUE(Proto::hasImpossible("ъъъ", true));
+}
+
+}  // namespace
+}  // namespace tessarok
