@@ -270,6 +270,10 @@ bool isAsciiLetter(std::string_view character) {
   return character.size() == 1 && isAsciiLetter(firstScalar(character));
 }
 
+bool isControl(std::string_view character) {
+  return category(firstScalar(character)) == UTF8PROC_CATEGORY_CC;
+}
+
 bool isControlOrSpace(char32_t scalar) {
   const auto c = category(scalar);
   return c == UTF8PROC_CATEGORY_CC || c == UTF8PROC_CATEGORY_CF || isTrimmable(scalar);

@@ -148,6 +148,14 @@ TEST(Text, KnowsControlCharactersAndWhiteSpace) {
   EXPECT_FALSE(isControlOrSpace(U'-'));
 }
 
+TEST(Text, ControlCharactersAreThoseOfTheirCategory) {
+  for (const std::string_view control : {"\n", "\r\n", "\x10", "\x1b", "\x7f", "\u0085"})
+    EXPECT_TRUE(isControl(control)) << control;
+  // A zero-width joiner is a format character.
+  for (const std::string_view other : {"", "a", " ", "\u00a0", "\u200d", "\xff"})
+    EXPECT_FALSE(isControl(other)) << other;
+}
+
 TEST(Text, LowersLettersOfAllScripts) {
   EXPECT_EQ(lowercased("ПРИВЁТ Hello ÉÑ"), "привёт hello éñ");
   EXPECT_EQ(lowercased("123-_"), "123-_");
