@@ -30,10 +30,6 @@ Language languageAtStart(std::string_view text) {
   return Language::english;
 }
 
-const KeyTable& tableOf(Language language) {
-  return language == Language::russian ? KeyTable::russian() : KeyTable::english();
-}
-
 /// Types the Characters of a text, each on the keyboard that it belongs to: letters on that of
 /// their alphabet, everything else on that of the letters before it.
 class Typist {
@@ -56,8 +52,8 @@ class Typist {
   [[nodiscard]] std::optional<KeyTable::Stroke> strokeFor(std::string_view character) const {
     const auto scalar = text::singleScalar(character);
     if (!scalar) return std::nullopt;
-    const auto stroke = tableOf(language_).strokeFor(*scalar);
-    return stroke ? stroke : tableOf(other(language_)).strokeFor(*scalar);
+    const auto stroke = KeyTable::of(language_).strokeFor(*scalar);
+    return stroke ? stroke : KeyTable::of(other(language_)).strokeFor(*scalar);
   }
 
   VirtualDesktop& desktop_;
