@@ -9,6 +9,7 @@
 #include "Check.h"
 #include "FuzzDesktop.h"
 #include "Input.h"
+#include "words/UserDict.h"
 
 namespace tessarok::fuzz {
 
