@@ -4,7 +4,7 @@
 
 #include "Check.h"
 #include "text/Text.h"
-#include "words/UserDict.h"
+#include "words/WordList.h"
 #include "words/WordSet.h"
 
 namespace tessarok::fuzz {
@@ -17,7 +17,7 @@ inline void checkListedWords(const WordSet& words) {
     check(!word.empty() && word.front() != '#', "comments are no words");
     lines += word + "\n";
   }
-  check(UserDict::parse(lines) == words, "a list read again is the same");
+  check(tessarok::WordList::parse(lines).toSet() == words, "a list read again is the same");
 }
 
 }  // namespace tessarok::fuzz

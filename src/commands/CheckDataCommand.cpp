@@ -13,7 +13,7 @@
 #include "words/Proto.h"
 #include "words/ResourceLocator.h"
 #include "words/ShortFreq.h"
-#include "words/UserDict.h"
+#include "words/WordList.h"
 
 namespace tessarok::commands {
 
@@ -68,7 +68,7 @@ class Checker {
 };
 
 std::optional<DataFault> findPackFault(std::string_view data) {
-  if (UserDict::parse(data).empty()) return DataFault{0, "the file holds no word"};
+  if (WordList::parse(data).empty()) return DataFault{0, "the file holds no word"};
   return std::nullopt;
 }
 

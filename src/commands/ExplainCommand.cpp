@@ -13,6 +13,7 @@
 #include "words/Detector.h"
 #include "words/IgnoreList.h"
 #include "words/LayoutMap.h"
+#include "words/ListQueue.h"
 #include "words/Proto.h"
 #include "words/UserDict.h"
 
@@ -105,9 +106,11 @@ void explainAll(std::string_view lines, const ExplainOptions& options) {
 }
 
 void loadLists() {
-  IgnoreList::load(false);
+  IgnoreList::load(IgnoreList::Recovery::inMemory);
   UserDict::reload();
   BuiltinPacks::rebuild();
+  IgnoreList::flush();
+  ListQueue::drain();
 }
 
 }  // namespace

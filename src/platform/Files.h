@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/FileLock.h"
 #include "platform/FileStamp.h"
@@ -20,8 +21,8 @@ class Files {
   virtual ~Files() = default;
 
   /// A larger file is not read whole; what is read is lists of words, and a file of this size in
-  /// their place is a mistake that would fill the memory. In bytes: 64 MiB.
-  static constexpr std::uint64_t kMostRead = std::uint64_t{64} * 1024 * 1024;
+  /// their place is a mistake that would fill the memory. In bytes: 1 GiB.
+  static constexpr std::uint64_t kMostRead = std::uint64_t{1024} * 1024 * 1024;
 
   [[nodiscard]] virtual std::filesystem::path homeDirectory() = 0;
   /// The folder that holds every program's own data of this person; absent when unknown.
@@ -36,6 +37,8 @@ class Files {
   /// reason in `error` when that is given.
   [[nodiscard]] virtual std::optional<std::string> read(const std::filesystem::path& file,
                                                         std::string* error = nullptr) = 0;
+  /// The names in a folder, in no order; those that could be read.
+  [[nodiscard]] virtual std::vector<std::string> list(const std::filesystem::path& folder) = 0;
   /// Null when the file cannot be opened or mapped.
   [[nodiscard]] virtual std::unique_ptr<MappedFile> map(const std::filesystem::path& file) = 0;
 
@@ -46,6 +49,8 @@ class Files {
   /// old or the new text, never half of one. Absent on success, else the reason.
   [[nodiscard]] virtual std::optional<std::string> writeAtomically(
       const std::filesystem::path& file, std::string_view text) = 0;
+  /// Removes a file, a link itself rather than what is at its end; whether it is gone now.
+  [[nodiscard]] virtual bool remove(const std::filesystem::path& file) = 0;
   /// Removes what writes that were cut off, by a crash or a power failure, have left in a folder
   /// of this program. Failures are ignored.
   virtual void removeLeftovers(const std::filesystem::path& folder) = 0;

@@ -274,10 +274,11 @@ const char* Detector::name(Confidence confidence) {
 
 bool Detector::isExcluded(std::string_view lower) {
   const auto isListedAs = [](std::string_view word) {
-    return blacklist().contains(word) || IgnoreList::words().contains(word) ||
-           IgnoreList::sessionWords().contains(word) || UserDict::words().contains(word) ||
-           BuiltinPacks::words().contains(word);
+    return blacklist().contains(word) || IgnoreList::contains(word) || UserDict::contains(word) ||
+           BuiltinPacks::contains(word);
   };
+  // Any word may be on a list that a slow disk has not given yet.
+  if (IgnoreList::isLoading() || UserDict::isLoading() || BuiltinPacks::isLoading()) return true;
   if (text::isSurelyComposed(lower)) return isListedAs(lower);
   return isListedAs(text::composed(lower));
 }

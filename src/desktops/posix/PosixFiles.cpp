@@ -62,7 +62,7 @@ FileDescriptor openRegularFile(const fs::path& file, int flags) {
 
 std::string readErrorText(int number) {
   if (number == EINVAL) return "not a regular file";
-  if (number == EFBIG) return "the file is larger than 64 MiB";
+  if (number == EFBIG) return "the file is larger than 1 GiB";
   return errorText(number);
 }
 
@@ -253,6 +253,16 @@ std::optional<std::string> PosixFiles::read(const fs::path& file, std::string* e
   return std::nullopt;
 }
 
+std::vector<std::string> PosixFiles::list(const fs::path& folder) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    names.push_back(entry->path().filename().string());
+  }
+  return names;
+}
+
 std::unique_ptr<platform::MappedFile> PosixFiles::map(const fs::path& file) {
   const auto descriptor = openRegularFile(file, O_RDONLY);
   struct stat status {};
@@ -284,6 +294,10 @@ std::optional<std::string> PosixFiles::writeAtomically(const fs::path& file,
   if (!temporary.replace(target, text)) return errorText(errno);
   flushFolder(target.parent_path());
   return std::nullopt;
+}
+
+bool PosixFiles::remove(const fs::path& file) {
+  return ::unlink(file.c_str()) == 0 || errno == ENOENT;
 }
 
 void PosixFiles::removeLeftovers(const fs::path& folder) {
