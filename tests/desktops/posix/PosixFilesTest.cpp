@@ -240,10 +240,13 @@ TEST_F(PosixFilesTest, AStampTellsStatesOfAFileApart) {
 }
 
 TEST_F(PosixFilesTest, CreatesFoldersWithThoseAbove) {
+  const auto mask = ::umask(027);
   EXPECT_FALSE(files.createDirectories(folder / "a" / "b" / "c").has_value());
+  ::umask(mask);
   EXPECT_TRUE(fs::is_directory(folder / "a" / "b" / "c"));
-  EXPECT_EQ(modeOf(folder / "a"), 0700u);
-  EXPECT_EQ(modeOf(folder / "a" / "b" / "c"), 0700u);
+  // As of any new folder; what is private in it is so by itself.
+  EXPECT_EQ(modeOf(folder / "a"), 0750u);
+  EXPECT_EQ(modeOf(folder / "a" / "b" / "c"), 0750u);
   EXPECT_FALSE(files.createDirectories(folder / "a" / "b" / "c").has_value());
   EXPECT_FALSE(files.createDirectories(folder / "a" / "d" / "").has_value());
 }
@@ -281,7 +284,6 @@ TEST_F(PosixFilesTest, TheLogIsCreatedAppendedToAndRestarted) {
   const auto log = folder / "log";
   files.appendToLog(log, "one\n", 8);
   EXPECT_EQ(readFile(log), "one\n");
-  EXPECT_EQ(modeOf(log), 0600u);
   files.appendToLog(log, "two\n", 8);
   files.appendToLog(log, "three\n", 8);
   EXPECT_EQ(readFile(log), "one\ntwo\nthree\n");
@@ -296,41 +298,136 @@ TEST_F(PosixFilesTest, ALogThatCannotBeWrittenIsIgnored) {
   EXPECT_TRUE(names().empty());
 }
 
-TEST_F(PosixFilesTest, TheLogIsNotWrittenThroughALink) {
-  writeFile(folder / "precious", "text\n");
-  fs::create_symlink("precious", folder / "log");
-  fs::create_symlink("nothing yet", folder / "other.log");
-  files.appendToLog(folder / "log", "line\n", 0);
-  files.appendToLog(folder / "other.log", "line\n", 0);
-  EXPECT_EQ(readFile(folder / "precious"), "text\n");
-  EXPECT_FALSE(fs::exists(folder / "nothing yet"));
+TEST_F(PosixFilesTest, TheLogHasThePermissionsOfAnyNewFile) {
+  const auto mask = ::umask(027);
+  files.appendToLog(folder / "log", "line\n", 8);
+  ::umask(mask);
+  EXPECT_EQ(modeOf(folder / "log"), 0640u);
+}
+
+TEST_F(PosixFilesTest, TheLogMayBeALink) {
+  writeFile(folder / "other", "text\n");
+  fs::create_symlink("other", folder / "log");
+  fs::create_symlink("nothing yet", folder / "new.log");
+  files.appendToLog(folder / "log", "line\n", 80);
+  files.appendToLog(folder / "new.log", "line\n", 80);
+  EXPECT_EQ(readFile(folder / "other"), "text\nline\n");
+  EXPECT_EQ(readFile(folder / "nothing yet"), "line\n");
+  EXPECT_TRUE(fs::is_symlink(folder / "log"));
+}
+
+TEST_F(PosixFilesTest, TheLogMayBeTheStandardErrorOfTheProgram) {
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  EXPECT_EQ(inChild([&] {
+              ::dup2(ends[1], STDERR_FILENO);
+              files.appendToLog("/dev/stderr", "to a pipe\n", 8);
+              const int file = ::open((folder / "errors").c_str(), O_WRONLY | O_CREAT, 0600);
+              ::dup2(file, STDERR_FILENO);
+              files.appendToLog("/dev/stderr", "to a file\n", 80);
+              return 0;
+            }),
+            0);
+  ::close(ends[1]);
+  char text[80];
+  const auto length = ::read(ends[0], text, sizeof text);
+  ::close(ends[0]);
+  EXPECT_EQ(std::string(text, static_cast<std::size_t>(std::max(length, ssize_t{0}))),
+            "to a pipe\n");
+  EXPECT_EQ(readFile(folder / "errors"), "to a file\n");
+}
+
+TEST_F(PosixFilesTest, NobodyWaitsForTheReaderOfALog) {
+  ASSERT_EQ(::mkfifo((folder / "log").c_str(), 0600), 0);
+  files.appendToLog(folder / "log", "nobody reads this\n", 8);
+  const int reader = ::open((folder / "log").c_str(), O_RDONLY | O_NONBLOCK);
+  files.appendToLog(folder / "log", "line\n", 8);
+  char text[80];
+  EXPECT_EQ(::read(reader, text, sizeof text), 5);
+  // More than the pipe holds, and a reader who has stopped reading.
+  const std::string much(1 << 20, 'x');
+  files.appendToLog(folder / "log", much, 8);
+  ::close(reader);
+}
+
+/// The name of what a write that the system cut off has left.
+std::string nameOfAWriteOf(PosixFiles& files, const fs::path& folder) {
+  const auto target = folder / "target";
+  std::string name;
+  const auto child = ::fork();
+  if (child == 0) {
+    // Too much for the limit, which ends the process in the middle of its write.
+    ::signal(SIGXFSZ, SIG_DFL);
+    const rlimit noCore{0, 0};
+    ::setrlimit(RLIMIT_CORE, &noCore);
+    const rlimit limit{4, 4};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    static_cast<void>(files.writeAtomically(target, "more than that"));
+    ::_exit(0);
+  }
+  int status = 0;
+  EXPECT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFSIGNALED(status));
+  for (const auto& entry : fs::directory_iterator(folder))
+    name = entry.path().filename();
+  EXPECT_FALSE(name.empty());
+  return name;
 }
 
 TEST_F(PosixFilesTest, WhatACutOffWriteHasLeftGoes) {
-  const auto old = fs::file_time_type::clock::now() - std::chrono::hours(1);
-  const auto leave = [&](const std::string& name, bool isOld) {
-    writeFile(folder / name, "half");
-    if (isOld) fs::last_write_time(folder / name, old);
-  };
-  leave(".rejects.txt.aB3dE9", true);
-  leave(".settings.json.000000", true);
-  // One that is perhaps being written, and files that are none of these.
-  std::vector<std::string> others = {".rejects.txt.aB3dE8"};
-  leave(others.back(), false);
-  for (const std::string name : {"rejects.txt", ".rejects.txt", ".rejects.txt.aB3dE", ".x.aB3dE9",
-                                 ".rejects.txt-aB3dE9", "rejects.txt.aB3dE9", ".learning.lock"}) {
-    leave(name, true);
-    others.push_back(name);
-  }
-  fs::create_directory(folder / ".folder.txt.aB3dE9");
-  others.emplace_back(".folder.txt.aB3dE9");
-  fs::last_write_time(folder / ".folder.txt.aB3dE9", old);
+  const auto name = nameOfAWriteOf(files, folder);
+  files.removeLeftovers(folder);
+  // It may still be being written.
+  EXPECT_EQ(names(), std::vector<std::string>{name});
+  fs::last_write_time(folder / name, fs::file_time_type::clock::now() - std::chrono::hours(1));
   files.removeLeftovers(folder);
   files.removeLeftovers(folder / "no such folder");
+  EXPECT_TRUE(names().empty());
+}
+
+TEST_F(PosixFilesTest, NoFileThatAPersonHasMadeIsTakenForALeftover) {
+  const auto ours = nameOfAWriteOf(files, folder);
+  fs::remove(folder / ours);
+  auto lastDigit = ours;
+  auto& digit = lastDigit[lastDigit.find('.', 1) - 1];
+  digit = digit == '0' ? '1' : '0';
+  const auto old = fs::file_time_type::clock::now() - std::chrono::hours(24 * 365);
+  std::vector<std::string> others = {".notes.txt.latest",
+                                     ".dictionary.txt.backup",
+                                     ".rejects.txt.aB3dE9",
+                                     ".settings.json.000000",
+                                     "rejects.txt",
+                                     ".learning.lock",
+                                     ".tessarok-notes.backup",
+                                     lastDigit,
+                                     ours + "~",
+                                     ours.substr(1),
+                                     ours.substr(0, ours.size() - 1),
+                                     "copy of " + ours};
+  for (const auto& name : others) {
+    writeFile(folder / name, "half");
+    fs::last_write_time(folder / name, old);
+  }
+  // Not even under its name is what a person has made a folder, a link or a second name of.
+  fs::create_directory(folder / ours);
+  fs::last_write_time(folder / ours, old);
+  files.removeLeftovers(folder);
+  EXPECT_TRUE(fs::exists(folder / ours));
+  fs::remove(folder / ours);
+  fs::create_hard_link(folder / "rejects.txt", folder / ours);
+  files.removeLeftovers(folder);
+  EXPECT_TRUE(fs::exists(folder / ours));
+  others.push_back(ours);
   auto left = names();
   std::sort(left.begin(), left.end());
   std::sort(others.begin(), others.end());
   EXPECT_EQ(left, others);
+}
+
+TEST_F(PosixFilesTest, ATargetWithTheLongestOfNamesIsWritten) {
+  const std::string name(255, 'n');
+  EXPECT_EQ(files.writeAtomically(folder / name, "text"), std::nullopt);
+  EXPECT_EQ(names(), std::vector<std::string>{name});
 }
 
 TEST_F(PosixFilesTest, ALockKeepsAnotherProcessOutUntilItGoes) {
@@ -350,26 +447,28 @@ TEST_F(PosixFilesTest, ALockKeepsAnotherProcessOutUntilItGoes) {
     const auto result = files.lockExclusively(file);
     ASSERT_TRUE(std::holds_alternative<std::unique_ptr<platform::FileLock>>(result));
     EXPECT_EQ(tryInChild(), 1);
-    EXPECT_EQ(readFile(file), std::to_string(::getpid()) + "\n");
+    EXPECT_EQ(readFile(file), "");
   }
   EXPECT_TRUE(fs::exists(file));
   EXPECT_EQ(tryInChild(), 0);
-}
-
-TEST_F(PosixFilesTest, AFailedLockDoesNotTouchTheHoldersNumber) {
-  const auto file = folder / "instance.lock";
-  const auto held = files.lockExclusively(file);
-  const auto before = readFile(file);
-  const auto second = files.lockExclusively(file);
-  EXPECT_TRUE(std::holds_alternative<FileLockFailure>(second));
-  EXPECT_EQ(readFile(file), before);
 }
 
 TEST_F(PosixFilesTest, AStaleLockFileHoldsNobodyOff) {
   writeFile(folder / "instance.lock", "123456789\nand more\n");
   const auto result = files.lockExclusively(folder / "instance.lock");
   ASSERT_TRUE(std::holds_alternative<std::unique_ptr<platform::FileLock>>(result));
-  EXPECT_EQ(readFile(folder / "instance.lock"), std::to_string(::getpid()) + "\n");
+  EXPECT_EQ(readFile(folder / "instance.lock"), "123456789\nand more\n");
+}
+
+TEST_F(PosixFilesTest, ALockThroughALinkLeavesTheFileAsItIs) {
+  writeFile(folder / "precious", "text\n");
+  fs::create_symlink("precious", folder / "instance.lock");
+  const auto held = files.lockExclusively(folder / "instance.lock");
+  ASSERT_TRUE(std::holds_alternative<std::unique_ptr<platform::FileLock>>(held));
+  EXPECT_TRUE(
+      std::holds_alternative<FileLockFailure>(files.lockExclusively(folder / "instance.lock")));
+  EXPECT_EQ(readFile(folder / "precious"), "text\n");
+  EXPECT_TRUE(fs::is_symlink(folder / "instance.lock"));
 }
 
 TEST_F(PosixFilesTest, ALockThatCannotBeOpenedSaysWhy) {
