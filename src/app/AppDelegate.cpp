@@ -225,6 +225,7 @@ void AppDelegate::startTap() {
 
 void AppDelegate::tick() {
   UserDict::reloadIfChanged();
+  if (Dict::noticeChanges()) updateIcon();
   if (InputSource::refreshKeyboardTypeIfNeeded()) {
     KeyTap::shared().invalidateInputSourceContext(true);
     updateIcon();

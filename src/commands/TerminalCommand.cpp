@@ -5,6 +5,7 @@
 
 #include "app/Corrector.h"
 #include "commands/CommandError.h"
+#include "desktops/posix/WriteSignals.h"
 #include "desktops/terminal/LoginShell.h"
 #include "desktops/terminal/OuterTerminal.h"
 #include "desktops/terminal/Pty.h"
@@ -46,6 +47,7 @@ bool isTerminal() {
 
 int runTerminal(const Options& options, const TerminalOptions& terminal) {
   if (!isTerminal()) throw CommandError("standard input is not a terminal");
+  posix::ignoreWriteSignals();
   OuterTerminal outer;
   const auto command =
       terminal.command.empty() ? std::vector{terminal::loginShell()} : terminal.command;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "commands/Options.h"
+#include "commands/PersonsLists.h"
 
 namespace tessarok::commands {
 
@@ -11,6 +12,7 @@ namespace tessarok::commands {
 struct TypeOptions {
   /// The layout selected at the start is the Russian one; absent: that of the first letter.
   std::optional<bool> fromRussian;
+  Lists lists = Lists::persons;
   /// Absent for standard input.
   std::optional<std::string> text;
 };

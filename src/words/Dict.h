@@ -10,6 +10,9 @@ class Dict {
   Dict() = delete;
   [[nodiscard]] static const DictFile& en();
   [[nodiscard]] static const DictFile& ru();
+  [[nodiscard]] static bool areAvailable() { return en().isAvailable() && ru().isAvailable(); }
+  /// Looks whether a file was written to in place. True when one is unavailable since just now.
+  static bool noticeChanges();
   [[nodiscard]] static const DictFile& of(bool russian) { return russian ? ru() : en(); }
 };
 

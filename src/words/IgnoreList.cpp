@@ -43,6 +43,8 @@ struct State {
   RenderedList<IgnoreList::Counts> rejectsLines{rejectCounts, &appendReject};
   /// Files that exist but could not be read: never written in this run.
   std::set<std::filesystem::path> protectedFiles;
+  /// Files that began with a byte-order mark, and are to do so when they are written again.
+  std::set<std::filesystem::path> markedFiles;
   bool loaded = false;
   bool inMemoryOnly = false;
 };
@@ -70,6 +72,7 @@ std::optional<std::string> read(const std::filesystem::path& file) {
   auto& desktop = platform::desktop();
   std::string error;
   auto text = desktop.files().read(file, &error);
+  if (text && text->starts_with(WordLines::kByteOrderMark)) state().markedFiles.insert(file);
   if (text && text::isValidUtf8(*text)) return text;
   if (!text && !desktop.files().exists(file)) return std::nullopt;
   if (text) error = "the file is not valid UTF-8";
@@ -91,7 +94,9 @@ void save(const std::filesystem::path& file, const std::string& text) {
 template <typename Lines>
 void write(const Lines& lines, const std::filesystem::path& file) {
   if (state().inMemoryOnly || state().protectedFiles.contains(file)) return;
-  persistenceQueue().async([now = lines.snapshot(), file] { save(file, now.text()); });
+  const auto mark = state().markedFiles.contains(file) ? WordLines::kByteOrderMark : "";
+  persistenceQueue().async(
+      [mark, now = lines.snapshot(), file] { save(file, std::string(mark) + now.text()); });
 }
 
 void persist() {

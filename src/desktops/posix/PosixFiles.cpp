@@ -16,7 +16,9 @@
 #include <vector>
 
 #include "desktops/posix/FileDescriptor.h"
+#include "desktops/posix/MappingGuard.h"
 #include "desktops/posix/PersonsEnvironment.h"
+#include "desktops/posix/WriteSignals.h"
 
 namespace tessarok::posix {
 
@@ -83,19 +85,53 @@ int readAll(int descriptor, std::string& text) {
   }
 }
 
+/// When the file was written, and how long it is.
+struct Content {
+  std::int64_t seconds;
+  std::int64_t nanoseconds;
+  off_t size;
+
+  bool operator==(const Content&) const = default;
+};
+
+std::optional<Content> contentOf(int descriptor) {
+  struct stat status {};
+  if (::fstat(descriptor, &status) != 0) return std::nullopt;
+#ifdef __APPLE__
+  const auto& time = status.st_mtimespec;
+#else
+  const auto& time = status.st_mtim;
+#endif
+  return Content{time.tv_sec, time.tv_nsec, status.st_size};
+}
+
 class Mapping final : public platform::MappedFile {
  public:
-  Mapping(void* address, std::size_t size) : address_(address), size_(size) {}
+  Mapping(void* address, const Content& content, FileDescriptor descriptor)
+      : address_(address),
+        size_(static_cast<std::size_t>(content.size)),
+        content_(content),
+        descriptor_(std::move(descriptor)),
+        guard_(address, size_) {}
   ~Mapping() override {
     if (size_ > 0) ::munmap(address_, size_);
   }
   [[nodiscard]] std::string_view bytes() const override {
     return {static_cast<const char*>(address_), size_};
   }
+  [[nodiscard]] bool hasLostPart() const override { return guard_.hasLostPart(); }
+  [[nodiscard]] bool isUnchanged() const override {
+    // Of the file that is mapped, whatever has taken its name since.
+    const auto now = contentOf(descriptor_.get());
+    return !hasLostPart() && (!now || *now == content_);
+  }
 
  private:
   void* address_;
   std::size_t size_;
+  Content content_;
+  FileDescriptor descriptor_;
+  MappingGuard guard_;
 };
 
 class Lock final : public platform::FileLock {
@@ -286,15 +322,17 @@ std::optional<std::string> PosixFiles::read(const fs::path& file, std::string* e
 }
 
 std::unique_ptr<platform::MappedFile> PosixFiles::map(const fs::path& file) {
-  const auto descriptor = openRegularFile(file, O_RDONLY);
-  struct stat status {};
-  if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0) return nullptr;
-  const auto size = static_cast<std::size_t>(status.st_size);
+  auto descriptor = openRegularFile(file, O_RDONLY);
+  const auto content = descriptor.isOpen() ? contentOf(descriptor.get()) : std::nullopt;
+  if (!content) return nullptr;
+  void* address = nullptr;
   // A mapping cannot be empty.
-  if (size == 0) return std::make_unique<Mapping>(nullptr, 0);
-  void* address = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor.get(), 0);
-  if (address == MAP_FAILED) return nullptr;
-  return std::make_unique<Mapping>(address, size);
+  if (content->size > 0) {
+    address = ::mmap(nullptr, static_cast<std::size_t>(content->size), PROT_READ, MAP_PRIVATE,
+                     descriptor.get(), 0);
+    if (address == MAP_FAILED) return nullptr;
+  }
+  return std::make_unique<Mapping>(address, *content, std::move(descriptor));
 }
 
 std::optional<std::string> PosixFiles::createDirectories(const fs::path& folder) {
@@ -311,6 +349,7 @@ std::optional<std::string> PosixFiles::createDirectories(const fs::path& folder)
 
 std::optional<std::string> PosixFiles::writeAtomically(const fs::path& file,
                                                        std::string_view text) {
+  const WriteSignalsBlocked errorsInstead;
   const auto target = linkTarget(file);
   TemporaryFile temporary(target);
   if (!temporary.replace(target, text)) return errorText(errno);
@@ -328,6 +367,7 @@ void PosixFiles::removeLeftovers(const fs::path& folder) {
 
 void PosixFiles::appendToLog(const fs::path& file, std::string_view text,
                              std::uint64_t restartAbove) {
+  const WriteSignalsBlocked errorsInstead;
   // The path may be a pipe's, as /dev/stderr often is. Nobody waits for whoever reads it.
   constexpr int kFlags = O_WRONLY | O_NONBLOCK | O_NOCTTY;
   const auto existing = openFile(file, kFlags);
