@@ -24,7 +24,8 @@ void copyFile(const fs::path& from, const fs::path& to) {
   std::error_code error;
   if (!fs::exists(from, error) && !error) return;
   if (!error) fs::copy_file(from, to, error);
-  if (error) std::cerr << "tessarok: cannot read " << from.string() << ": " << error.message() << '\n';
+  if (error)
+    std::cerr << "tessarok: cannot read " << from.string() << ": " << error.message() << '\n';
 }
 
 void copyFiles(platform::Files& files) {

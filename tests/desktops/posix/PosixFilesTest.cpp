@@ -210,7 +210,7 @@ TEST_F(PosixFilesTest, AMapOfAFileThatIsCutShortCanBeReadOn) {
   const auto words = files.map(folder / "words");
   const auto others = files.map(folder / "others");
   EXPECT_TRUE(words->isUnchanged());
-  ::truncate((folder / "words").c_str(), static_cast<off_t>(page));
+  fs::resize_file(folder / "words", page);
   EXPECT_FALSE(words->hasLostPart());
   EXPECT_FALSE(words->isUnchanged());
   EXPECT_EQ(words->bytes(), std::string(page, 'a') + std::string(3 * page, '\n'));
@@ -272,7 +272,7 @@ TEST_F(PosixFilesTest, WithoutAnotherHandlerAFaultEndsTheProcessAsEver) {
               const int file = ::open((folder / "words").c_str(), O_RDWR);
               const auto* bytes = static_cast<const volatile char*>(
                   ::mmap(nullptr, 2, PROT_READ, MAP_SHARED, file, 0));
-              ::ftruncate(file, 0);
+              fs::resize_file(folder / "words", 0);
               static_cast<void>(bytes[0]);
             }),
             SIGBUS);
