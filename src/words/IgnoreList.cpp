@@ -94,9 +94,14 @@ void save(const std::filesystem::path& file, const std::string& text) {
 template <typename Lines>
 void write(const Lines& lines, const std::filesystem::path& file) {
   if (state().inMemoryOnly || state().protectedFiles.contains(file)) return;
-  const auto mark = state().markedFiles.contains(file) ? WordLines::kByteOrderMark : "";
   persistenceQueue().async(
-      [mark, now = lines.snapshot(), file] { save(file, std::string(mark) + now.text()); });
+      [isMarked = state().markedFiles.contains(file), now = lines.snapshot(), file] {
+        auto text = now.text();
+        // A word that begins with such a character would lose it at the next start.
+        const bool looksMarked = text.starts_with(WordLines::kByteOrderMark);
+        if (isMarked || looksMarked) text.insert(0, WordLines::kByteOrderMark);
+        save(file, text);
+      });
 }
 
 void persist() {

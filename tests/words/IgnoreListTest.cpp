@@ -49,6 +49,13 @@ TEST_F(IgnoreListTest, AByteOrderMarkIsReadOverAndKept) {
   EXPECT_EQ(saved("rejects.txt"), "\uFEFFtwo\t3\n");
 }
 
+TEST_F(IgnoreListTest, AWordThatBeginsLikeAMarkIsNotLostAtTheStartOfTheFile) {
+  save("ignored.txt", "\n\uFEFFone\n");
+  IgnoreList::load(true);
+  IgnoreList::add("\uFEFFtwo");
+  EXPECT_EQ(saved("ignored.txt"), "\uFEFF\uFEFFone\n\uFEFFtwo\n");
+}
+
 TEST_F(IgnoreListTest, SpacesAndCaseDoNotTellWordsApart) {
   IgnoreList::recordRejection("  Ghbdtn \n");
   IgnoreList::recordRejection("ghbdtn");

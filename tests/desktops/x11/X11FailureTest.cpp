@@ -65,7 +65,9 @@ TEST_F(X11Failure, AStandardErrorThatNobodyReadsEndsNeitherProcess) {
   const auto pipe = folder.path() / "errors";
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
   const int reader = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  Tessarok program(server_, {.errors = pipe});
+  Tessarok::Setup setup;
+  setup.errors = pipe;
+  Tessarok program(server_, setup);
   // As `head -c 1` does it.
   char first = 0;
   EXPECT_TRUE(waitUntil([&] { return ::read(reader, &first, 1) == 1; }));
