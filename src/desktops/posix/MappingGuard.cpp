@@ -57,6 +57,11 @@ bool replacePage(std::uintptr_t address) {
   return true;
 }
 
+/// Not a fault, but sent by a process; then the address is something else.
+bool wasSent(const siginfo_t* info) {
+  return info->si_code == SI_USER || info->si_code == SI_QUEUE || info->si_code < 0;
+}
+
 /// As if there were no handler of this program.
 void passOn(int signal, siginfo_t* info, void* context) {
   if ((formerAction.sa_flags & SA_SIGINFO) != 0) {
@@ -67,14 +72,12 @@ void passOn(int signal, siginfo_t* info, void* context) {
   }
   // A fault comes again as soon as this returns; what another process has sent does not.
   ::signal(signal, SIG_DFL);
-  if (info->si_code <= 0) ::raise(signal);
+  if (wasSent(info)) ::raise(signal);
 }
 
 void handleBusError(int signal, siginfo_t* info, void* context) {
   const int error = errno;
-  // A positive code is the system's own word for a fault at the address.
-  const bool isFault = info->si_code > 0;
-  if (!isFault || !replacePage(reinterpret_cast<std::uintptr_t>(info->si_addr))) {
+  if (wasSent(info) || !replacePage(reinterpret_cast<std::uintptr_t>(info->si_addr))) {
     passOn(signal, info, context);
   }
   errno = error;
@@ -85,7 +88,7 @@ void install() {
   struct sigaction action {};
   action.sa_sigaction = &handleBusError;
   action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_RESTART;
-  ::sigemptyset(&action.sa_mask);
+  sigemptyset(&action.sa_mask);
   ::sigaction(SIGBUS, &action, &formerAction);
 }
 

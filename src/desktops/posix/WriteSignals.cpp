@@ -10,9 +10,9 @@ constexpr int kSignals[] = {SIGPIPE, SIGXFSZ};
 
 sigset_t writeSignals() {
   sigset_t signals;
-  ::sigemptyset(&signals);
+  sigemptyset(&signals);
   for (const int signal : kSignals)
-    ::sigaddset(&signals, signal);
+    sigaddset(&signals, signal);
   return signals;
 }
 
@@ -40,13 +40,12 @@ WriteSignalsBlocked::~WriteSignalsBlocked() {
   ::sigpending(&pending);
   for (const int signal : kSignals) {
     // Whoever blocks a signal is the one to deal with it.
-    const bool isOurs = ::sigismember(&pending, signal) == 1 &&
-                        ::sigismember(&pending_, signal) != 1 &&
-                        ::sigismember(&former_, signal) != 1;
+    const bool isOurs = sigismember(&pending, signal) == 1 && sigismember(&pending_, signal) != 1 &&
+                        sigismember(&former_, signal) != 1;
     if (!isOurs) continue;
     sigset_t only;
-    ::sigemptyset(&only);
-    ::sigaddset(&only, signal);
+    sigemptyset(&only);
+    sigaddset(&only, signal);
     int taken = 0;
     ::sigwait(&only, &taken);
   }
