@@ -172,6 +172,7 @@ void AppDelegate::startTap() {
 void AppDelegate::tick() {
   UserDict::reloadIfChanged();
   IgnoreList::tick();
+  if (Dict::noticeChanges()) updateIcon();
   if (InputSource::refreshKeyboardTypeIfNeeded()) {
     KeyTap::shared().invalidateInputSourceContext(WordState::ArmedRejection::keepBetweenWords);
     updateIcon();

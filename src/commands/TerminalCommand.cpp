@@ -9,6 +9,7 @@
 #include "app/Corrector.h"
 #include "commands/CommandError.h"
 #include "desktops/posix/ThreadQueue.h"
+#include "desktops/posix/WriteSignals.h"
 #include "desktops/terminal/LoginShell.h"
 #include "desktops/terminal/OuterTerminal.h"
 #include "desktops/terminal/Pty.h"
@@ -39,8 +40,7 @@ constexpr auto kSettingsPatience = std::chrono::milliseconds(200);
 /// Launches a corrector as soon as the settings are known. Keys do not wait for a slow disk.
 class Start final {
  public:
-  Start(TerminalDesktop& desktop, Corrector& corrector)
-      : desktop_(desktop), corrector_(corrector) {
+  Start(TerminalDesktop& desktop, Corrector& corrector) : desktop_(desktop), corrector_(corrector) {
     auto prepared = std::make_shared<std::promise<void>>();
     const auto isPrepared = prepared->get_future();
     queue_.async([&desktop, prepared] {
@@ -82,6 +82,7 @@ bool isTerminal() {
 
 int runTerminal(const Options& options, const TerminalOptions& terminal) {
   if (!isTerminal()) throw CommandError("standard input is not a terminal");
+  posix::ignoreWriteSignals();
   OuterTerminal outer;
   const auto command =
       terminal.command.empty() ? std::vector{terminal::loginShell()} : terminal.command;

@@ -67,8 +67,9 @@ int runType(const Options& options, const TypeOptions& type) {
   requireUtf8(text, "the text");
   const auto start = type.from.value_or(languageAtStart(text));
   virtualdesktop::Session session(std::nullopt, options.resources);
-  requireWordData(Packs::needed);
+  requireWordData(type.lists == Lists::none ? Packs::unused : Packs::needed);
   auto& desktop = session.desktop();
+  copyLists(desktop, type.lists);
   desktop.inputSources().setCurrent(start == Language::russian ? kRussianLayout : kEnglishLayout);
   session.launch();
   for (const auto& message : desktop.systemLog().take())

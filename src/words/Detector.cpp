@@ -290,7 +290,7 @@ std::optional<Decision> Detector::decide(std::string_view word, std::int64_t str
     context.note("the keyboard layouts could not be read");
     return std::nullopt;
   }
-  if (!Dict::en().isAvailable() || !Dict::ru().isAvailable()) {
+  if (!Dict::areAvailable()) {
     context.note("a dictionary is missing");
     return std::nullopt;
   }
@@ -309,6 +309,8 @@ std::optional<Decision> Detector::decide(std::string_view word, std::int64_t str
     decision = decideCore(word, lower, context);
     if (decision) decision->trim = trim;
   }
+  // What a dictionary did not know because it went meanwhile is no reason to convert.
+  if (!Dict::areAvailable()) return std::nullopt;
   return decision;
 }
 

@@ -5,6 +5,7 @@
 #include "platform/Desktop.h"
 #include "text/Text.h"
 #include "words/UserDict.h"
+#include "words/WordLines.h"
 
 namespace tessarok {
 
@@ -90,6 +91,7 @@ std::optional<std::string> LearnedFiles::read(const std::filesystem::path& file)
   if (protectedFiles_.contains(file)) return std::nullopt;
   std::string error;
   auto text = files().read(file, &error);
+  if (text && text->starts_with(WordLines::kByteOrderMark)) markedFiles_.insert(file);
   if (text && text::isValidUtf8(*text)) return text;
   if (!text && !files().exists(file)) return std::nullopt;
   if (text) error = "the file is not valid UTF-8";
@@ -217,7 +219,10 @@ bool LearnedFiles::save(const std::filesystem::path& file, const std::string& te
   if (protectedFiles_.contains(file)) return false;
   // A folder that cannot be made shows when the file is written.
   static_cast<void>(files().createDirectories(file.parent_path()));
-  const auto error = files().writeAtomically(file, text);
+  // A word that begins with such a character would lose it at the next start.
+  const bool isMarked = markedFiles_.contains(file) || text.starts_with(WordLines::kByteOrderMark);
+  const auto error = files().writeAtomically(
+      file, isMarked ? std::string(WordLines::kByteOrderMark) + text : text);
   if (!error) {
     lastComplaint_.clear();
     return true;

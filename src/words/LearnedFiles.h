@@ -92,6 +92,8 @@ class LearnedFiles final {
   HandedOver::Names foreign_;
   /// Files that exist but could not be read: never written in this run.
   std::set<std::filesystem::path> protectedFiles_;
+  /// Files that began with a byte-order mark, and are to do so when they are written again.
+  std::set<std::filesystem::path> markedFiles_;
   Report report_ = Report::always;
   std::string lastComplaint_;
 };

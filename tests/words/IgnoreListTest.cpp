@@ -39,6 +39,24 @@ TEST_F(IgnoreListTest, StartsEmptyWithoutFiles) {
   EXPECT_TRUE(desktop.systemLog().take().empty());
 }
 
+TEST_F(IgnoreListTest, AByteOrderMarkIsReadOverAndKept) {
+  save("ignored.txt", "\uFEFFone\n");
+  save("rejects.txt", "\uFEFFtwo\t2\n");
+  IgnoreList::load(true);
+  EXPECT_EQ(IgnoreList::words(), (WordSet{"one"}));
+  EXPECT_EQ(IgnoreList::rejectCounts(), (Counts{{"two", 2}}));
+  IgnoreList::recordRejection("two");
+  EXPECT_EQ(saved("ignored.txt"), "\uFEFFone\ntwo\n");
+  EXPECT_EQ(saved("rejects.txt"), "\uFEFFtwo\t3\n");
+}
+
+TEST_F(IgnoreListTest, AWordThatBeginsLikeAMarkIsNotLostAtTheStartOfTheFile) {
+  save("ignored.txt", "\n\uFEFFone\n");
+  IgnoreList::load(true);
+  IgnoreList::add("\uFEFFtwo");
+  EXPECT_EQ(saved("ignored.txt"), "\uFEFF\uFEFFone\n\uFEFFtwo\n");
+}
+
 TEST_F(IgnoreListTest, SpacesAndCaseDoNotTellWordsApart) {
   IgnoreList::recordRejection("  Ghbdtn \n");
   IgnoreList::recordRejection("ghbdtn");

@@ -48,7 +48,7 @@ TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer,
     : desktop_(desktop),
       outer_(outer),
       pty_(pty),
-      signals_({SIGCHLD, SIGWINCH, SIGCONT, SIGTSTP, SIGTERM, SIGHUP, SIGINT, SIGQUIT, SIGPIPE},
+      signals_({SIGCHLD, SIGWINCH, SIGCONT, SIGTSTP, SIGTERM, SIGHUP, SIGINT, SIGQUIT},
                [this](int signal) { handleSignal(signal); }),
       input_(
           OuterTerminal::input(), [this] { return readsInput() ? short{POLLIN} : short{0}; },
@@ -102,9 +102,6 @@ void TerminalSession::handleSignal(int signal) {
       [[fallthrough]];
     case SIGWINCH:
       return pty_.setSize(outer_.size());
-    case SIGPIPE:
-      // The write that failed says so itself.
-      return;
     default:
       isUntidy_ = true;
       isHurried_ = true;
