@@ -7,6 +7,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static fuzz::FuzzDesktop desktop;
   desktop.files().clear();
   desktop.files().put(UserDict::directory() / "rejects.txt", "cgfcb,j\t2\n");
-  fuzz::checkLearning(desktop, std::string(fuzz::textOf(data, size)), UserDict::directory() / "ignored.txt");
+  fuzz::checkLearning(desktop, std::string(fuzz::textOf(data, size)),
+                      UserDict::directory() / "ignored.txt");
   return 0;
 }

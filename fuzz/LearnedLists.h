@@ -63,7 +63,8 @@ inline void checkLearning(FuzzDesktop& desktop, const std::string& text,
   check(after.counts == pending, "the counts read again are those that were written");
   // What was read is cut when a rejection is counted, and one of a word on the list is not.
   const bool isCounted = !before.words.contains("руддщ");
-  check(!isCounted || pending.size() <= LearnedLists::kPendingCap, "the number of counts is bounded");
+  check(!isCounted || pending.size() <= LearnedLists::kPendingCap,
+        "the number of counts is bounded");
 }
 
 }  // namespace tessarok::fuzz

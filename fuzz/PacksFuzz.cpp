@@ -17,8 +17,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   desktop.files().put(fuzz::FuzzDesktop::resource("pack_it"), std::string(text));
   BuiltinPacks::rebuild();
   fuzz::checkListedWords(BuiltinPacks::words());
-  fuzz::check(
-      BuiltinPacks::words() == (text::isValidUtf8(text) ? WordList::parse(text).toSet() : WordSet()),
-      "a pack holds its words, and a broken one none");
+  fuzz::check(BuiltinPacks::words() ==
+                  (text::isValidUtf8(text) ? WordList::parse(text).toSet() : WordSet()),
+              "a pack holds its words, and a broken one none");
   return 0;
 }

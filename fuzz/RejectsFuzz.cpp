@@ -7,6 +7,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static fuzz::FuzzDesktop desktop;
   desktop.files().clear();
   desktop.files().put(UserDict::directory() / "ignored.txt", "vjcrdf\n");
-  fuzz::checkLearning(desktop, std::string(fuzz::textOf(data, size)), UserDict::directory() / "rejects.txt");
+  fuzz::checkLearning(desktop, std::string(fuzz::textOf(data, size)),
+                      UserDict::directory() / "rejects.txt");
   return 0;
 }

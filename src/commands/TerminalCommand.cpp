@@ -39,8 +39,7 @@ constexpr auto kSettingsPatience = std::chrono::milliseconds(200);
 /// Launches a corrector as soon as the settings are known. Keys do not wait for a slow disk.
 class Start final {
  public:
-  Start(TerminalDesktop& desktop, Corrector& corrector)
-      : desktop_(desktop), corrector_(corrector) {
+  Start(TerminalDesktop& desktop, Corrector& corrector) : desktop_(desktop), corrector_(corrector) {
     auto prepared = std::make_shared<std::promise<void>>();
     const auto isPrepared = prepared->get_future();
     queue_.async([&desktop, prepared] {

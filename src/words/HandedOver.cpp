@@ -52,9 +52,8 @@ bool isName(std::string_view name) {
   if (name.size() != kPrefix.size() + kDigits + kSuffix.size()) return false;
   if (!name.starts_with(kPrefix) || !name.ends_with(kSuffix)) return false;
   const auto number = name.substr(kPrefix.size(), kDigits);
-  return std::all_of(number.begin(), number.end(), [](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f');
-  });
+  return std::all_of(number.begin(), number.end(),
+                     [](char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f'); });
 }
 
 /// What follows the title of a file; absent when it has another.

@@ -53,11 +53,11 @@ Function* next(const char* name) {
 }  // namespace
 
 // NOLINTBEGIN: the C library decides the names and the types.
-#define STALLING(result, name, parameters, arguments) \
-  extern "C" result name parameters {                 \
-    stall(path);                                      \
+#define STALLING(result, name, parameters, arguments)   \
+  extern "C" result name parameters {                   \
+    stall(path);                                        \
     static auto* real = next<result parameters>(#name); \
-    return real arguments;                            \
+    return real arguments;                              \
   }
 
 STALLING(int, stat, (const char* path, struct stat* status), (path, status))
@@ -71,15 +71,15 @@ STALLING(int, mkstemp, (char* path), (path))
 STALLING(ssize_t, readlink, (const char* path, char* text, size_t size), (path, text, size))
 STALLING(DIR*, opendir, (const char* path), (path))
 
-#define STALLING_OPEN(name)                                     \
-  extern "C" int name(const char* path, int flags, ...) {       \
-    stall(path);                                                \
-    va_list rest;                                               \
-    va_start(rest, flags);                                      \
-    const auto mode = static_cast<mode_t>(va_arg(rest, int));   \
-    va_end(rest);                                               \
+#define STALLING_OPEN(name)                                      \
+  extern "C" int name(const char* path, int flags, ...) {        \
+    stall(path);                                                 \
+    va_list rest;                                                \
+    va_start(rest, flags);                                       \
+    const auto mode = static_cast<mode_t>(va_arg(rest, int));    \
+    va_end(rest);                                                \
     static auto* real = next<int(const char*, int, ...)>(#name); \
-    return real(path, flags, mode);                             \
+    return real(path, flags, mode);                              \
   }
 
 STALLING_OPEN(open)

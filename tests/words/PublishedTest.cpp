@@ -1,5 +1,5 @@
-#include <gtest/gtest.h>
 #include <functional>
+#include <gtest/gtest.h>
 #include <thread>
 #include <utility>
 
@@ -13,8 +13,7 @@ class Value final {
  public:
   Value() = default;
   explicit Value(int made, std::thread::id* end = nullptr) : number(made), end_(end) {}
-  Value(Value&& other) noexcept
-      : number(other.number), end_(std::exchange(other.end_, nullptr)) {}
+  Value(Value&& other) noexcept : number(other.number), end_(std::exchange(other.end_, nullptr)) {}
   Value(const Value&) = delete;
   Value& operator=(const Value&) = delete;
   Value& operator=(Value&&) = delete;
