@@ -1,6 +1,7 @@
 #include "words/BuiltinPacks.h"
 
 #include <atomic>
+#include <filesystem>
 #include <map>
 #include <optional>
 #include <utility>
@@ -33,15 +34,20 @@ State& state() {
   return instance;
 }
 
-std::optional<WordSet> readPack(const BuiltinPacks::Pack& pack) {
-  const auto location = ResourceLocator::url(pack.resource);
-  if (!location) return std::nullopt;
-  const auto text = platform::desktop().files().read(*location);
+/// A pack that counts, and where its file is. The bundle may be asked on the main thread only.
+struct Enabled {
+  std::string id;
+  std::optional<std::filesystem::path> location;
+};
+
+std::optional<WordSet> readPack(const Enabled& pack) {
+  if (!pack.location) return std::nullopt;
+  const auto text = platform::desktop().files().read(*pack.location);
   if (!text || !text::isValidUtf8(*text)) return std::nullopt;
   return WordList::parse(*text).toSet();
 }
 
-const WordSet* wordsOf(const BuiltinPacks::Pack& pack) {
+const WordSet* wordsOf(const Enabled& pack) {
   auto& cache = state().packWords;
   if (const auto found = cache.find(pack.id); found != cache.end()) return &found->second;
   auto words = readPack(pack);
@@ -84,15 +90,15 @@ WordSet BuiltinPacks::words() {
 void BuiltinPacks::rebuild() {
   auto& all = state();
   if (!std::exchange(all.wasAsked, true)) all.isLoading = true;
-  std::vector<const Pack*> enabled;
+  std::vector<Enabled> enabled;
   for (const auto& pack : BuiltinPacks::all()) {
-    if (isEnabled(pack)) enabled.push_back(&pack);
+    if (isEnabled(pack)) enabled.push_back({pack.id, ResourceLocator::url(pack.resource)});
   }
   ListQueue::async([&all, enabled = std::move(enabled)] {
     const ClearedFlag done(all.isLoading);
     WordSet words;
-    for (const auto* pack : enabled) {
-      if (const auto* added = wordsOf(*pack)) words.insert(added->begin(), added->end());
+    for (const auto& pack : enabled) {
+      if (const auto* added = wordsOf(pack)) words.insert(added->begin(), added->end());
     }
     all.words.publish(WordList::of(words));
   });

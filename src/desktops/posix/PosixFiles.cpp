@@ -74,6 +74,13 @@ std::string readErrorText(int number) {
 
 /// The error number of a failed read; 0 on success.
 int readAll(int descriptor, std::string& text) {
+  struct stat status {};
+  // What is far too large is not begun with; what grows meanwhile is stopped below.
+  if (::fstat(descriptor, &status) == 0) {
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    if (size > platform::Files::kMostRead) return EFBIG;
+    text.reserve(size);
+  }
   std::vector<char> chunk(65536);
   while (true) {
     if (text.size() > platform::Files::kMostRead) return EFBIG;

@@ -102,7 +102,7 @@ class Mac final {
 
  private:
   /// What a turn has asked of other threads is done before the next one.
-  static void waitForQueues();
+  void waitForQueues() const;
 
   void send(CGEventType type, const Key& key);
   void deliver(const fakemac::Event& event);

@@ -63,8 +63,8 @@ TEST_F(MacProgramTest, ReadsAndWritesOnItsThreeSerialQueues) {
   mac.launch();
   mac.quit();
   EXPECT_EQ(fakeSystem().queueLabels,
-            (std::vector<std::string>{"app.tessarok.dbg", "app.tessarok.ignore-persistence",
-                                      "app.tessarok.lists"}));
+            (std::vector<std::string>{"app.tessarok.ignore-persistence", "app.tessarok.lists",
+                                      "app.tessarok.dbg"}));
 }
 
 TEST_F(MacProgramTest, PostsBackspacesThenTextThenTheHeldKey) {

@@ -186,7 +186,7 @@ TEST_F(PosixFilesTest, AFileThatWouldFillTheMemoryIsNotRead) {
   fs::resize_file(folder / "large.txt", std::uint64_t{2} * 1024 * 1024 * 1024);
   std::string error;
   EXPECT_FALSE(files.read(folder / "large.txt", &error).has_value());
-  EXPECT_EQ(error, "the file is larger than 64 MiB");
+  EXPECT_EQ(error, "the file is larger than 1 GiB");
 }
 
 TEST_F(PosixFilesTest, MapsFiles) {
