@@ -8,7 +8,7 @@
 #include "Input.h"
 #include "tests/support/Growth.h"
 #include "text/Text.h"
-#include "words/UserDict.h"
+#include "words/WordList.h"
 
 namespace tessarok::fuzz {
 namespace {
@@ -33,7 +33,7 @@ constexpr std::array<std::pair<const char*, void (*)(std::string_view)>, 9> kOpe
     {"checking UTF-8 is linear",
      [](std::string_view text) { static_cast<void>(text::isValidUtf8(text)); }},
     {"reading a list is linear",
-     [](std::string_view text) { static_cast<void>(UserDict::parse(text)); }},
+     [](std::string_view text) { static_cast<void>(WordList::parse(text)); }},
 }};
 
 void checkCuts(std::string_view text) {

@@ -42,7 +42,7 @@ TEST_F(IgnoreListTest, StartsEmptyWithoutFiles) {
 TEST_F(IgnoreListTest, AByteOrderMarkIsReadOverAndKept) {
   save("ignored.txt", "\uFEFFone\n");
   save("rejects.txt", "\uFEFFtwo\t2\n");
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   EXPECT_EQ(IgnoreList::words(), (WordSet{"one"}));
   EXPECT_EQ(IgnoreList::rejectCounts(), (Counts{{"two", 2}}));
   IgnoreList::recordRejection("two");
@@ -52,7 +52,7 @@ TEST_F(IgnoreListTest, AByteOrderMarkIsReadOverAndKept) {
 
 TEST_F(IgnoreListTest, AWordThatBeginsLikeAMarkIsNotLostAtTheStartOfTheFile) {
   save("ignored.txt", "\n\uFEFFone\n");
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   IgnoreList::add("\uFEFFtwo");
   EXPECT_EQ(saved("ignored.txt"), "\uFEFF\uFEFFone\n\uFEFFtwo\n");
 }
