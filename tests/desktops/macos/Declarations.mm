@@ -6,6 +6,7 @@
 #include <ApplicationServices/ApplicationServices.h>
 #include <Carbon/Carbon.h>
 #include <CoreFoundation/CoreFoundation.h>
+#include <time.h>
 #include <type_traits>
 
 namespace {
@@ -173,10 +174,16 @@ static_assert(number(kKeyboardISO) == 0x49534F20);
 static_assert(is<decltype(KBGetLayoutType), PhysicalKeyboardLayoutType(SInt16)>);
 static_assert(is<decltype(LMGetKbdType), UInt8()>);
 
+// Time.
+static_assert(number(CLOCK_UPTIME_RAW) == 8 && sizeof(clockid_t) == 4);
+static_assert(sizeof(clock_gettime_nsec_np(CLOCK_UPTIME_RAW)) == 8);
+
 // Foundation and AppKit.
 static_assert(number(NSUTF8StringEncoding) == 4);
 static_assert(number(NSApplicationSupportDirectory) == 14 && number(NSUserDomainMask) == 1);
 static_assert(number(NSApplicationActivationPolicyAccessory) == 1);
+static_assert(number(NSActivityUserInitiatedAllowingIdleSystemSleep) == 0xEFFFFF);
+static_assert(is<NSActivityOptions, uint64_t>);
 static_assert(NSControlStateValueOff == 0 && NSControlStateValueOn == 1);
 static_assert(is<decltype(NSVariableStatusItemLength), const CGFloat>);
 static_assert(is<decltype(NSFontWeightRegular), const CGFloat>);
@@ -207,7 +214,9 @@ static_assert(is<decltype(NSFontWeightRegular), const CGFloat>);
   url = folders[0];
   NSDate* date = NSRunningApplication.currentApplication.launchDate;
   [[maybe_unused]] NSTimeInterval seconds = date.timeIntervalSinceReferenceDate;
-  seconds = NSProcessInfo.processInfo.systemUptime;
+  [[maybe_unused]] id<NSObject> token = [NSProcessInfo.processInfo
+      beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                        reason:text];
   text = NSHomeDirectory();
   NSLog(@"%@", text);
 }

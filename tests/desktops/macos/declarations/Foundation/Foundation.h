@@ -49,9 +49,11 @@ enum : NSSearchPathDomainMask { NSUserDomainMask = 1 };
                            inDomains:(NSSearchPathDomainMask)domains;
 @end
 
+enum : uint64_t { NSActivityUserInitiatedAllowingIdleSystemSleep = 0xEFFFFF };
+typedef uint64_t NSActivityOptions;
 @interface NSProcessInfo : NSObject
 @property(class, readonly) NSProcessInfo* processInfo;
-@property(readonly) NSTimeInterval systemUptime;
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason;
 @end
 
 typedef NSString* NSNotificationName;

@@ -30,7 +30,7 @@ typedef unsigned long NSUInteger;
 @end
 
 __attribute__((objc_root_class))
-@interface NSObject <NSObject> {
+@interface NSObject<NSObject> {
   // Every object begins with its class. Without this the compiler would put the first variable of
   // a subclass in its place.
   Class isa;
