@@ -25,7 +25,6 @@ typedef unsigned long NSUInteger;
 - (instancetype)retain;
 - (oneway void)release;
 - (instancetype)autorelease;
-- (NSUInteger)retainCount;
 #endif
 @end
 
