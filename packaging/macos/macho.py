@@ -1,6 +1,8 @@
 """What signing and checking need to know of Mach-O files."""
 
+import re
 import struct
+import subprocess
 
 MAGIC_64 = 0xFEEDFACF
 FAT_MAGIC = 0xCAFEBABE
@@ -77,3 +79,20 @@ def slices(data):
         _, _, offset, size, _ = struct.unpack_from(">IIIII", data, 8 + 20 * i)
         parts.append(Slice(data[offset:offset + size]))
     return parts
+
+
+def run(*command):
+    return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout
+
+
+def bindings(program):
+    """The library that each symbol of the system is taken from, as the loader is told and as the
+    table of symbols says. Needs llvm-nm and llvm-objdump (Debian package llvm)."""
+    found = set()
+    for table in ("--bind", "--lazy-bind"):
+        text = run("llvm-objdump", "--macho", table, str(program))
+        found |= {(symbol, library) for library, symbol in re.findall(
+            r"^__\S+ +__\S+ +0x\S+ +(?:pointer +\d+ +)?(\S+) +(\S+)$", text, re.M)}
+    text = run("llvm-nm", "-m", "--undefined-only", str(program))
+    found |= set(re.findall(r"external (\S+) \(from (\S+)\)$", text, re.M))
+    return found

@@ -4,6 +4,7 @@
 
 #include "desktops/macos/MacAccessibility.h"
 #include "desktops/macos/MacBundle.h"
+#include "desktops/macos/MacClock.h"
 #include "desktops/macos/MacEventTaps.h"
 #include "desktops/macos/MacEvents.h"
 #include "desktops/macos/MacInputSourceNotifications.h"
@@ -30,7 +31,7 @@ class MacDesktop final : public platform::Desktop {
   platform::Accessibility& accessibility() override { return accessibility_; }
   platform::Application& application() override { return *services_.application; }
   platform::Bundle& bundle() override { return bundle_; }
-  platform::Clock& clock() override { return *services_.clock; }
+  platform::Clock& clock() override { return clock_; }
   platform::Environment& environment() override { return environment_; }
   platform::EventTaps& eventTaps() override { return eventTaps_; }
   platform::Events& events() override { return events_; }
@@ -54,6 +55,7 @@ class MacDesktop final : public platform::Desktop {
   std::unique_ptr<platform::Files> files_;
   MacAccessibility accessibility_;
   MacBundle bundle_;
+  MacClock clock_;
   posix::ProcessEnvironment environment_;
   MacEventTaps eventTaps_;
   MacEvents events_;

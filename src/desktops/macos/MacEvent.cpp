@@ -1,6 +1,7 @@
 #include "desktops/macos/MacEvent.h"
 
 #include "desktops/macos/MacEventSource.h"
+#include "desktops/macos/Own.h"
 #include "platform/EventFlags.h"
 
 namespace tessarok::macos {
@@ -62,7 +63,7 @@ std::unique_ptr<platform::Event> MacEvent::copy() const {
 }
 
 void MacEvent::setSource(platform::EventSource& source) {
-  CGEventSetSource(get(), static_cast<MacEventSource&>(source).get());
+  CGEventSetSource(get(), own<MacEventSource>(source).get());
 }
 
 void MacEvent::setType(platform::EventType type) {

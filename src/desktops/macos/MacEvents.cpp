@@ -2,6 +2,7 @@
 
 #include "desktops/macos/MacEvent.h"
 #include "desktops/macos/MacEventSource.h"
+#include "desktops/macos/Own.h"
 
 namespace tessarok::macos {
 
@@ -15,7 +16,7 @@ std::unique_ptr<platform::Event> MacEvents::createKeyboardEvent(platform::EventS
                                                                 std::int64_t keyCode,
                                                                 bool keyDown) {
   auto event = CfRef<CGEventRef>::adopt(CGEventCreateKeyboardEvent(
-      static_cast<MacEventSource&>(source).get(), static_cast<CGKeyCode>(keyCode), keyDown));
+      own<MacEventSource>(source).get(), static_cast<CGKeyCode>(keyCode), keyDown));
   if (!event) return nullptr;
   return std::make_unique<MacEvent>(std::move(event));
 }

@@ -5,6 +5,7 @@
 
 #include "desktops/macos/CfString.h"
 #include "desktops/macos/MacInputSource.h"
+#include "desktops/macos/Own.h"
 
 namespace tessarok::macos {
 
@@ -45,15 +46,18 @@ std::vector<std::shared_ptr<platform::InputSourceHandle>> MacInputSources::enabl
 }
 
 const std::optional<std::string>& MacInputSources::current() {
+  static const std::optional<std::string> kNone;
   const auto source = CfRef<TISInputSourceRef>::adopt(TISCopyCurrentKeyboardInputSource());
   const void* identifier =
       source ? TISGetInputSourceProperty(source.get(), kTISPropertyInputSourceID) : nullptr;
-  cfString::assign(identifier, current_);
-  return current_;
+  cfString::assign(identifier, read_);
+  if (!read_) return kNone;
+  const auto known = known_.find(read_);
+  return known != known_.end() ? *known : *known_.insert(read_).first;
 }
 
 bool MacInputSources::select(platform::InputSourceHandle& source) {
-  return TISSelectInputSource(static_cast<MacInputSource&>(source).get()) == 0;
+  return TISSelectInputSource(own<MacInputSource>(source).get()) == 0;
 }
 
 }  // namespace tessarok::macos

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <optional>
+#include <set>
+#include <string>
+
 #include "platform/InputSources.h"
 
 namespace tessarok::macos {
@@ -12,8 +16,11 @@ class MacInputSources final : public platform::InputSources {
   bool select(platform::InputSourceHandle& source) override;
 
  private:
-  /// A member only to keep its storage.
-  std::optional<std::string> current_;
+  /// Only to keep the storage that identifiers are read into.
+  std::optional<std::string> read_;
+  /// Every identifier that was ever current: what was handed out stays as it was. They are as few
+  /// as the layouts and input methods that the person uses.
+  std::set<std::optional<std::string>> known_;
 };
 
 }  // namespace tessarok::macos

@@ -8,6 +8,7 @@
 #include "desktops/macos/CfRef.h"
 #include "desktops/macos/DispatchWork.h"
 #include "desktops/macos/MacRunLoopSource.h"
+#include "desktops/macos/Own.h"
 
 namespace tessarok::macos {
 
@@ -41,7 +42,7 @@ class RepeatingTimer final : public platform::Timer {
 };
 
 CFRunLoopSourceRef sourceOf(platform::RunLoopSource& source) {
-  return static_cast<MacRunLoopSource&>(source).get();
+  return own<MacRunLoopSource>(source).get();
 }
 
 }  // namespace

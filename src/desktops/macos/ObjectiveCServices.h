@@ -5,7 +5,6 @@
 #include <optional>
 
 #include "platform/Application.h"
-#include "platform/Clock.h"
 #include "platform/Notifications.h"
 #include "platform/StatusBar.h"
 #include "platform/SystemLog.h"
@@ -16,7 +15,6 @@ namespace tessarok::macos {
 /// The services of AppKit and Foundation, which speak Objective-C only. None is null.
 struct ObjectiveCServices {
   std::unique_ptr<platform::Application> application;
-  std::unique_ptr<platform::Clock> clock;
   std::unique_ptr<platform::StatusBar> statusBar;
   std::unique_ptr<platform::SystemLog> systemLog;
   std::unique_ptr<platform::Workspace> workspace;

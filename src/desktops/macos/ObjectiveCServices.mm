@@ -3,7 +3,6 @@
 #import <Foundation/Foundation.h>
 
 #include "desktops/macos/MacApplication.h"
-#include "desktops/macos/MacClock.h"
 #include "desktops/macos/MacStatusBar.h"
 #include "desktops/macos/MacSystemLog.h"
 #include "desktops/macos/MacWorkspace.h"
@@ -26,7 +25,6 @@ std::optional<std::filesystem::path> applicationSupportDirectory() {
 
 ObjectiveCServices makeObjectiveCServices() {
   return {.application = std::make_unique<MacApplication>(),
-          .clock = std::make_unique<MacClock>(),
           .statusBar = std::make_unique<MacStatusBar>(),
           .systemLog = std::make_unique<MacSystemLog>(),
           .workspace = std::make_unique<MacWorkspace>(),

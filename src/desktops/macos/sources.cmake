@@ -3,8 +3,10 @@
 
 set(TESSAROK_MACOS_SOURCES
   CfString.cpp
+  DistributedObserver.cpp
   MacAccessibility.cpp
   MacBundle.cpp
+  MacClock.cpp
   MacDesktop.cpp
   MacEvent.cpp
   MacEventTap.cpp
@@ -18,19 +20,20 @@ set(TESSAROK_MACOS_SOURCES
   MacSecureInput.cpp
   MacSerialQueues.cpp
   MacUserDefaults.cpp
+  PermissionNotification.cpp
+  TerminationSignals.cpp
 )
 list(TRANSFORM TESSAROK_MACOS_SOURCES PREPEND ${CMAKE_CURRENT_LIST_DIR}/)
 
 set(TESSAROK_MACOS_OBJECTIVE_C_SOURCES
   ApplicationDelegate.mm
   MacApplication.mm
-  MacClock.mm
   MacStatusBar.mm
   MacSystemLog.mm
   MacWorkspace.mm
   MacWorkspaceNotifications.mm
-  Main.mm
   MenuBinding.mm
   ObjectiveCServices.mm
+  Program.mm
 )
 list(TRANSFORM TESSAROK_MACOS_OBJECTIVE_C_SOURCES PREPEND ${CMAKE_CURRENT_LIST_DIR}/)

@@ -6,6 +6,7 @@
 #include <ApplicationServices/ApplicationServices.h>
 #include <Carbon/Carbon.h>
 #include <CoreFoundation/CoreFoundation.h>
+#include <time.h>
 #include <type_traits>
 
 namespace {
@@ -18,6 +19,15 @@ constexpr auto number(Value value) {
 /// Whether a function or variable has exactly this type.
 template <typename Actual, typename Expected>
 constexpr bool is = std::is_same_v<Actual, Expected>;
+
+/// An argument that nothing but exactly this type takes: a number would fit itself to any width.
+template <typename Type>
+struct Only {
+  template <typename Actual, typename = std::enable_if_t<is<Actual, Type>>>
+  operator Actual() const {  // NOLINT: to be converted is all that it is for
+    return Actual();
+  }
+};
 
 // Sizes of what crosses the border.
 static_assert(is<UniChar, unsigned short> && sizeof(UniChar) == 2);
@@ -173,10 +183,18 @@ static_assert(number(kKeyboardISO) == 0x49534F20);
 static_assert(is<decltype(KBGetLayoutType), PhysicalKeyboardLayoutType(SInt16)>);
 static_assert(is<decltype(LMGetKbdType), UInt8()>);
 
+// Time.
+static_assert(number(CLOCK_UPTIME_RAW) == 8 && sizeof(clockid_t) == 4);
+static_assert(sizeof(clock_gettime_nsec_np(CLOCK_UPTIME_RAW)) == 8);
+
 // Foundation and AppKit.
 static_assert(number(NSUTF8StringEncoding) == 4);
 static_assert(number(NSApplicationSupportDirectory) == 14 && number(NSUserDomainMask) == 1);
 static_assert(number(NSApplicationActivationPolicyAccessory) == 1);
+static_assert(number(NSActivityUserInitiatedAllowingIdleSystemSleep) == 0xEFFFFF);
+static_assert(is<NSActivityOptions, uint64_t> && is<NSStringEncoding, NSUInteger>);
+static_assert(sizeof(NSSearchPathDirectory) == 8 && sizeof(NSSearchPathDomainMask) == 8);
+static_assert(sizeof(NSApplicationActivationPolicy) == 8 && is<NSControlStateValue, NSInteger>);
 static_assert(NSControlStateValueOff == 0 && NSControlStateValueOn == 1);
 static_assert(is<decltype(NSVariableStatusItemLength), const CGFloat>);
 static_assert(is<decltype(NSFontWeightRegular), const CGFloat>);
@@ -191,23 +209,25 @@ static_assert(is<decltype(NSFontWeightRegular), const CGFloat>);
 
 - (void)foundation {
   NSString* text = [[NSString alloc] initWithBytes:static_cast<const void*>("")
-                                            length:NSUInteger{0}
-                                          encoding:NSUTF8StringEncoding];
+                                            length:Only<NSUInteger>()
+                                          encoding:Only<NSStringEncoding>()];
   [[maybe_unused]] const char* path = text.fileSystemRepresentation;
   NSURL* url = [NSURL URLWithString:text];
   url = [NSURL fileURLWithPath:text];
   path = url.fileSystemRepresentation;
   NSArray<NSURL*>* folders =
-      [NSFileManager.defaultManager URLsForDirectory:NSApplicationSupportDirectory
-                                           inDomains:NSUserDomainMask];
+      [NSFileManager.defaultManager URLsForDirectory:Only<NSSearchPathDirectory>()
+                                           inDomains:Only<NSSearchPathDomainMask>()];
   url = folders.firstObject;
   NSMutableArray<NSURL*>* list = [[NSMutableArray alloc] init];
   [list addObject:url];
-  [[maybe_unused]] NSUInteger count = list.count;
-  url = folders[0];
+  static_assert(is<decltype([list count]), NSUInteger>);
+  url = [folders objectAtIndexedSubscript:Only<NSUInteger>()];
   NSDate* date = NSRunningApplication.currentApplication.launchDate;
-  [[maybe_unused]] NSTimeInterval seconds = date.timeIntervalSinceReferenceDate;
-  seconds = NSProcessInfo.processInfo.systemUptime;
+  static_assert(is<decltype([date timeIntervalSinceReferenceDate]), NSTimeInterval>);
+  [[maybe_unused]] id<NSObject> token = [NSProcessInfo.processInfo
+      beginActivityWithOptions:Only<NSActivityOptions>()
+                        reason:text];
   text = NSHomeDirectory();
   NSLog(@"%@", text);
 }
@@ -215,17 +235,18 @@ static_assert(is<decltype(NSFontWeightRegular), const CGFloat>);
 - (void)applications {
   NSApplication* application = NSApplication.sharedApplication;
   application.delegate = self;
-  [application setActivationPolicy:NSApplicationActivationPolicyAccessory];
+  static_assert(
+      is<decltype([application setActivationPolicy:Only<NSApplicationActivationPolicy>()]), BOOL>);
   [application run];
   [application terminate:nil];
   NSArray<NSRunningApplication*>* running =
       [NSRunningApplication runningApplicationsWithBundleIdentifier:@"app.tessarok"];
-  [[maybe_unused]] int process = running[0].processIdentifier;
+  static_assert(is<decltype([running[0] processIdentifier]), int>);
 }
 
 - (void)workspace {
   NSWorkspace* workspace = NSWorkspace.sharedWorkspace;
-  [[maybe_unused]] BOOL opened = [workspace openURL:[NSURL fileURLWithPath:@"/"]];
+  static_assert(is<decltype([workspace openURL:[NSURL fileURLWithPath:@"/"]]), BOOL>);
   NSNotificationCenter* centre = workspace.notificationCenter;
   NSNotificationName names[] = {NSWorkspaceDidActivateApplicationNotification,
                                 NSWorkspaceWillSleepNotification,
@@ -243,38 +264,38 @@ static_assert(is<decltype(NSFontWeightRegular), const CGFloat>);
 
 - (void)statusBar {
   NSStatusItem* item =
-      [NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength];
+      [NSStatusBar.systemStatusBar statusItemWithLength:Only<CGFloat>()];
   NSStatusBarButton* button = item.button;
   NSImage* image = [NSImage imageWithSystemSymbolName:@"keyboard"
                              accessibilityDescription:@"Tessarok"];
   NSImageSymbolConfiguration* configuration =
-      [NSImageSymbolConfiguration configurationWithPointSize:CGFloat{15}
-                                                      weight:NSFontWeightRegular];
+      [NSImageSymbolConfiguration configurationWithPointSize:Only<CGFloat>()
+                                                      weight:Only<CGFloat>()];
   image = [image imageWithSymbolConfiguration:configuration];
-  [image setTemplate:YES];
+  [image setTemplate:Only<BOOL>()];
   button.image = image;
   button.title = @"";
   button.toolTip = @"";
-  button.appearsDisabled = YES;
+  [button setAppearsDisabled:Only<BOOL>()];
   item.menu = [[NSMenu alloc] init];
   [NSStatusBar.systemStatusBar removeStatusItem:item];
 }
 
 - (void)menus {
   NSMenu* menu = [[NSMenu alloc] init];
-  menu.autoenablesItems = NO;
+  [menu setAutoenablesItems:Only<BOOL>()];
   menu.delegate = self;
   NSMenuItem* item = [[NSMenuItem alloc] initWithTitle:@"" action:nullptr keyEquivalent:@"q"];
   item.target = self;
   item.title = @"";
-  item.enabled = YES;
-  item.state = NSControlStateValueOn;
-  item.tag = NSInteger{1};
+  [item setEnabled:Only<BOOL>()];
+  [item setState:Only<NSControlStateValue>()];
+  [item setTag:Only<NSInteger>()];
   item.submenu = menu;
   [menu addItem:item];
   [menu addItem:[NSMenuItem separatorItem]];
-  item = [menu itemAtIndex:NSInteger{0}];
-  [[maybe_unused]] NSInteger index = [menu indexOfItem:item];
+  item = [menu itemAtIndex:Only<NSInteger>()];
+  static_assert(is<decltype([menu indexOfItem:item]), NSInteger>);
 }
 
 @end

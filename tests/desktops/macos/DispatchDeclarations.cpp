@@ -27,5 +27,14 @@ static_assert(is<decltype(dispatch_time(dispatch_time_t{}, int64_t{})), dispatch
 static_assert(is<decltype(dispatch_async_f(queue, context, work)), void>);
 static_assert(is<decltype(dispatch_sync_f(queue, context, work)), void>);
 static_assert(is<decltype(dispatch_after_f(dispatch_time_t{}, queue, context, work)), void>);
+constexpr dispatch_source_t source = nullptr;
+static_assert(std::is_convertible_v<dispatch_source_t, dispatch_object_t>);
+static_assert(is<decltype(dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL, uintptr_t{},
+                                                 uintptr_t{}, queue)),
+                 dispatch_source_t>);
+static_assert(is<decltype(dispatch_set_context(source, context)), void>);
+static_assert(is<decltype(dispatch_source_set_event_handler_f(source, work)), void>);
+static_assert(is<decltype(dispatch_resume(source)), void>);
+static_assert(is<decltype(dispatch_source_cancel(source)), void>);
 
 }  // namespace

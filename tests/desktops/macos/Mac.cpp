@@ -19,11 +19,6 @@ namespace {
 using fakemac::fakeSystem;
 using layouts::KeyTable;
 
-class FakeClock final : public platform::Clock {
- public:
-  double uptime() override { return fakeSystem().uptime; }
-};
-
 /// Makes an object for the desktop to own and keeps a pointer to it.
 template <typename Service>
 std::unique_ptr<Service> make(Service*& pointer) {
@@ -55,7 +50,6 @@ std::optional<KeyTable::Stroke> strokeFor(std::string_view character) {
 
 macos::ObjectiveCServices FakeObjectiveCServices::make(const std::filesystem::path& home) {
   return {.application = macostest::make(application),
-          .clock = std::make_unique<FakeClock>(),
           .statusBar = macostest::make(statusBar),
           .systemLog = macostest::make(systemLog),
           .workspace = macostest::make(workspace),

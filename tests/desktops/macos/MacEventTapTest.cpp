@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <csignal>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -6,6 +8,7 @@
 
 #include "desktops/macos/MacEvent.h"
 #include "desktops/macos/MacEventTaps.h"
+#include "desktops/macos/MacEvents.h"
 #include "desktops/macos/MacRunLoop.h"
 #include "tests/desktops/macos/fake/FakeSystem.h"
 
@@ -16,6 +19,8 @@ using fakemac::Event;
 using fakemac::fakeSystem;
 using platform::EventType;
 
+/// The system announces every change of the Accessibility permissions under this name.
+constexpr const char* kPermissionsChanged = "com.apple.accessibility.api";
 constexpr CGEventMask kKeys = (1 << kCGEventKeyDown) | (1 << kCGEventKeyUp);
 
 /// A tap on the main run loop whose callback is a function of the test's.
@@ -71,7 +76,7 @@ TEST_F(MacEventTapTest, IsAnActiveTapAtTheHeadOfTheSession) {
   EXPECT_EQ(request.placement, kCGHeadInsertEventTap);
   EXPECT_EQ(request.options, kCGEventTapOptionDefault);
   EXPECT_EQ(request.mask, kKeys);
-  EXPECT_EQ(request.userInfo, this);
+  EXPECT_NE(request.userInfo, nullptr);
   ASSERT_EQ(fakeSystem().sources.size(), 1U);
   EXPECT_EQ(fakeSystem().sources.front()->order, 0);
 }
@@ -86,9 +91,8 @@ TEST_F(MacEventTapTest, EventsPassOrAreSwallowed) {
   EXPECT_EQ(delivered, std::vector<std::int64_t>{2});
 }
 
-TEST_F(MacEventTapTest, WhatIsPostedFollowsTheEventInHand) {
+TEST_F(MacEventTapTest, WhatIsPostedEntersBeforeTheEventInHandAndUnseen) {
   callback = [](platform::EventTapProxy* proxy, EventType, platform::Event* event) {
-    if (event->sourceUserData() == 5) return event;
     const auto posted = event->copy();
     posted->setSourceUserData(5);
     proxy->post(*posted);
@@ -100,7 +104,31 @@ TEST_F(MacEventTapTest, WhatIsPostedFollowsTheEventInHand) {
   fakeSystem().onDelivered = [&](const Event& event) { userData.push_back(event.userData); };
   press(1);
   press(1);
-  EXPECT_EQ(userData, (std::vector<std::int64_t>{0, 5, 0, 5}));
+  EXPECT_EQ(userData, (std::vector<std::int64_t>{5, 0, 5, 0}));
+  EXPECT_EQ(types.size(), 2U);
+}
+
+TEST_F(MacEventTapTest, EachTapHasItsOwnCallback) {
+  const auto pass = [](platform::EventTapProxy*, EventType, platform::Event* event, void*) {
+    return event;
+  };
+  tap->invalidate();
+  const auto other = MacEventTaps().create(kKeys, pass, nullptr);
+  loop.remove(*source);
+  source = other->createRunLoopSource(0);
+  loop.add(*source);
+  press(1);
+  EXPECT_TRUE(types.empty());
+  EXPECT_EQ(delivered, std::vector<std::int64_t>{1});
+}
+
+TEST_F(MacEventTapTest, MayEndInItsOwnCall) {
+  callback = [this](auto*, EventType, platform::Event* event) {
+    tap.reset();
+    return event;
+  };
+  press(1);
+  EXPECT_EQ(delivered, std::vector<std::int64_t>{1});
 }
 
 TEST_F(MacEventTapTest, ADisabledTapIsToldWithoutAnEvent) {
@@ -171,10 +199,97 @@ TEST_F(MacEventTapDeathTest, TheProxyEndsWithTheCallback) {
                "the proxy of no running callback");
 }
 
+TEST_F(MacEventTapTest, IsGivenUpWhereItIsLookedAtWithoutPermission) {
+  fakeSystem().takePermission();
+  EXPECT_FALSE(tap->isEnabled());
+  EXPECT_EQ(fakeSystem().tapCalls.back(), "invalidate");
+  // Nobody was asked anything.
+  EXPECT_EQ(
+      std::count(fakeSystem().trustQuestions.begin(), fakeSystem().trustQuestions.end(), true), 0);
+}
+
+TEST_F(MacEventTapTest, IsNotEnabledWithoutPermission) {
+  callback = [this](auto*, EventType, platform::Event* event) {
+    tap->enable(true);
+    return event;
+  };
+  fakeSystem().takePermission();
+  fakeSystem().disableTap(kCGEventTapDisabledByUserInput);
+  EXPECT_EQ(fakeSystem().tapCalls.back(), "invalidate");
+}
+
+TEST_F(MacEventTapTest, IsGivenUpWhenTheSystemAnnouncesTheChange) {
+  fakeSystem().takePermission();
+  press(1);
+  EXPECT_TRUE(delivered.empty());
+  fakeSystem().announce(kPermissionsChanged);
+  EXPECT_EQ(delivered, std::vector<std::int64_t>{1});
+  EXPECT_EQ(fakeSystem().tapCalls.back(), "invalidate");
+  fakeSystem().advance(1);
+}
+
+TEST_F(MacEventTapTest, TheAnswerMayComeALittleAfterTheAnnouncement) {
+  fakeSystem().announce(kPermissionsChanged);
+  EXPECT_TRUE(tap->isEnabled());
+  fakeSystem().takePermission();
+  press(1);
+  fakeSystem().advance(0.2);
+  EXPECT_EQ(delivered, std::vector<std::int64_t>{1});
+  fakeSystem().advance(1);
+}
+
+TEST_F(MacEventTapTest, AnotherProgramsPermissionChangesNothing) {
+  fakeSystem().announce(kPermissionsChanged);
+  fakeSystem().advance(1);
+  EXPECT_TRUE(tap->isEnabled());
+  EXPECT_EQ(fakeSystem().tapCalls.back(), "enable");
+}
+
+TEST_F(MacEventTapTest, ADestroyedTapLooksAtNothing) {
+  fakeSystem().announce(kPermissionsChanged);
+  tap.reset();
+  fakeSystem().trustQuestions.clear();
+  fakeSystem().announce(kPermissionsChanged);
+  fakeSystem().advance(1);
+  EXPECT_TRUE(fakeSystem().trustQuestions.empty());
+  EXPECT_TRUE(fakeSystem().observers.empty());
+}
+
+TEST_F(MacEventTapTest, AnInvalidTapIsLeftAlone) {
+  tap->invalidate();
+  const auto calls = fakeSystem().tapCalls;
+  EXPECT_FALSE(tap->isEnabled());
+  tap->enable(true);
+  tap->enable(false);
+  tap->invalidate();
+  EXPECT_EQ(fakeSystem().tapCalls, calls);
+  EXPECT_EQ(tap->createRunLoopSource(0), nullptr);
+}
+
 TEST(MacEventTaps, WithoutPermissionThereIsNoTap) {
+  using Untrusted = fakemac::FakeSystem::UntrustedTap;
   fakeSystem().trusted = false;
+  for (const auto kind : {Untrusted::refused, Untrusted::withoutKeys}) {
+    fakeSystem().untrustedTap = kind;
+    constexpr CGEventMask kClicks = 1 << kCGEventLeftMouseDown;
+    EXPECT_EQ(MacEventTaps().create(kKeys | kClicks, nullptr, nullptr), nullptr);
+  }
+  EXPECT_EQ(fakemac::liveObjects(), 0U);
+  EXPECT_TRUE(fakeSystem().observers.empty());
+}
+
+TEST(MacEventTaps, ARefusedTapIsNull) {
+  fakeSystem().failsNextTap = true;
   EXPECT_EQ(MacEventTaps().create(kKeys, nullptr, nullptr), nullptr);
   EXPECT_EQ(fakemac::liveObjects(), 0U);
+}
+
+class OtherSource final : public platform::EventSource {};
+
+TEST(MacEventTapsDeathTest, WhatIsAnotherDesktopsStopsTheProgram) {
+  OtherSource source;
+  EXPECT_EXIT(static_cast<void>(MacEvents().createKeyboardEvent(source, 0, true)),
+              testing::KilledBySignal(SIGABRT), "^$");
 }
 
 TEST(MacEventTaps, AsksWhetherItMayPost) {

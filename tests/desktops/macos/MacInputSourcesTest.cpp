@@ -94,6 +94,20 @@ TEST_F(MacInputSourcesTest, TellsTheCurrentOne) {
   EXPECT_EQ(sources.current(), std::nullopt);
 }
 
+TEST_F(MacInputSourcesTest, AnAnswerStaysWhatItWas) {
+  fakeSystem().makeCurrent(&fakeSystem().install("com.apple.keylayout.US"));
+  const auto& first = sources.current();
+  fakeSystem().makeCurrent(&fakeSystem().install("com.apple.keylayout.Russian"));
+  const auto& second = sources.current();
+  fakeSystem().makeCurrent(nullptr);
+  const auto& none = sources.current();
+  EXPECT_EQ(first, "com.apple.keylayout.US");
+  EXPECT_EQ(second, "com.apple.keylayout.Russian");
+  EXPECT_EQ(none, std::nullopt);
+  fakeSystem().makeCurrent(fakeSystem().installed.front());
+  EXPECT_EQ(&sources.current(), &first);
+}
+
 TEST_F(MacInputSourcesTest, SelectsAndReportsRefusal) {
   fakeSystem().install("com.apple.keylayout.US");
   auto& russian = fakeSystem().install("com.apple.keylayout.Russian");

@@ -40,12 +40,13 @@ TEST_F(MacProgramTest, CreatesOneTapForKeysAndClicks) {
   EXPECT_EQ(request.placement, kCGHeadInsertEventTap);
   EXPECT_EQ(request.options, kCGEventTapOptionDefault);
   EXPECT_EQ(request.mask, 0x2000C0AU);
-  EXPECT_EQ(request.userInfo, &KeyTap::shared());
-  EXPECT_EQ(fakeSystem().trustQuestions, std::vector{true});
+  const auto& asked = fakeSystem().trustQuestions;
+  EXPECT_EQ(std::count(asked.begin(), asked.end(), true), 1);
   ASSERT_EQ(fakeSystem().timers.size(), 1U);
   EXPECT_EQ(fakeSystem().timers.front()->interval, 2.0);
   EXPECT_EQ(fakeSystem().timers.front()->tolerance, 0.5);
-  EXPECT_EQ(fakeSystem().observers.size(), 2U);
+  // Of the selected and the enabled layouts, and of the permission.
+  EXPECT_EQ(fakeSystem().observers.size(), 3U);
 }
 
 TEST_F(MacProgramTest, SetsTheTapUpAndTakesItDownInOrder) {
@@ -117,6 +118,109 @@ TEST_F(MacProgramTest, WaitsForThePermission) {
   EXPECT_TRUE(mac.delegate().tapRunning());
   mac.type("ghbdtn ");
   EXPECT_EQ(mac.textField().text(), "ghbdtn привет ");
+}
+
+/// Nowhere does the program say that it works.
+void expectAWarning(Mac& mac) {
+  EXPECT_FALSE(mac.delegate().tapRunning());
+  EXPECT_EQ(mac.services().statusBar->icon().symbol, "keyboard.badge.ellipsis");
+  EXPECT_EQ(mac.services().statusBar->icon().toolTip, "Tessarok — needs Accessibility permission");
+}
+
+TEST_F(MacProgramTest, WithoutPermissionATapThatSeesNoKeysIsNone) {
+  fakeSystem().untrustedTap = fakemac::FakeSystem::UntrustedTap::withoutKeys;
+  mac.setTrusted(false);
+  mac.launch();
+  for (int tick = 0; tick < 5; ++tick) {
+    expectAWarning(mac);
+    mac.wait(2);
+  }
+  mac.setTrusted(true);
+  mac.wait(2);
+  mac.type("ghbdtn ");
+  EXPECT_EQ(mac.textField().text(), "привет ");
+}
+
+TEST_F(MacProgramTest, LosesThePermissionWithoutHoldingAKeyUp) {
+  mac.launch();
+  mac.type("ghb");
+  fakeSystem().takePermission();
+  fakeSystem().announce("com.apple.accessibility.api");
+  mac.type("dtn ");
+  EXPECT_EQ(mac.textField().text(), "ghbdtn ");
+  EXPECT_TRUE(fakeSystem().waitingKeys.empty());
+  mac.wait(2.5);
+  expectAWarning(mac);
+  mac.setTrusted(true);
+  mac.wait(2);
+  EXPECT_TRUE(mac.delegate().tapRunning());
+  // What was typed before the first boundary is not known.
+  mac.type("ghbdtn ghbdtn ");
+  EXPECT_EQ(mac.textField().text(), "ghbdtn ghbdtn привет ");
+}
+
+TEST_F(MacProgramTest, LosesThePermissionUnannouncedUntilTheNextTick) {
+  mac.launch();
+  fakeSystem().takePermission();
+  mac.type("ghbdtn ");
+  EXPECT_EQ(mac.textField().text(), "");
+  mac.wait(2.5);
+  EXPECT_EQ(mac.textField().text(), "ghbdtn ");
+  expectAWarning(mac);
+}
+
+TEST_F(MacProgramTest, LosesThePermissionWhileAPasswordIsTyped) {
+  mac.launch();
+  fakeSystem().secureInput = true;
+  fakeSystem().takePermission();
+  mac.wait(2.5);
+  expectAWarning(mac);
+  fakeSystem().secureInput = false;
+  mac.type("ghbdtn ");
+  EXPECT_EQ(mac.textField().text(), "ghbdtn ");
+}
+
+TEST_F(MacProgramTest, ATapThatIsDisabledForTheLostPermissionIsNotEnabledAgain) {
+  mac.launch();
+  fakeSystem().takePermission();
+  mac.disableTap(kCGEventTapDisabledByUserInput);
+  mac.type("ghbdtn ");
+  EXPECT_EQ(mac.textField().text(), "ghbdtn ");
+  mac.wait(2.5);
+  expectAWarning(mac);
+}
+
+TEST_F(MacProgramTest, WorksOnThoughItsTapIsDisabledAgainAndAgain) {
+  mac.launch();
+  for (int i = 0; i < 100; ++i) {
+    mac.type("ghb");
+    mac.disableTap(i % 2 == 0 ? kCGEventTapDisabledByTimeout : kCGEventTapDisabledByUserInput);
+    mac.type("dtn ");
+    // The watchdog finds it disabled without a word.
+    mac.type("ghb");
+    fakeSystem().tap->isEnabled = false;
+    mac.wait(2.5);
+    mac.type("dtn ");
+  }
+  std::string expected;
+  for (int i = 0; i < 200; ++i)
+    expected += "ghbdtn ";
+  EXPECT_EQ(mac.textField().text(), expected);
+  mac.type("ghbdtn ");
+  EXPECT_EQ(mac.textField().text(), expected + "привет ");
+  EXPECT_EQ(fakemac::liveObjects(fakemac::Kind::machPort), 1U);
+}
+
+TEST_F(MacProgramTest, AnotherProgramsPasswordKeepsItWaiting) {
+  mac.launch();
+  mac.type("ghb");
+  fakeSystem().secureInput = true;
+  mac.type("secret");
+  mac.wait(60);
+  EXPECT_EQ(fakeSystem().tapRequests.size(), 1U);
+  fakeSystem().secureInput = false;
+  mac.type(" ghbdtn ");
+  EXPECT_EQ(mac.textField().text(), "ghbsecret привет ");
 }
 
 TEST_F(MacProgramTest, MakesNoTapWhileAPasswordIsTyped) {

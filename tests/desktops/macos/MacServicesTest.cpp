@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <dispatch/dispatch.h>
 #include <functional>
 #include <gtest/gtest.h>
@@ -10,12 +11,14 @@
 
 #include "desktops/macos/CfString.h"
 #include "desktops/macos/MacAccessibility.h"
+#include "desktops/macos/MacClock.h"
 #include "desktops/macos/MacInputSourceNotifications.h"
 #include "desktops/macos/MacKeyboard.h"
 #include "desktops/macos/MacRunLoop.h"
 #include "desktops/macos/MacSecureInput.h"
 #include "desktops/macos/MacSerialQueues.h"
 #include "desktops/macos/MacUserDefaults.h"
+#include "desktops/macos/TerminationSignals.h"
 #include "tests/desktops/macos/fake/FakeConstants.h"
 #include "tests/desktops/macos/fake/FakeSystem.h"
 
@@ -112,6 +115,43 @@ TEST(MacKeyboard, TellsTheAgeOfTheLastKey) {
   EXPECT_TRUE(std::isinf(MacKeyboard().secondsSinceLastKeyDown()));
   fakeSystem().lastKeyDownAt = fakeSystem().uptime - 2.5;
   EXPECT_EQ(MacKeyboard().secondsSinceLastKeyDown(), 2.5);
+}
+
+TEST(MacClock, TellsTheUptime) {
+  fakeSystem().uptime = 12.25;
+  EXPECT_EQ(MacClock().uptime(), 12.25);
+}
+
+TEST(TerminationSignals, EndTheProgramOnTheMainQueue) {
+  int ends = 0;
+  {
+    const TerminationSignals signals([&] { ++ends; });
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+      // Else the process would be gone.
+      ASSERT_EQ(raise(signal), 0);
+      fakeSystem().raiseSignal(signal);
+    }
+    EXPECT_EQ(ends, 0);
+    fakeSystem().runMainQueue();
+    EXPECT_EQ(ends, 3);
+  }
+  EXPECT_TRUE(fakeSystem().signalSources.empty());
+  EXPECT_EXIT(static_cast<void>(raise(SIGTERM)), testing::KilledBySignal(SIGTERM), "");
+}
+
+TEST(TerminationSignals, WhatIsIgnoredFromTheStartStaysIgnored) {
+  ASSERT_NE(std::signal(SIGHUP, SIG_IGN), SIG_ERR);
+  {
+    const TerminationSignals signals([] {});
+    EXPECT_EQ(fakeSystem().signalSources.size(), 2U);
+  }
+  EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN);
+}
+
+TEST(TerminationSignals, AreLeftAloneWhenTheyCannotBeWatched) {
+  fakeSystem().failsSignalSources = true;
+  const TerminationSignals signals([] {});
+  EXPECT_EQ(std::signal(SIGTERM, SIG_DFL), SIG_DFL);
 }
 
 TEST(MacRunLoop, RunsOnTheMainQueueNowAndLater) {

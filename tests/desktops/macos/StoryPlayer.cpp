@@ -61,6 +61,7 @@ void StoryPlayer::finish() {
 }
 
 void StoryPlayer::launchOnce() {
+  fakeSystem().tapsSeePasswords = true;
   if (!std::exchange(launched_, true)) mac_.launch();
 }
 

@@ -1,4 +1,4 @@
-// Dispatch: the main queue, which the tests turn by hand, and serial queues with threads.
+// Dispatch: the main queue, which the tests turn by hand, serial queues with threads, and signals.
 
 #include <dispatch/dispatch.h>
 #include <map>
@@ -8,8 +8,10 @@
 #include "desktops/posix/ThreadQueue.h"
 #include "tests/desktops/macos/fake/FakeSystem.h"
 
-// The name is the system's.
+// The names are the system's.
 dispatch_queue_s _dispatch_main_q;
+struct dispatch_source_type_s {};
+const dispatch_source_type_s _dispatch_source_type_signal;
 
 namespace tessarok::fakemac {
 
@@ -60,6 +62,14 @@ dispatch_queue_t dispatch_queue_create(const char* label, dispatch_queue_attr_t 
 }
 
 void dispatch_release(dispatch_object_t object) {
+  if (const auto source = fakeSystem().signalSources.find(object);
+      source != fakeSystem().signalSources.end()) {
+    // The system ends a process that lets a suspended source go.
+    if (!source->second.isResumed) misuse("a source that was not resumed was released");
+    fakeSystem().signalSources.erase(source);
+    delete static_cast<dispatch_source_s*>(object);
+    return;
+  }
   std::unique_ptr<Queue> released;
   {
     const std::lock_guard lock(mutex);
@@ -97,4 +107,42 @@ void dispatch_after_f(dispatch_time_t when, dispatch_queue_t queue, void* contex
   requireMain(queue);
   fakeSystem().delayed.push_back(
       {static_cast<double>(when) / kNanosecondsPerSecond, context, work});
+}
+
+namespace {
+
+FakeSystem::SignalSource& sourceOf(dispatch_object_t object) {
+  const auto found = fakeSystem().signalSources.find(object);
+  if (found == fakeSystem().signalSources.end()) misuse("a source that does not exist was used");
+  return found->second;
+}
+
+}  // namespace
+
+dispatch_source_t dispatch_source_create(dispatch_source_type_t type, uintptr_t handle,
+                                         uintptr_t mask, dispatch_queue_t queue) {
+  requireMain(queue);
+  if (type != DISPATCH_SOURCE_TYPE_SIGNAL || mask != 0) misuse("a source of something else");
+  if (fakeSystem().failsSignalSources) return nullptr;
+  auto* const source = new dispatch_source_s;
+  fakeSystem().signalSources[source] = {static_cast<int>(handle), nullptr, nullptr, false};
+  return source;
+}
+
+void dispatch_set_context(dispatch_object_t object, void* context) {
+  sourceOf(object).context = context;
+}
+
+void dispatch_source_set_event_handler_f(dispatch_source_t source, dispatch_function_t handler) {
+  sourceOf(source).handler = handler;
+}
+
+void dispatch_resume(dispatch_object_t object) {
+  auto& source = sourceOf(object);
+  if (source.isResumed || source.handler == nullptr) misuse("a source was resumed wrongly");
+  source.isResumed = true;
+}
+
+void dispatch_source_cancel(dispatch_source_t source) {
+  sourceOf(source).handler = nullptr;
 }

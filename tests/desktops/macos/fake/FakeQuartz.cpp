@@ -48,13 +48,9 @@ Tap::~Tap() {
   if (fakeSystem().tap == this) fakeSystem().tap = nullptr;
 }
 
-void FakeSystem::send(Event& event) {
-  route(event);
-  while (!postedEvents.empty()) {
-    const std::unique_ptr<Event> posted(postedEvents.front());
-    postedEvents.pop_front();
-    route(*posted);
-  }
+void FakeSystem::takePermission() {
+  trusted = false;
+  mayPost = false;
 }
 
 bool FakeSystem::reachesTap(const Event& event) const {
@@ -62,18 +58,39 @@ bool FakeSystem::reachesTap(const Event& event) const {
   const bool isServed = std::any_of(sources.begin(), sources.end(), [this](const auto* source) {
     return source->port == refTo<CFMachPortRef>(tap);
   });
-  return isServed && isInMask(event.type, tapRequests.back().mask) &&
-         (!tap->isDeaf || !isKey(event.type));
+  return isServed && isInMask(event.type, tap->mask) &&
+         (!isKey(event.type) || (!tap->isDeaf && (!secureInput || tapsSeePasswords)));
 }
 
-void FakeSystem::route(Event& event) {
-  const auto reference = refTo<CGEventRef>(&event);
-  if (reachesTap(event)) {
-    const auto returned = call(event.type, reference);
-    if (event.references != 1) misuse("the callback kept, or gave away, a reference to the event");
-    if (returned == nullptr) return;
-    if (returned != reference) misuse("the callback returned another event");
+bool FakeSystem::isHeldUp(const Event& event) const {
+  return !trusted && isKey(event.type) && reachesTap(event);
+}
+
+void FakeSystem::send(Event& event) {
+  if (isHeldUp(event)) {
+    waitingKeys.push_back(std::make_unique<Event>(event));
+    return;
   }
+  if (!reachesTap(event)) return deliver(event);
+  const auto reference = refTo<CGEventRef>(&event);
+  const auto returned = call(event.type, reference);
+  if (event.references != 1) misuse("the callback kept, or gave away, a reference to the event");
+  if (returned != nullptr && returned != reference) misuse("the callback returned another event");
+  while (!postedEvents.empty()) {
+    const std::unique_ptr<Event> posted(postedEvents.front());
+    postedEvents.pop_front();
+    deliver(*posted);
+  }
+  if (returned != nullptr) deliver(event);
+}
+
+void FakeSystem::releaseWaitingKeys() {
+  if (!waitingKeys.empty() && isHeldUp(*waitingKeys.front())) return;
+  for (const auto& key : std::exchange(waitingKeys, {}))
+    deliver(*key);
+}
+
+void FakeSystem::deliver(const Event& event) const {
   if (onDelivered) onDelivered(event);
 }
 
@@ -104,19 +121,28 @@ CFMachPortRef CGEventTapCreate(CGEventTapLocation location, CGEventTapPlacement 
   auto& system = fakeSystem();
   system.tapRequests.push_back({location, placement, options, mask, userInfo});
   system.tapCalls.emplace_back("create");
-  if (!system.trusted) return nullptr;
+  constexpr CGEventMask kKeys =
+      (CGEventMask{1} << kCGEventKeyDown) | (CGEventMask{1} << kCGEventKeyUp);
+  if (!system.trusted) {
+    mask &= ~kKeys;
+    if (mask == 0 || system.untrustedTap == FakeSystem::UntrustedTap::refused) return nullptr;
+  }
+  if (std::exchange(system.failsNextTap, false)) return nullptr;
   if (system.tap != nullptr && system.tap->isValid) misuse("a second tap was created");
-  system.tap = new Tap(callback, userInfo);
+  system.tap = new Tap(callback, userInfo, mask);
   return refTo<CFMachPortRef>(system.tap);
 }
 
 void CGEventTapEnable(CFMachPortRef port, bool enable) {
   auto& tap = as<Tap>(port);
   fakeSystem().tapCalls.emplace_back(enable ? "enable" : "disable");
-  tap.isEnabled = enable && fakeSystem().trusted && tap.isValid;
+  if (!tap.isValid) misuse("an invalid tap was enabled or disabled");
+  tap.isEnabled = enable;
+  fakeSystem().releaseWaitingKeys();
 }
 
 bool CGEventTapIsEnabled(CFMachPortRef port) {
+  if (!as<Tap>(port).isValid) misuse("an invalid tap was asked for");
   return as<Tap>(port).isEnabled;
 }
 

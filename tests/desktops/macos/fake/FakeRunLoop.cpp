@@ -35,7 +35,7 @@ CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef allocator, CFMac
                                                  CFIndex order) {
   if (allocator != kCFAllocatorDefault) misuse("an unexpected allocator");
   if (std::exchange(fakeSystem().failsNextRunLoopSource, false)) return nullptr;
-  static_cast<void>(as<Tap>(port));
+  if (!as<Tap>(port).isValid) return nullptr;
   fakeSystem().tapCalls.emplace_back("create source");
   return refTo<CFRunLoopSourceRef>(new RunLoopSource(port, order));
 }
@@ -45,6 +45,7 @@ void CFMachPortInvalidate(CFMachPortRef port) {
   fakeSystem().tapCalls.emplace_back("invalidate");
   tap.isValid = false;
   tap.isEnabled = false;
+  fakeSystem().releaseWaitingKeys();
 }
 
 CFAbsoluteTime CFAbsoluteTimeGetCurrent() {

@@ -59,6 +59,18 @@ void FakeSystem::announce(CFStringRef name) {
   }
 }
 
+void FakeSystem::announce(const std::string& name) {
+  String text(name);
+  announce(refTo<CFStringRef>(&text));
+}
+
+void FakeSystem::raiseSignal(int signal) {
+  for (const auto& [handle, source] : signalSources) {
+    if (source.signal != signal || !source.isResumed) continue;
+    mainQueue.push_back({0, source.context, source.handler});
+  }
+}
+
 void FakeSystem::setPreference(const std::string& key, CFTypeRef value) {
   auto& saved = preferences[key];
   if (saved != nullptr) CFRelease(saved);

@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -43,12 +44,14 @@ struct TapRequest {
 };
 
 struct Tap final : Object {
-  explicit Tap(CGEventTapCallBack tapCallback, void* info)
-      : Object(Kind::machPort), callback(tapCallback), userInfo(info) {}
+  Tap(CGEventTapCallBack tapCallback, void* info, CGEventMask grantedMask)
+      : Object(Kind::machPort), callback(tapCallback), userInfo(info), mask(grantedMask) {}
   ~Tap() override;
 
   CGEventTapCallBack callback;
   void* userInfo;
+  /// The events that it may see, of those that were asked for.
+  CGEventMask mask;
   // The real system creates taps enabled.
   bool isEnabled = true;
   bool isValid = true;
@@ -97,7 +100,14 @@ class FakeSystem final {
 
   // Events.
   bool trusted = true;
+  /// Without permission: no tap, or one that sees no keys. The system does both.
+  enum class UntrustedTap { refused, withoutKeys };
+  UntrustedTap untrustedTap = UntrustedTap::refused;
+  /// Takes the permission away from the running program. An active tap that stands without it
+  /// answers no more, and the keys of the session wait for it: they are in `waitingKeys`.
+  void takePermission();
   bool mayPost = true;
+  bool failsNextTap = false;
   bool failsNextSource = false;
   bool failsNextEvent = false;
   bool failsNextCopy = false;
@@ -112,8 +122,13 @@ class FakeSystem final {
   std::function<void(const Event&)> onDelivered;
   /// Called for every event that the program posts, before it is on its way.
   std::function<void(const Event&)> onPosted;
-  /// Sends a hardware event through the tap to the application, and what is posted after it.
+  /// Sends a hardware event through the tap to the application. What the callback posts enters
+  /// the stream behind the tap and before the event that the callback returns.
   void send(Event& event);
+  /// Keys that the person has pressed and no application has got.
+  std::vector<std::unique_ptr<Event>> waitingKeys;
+  /// Delivers them, once nothing holds them up.
+  void releaseWaitingKeys();
   /// The system disables the tap and tells it so, with or without an event.
   void disableTap(CGEventType pseudoEvent, bool withEvent = false);
   /// The tap that exists, or null.
@@ -126,7 +141,10 @@ class FakeSystem final {
   // Permission.
   /// The prompt option of each question about the Accessibility permission.
   std::vector<bool> trustQuestions;
+  /// Some program, this one or another, has a password typed. No tap sees a key meanwhile.
   bool secureInput = false;
+  /// For what the program does with a key that it sees all the same.
+  bool tapsSeePasswords = false;
 
   // Input sources; `installed` are the enabled ones, in order, and `current` may be null or
   // another one. Both own what they hold.
@@ -160,6 +178,7 @@ class FakeSystem final {
   };
   std::vector<Observer> observers;
   void announce(CFStringRef name);
+  void announce(const std::string& name);
 
   // Preferences; the values are owned.
   std::map<std::string, CFTypeRef> preferences;
@@ -186,9 +205,22 @@ class FakeSystem final {
   std::deque<Delayed> mainQueue;
   std::vector<Delayed> delayed;
 
+  // Signals.
+  struct SignalSource {
+    int signal;
+    void* context;
+    void (*handler)(void*);
+    bool isResumed;
+  };
+  std::map<const void*, SignalSource> signalSources;
+  bool failsSignalSources = false;
+  /// A signal comes; who watches for it is called on the main queue.
+  void raiseSignal(int signal);
+
  private:
-  void route(Event& event);
   [[nodiscard]] bool reachesTap(const Event& event) const;
+  [[nodiscard]] bool isHeldUp(const Event& event) const;
+  void deliver(const Event& event) const;
   CGEventRef call(CGEventType type, CGEventRef event);
   bool runFirstDue(double end);
 };

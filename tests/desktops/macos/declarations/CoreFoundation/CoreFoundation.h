@@ -1,22 +1,12 @@
 #pragma once
 
+#include <MacTypes.h>
 #include <stddef.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
 extern "C" {
 #endif
-
-typedef unsigned char Boolean;
-typedef uint8_t UInt8;
-typedef uint16_t UInt16;
-typedef int16_t SInt16;
-typedef uint32_t UInt32;
-typedef int32_t SInt32;
-typedef UInt16 UniChar;
-typedef unsigned long UniCharCount;
-typedef UInt32 OptionBits;
-typedef SInt32 OSStatus;
 
 typedef long CFIndex;
 typedef unsigned long CFTypeID;

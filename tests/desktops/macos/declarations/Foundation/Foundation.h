@@ -1,39 +1,21 @@
 #pragma once
 
 #include <CoreGraphics/CoreGraphics.h>
+#include <objc/NSObject.h>
 
-#if defined(__aarch64__)
-typedef bool BOOL;
-#define YES true
-#define NO false
-#else
-typedef signed char BOOL;
-#define YES ((BOOL)1)
-#define NO ((BOOL)0)
-#endif
-#define nil nullptr
+// The text lives no longer than its owner: the compiler keeps that alive as long as it is used.
+#define NS_RETURNS_INNER_POINTER __attribute__((objc_returns_inner_pointer))
 
-typedef long NSInteger;
-typedef unsigned long NSUInteger;
 typedef double NSTimeInterval;
 typedef NSUInteger NSStringEncoding;
 enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 typedef struct _NSZone NSZone;
 
-__attribute__((objc_root_class))
-@interface NSObject
-+ (instancetype)alloc;
-- (instancetype)init;
-@end
-
-@protocol NSObject
-@end
-
 @interface NSString : NSObject
 - (instancetype)initWithBytes:(const void*)bytes
                        length:(NSUInteger)length
                      encoding:(NSStringEncoding)encoding;
-@property(readonly) const char* fileSystemRepresentation;
+@property(readonly) const char* fileSystemRepresentation NS_RETURNS_INNER_POINTER;
 @end
 @interface NSConstantString : NSString
 @end
@@ -54,7 +36,7 @@ __attribute__((objc_root_class))
 @interface NSURL : NSObject
 + (instancetype)URLWithString:(NSString*)text;
 + (NSURL*)fileURLWithPath:(NSString*)path;
-@property(readonly) const char* fileSystemRepresentation;
+@property(readonly) const char* fileSystemRepresentation NS_RETURNS_INNER_POINTER;
 @end
 
 typedef NSUInteger NSSearchPathDirectory;
@@ -67,9 +49,11 @@ enum : NSSearchPathDomainMask { NSUserDomainMask = 1 };
                            inDomains:(NSSearchPathDomainMask)domains;
 @end
 
+enum : uint64_t { NSActivityUserInitiatedAllowingIdleSystemSleep = 0xEFFFFF };
+typedef uint64_t NSActivityOptions;
 @interface NSProcessInfo : NSObject
 @property(class, readonly) NSProcessInfo* processInfo;
-@property(readonly) NSTimeInterval systemUptime;
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason;
 @end
 
 typedef NSString* NSNotificationName;

@@ -9,9 +9,12 @@ extern "C" {
 #ifdef __cplusplus
 struct dispatch_object_s {};
 struct dispatch_queue_s : dispatch_object_s {};
+struct dispatch_source_s : dispatch_object_s {};
 #endif
 typedef struct dispatch_object_s* dispatch_object_t;
 typedef struct dispatch_queue_s* dispatch_queue_t;
+typedef struct dispatch_source_s* dispatch_source_t;
+typedef const struct dispatch_source_type_s* dispatch_source_type_t;
 typedef struct dispatch_queue_attr_s* dispatch_queue_attr_t;
 typedef uint64_t dispatch_time_t;
 typedef void (*dispatch_function_t)(void* context);
@@ -26,11 +29,20 @@ static inline dispatch_queue_t dispatch_get_main_queue(void) {
 }
 dispatch_queue_t dispatch_queue_create(const char* label, dispatch_queue_attr_t attributes);
 void dispatch_release(dispatch_object_t object);
+void dispatch_resume(dispatch_object_t object);
+void dispatch_set_context(dispatch_object_t object, void* context);
 dispatch_time_t dispatch_time(dispatch_time_t when, int64_t nanoseconds);
 void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t work);
 void dispatch_sync_f(dispatch_queue_t queue, void* context, dispatch_function_t work);
 void dispatch_after_f(dispatch_time_t when, dispatch_queue_t queue, void* context,
                       dispatch_function_t work);
+
+extern const struct dispatch_source_type_s _dispatch_source_type_signal;
+#define DISPATCH_SOURCE_TYPE_SIGNAL (&_dispatch_source_type_signal)
+dispatch_source_t dispatch_source_create(dispatch_source_type_t type, uintptr_t handle,
+                                         uintptr_t mask, dispatch_queue_t queue);
+void dispatch_source_set_event_handler_f(dispatch_source_t source, dispatch_function_t handler);
+void dispatch_source_cancel(dispatch_source_t source);
 
 #ifdef __cplusplus
 }
