@@ -90,6 +90,10 @@ std::optional<PtyModes> Pty::modes() const {
   return PtyModes(settings);
 }
 
+pid_t Pty::foregroundGroup() const {
+  return ::tcgetpgrp(descriptor_.get());
+}
+
 void Pty::setSize(const winsize& size) {
   ::ioctl(descriptor_.get(), TIOCSWINSZ, &size);
 }

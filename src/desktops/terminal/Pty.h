@@ -31,6 +31,8 @@ class Pty final {
   [[nodiscard]] int descriptor() const { return descriptor_.get(); }
   /// Absent when the terminal is gone.
   [[nodiscard]] std::optional<PtyModes> modes() const;
+  /// The process group that reads the keys; -1 when there is none.
+  [[nodiscard]] pid_t foregroundGroup() const;
   void setSize(const winsize& size);
   /// The program's exit status as a shell gives it, 128 and the signal for one that was killed;
   /// absent while it runs.

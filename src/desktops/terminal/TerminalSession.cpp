@@ -16,6 +16,8 @@ constexpr double kEscapeDelay = 0.05;
 /// Seconds for which the echo of a word is waited for. It is there long before a person has
 /// pressed the next key, except through a slow connection.
 constexpr double kEchoDelay = 0.2;
+/// Seconds for which a cursor has to rest before what stands there is believed to be an echo.
+constexpr double kSettleDelay = 0.005;
 /// Bytes that come together only in a paste.
 constexpr std::size_t kPasteSize = 256;
 /// Bytes that hardly come together when typed; perhaps more of a paste follows at once.
@@ -82,7 +84,7 @@ int TerminalSession::run() {
   desktop_.systemLog().hold();
   outer_.makeRaw();
   // The window may have changed while the program was starting.
-  pty_.setSize(outer_.size());
+  resize();
   endIfProgramEnded();
   desktop_.runLoop().run();
   tidyScreen();
@@ -101,7 +103,7 @@ void TerminalSession::handleSignal(int signal) {
       outer_.makeRaw();
       [[fallthrough]];
     case SIGWINCH:
-      return pty_.setSize(outer_.size());
+      return resize();
     case SIGPIPE:
       // The write that failed says so itself.
       return;
@@ -110,6 +112,12 @@ void TerminalSession::handleSignal(int signal) {
       isHurried_ = true;
       return end(kKilled + signal);
   }
+}
+
+void TerminalSession::resize() {
+  const auto size = outer_.size();
+  pty_.setSize(size);
+  output_.screen().setColumns(size.ws_col);
 }
 
 void TerminalSession::stop() {
@@ -215,6 +223,16 @@ void TerminalSession::waitForEcho(const InputItem& item) {
   });
 }
 
+void TerminalSession::waitToSettle() {
+  const auto wait = echoWait_;
+  const auto place = output_.screen().cursor();
+  desktop_.runLoop().after(kSettleDelay, [this, wait, place] {
+    if (wait != echoWait_ || !held_ || place != output_.screen().cursor()) return;
+    keys_.settle();
+    if (keys_.isEchoComplete()) echoCame();
+  });
+}
+
 void TerminalSession::echoCame() {
   keys_.press(*held_);
   held_.reset();
@@ -244,7 +262,14 @@ void TerminalSession::serveProgram(short events) {
   if ((events & (POLLIN | POLLHUP | POLLERR)) == 0) return;
   static_cast<void>(readProgram());
   flushScreen();
-  if (held_ && output_.isEchoComplete()) echoCame();
+  keys_.noteOutput();
+  flushToProgram();
+  if (!held_) return;
+  if (keys_.isEchoComplete()) {
+    echoCame();
+  } else if (keys_.seemsEchoed()) {
+    waitToSettle();
+  }
 }
 
 void TerminalSession::programHasLeft() {
@@ -267,10 +292,7 @@ bool TerminalSession::readProgram() {
   const std::string_view bytes(chunk_.data(), static_cast<std::size_t>(count));
   const bool wasAlternateScreen = output_.isAlternateScreen();
   output_.feed(bytes);
-  if (output_.isAlternateScreen() != wasAlternateScreen) {
-    output_.forgetEcho();
-    desktop_.announceOtherProgram();
-  }
+  if (output_.isAlternateScreen() != wasAlternateScreen) desktop_.announceOtherProgram();
   toScreen_.add(bytes);
   return true;
 }

@@ -40,6 +40,7 @@ class TerminalSession final {
   [[nodiscard]] short programEvents() const;
 
   void handleSignal(int signal);
+  void resize();
   void stop();
   void endIfProgramEnded();
   void end(int exitStatus);
@@ -50,6 +51,7 @@ class TerminalSession final {
   [[nodiscard]] std::size_t readMore();
   void serveInput();
   void waitForEcho(const InputItem& item);
+  void waitToSettle();
   void echoCame();
   void waitForRest();
   void flushToProgram();

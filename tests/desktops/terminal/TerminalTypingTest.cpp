@@ -26,8 +26,8 @@ class TypingIntoCat : public ::testing::Test {
 
 TEST_F(TypingIntoCat, FixesWordsAndSwitchesTheLayout) {
   expectLine("ghbdtn vbh", "привет мир");
-  // The layout stays switched: the same keys go on typing Russian.
-  expectLine("vbh", "мир");
+  // With the line the layout goes home.
+  expectLine("ls", "ls");
 }
 
 TEST_F(TypingIntoCat, FixesTheOtherWay) {
@@ -140,9 +140,9 @@ TEST(Secrets, APasswordIsNotTouched) {
 }
 
 TEST(Secrets, APasswordIsNotTranslatedEither) {
-  // Alt+Space and Control+Space belong to the password as well.
+  // Alt+Space and Control+Space do nothing and are no part of it.
   expectUntouched("stty -echo -isig; printf ready; IFS= read -r x; printf '[%s]' \"$x\"",
-                  "ghbdtn\x1b vbh\r", "ghbdtn\x1b vbh");
+                  std::string("\0ghbdtn\x1b vbh\r", 13), "ghbdtnvbh");
 }
 
 TEST(Secrets, AFewSecretCharactersAreNotTouched) {
@@ -165,13 +165,17 @@ TEST(KeyByKey, WithoutALineEditorNothingIsRetyped) {
                   "ghbdtn\x1b vbh  ");
 }
 
-TEST(KeyByKey, TheLayoutStaysSwitched) {
-  UserAtTerminal user(
-      {"sh", "-c", "head -n1; stty -icanon; printf ready; printf '[%s]' \"$(head -c 6)\""});
-  user.type("ghbdtn \r");
-  ASSERT_TRUE(user.sees("ready")) << user.screen();
-  user.type("vbh");
-  EXPECT_TRUE(user.sees("[мир]")) << user.screen();
+TEST(KeyByKey, ThePersonsOwnLayoutHasNoSayEither) {
+  UserAtTerminal user({"sh", "-c",
+                       "stty -icanon; printf 'go on? '; printf '[%s]' \"$(head -c 1)\"; stty "
+                       "icanon; printf ready; cat"});
+  ASSERT_TRUE(user.sees("go on? "));
+  user.type(std::string("\0y", 2));
+  EXPECT_TRUE(user.sees("[y]")) << user.screen();
+  ASSERT_TRUE(user.sees("ready"));
+  // It is waiting all the same.
+  user.type("vbh\r");
+  EXPECT_TRUE(user.sees("\r\nмир\r\n")) << user.screen();
 }
 
 TEST(AlternateScreen, SwitchesOffUntilItIsLeft) {
