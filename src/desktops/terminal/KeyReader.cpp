@@ -149,11 +149,14 @@ void readSequence(std::string_view sequence, TerminalEvent& event) {
 
 /// The event carries more than one character, as no key does, and the last one tells whether the
 /// cursor is now behind a word.
+void readUnseenText(bool endsInWord, TerminalEvent& event) {
+  event.become(OuterLayout::kNoKey, 0);
+  event.payload = {kObjectReplacement, endsInWord ? u'x' : u' '};
+}
+
 void readPaste(std::string_view text, TerminalEvent& event) {
   const char last = text.back();
-  const bool endsWord = static_cast<unsigned char>(last) > ' ' && last != '\x7f';
-  event.become(OuterLayout::kNoKey, 0);
-  event.payload = {kObjectReplacement, endsWord ? u'x' : u' '};
+  readUnseenText(static_cast<unsigned char>(last) > ' ' && last != '\x7f', event);
 }
 
 }  // namespace
@@ -184,7 +187,7 @@ void KeyReader::read(const InputItem& item, const PtyModes& modes, TerminalEvent
 }
 
 void KeyReader::readUnknown(TerminalEvent& event) {
-  event.become(OuterLayout::kNoKey, 0);
+  readUnseenText(true, event);
 }
 
 void KeyReader::readCharacter(const InputItem& item, TerminalEvent& event) {

@@ -98,7 +98,7 @@ bool Keys::needsEchoFirst(const InputItem& item) {
   const auto modes = pty_.modes();
   if (!modes || !modes->isRaw() || hasScreenForItself(&*modes)) return false;
   // What goes out as it came needs nothing before it.
-  if (!untranslated_.empty() && item.kind == Kind::character) return false;
+  if (item.kind == Kind::character && goesAsItCame(*modes)) return false;
   if (expectsEcho_) return true;
   // It has not shown anything lately, and a person should not wait for that again and again.
   giveUpEcho();
@@ -137,6 +137,10 @@ bool Keys::mayTranslate() const {
   const bool isLineEditor =
       output_.wantsBrackets() || desktop_.inputSources().isSelectedByCorrector();
   return line_.lettersShown() >= (isLineEditor ? 1 : kLettersShown);
+}
+
+bool Keys::goesAsItCame(const PtyModes& modes) const {
+  return modes.isRaw() && !outer_.agrees() && !mayTranslate();
 }
 
 void Keys::translateSent() {
@@ -235,7 +239,9 @@ void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
   if (modes.isUnedited()) return pressUnknown(item);
   if (item.kind == Kind::character) {
     outer_.note(item.scalar);
-    if (modes.isRaw() && !outer_.agrees() && !mayTranslate()) return pressAsItCame(item);
+    if (goesAsItCame(modes)) return pressAsItCame(item);
+    // The person has switched meanwhile, so what came before was meant as it is.
+    if (outer_.agrees()) untranslated_.clear();
   }
   if (modes.isRaw() && mayRetype(item) && line_.isShown() && line_.lettersShown() > 0) {
     expectsEcho_ = true;
@@ -291,8 +297,9 @@ void Keys::deliver(const TerminalEvent& event) {
   if (event.type == platform::EventType::keyUp) return;
   if (event.code == keyCodes::backspace && event.modifiers == 0) return sendErase();
   if (!event.bytes.empty()) return sendText(event.bytes);
+  // Some keys of the person send nothing.
+  if (!event.isText) return;
   text::assignUtf16(event.payload, text_);
-  // Control+Space is the one key of the person that sends nothing, and it has no text either.
   sendText(text_);
 }
 

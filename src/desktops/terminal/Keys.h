@@ -56,6 +56,7 @@ class Keys final {
   [[nodiscard]] bool isPassedThrough(const InputItem& item, const PtyModes* modes) const;
   [[nodiscard]] bool hasScreenForItself(const PtyModes* modes) const;
   [[nodiscard]] bool mayTranslate() const;
+  [[nodiscard]] bool goesAsItCame(const PtyModes& modes) const;
   void noticeProgram(const PtyModes* modes);
   void goHomeIfDue(const InputItem& item);
   void endLine();

@@ -1,6 +1,6 @@
-// Not followed: scrolling regions, insertion and deletion of whole lines, origin mode, and tabulators
-// other than every eight columns. A program that uses them where a person types is not believed to
-// have shown what was typed, and its words stay as they are.
+// Not followed: scrolling regions, insertion and deletion of whole lines, origin mode, and
+// tabulators other than every eight columns. A program that uses them where a person types is not
+// believed to have shown what was typed, and its words stay as they are.
 
 #include "desktops/terminal/Screen.h"
 

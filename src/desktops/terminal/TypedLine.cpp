@@ -97,7 +97,8 @@ bool TypedLine::isShown() {
 }
 
 bool TypedLine::seemsShown() const {
-  return text_.size() >= kShortestFound && screen_.endsWith(text_, screen_.placeBeforeCursor(text_));
+  return text_.size() >= kShortestFound &&
+         screen_.endsWith(text_, screen_.placeBeforeCursor(text_));
 }
 
 void TypedLine::settle() {
