@@ -57,7 +57,8 @@ std::vector<std::string> writeDictionary(const std::filesystem::path& file, std:
   for (std::size_t i = 0; i < words; ++i) {
     const auto word = numberedWord(i * step, random);
     out << word << '\n';
-    if (random() % words < 2 * kSample) sample.push_back(LayoutMap::convert(word, true));
+    if (random() % words < 2 * kSample)
+      sample.push_back(LayoutMap::convert(word, Language::russian));
   }
   std::shuffle(sample.begin(), sample.end(), random);
   sample.resize(std::min(sample.size(), kSample));

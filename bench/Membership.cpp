@@ -56,9 +56,9 @@ void ask(benchmark::State& state, const std::vector<std::string>& words, Contain
   state.counters["found"] = static_cast<double>(found) / static_cast<double>(state.iterations());
 }
 
-void check(benchmark::State& state, std::string_view list, bool russian) {
+void check(benchmark::State& state, std::string_view list, Language language) {
   for ([[maybe_unused]] auto iteration : state) {
-    benchmark::DoNotOptimize(DictFile::findFault(list, russian).has_value());
+    benchmark::DoNotOptimize(DictFile::findFault(list, language).has_value());
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(list.size()));
 }
@@ -95,10 +95,10 @@ int main(int argc, char** argv) {
   });
   // Two threads share the work, so that what one core does is in the time of both.
   benchmark::RegisterBenchmark("check/russian", [](benchmark::State& state) {
-    check(state, Dict::ru().data(), true);
+    check(state, Dict::ru().data(), Language::russian);
   })->MeasureProcessCPUTime();
   benchmark::RegisterBenchmark("check/english", [](benchmark::State& state) {
-    check(state, Dict::en().data(), false);
+    check(state, Dict::en().data(), Language::english);
   })->MeasureProcessCPUTime();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;

@@ -12,8 +12,8 @@
 namespace tessarok::fuzz {
 namespace {
 
-bool isLetters(std::string_view line, bool russian) {
-  if (!russian) {
+bool isLetters(std::string_view line, Language language) {
+  if (language == Language::english) {
     return std::all_of(line.begin(), line.end(), [](char c) { return c >= 'a' && c <= 'z'; });
   }
   static constexpr std::string_view kLetters = "абвгдеёжзийклмнопрстуфхцчшщъыьэюя";
@@ -26,20 +26,20 @@ bool isLetters(std::string_view line, bool russian) {
 }
 
 /// The rules of the format, said a second time and as simply as possible.
-bool isDictionary(std::string_view text, bool russian) {
+bool isDictionary(std::string_view text, Language language) {
   if (text.empty()) return false;
   const auto lines = linesOf(text);
   return std::is_sorted(lines.begin(), lines.end()) &&
          std::all_of(lines.begin(), lines.end(), [&](std::string_view line) {
-           return !line.empty() && isLetters(line, russian);
+           return !line.empty() && isLetters(line, language);
          });
 }
 
 void checkAs(const std::string& resource, std::string_view text) {
   static FuzzDesktop desktop;
-  const bool russian = DictFile::isRussian(resource);
-  const auto fault = DictFile::findFault(text, russian);
-  check(!fault == isDictionary(text, russian), "a file is refused exactly when it breaks a rule");
+  const auto language = DictFile::languageOf(resource);
+  const auto fault = DictFile::findFault(text, language);
+  check(!fault == isDictionary(text, language), "a file is refused exactly when it breaks a rule");
   const auto lines = linesOf(text);
   if (fault) check(fault->line <= lines.size(), "the line of a fault is in the file");
 

@@ -32,8 +32,8 @@ void checkText(std::string_view word) {
 }
 
 void checkConversion(std::string_view word) {
-  for (const bool fromRussian : {false, true}) {
-    const auto converted = LayoutMap::convert(word, fromRussian);
+  for (const auto from : {Language::english, Language::russian}) {
+    const auto converted = LayoutMap::convert(word, from);
     check(text::isValidUtf8(converted), "what a layout gives is text");
     check(text::count(converted) == text::count(word), "a key gives one Character");
   }
@@ -68,7 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const bool isReady = [] {
     platform::setDesktop(desktop);
     Proto::load();
-    return Proto::isAvailable(false) && Proto::isAvailable(true);
+    return Proto::isAvailable(Language::english) && Proto::isAvailable(Language::russian);
   }();
   fuzz::check(isReady, "the word data of the tests is there");
   const auto text = fuzz::textOf(data, size);

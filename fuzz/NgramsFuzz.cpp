@@ -12,10 +12,11 @@ namespace tessarok::fuzz {
 namespace {
 
 /// The symbols of a line; how many Characters it has.
-std::size_t symbolsOf(std::string_view line, bool russian, std::array<NGramSet::Symbol, 3>& all) {
+std::size_t symbolsOf(std::string_view line, Language language,
+                      std::array<NGramSet::Symbol, 3>& all) {
   std::size_t count = 0;
   for (const auto character : text::Characters(line)) {
-    if (count < all.size()) all[count] = NGramSet::symbol(character, russian);
+    if (count < all.size()) all[count] = NGramSet::symbol(character, language);
     ++count;
   }
   return count;
@@ -30,7 +31,8 @@ void checkAs(const Proto::Kind& kind, std::string_view text) {
     ++lineCount;
     if (parsed.fault) continue;
     std::array<NGramSet::Symbol, 3> symbols{};
-    check(symbolsOf(lines.line(), kind.russian, symbols) == kind.length, "lines are of one length");
+    check(symbolsOf(lines.line(), kind.language, symbols) == kind.length,
+          "lines are of one length");
     check(parsed.set.contains(std::span(symbols).first(kind.length)), "every line is in the set");
   }
   check(parsed.set.size() <= lineCount, "nothing else is in the set");

@@ -10,8 +10,8 @@
 namespace tessarok::fuzz {
 namespace {
 
-void checkAs(bool russian, std::string_view text) {
-  const auto parsed = ShortFreq::parse(text, russian);
+void checkAs(Language language, std::string_view text) {
+  const auto parsed = ShortFreq::parse(text, language);
   check(parsed.words.empty() == parsed.fault.has_value(), "a list is empty exactly when at fault");
   std::string lines;
   for (const auto& word : parsed.words) {
@@ -20,7 +20,7 @@ void checkAs(bool russian, std::string_view text) {
     check(text::lowercased(word) == word, "words are in lower case");
     lines += word + "\n";
   }
-  check(ShortFreq::parse(lines, russian).words == parsed.words, "a list read again is the same");
+  check(ShortFreq::parse(lines, language).words == parsed.words, "a list read again is the same");
 }
 
 }  // namespace
@@ -29,7 +29,7 @@ void checkAs(bool russian, std::string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto text = tessarok::fuzz::textOf(data, size);
   if (!tessarok::text::isValidUtf8(text)) return 0;
-  tessarok::fuzz::checkAs(false, text);
-  tessarok::fuzz::checkAs(true, text);
+  tessarok::fuzz::checkAs(tessarok::Language::english, text);
+  tessarok::fuzz::checkAs(tessarok::Language::russian, text);
   return 0;
 }

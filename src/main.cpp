@@ -19,6 +19,7 @@
 namespace {
 
 using namespace tessarok::commands;
+using tessarok::Language;
 
 /// Whatever is wrong with how the program was called.
 constexpr int kUsageError = 2;
@@ -55,7 +56,7 @@ class CommandLine {
     } catch (const CLI::ParseError& error) {
       throw CommandError(error.what());
     }
-    return command_ ? command_() : runDesktop();
+    return command_ ? command_() : runWithoutCommand();
   }
 
  private:
@@ -68,7 +69,7 @@ class CommandLine {
     type->callback([this] {
       command_ = [this] {
         TypeOptions options;
-        if (!from_.empty()) options.fromRussian = from_ == "ru";
+        if (!from_.empty()) options.from = from_ == "ru" ? Language::russian : Language::english;
         if (!words_.empty()) options.text = joined(words_);
         return runType(options_, options);
       };
@@ -129,7 +130,7 @@ class CommandLine {
 #endif
 
   /// The desktop that there is; in a terminal the terminal, if there is no other.
-  int runDesktop() {
+  int runWithoutCommand() {
 #ifdef TESSAROK_HAS_X11
     if (hasDisplay()) {
       if (const auto status = tessarok::commands::runDesktop(options_)) return *status;

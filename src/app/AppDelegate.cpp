@@ -214,7 +214,8 @@ void AppDelegate::contextChanged() {
 }
 
 void AppDelegate::inputSourcesChanged() {
-  if (InputSource::prepareLayoutMaps()) KeyTap::shared().invalidateInputSourceContext(true);
+  if (InputSource::prepareLayoutMaps())
+    KeyTap::shared().invalidateInputSourceContext(WordState::ArmedRejection::keepBetweenWords);
   updateIcon();
 }
 
@@ -226,7 +227,7 @@ void AppDelegate::startTap() {
 void AppDelegate::tick() {
   UserDict::reloadIfChanged();
   if (InputSource::refreshKeyboardTypeIfNeeded()) {
-    KeyTap::shared().invalidateInputSourceContext(true);
+    KeyTap::shared().invalidateInputSourceContext(WordState::ArmedRejection::keepBetweenWords);
     updateIcon();
   }
   if (tapRunning_) watchTap();

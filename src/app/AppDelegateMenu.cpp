@@ -112,7 +112,7 @@ std::shared_ptr<Menu> AppDelegate::makePackMenu() {
 void AppDelegate::toggle(MenuItem& sender) {
   auto& keyTap = KeyTap::shared();
   keyTap.enabled = !keyTap.enabled;
-  keyTap.invalidateInputSourceContext(false);
+  keyTap.invalidateInputSourceContext(WordState::ArmedRejection::drop);
   sender.state = keyTap.enabled;
   updateIcon();
 }

@@ -84,17 +84,19 @@ int runCheckData(const Options& options, const std::optional<std::filesystem::pa
   Checker checker;
   for (const std::string name : {"dict_en", "dict_ru"}) {
     checker.check(name, [&](std::string_view data) {
-      return DictFile::findFault(data, DictFile::isRussian(name));
+      return DictFile::findFault(data, DictFile::languageOf(name));
     });
   }
   for (const auto& kind : Proto::kKinds) {
     checker.check(kind.resource,
                   [&](std::string_view data) { return Proto::parse(data, kind).fault; });
   }
-  checker.check("freq_short_en",
-                [](std::string_view data) { return ShortFreq::parse(data, false).fault; });
-  checker.check("freq_short_ru",
-                [](std::string_view data) { return ShortFreq::parse(data, true).fault; });
+  checker.check("freq_short_en", [](std::string_view data) {
+    return ShortFreq::parse(data, Language::english).fault;
+  });
+  checker.check("freq_short_ru", [](std::string_view data) {
+    return ShortFreq::parse(data, Language::russian).fault;
+  });
   for (const auto& pack : BuiltinPacks::all())
     checker.check(pack.resource, findPackFault);
   return checker.allGood() ? 0 : 2;

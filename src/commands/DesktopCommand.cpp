@@ -52,8 +52,8 @@ std::string missingLayouts() {
   std::string names;
   for (const auto& layout : InputSource::enabledLayouts()) {
     const auto identifier = layout->identifier().value_or("");
-    hasEnglish = hasEnglish || InputSource::isInGroup(identifier, false);
-    hasRussian = hasRussian || InputSource::isInGroup(identifier, true);
+    hasEnglish = hasEnglish || InputSource::isInGroup(identifier, Language::english);
+    hasRussian = hasRussian || InputSource::isInGroup(identifier, Language::russian);
     names += (names.empty() ? "" : ", ") + identifier;
   }
   if (hasEnglish && hasRussian) return {};

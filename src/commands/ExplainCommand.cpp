@@ -39,7 +39,7 @@ Explanation explainWord(std::string_view word, const ExplainOptions& options) {
   explanation.decision = Detector::decide(word, options.ruStreak, options.enStreak, &trace);
   if (const auto& decision = explanation.decision) {
     explanation.converted =
-        LayoutMap::convert(text::withoutLast(word, decision->trim), decision->fromRu);
+        LayoutMap::convert(text::withoutLast(word, decision->trim), decision->from());
     explanation.converted->append(text::last(word, decision->trim));
   }
   explanation.shiftLag = Detector::fixShiftLag(word);
@@ -56,7 +56,7 @@ nlohmann::json orNull(const std::optional<std::string>& value) {
 void printJson(const Explanation& explanation) {
   nlohmann::json decision;
   if (const auto& made = explanation.decision) {
-    decision = {{"fromRu", made->fromRu},
+    decision = {{"fromRu", made->from() == Language::russian},
                 {"confidence", Detector::name(made->confidence)},
                 {"trim", made->trim}};
   }

@@ -8,7 +8,7 @@
 #include "desktops/virtual/Session.h"
 #include "text/Text.h"
 #include "typing/KeyCodes.h"
-#include "words/Alphabet.h"
+#include "words/Letters.h"
 
 namespace tessarok::commands {
 
@@ -22,30 +22,23 @@ constexpr const char* kRussianLayout = "com.apple.keylayout.RussianWin";
 /// A key of no layout; characters that no key types, such as emoji, come with it.
 constexpr KeyCode kCharacterPalette = 0xFFFF;
 
-/// The keyboard that a letter is on; absent for what is no letter.
-std::optional<bool> isRussianLetter(std::string_view character) {
-  switch (alphabet::kindOf(character)) {
-    case alphabet::Kind::latin:
-      return false;
-    case alphabet::Kind::cyrillic:
-      return true;
-    default:
-      return std::nullopt;
+/// The language of the first letter.
+Language languageAtStart(std::string_view text) {
+  for (const auto character : text::Characters(text)) {
+    if (const auto language = letters::languageOf(character)) return *language;
   }
+  return Language::english;
 }
 
-bool startsRussian(std::string_view text) {
-  for (const auto character : text::Characters(text)) {
-    if (const auto russian = isRussianLetter(character)) return *russian;
-  }
-  return false;
+const KeyTable& tableOf(Language language) {
+  return language == Language::russian ? KeyTable::russian() : KeyTable::english();
 }
 
 /// Types the Characters of a text, each on the keyboard that it belongs to: letters on that of
 /// their alphabet, everything else on that of the letters before it.
 class Typist {
  public:
-  Typist(VirtualDesktop& desktop, bool russian) : desktop_(desktop), russian_(russian) {}
+  Typist(VirtualDesktop& desktop, Language start) : desktop_(desktop), language_(start) {}
 
   void type(std::string_view character) {
     if (character == " ") return desktop_.stroke({keyCodes::space, false});
@@ -53,7 +46,7 @@ class Typist {
     if (character == "\n" || character == "\r\n") {
       return desktop_.stroke({keyCodes::returnKey, false});
     }
-    russian_ = isRussianLetter(character).value_or(russian_);
+    language_ = letters::languageOf(character).value_or(language_);
     if (const auto stroke = strokeFor(character)) return desktop_.stroke(*stroke);
     desktop_.keyDown({.code = kCharacterPalette, .characters = text::utf16(character)});
     desktop_.keyUp(kCharacterPalette, 0);
@@ -63,14 +56,12 @@ class Typist {
   [[nodiscard]] std::optional<KeyTable::Stroke> strokeFor(std::string_view character) const {
     const auto scalar = text::singleScalar(character);
     if (!scalar) return std::nullopt;
-    const auto& own = russian_ ? KeyTable::russian() : KeyTable::english();
-    const auto& other = russian_ ? KeyTable::english() : KeyTable::russian();
-    const auto stroke = own.strokeFor(*scalar);
-    return stroke ? stroke : other.strokeFor(*scalar);
+    const auto stroke = tableOf(language_).strokeFor(*scalar);
+    return stroke ? stroke : tableOf(other(language_)).strokeFor(*scalar);
   }
 
   VirtualDesktop& desktop_;
-  bool russian_;
+  Language language_;
 };
 
 }  // namespace
@@ -78,15 +69,15 @@ class Typist {
 int runType(const Options& options, const TypeOptions& type) {
   const auto text = type.text ? *type.text : readStandardInput();
   requireUtf8(text, "the text");
-  const bool russian = type.fromRussian.value_or(startsRussian(text));
+  const auto start = type.from.value_or(languageAtStart(text));
   virtualdesktop::Session session(std::nullopt, options.resources);
   requireWordData(Packs::needed);
   auto& desktop = session.desktop();
-  desktop.inputSources().setCurrent(russian ? kRussianLayout : kEnglishLayout);
+  desktop.inputSources().setCurrent(start == Language::russian ? kRussianLayout : kEnglishLayout);
   session.launch();
   for (const auto& message : desktop.systemLog().take())
     std::cerr << message << '\n';
-  Typist typist(desktop, russian);
+  Typist typist(desktop, start);
   for (const auto character : text::Characters(text))
     typist.type(character);
   const auto screen = desktop.textField().text();

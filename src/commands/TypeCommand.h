@@ -4,13 +4,14 @@
 #include <string>
 
 #include "commands/Options.h"
+#include "words/Language.h"
 
 namespace tessarok::commands {
 
 /// What `tessarok type` understands.
 struct TypeOptions {
-  /// The layout selected at the start is the Russian one; absent: that of the first letter.
-  std::optional<bool> fromRussian;
+  /// Whose layout is selected at the start; absent: that of the first letter.
+  std::optional<Language> from;
   /// Absent for standard input.
   std::optional<std::string> text;
 };

@@ -14,6 +14,8 @@ class DiagnosticLog {
   [[nodiscard]] static bool isOn();
   /// Hands one line to the queue; does nothing when the log is off. Main thread.
   static void write(std::string message);
+  /// How a line spells a yes or no.
+  [[nodiscard]] static const char* spelled(bool value) { return value ? "true" : "false"; }
   /// Waits until every line so far is in the file.
   static void drain();
 };

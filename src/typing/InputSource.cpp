@@ -6,6 +6,7 @@
 
 #include "platform/Desktop.h"
 #include "text/Text.h"
+#include "typing/Uptime.h"
 
 namespace tessarok {
 
@@ -48,8 +49,8 @@ struct State {
   double nextPreparationRetry = 0;
   bool needsPreparation = false;
 
-  std::optional<std::string>& preferredID(bool russian) {
-    return russian ? preferredRussianID : preferredEnglishID;
+  std::optional<std::string>& preferredID(Language language) {
+    return language == Language::russian ? preferredRussianID : preferredEnglishID;
   }
 };
 
@@ -58,23 +59,23 @@ State& state() {
   return instance;
 }
 
-double uptime() {
-  return platform::desktop().clock().uptime();
-}
-
 std::uint32_t keyboardType() {
   return platform::desktop().keyboard().type();
 }
 
+constexpr std::array<Language, 2> kLanguages = {Language::english, Language::russian};
+
 bool isKnown(std::string_view identifier) {
-  return InputSource::isInGroup(identifier, false) || InputSource::isInGroup(identifier, true);
+  return std::ranges::any_of(
+      kLanguages, [&](Language language) { return InputSource::isInGroup(identifier, language); });
 }
 
 /// Remembers a layout as the last one used of its group.
 void rememberPreferred(const std::optional<std::string>& identifier) {
   if (!identifier) return;
-  if (InputSource::isInGroup(*identifier, true)) state().preferredRussianID = identifier;
-  if (InputSource::isInGroup(*identifier, false)) state().preferredEnglishID = identifier;
+  for (const auto language : kLanguages) {
+    if (InputSource::isInGroup(*identifier, language)) state().preferredID(language) = identifier;
+  }
 }
 
 struct Candidate {
@@ -83,28 +84,29 @@ struct Candidate {
 };
 
 /// The layouts of a group in the desktop's order, the one used last put first.
-std::vector<Candidate> candidates(const std::vector<InputSource::Handle>& layouts, bool russian) {
+std::vector<Candidate> candidates(const std::vector<InputSource::Handle>& layouts,
+                                  Language language) {
   std::vector<Candidate> group;
   for (const auto& layout : layouts) {
     auto identifier = layout->identifier();
-    if (!identifier || !InputSource::isInGroup(*identifier, russian)) continue;
+    if (!identifier || !InputSource::isInGroup(*identifier, language)) continue;
     group.push_back({std::move(*identifier), layout});
   }
-  const auto& preferred = state().preferredID(russian);
+  const auto& preferred = state().preferredID(language);
   std::stable_partition(group.begin(), group.end(), [&](const Candidate& candidate) {
     return preferred && candidate.identifier == *preferred;
   });
   return group;
 }
 
-bool select(const Candidate& candidate, bool russian) {
+bool select(const Candidate& candidate, Language language) {
   auto& all = state();
   all.requestedSelection = {candidate.identifier, uptime()};
   if (!platform::desktop().inputSources().select(*candidate.handle)) {
     all.requestedSelection.reset();
     return false;
   }
-  all.preferredID(russian) = candidate.identifier;
+  all.preferredID(language) = candidate.identifier;
   return true;
 }
 
@@ -163,8 +165,8 @@ void forgetMaps() {
 void prepareMaps(const std::optional<std::string>& current, std::uint32_t type) {
   auto& all = state();
   if (!current || !isKnown(*current)) return forgetMaps();
-  const auto english = InputSource::preferredLayout(false);
-  const auto russian = InputSource::preferredLayout(true);
+  const auto english = InputSource::preferredLayout(Language::english);
+  const auto russian = InputSource::preferredLayout(Language::russian);
   if (!english || !russian) return forgetMaps();
   const PreparedPair pair{*english->identifier(), *russian->identifier(), type};
   if (all.preparedPair == pair && all.canProcessCurrentLayout) return;
@@ -193,11 +195,11 @@ bool isPreparedLayout(const std::optional<std::string>& current) {
 
 }  // namespace
 
-bool InputSource::isInGroup(std::string_view identifier, bool russian) {
+bool InputSource::isInGroup(std::string_view identifier, Language language) {
   const auto contains = [&](const auto& group) {
     return std::find(group.begin(), group.end(), identifier) != group.end();
   };
-  return russian ? contains(kRussianGroup) : contains(kEnglishGroup);
+  return language == Language::russian ? contains(kRussianGroup) : contains(kEnglishGroup);
 }
 
 const std::optional<std::string>& InputSource::current() {
@@ -208,19 +210,19 @@ std::vector<InputSource::Handle> InputSource::enabledLayouts() {
   return platform::desktop().inputSources().enabledLayouts();
 }
 
-InputSource::Handle InputSource::preferredLayout(bool russian) {
-  const auto group = candidates(state().cachedLayouts, russian);
+InputSource::Handle InputSource::preferredLayout(Language language) {
+  const auto group = candidates(state().cachedLayouts, language);
   return group.empty() ? nullptr : group.front().handle;
 }
 
-bool InputSource::switchTo(bool russian) {
+bool InputSource::switchTo(Language language) {
   const auto active = current();
   rememberPreferred(active);
-  if (active && isInGroup(*active, russian)) return true;
+  if (active && isInGroup(*active, language)) return true;
   const auto& all = state();
-  const auto group = candidates(all.didPrepare ? all.cachedLayouts : enabledLayouts(), russian);
+  const auto group = candidates(all.didPrepare ? all.cachedLayouts : enabledLayouts(), language);
   return std::any_of(group.begin(), group.end(),
-                     [&](const Candidate& candidate) { return select(candidate, russian); });
+                     [&](const Candidate& candidate) { return select(candidate, language); });
 }
 
 std::optional<InputSource::Maps> InputSource::physicalMaps(

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/InputSourceHandle.h"
+#include "words/Language.h"
 #include "words/LayoutMap.h"
 
 namespace tessarok {
@@ -31,16 +32,16 @@ class InputSource {
 
   InputSource() = delete;
 
-  /// Whether the identifier is exactly one of the group's.
-  [[nodiscard]] static bool isInGroup(std::string_view identifier, bool russian);
+  /// Whether the identifier is exactly one of the language's group.
+  [[nodiscard]] static bool isInGroup(std::string_view identifier, Language language);
   /// The current source's identifier; absent when there is none.
   [[nodiscard]] static const std::optional<std::string>& current();
   [[nodiscard]] static std::vector<Handle> enabledLayouts();
   /// The layout of the group that the person used last, or else the first enabled one; null when
   /// none is enabled.
-  [[nodiscard]] static Handle preferredLayout(bool russian);
+  [[nodiscard]] static Handle preferredLayout(Language language);
   /// Makes a layout of the group current; whether one is afterwards.
-  static bool switchTo(bool russian);
+  static bool switchTo(Language language);
 
   /// What each key gives in both layouts on a keyboard type; absent when a layout has no data.
   [[nodiscard]] static std::optional<Maps> physicalMaps(const platform::InputSourceHandle& english,

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "platform/Desktop.h"
+#include "typing/Uptime.h"
 #include "words/Dict.h"
 
 namespace tessarok {
@@ -30,14 +31,6 @@ constexpr double kShortestSilence = 5.0;
 constexpr double kRecentTyping = 5.0;
 /// ... and at least so long after the last key that the tap saw, seconds.
 constexpr double kMissedTyping = 2.0;
-
-double uptime() {
-  return platform::desktop().clock().uptime();
-}
-
-const char* yesNo(bool value) {
-  return value ? "true" : "false";
-}
 
 platform::Event* tapCallback(platform::EventTapProxy* proxy, EventType type, platform::Event* event,
                              void* userData) {
@@ -88,9 +81,11 @@ bool KeyTap::createTap() {
   tap_->enable(true);
   lastKeyEventAt_ = uptime();
   dbg([this] {
-    return std::string("tap started enabled=") + yesNo(tapIsEnabled()) + " auto=" + yesNo(enabled) +
-           " postAccess=" + yesNo(platform::desktop().eventTaps().preflightPostAccess()) +
-           " dictionaries=" + yesNo(Dict::en().isAvailable() && Dict::ru().isAvailable());
+    const auto spelled = &DiagnosticLog::spelled;
+    return std::string("tap started enabled=") + spelled(tapIsEnabled()) +
+           " auto=" + spelled(enabled) +
+           " postAccess=" + spelled(platform::desktop().eventTaps().preflightPostAccess()) +
+           " dictionaries=" + spelled(Dict::en().isAvailable() && Dict::ru().isAvailable());
   });
   return true;
 }
@@ -99,7 +94,7 @@ bool KeyTap::recreate() {
   stop();
   start();
   // Keys may have passed unseen, so the word under the caret is not known.
-  word_.untrackableWord = true;
+  word_.forget();
   return tapIsEnabled();
 }
 

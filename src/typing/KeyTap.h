@@ -11,9 +11,11 @@
 #include <string_view>
 
 #include "platform/EventTap.h"
+#include "typing/Boundary.h"
 #include "typing/DiagnosticLog.h"
 #include "typing/KeyCodes.h"
 #include "typing/WordState.h"
+#include "words/Language.h"
 
 namespace tessarok {
 
@@ -41,8 +43,6 @@ class KeyTap final : public std::enable_shared_from_this<KeyTap> {
   /// What the program writes into the user data of every event it posts ("TSRK"), to know it
   /// again when it comes back through the tap.
   static constexpr std::int64_t kMarker = 0x5453524B;
-  /// A rejection may be confirmed for so long, seconds.
-  static constexpr double kRejectionWindow = 30.0;
   /// The setting that keeps `shiftFixEnabled`.
   static constexpr const char* kShiftFixKey = "shiftLagFix";
   /// The length of one pause, seconds.
@@ -51,8 +51,8 @@ class KeyTap final : public std::enable_shared_from_this<KeyTap> {
   /// What a conversion by hand makes of a word.
   struct ManualSwap {
     std::string converted;
-    /// The layout that the new word belongs to; absent when it has no letters.
-    std::optional<bool> switchToRussian;
+    /// Whose layout the new word belongs to; absent when it has no letters.
+    std::optional<Language> language;
   };
 
   /// The process-wide instance, made on first use and never destroyed.
@@ -85,22 +85,21 @@ class KeyTap final : public std::enable_shared_from_this<KeyTap> {
                           platform::Event* event);
   /// Forgets the word and all that came before it.
   void resetWord();
-  /// Forgets the word after a shortcut or a change of layout; an armed rejection survives if
-  /// `preserveRejection` and no word was under the caret.
-  void invalidateInputSourceContext(bool preserveRejection);
+  /// Forgets the word after a shortcut or a change of layout.
+  void invalidateInputSourceContext(WordState::ArmedRejection rejection);
 
   // The end of a word.
 
-  /// Judges the word in `buffer` when `boundary`, a Character, ends it. True when a replacement
-  /// was posted, which includes the boundary: `actionEvent` if the boundary is a key held back
-  /// to be posted again, else its text.
-  bool evaluateAndFix(std::optional<std::string_view> boundary, platform::Event* actionEvent);
+  /// Judges the word in `buffer` when `boundary` ends it. True when a replacement was posted, which
+  /// includes the boundary.
+  bool evaluateAndFix(const Boundary& boundary);
 
   // Retyping.
 
-  /// Erases `deleteCount` Characters, types `text`, posts `actionEvent` again and selects a
-  /// layout. All events are made before the first is posted: false means that nothing was.
-  bool replace(std::size_t deleteCount, std::string_view text, std::optional<bool> switchToRussian,
+  /// Erases `deleteCount` Characters, types `text`, posts `actionEvent` again and selects a layout
+  /// of the language, each if given. All events are made before the first is posted: false means
+  /// that nothing was.
+  bool replace(std::size_t deleteCount, std::string_view text, std::optional<Language> switchTo,
                platform::Event* actionEvent);
   /// ⌥Space: converts the word being typed, or else the last one.
   void manualConvert();
@@ -150,31 +149,22 @@ class KeyTap final : public std::enable_shared_from_this<KeyTap> {
   void handleBackspace();
   bool handleText(const KeyPress& key);
   void handleEmptyPayload();
-  void handleUnusablePayload(std::size_t units, bool untrackable);
+  static void noteUnusablePayload(std::size_t units);
   bool handlePunctuation(std::string_view character, std::size_t units);
   void handleWordCharacter(std::string_view character, std::size_t units);
   void swallowKeyUpOf(KeyCode keyCode) { swallowedKeyUps_.insert(keyCode); }
 
-  struct Boundary;
   struct Conversion;
   struct RetroFix;
 
   void confirmRejection();
-  void rememberCommitted(std::string_view word, const Boundary& boundary);
-  void ruStreakResetIfBoundary(const Boundary& boundary);
-  bool leaveTooShort(const Boundary& boundary);
   bool applyConversion(const Conversion& conversion, const Boundary& boundary);
-  void rememberConverted(const Conversion& conversion, const Boundary& boundary);
-  [[nodiscard]] RetroFix retroactiveFix(bool fromRu) const;
-  void countConverted(bool fromRu, const Boundary& boundary);
+  [[nodiscard]] RetroFix retroactiveFix(Language to) const;
   bool applyShiftLag(const std::string& fixed, const Boundary& boundary);
-  bool leaveAsTyped(const Boundary& boundary);
-  void holdBackIfShort(const Boundary& boundary);
-  void keepStreaks();
+  void leave(const Boundary& boundary);
 
   void convertWordBeingTyped();
   void convertLastWord();
-  void countManual(std::optional<bool> switchToRussian);
 
   WordState word_;
   std::unique_ptr<platform::EventTap> tap_;

@@ -1,15 +1,15 @@
 // The end of a word: left as typed, converted (with the short words held back before it),
-// corrected for shift lag, or held back itself. Also confirms rejections and keeps the streaks.
+// corrected for shift lag, or held back itself. Also confirms rejections.
 
-#include "platform/Desktop.h"
 #include "text/CheckedArithmetic.h"
-#include "text/ScratchText.h"
 #include "text/Text.h"
+#include "typing/Boundary.h"
 #include "typing/KeyTap.h"
+#include "typing/Uptime.h"
 #include "words/Detector.h"
 #include "words/IgnoreList.h"
 #include "words/LayoutMap.h"
-#include "words/LetterScript.h"
+#include "words/Letters.h"
 
 namespace tessarok {
 
@@ -20,35 +20,11 @@ constexpr std::size_t kShortestWord = 2;
 /// Held-back words are judged as inside a run of words, whichever language it turns out to be.
 constexpr std::int64_t kRetroStreak = 2;
 
-bool equalInLowerCase(std::string_view a, std::string_view b) {
-  ScratchText scratch;
-  auto lowerA = scratch.string();
-  auto lowerB = scratch.string();
-  text::appendLowercased(a, lowerA);
-  text::appendLowercased(b, lowerB);
-  return lowerA == lowerB;
-}
-
 std::string converted(std::string_view word, const Detector::Decision& decision) {
-  return LayoutMap::convert(text::withoutLast(word, decision.trim), decision.fromRu);
+  return LayoutMap::convert(text::withoutLast(word, decision.trim), decision.from());
 }
 
 }  // namespace
-
-/// What ended the word.
-struct KeyTap::Boundary {
-  /// The Character; absent when the word ends without one.
-  std::optional<std::string_view> character;
-  /// The key held back to be posted again after the replacement; null when the Character is typed
-  /// as text.
-  platform::Event* actionEvent;
-
-  [[nodiscard]] bool endsLine() const { return character == "\n" || character == "\t"; }
-  /// What the replacement types after the word.
-  [[nodiscard]] std::string_view text() const {
-    return actionEvent != nullptr ? std::string_view() : character.value_or(std::string_view());
-  }
-};
 
 struct KeyTap::Conversion {
   Detector::Decision decision;
@@ -65,106 +41,81 @@ struct KeyTap::RetroFix {
   std::string text;
 };
 
-bool KeyTap::evaluateAndFix(std::optional<std::string_view> boundaryCharacter,
-                            platform::Event* actionEvent) {
-  if (word_.untrackableWord) {
+bool KeyTap::evaluateAndFix(const Boundary& boundary) {
+  if (word_.untrackableWord()) {
     resetWord();
     return false;
   }
-  dbg([this] {
-    return "eval count=" + std::to_string(text::count(word_.buffer)) +
-           " ru=" + std::to_string(word_.ruStreak) + " en=" + std::to_string(word_.enStreak);
+  const auto& buffer = word_.buffer();
+  dbg([&] {
+    return "eval count=" + std::to_string(text::count(buffer)) +
+           " ru=" + std::to_string(word_.ruStreak()) + " en=" + std::to_string(word_.enStreak());
   });
   confirmRejection();
-  const Boundary boundary{boundaryCharacter, actionEvent};
-  if (text::count(word_.buffer) < kShortestWord) return leaveTooShort(boundary);
-  const auto decision = Detector::decide(word_.buffer, word_.ruStreak, word_.enStreak);
+  if (text::count(buffer) < kShortestWord) {
+    word_.leaveTooShort(boundary);
+    return false;
+  }
+  const auto decision = Detector::decide(buffer, word_.ruStreak(), word_.enStreak());
   if (!decision) {
     dbg([] { return "  decision=leave"; });
     dbg([] { return "  decide=nil"; });
     const auto unshifted =
-        shiftFixEnabled ? Detector::fixShiftLag(word_.buffer) : std::optional<std::string>();
-    return unshifted ? applyShiftLag(*unshifted, boundary) : leaveAsTyped(boundary);
+        shiftFixEnabled ? Detector::fixShiftLag(buffer) : std::optional<std::string>();
+    if (unshifted) return applyShiftLag(*unshifted, boundary);
+    leave(boundary);
+    return false;
   }
-  Conversion conversion{*decision, text::withoutLast(word_.buffer, decision->trim),
-                        converted(word_.buffer, *decision)};
+  Conversion conversion{*decision, text::withoutLast(buffer, decision->trim),
+                        converted(buffer, *decision)};
   if (shiftFixEnabled) {
     if (auto unshifted = Detector::fixShiftLag(conversion.fixed)) conversion.fixed = *unshifted;
   }
-  conversion.fixed += text::last(word_.buffer, decision->trim);
+  conversion.fixed += text::last(buffer, decision->trim);
   return applyConversion(conversion, boundary);
 }
 
 void KeyTap::confirmRejection() {
-  if (!word_.pendingRejection || word_.buffer.empty()) return;
-  const auto& rejection = *word_.pendingRejection;
-  const double age = platform::desktop().clock().uptime() - rejection.at;
-  const bool confirmed = age <= kRejectionWindow && equalInLowerCase(word_.buffer, rejection.typed);
-  if (confirmed) {
+  if (const auto rejected = word_.takeConfirmedRejection(uptime())) {
     dbg([] { return "  rejection confirmed — learning"; });
-    IgnoreList::recordRejection(text::lowercased(rejection.rejectionWord));
+    IgnoreList::recordRejection(*rejected);
   }
-  word_.pendingRejection.reset();
-}
-
-bool KeyTap::leaveTooShort(const Boundary& boundary) {
-  ruStreakResetIfBoundary(boundary);
-  rememberCommitted(word_.buffer, boundary);
-  if (!word_.buffer.empty()) word_.lastAutoFix.reset();
-  word_.pendingShorts.clear();
-  return false;
 }
 
 bool KeyTap::applyConversion(const Conversion& conversion, const Boundary& boundary) {
   const auto& decision = conversion.decision;
   const auto& fixed = conversion.fixed;
   dbg([&] {
-    return std::string("  decided fromRu=") + (decision.fromRu ? "true" : "false") +
+    return std::string("  decided fromRu=") +
+           DiagnosticLog::spelled(decision.from() == Language::russian) +
            " conf=" + Detector::name(decision.confidence) +
            " trim=" + std::to_string(decision.trim);
   });
-  if (fixed == word_.buffer) {
-    rememberCommitted(word_.buffer, boundary);
-    word_.lastAutoFix.reset();
+  if (fixed == word_.buffer()) {
+    word_.leaveUnchanged(boundary);
     return false;
   }
-  const auto retro = retroactiveFix(decision.fromRu);
-  word_.pendingShorts.clear();
-  countConverted(decision.fromRu, boundary);
-  const auto switchToRussian = decision.confidence == Detector::Confidence::high
-                                   ? russianByLetters(fixed)
-                                   : std::optional<bool>();
-  const auto deleteCount = checkedAdd(text::count(word_.buffer), retro.deleteCount);
+  const auto retro = retroactiveFix(decision.to);
+  word_.countConverted(decision.to, boundary);
+  const auto switchTo = decision.confidence == Detector::Confidence::high
+                            ? letters::layoutOf(fixed)
+                            : std::optional<Language>();
+  const auto deleteCount = checkedAdd(text::count(word_.buffer()), retro.deleteCount);
   auto typed = retro.text + fixed;
   typed += boundary.text();
-  if (!replace(deleteCount, typed, switchToRussian, boundary.actionEvent)) {
+  if (!replace(deleteCount, typed, switchTo, boundary.actionEvent)) {
     resetWord();
     return false;
   }
-  rememberConverted(conversion, boundary);
+  word_.rememberConverted(fixed, conversion.core, boundary);
   return true;
 }
 
-void KeyTap::rememberConverted(const Conversion& conversion, const Boundary& boundary) {
-  if (boundary.endsLine()) {
-    word_.lastFix.reset();
-    word_.lastAutoFix.reset();
-    return;
-  }
-  auto& lastFix = word_.lastFix.renew();
-  lastFix.text = conversion.fixed;
-  lastFix.tail = boundary.text();
-  auto& lastAutoFix = word_.lastAutoFix.renew();
-  lastAutoFix.typed = word_.buffer;
-  lastAutoFix.converted = conversion.fixed;
-  lastAutoFix.rejectionWord = conversion.core;
-}
-
-KeyTap::RetroFix KeyTap::retroactiveFix(bool fromRu) const {
+KeyTap::RetroFix KeyTap::retroactiveFix(Language to) const {
   RetroFix retro;
-  for (const auto& word : word_.pendingShorts) {
+  for (const auto& word : word_.pendingShorts()) {
     const auto decision = Detector::decide(word, kRetroStreak, kRetroStreak);
-    if (!decision || decision->fromRu != fromRu) return {};
+    if (!decision || decision->to != to) return {};
     auto fixed = converted(word, *decision);
     fixed += text::last(word, decision->trim);
     if (fixed == word) return {};
@@ -179,95 +130,23 @@ KeyTap::RetroFix KeyTap::retroactiveFix(bool fromRu) const {
   return retro;
 }
 
-void KeyTap::countConverted(bool fromRu, const Boundary& boundary) {
-  if (boundary.endsLine()) {
-    word_.resetStreaks();
-  } else if (fromRu) {
-    word_.ruStreak = 0;
-    word_.enStreak = checkedAdd<std::int64_t>(word_.enStreak, 1);
-  } else {
-    word_.ruStreak = checkedAdd<std::int64_t>(word_.ruStreak, 1);
-    word_.enStreak = 0;
-  }
-}
-
 bool KeyTap::applyShiftLag(const std::string& fixed, const Boundary& boundary) {
-  const auto count = text::count(word_.buffer);
+  const auto count = text::count(word_.buffer());
   dbg([count] { return "  shift-lag correction count=" + std::to_string(count); });
   if (!replace(count, fixed + std::string(boundary.text()), std::nullopt, boundary.actionEvent)) {
     resetWord();
     return false;
   }
-  word_.lastFix.reset();
-  if (!boundary.endsLine()) {
-    auto& lastFix = word_.lastFix.renew();
-    lastFix.text = fixed;
-    lastFix.tail = boundary.text();
-  }
-  word_.lastAutoFix.reset();
-  word_.pendingShorts.clear();
-  if (boundary.endsLine()) {
-    word_.resetStreaks();
-  } else {
-    keepStreaks();
-  }
+  word_.rememberUnshifted(fixed, boundary);
   return true;
 }
 
-bool KeyTap::leaveAsTyped(const Boundary& boundary) {
-  rememberCommitted(word_.buffer, boundary);
-  word_.lastAutoFix.reset();
-  holdBackIfShort(boundary);
-  keepStreaks();
-  return false;
-}
-
-void KeyTap::holdBackIfShort(const Boundary& boundary) {
-  auto& pending = word_.pendingShorts;
-  const bool isShort = boundary.character == " " && (Detector::isShortRuCandidate(word_.buffer) ||
-                                                     Detector::isShortEnCandidate(word_.buffer));
-  if (!isShort) {
-    pending.clear();
-    return;
-  }
-  if (pending.size() >= WordState::kMaxPendingShorts) pending.erase(pending.begin());
-  pending.push_back(word_.buffer);
-  dbg([&] { return "  pending shorts count=" + std::to_string(pending.size()); });
-}
-
-void KeyTap::keepStreaks() {
-  if (word_.enStreak >= 1 && hasOnlyLettersOf(word_.buffer, true)) {
-    word_.ruStreak = 0;
-  } else if (word_.ruStreak >= 1 && hasOnlyLettersOf(word_.buffer, false)) {
-    word_.enStreak = 0;
-  } else {
-    word_.resetStreaks();
-  }
-}
-
-void KeyTap::ruStreakResetIfBoundary(const Boundary& boundary) {
-  if (boundary.endsLine()) word_.resetStreaks();
-}
-
-void KeyTap::rememberCommitted(std::string_view word, const Boundary& boundary) {
-  if (!boundary.character) return;
-  if (boundary.endsLine()) {
-    word_.lastFix.reset();
-    return;
-  }
-  if (!word.empty()) {
-    auto& fix = word_.lastFix.renew();
-    fix.text = word;
-    fix.tail = *boundary.character;
-    return;
-  }
-  if (!word_.lastFix) return;
-  if (text::count(word_.lastFix->tail) >= WordState::kMaxTail) {
-    word_.lastFix.reset();
-    word_.lastAutoFix.reset();
-    return;
-  }
-  word_.lastFix->tail += *boundary.character;
+void KeyTap::leave(const Boundary& boundary) {
+  const bool isShort = boundary.character == " " && (Detector::isShortRuCandidate(word_.buffer()) ||
+                                                     Detector::isShortEnCandidate(word_.buffer()));
+  if (!isShort) return word_.leaveAsTyped(boundary);
+  word_.holdBack(boundary);
+  dbg([this] { return "  pending shorts count=" + std::to_string(word_.pendingShorts().size()); });
 }
 
 }  // namespace tessarok

@@ -9,6 +9,7 @@
 #include "text/Text.h"
 #include "typing/InputSource.h"
 #include "typing/KeyTap.h"
+#include "typing/Uptime.h"
 #include "words/LayoutMap.h"
 
 namespace tessarok {
@@ -25,10 +26,6 @@ constexpr std::size_t kPayloadUnits = 8;
 /// The check for the end of a pause runs a little late, so that it finds the pause over.
 constexpr double kPauseCheckDelay = 0.1;
 
-double uptime() {
-  return platform::desktop().clock().uptime();
-}
-
 template <typename Keys>
 bool contains(const Keys& keys, KeyCode keyCode) {
   return std::find(keys.begin(), keys.end(), keyCode) != keys.end();
@@ -44,14 +41,9 @@ bool isWordCharacter(std::string_view character) {
          text::isNumber(character) || character == "_";
 }
 
-/// Whether a letter is on a key of either layout.
 bool isOfEitherLayout(std::string_view letter) {
-  const auto scalar = text::singleScalar(letter);
-  return scalar && (LayoutMap::enToRu().contains(*scalar) || LayoutMap::ruToEn().contains(*scalar));
-}
-
-void removeLastCharacter(std::string& text) {
-  text.resize(text::withoutLast(text, 1).size());
+  return LayoutMap::isKeyOf(Language::english, letter) ||
+         LayoutMap::isKeyOf(Language::russian, letter);
 }
 
 }  // namespace
@@ -70,10 +62,13 @@ struct KeyTap::KeyPress {
     return code == kSpace && holds(flags::option) &&
            !holds(flags::shift | flags::control | flags::command);
   }
-  /// ⌃Space or ⌘Space: the shortcuts that switch layouts, after which a rejection may go on.
-  [[nodiscard]] bool preservesRejection() const {
-    return code == kSpace && !holds(flags::option) &&
-           holds(flags::command) != holds(flags::control);
+  /// What it does to an armed rejection. ⌃Space and ⌘Space are the shortcuts that switch layouts,
+  /// after which it may go on.
+  [[nodiscard]] WordState::ArmedRejection rejectionAfter() const {
+    const bool switchesLayout =
+        code == kSpace && !holds(flags::option) && holds(flags::command) != holds(flags::control);
+    return switchesLayout ? WordState::ArmedRejection::keepBetweenWords
+                          : WordState::ArmedRejection::drop;
   }
 };
 
@@ -110,8 +105,7 @@ Event* KeyTap::handleDisabledTap(EventType type, Event* event) {
     return "*** TAP DISABLED type=" + std::to_string(static_cast<std::uint32_t>(type)) +
            " — re-enabling ***";
   });
-  resetWord();
-  word_.untrackableWord = true;
+  word_.forget();
   if (tap_) tap_->enable(true);
   return event;
 }
@@ -169,7 +163,7 @@ void KeyTap::resetWord() {
 }
 
 void KeyTap::forgetForSecureInput() {
-  if (!word_.buffer.empty()) dbg([] { return "tracking cleared: Secure Input"; });
+  if (!word_.buffer().empty()) dbg([] { return "tracking cleared: Secure Input"; });
   resetWord();
 }
 
@@ -177,7 +171,7 @@ void KeyTap::ignoreWhileOff(const KeyPress& key) {
   if (key.isCaretMover() || key.isPlainBoundary()) {
     resetWord();
   } else {
-    word_.untrackableWord = true;
+    word_.markUntrackable();
   }
 }
 
@@ -185,19 +179,20 @@ void KeyTap::ignoreWhileUnprepared(const KeyPress& key) {
   if (key.isCaretMover()) {
     resetWord();
   } else if (key.isShortcut()) {
-    invalidateInputSourceContext(key.preservesRejection());
-  } else {
+    invalidateInputSourceContext(key.rejectionAfter());
+  } else if (isBoundaryKey(key.code)) {
     resetWord();
-    word_.untrackableWord = !isBoundaryKey(key.code);
+  } else {
+    word_.forget();
   }
 }
 
 void KeyTap::ignoreWhilePaused(const KeyPress& key) {
-  word_.buffer.clear();
+  word_.clearBuffer();
   if (key.isCaretMover() || key.isPlainBoundary()) {
     resetWord();
   } else {
-    word_.untrackableWord = true;
+    word_.markUntrackable();
   }
 }
 
@@ -207,8 +202,7 @@ bool KeyTap::startsPause(const KeyPress& key) const {
 
 void KeyTap::startPause() {
   pausedUntil_ = uptime() + kPauseDuration;
-  resetWord();
-  word_.untrackableWord = true;
+  word_.forget();
   dbg([] {
     return "*** PAUSE: auto-fix off for " + std::to_string(static_cast<int>(kPauseDuration)) +
            "s ***";
@@ -227,44 +221,27 @@ void KeyTap::endPauseIfOver() {
 }
 
 void KeyTap::handleShortcut(const KeyPress& key) {
-  if (!word_.buffer.empty()) dbg([] { return "tracking cleared: shortcut modifiers"; });
+  if (!word_.buffer().empty()) dbg([] { return "tracking cleared: shortcut modifiers"; });
   if (key.isCaretMover()) {
     resetWord();
   } else {
-    invalidateInputSourceContext(key.preservesRejection());
+    invalidateInputSourceContext(key.rejectionAfter());
   }
 }
 
 bool KeyTap::handleBoundaryKey(const KeyPress& key) {
   if (key.code == kSpace) {
-    const bool fixed = evaluateAndFix(" ", nullptr);
-    word_.buffer.clear();
+    const bool fixed = evaluateAndFix({" "});
+    word_.clearBuffer();
     return fixed;
   }
-  const bool fixed = evaluateAndFix(key.code == kTab ? "\t" : "\n", key.event);
+  const bool fixed = evaluateAndFix({key.code == kTab ? "\t" : "\n", key.event});
   resetWord();
   return fixed;
 }
 
 void KeyTap::handleBackspace() {
-  if (word_.untrackableWord) return;
-  if (!word_.buffer.empty()) {
-    removeLastCharacter(word_.buffer);
-    return;
-  }
-  word_.pendingShorts.clear();
-  if (!word_.lastFix) return;
-  auto& fix = *word_.lastFix;
-  removeLastCharacter(fix.tail.empty() ? fix.text : fix.tail);
-  if (!fix.text.empty()) return;
-  word_.lastFix.reset();
-  if (!word_.lastAutoFix) return;
-  auto& rejection = word_.pendingRejection.renew();
-  rejection.typed = word_.lastAutoFix->typed;
-  rejection.rejectionWord = word_.lastAutoFix->rejectionWord;
-  rejection.at = uptime();
-  word_.lastAutoFix.reset();
-  dbg([] { return "  rejection armed"; });
+  if (word_.erase(uptime())) dbg([] { return "  rejection armed"; });
 }
 
 bool KeyTap::handleText(const KeyPress& key) {
@@ -275,13 +252,15 @@ bool KeyTap::handleText(const KeyPress& key) {
     return false;
   }
   if (length > units.size()) {
-    handleUnusablePayload(length, true);
+    noteUnusablePayload(length);
+    word_.forget();
     return false;
   }
   text::assignUtf16({units.data(), length}, typedText_);
   const std::string_view typed = typedText_;
   if (text::firstCharacter(typed).size() != typed.size()) {
-    handleUnusablePayload(length, isWordCharacter(text::lastCharacter(typed)));
+    noteUnusablePayload(length);
+    isWordCharacter(text::lastCharacter(typed)) ? word_.forget() : resetWord();
     return false;
   }
   if (!isWordCharacter(typed)) return handlePunctuation(typed, length);
@@ -292,61 +271,38 @@ bool KeyTap::handleText(const KeyPress& key) {
 void KeyTap::handleEmptyPayload() {
   dbg([this] {
     return "tracking cleared: empty Unicode payload previousCount=" +
-           std::to_string(text::count(word_.buffer));
+           std::to_string(text::count(word_.buffer()));
   });
-  const bool betweenWords = word_.buffer.empty() && !word_.untrackableWord;
   // Between words nothing is lost, unless the key added to the word just before the caret.
-  const bool touchesLastWord = word_.lastFix && word_.lastFix->tail.empty();
-  resetWord();
-  word_.untrackableWord = !betweenWords || touchesLastWord;
+  word_.invalidate(WordState::ArmedRejection::drop);
 }
 
-void KeyTap::handleUnusablePayload(std::size_t units, bool untrackable) {
+void KeyTap::noteUnusablePayload(std::size_t units) {
   dbg([units] {
     return "tracking cleared: multi-character payload units=" + std::to_string(units);
   });
-  resetWord();
-  word_.untrackableWord = untrackable;
 }
 
 bool KeyTap::handlePunctuation(std::string_view character, std::size_t units) {
-  const bool fixed = evaluateAndFix(character, nullptr);
+  const bool fixed = evaluateAndFix({character});
   if (character == "\n" || character == "\t" || units > 1) {
     resetWord();
   } else {
-    word_.buffer.clear();
+    word_.clearBuffer();
   }
   return fixed;
 }
 
 void KeyTap::handleWordCharacter(std::string_view character, std::size_t units) {
   if (units > 1 || (text::isLetter(character) && !isOfEitherLayout(character))) {
-    resetWord();
-    word_.untrackableWord = true;
-    return;
+    word_.forget();
+  } else {
+    word_.append(character);
   }
-  if (word_.buffer.empty()) {
-    // Typed right behind a fixed word, the letters go on with it.
-    if (word_.lastFix && word_.lastFix->tail.empty()) word_.buffer = word_.lastFix->text;
-    word_.lastFix.reset();
-    word_.lastAutoFix.reset();
-  }
-  if (!word_.untrackableWord) word_.buffer += character;
-  // A Character takes a byte at least, so most words need no count.
-  if (word_.buffer.size() <= WordState::kMaxBuffer) return;
-  if (text::count(word_.buffer) <= WordState::kMaxBuffer) return;
-  resetWord();
-  word_.untrackableWord = true;
 }
 
-void KeyTap::invalidateInputSourceContext(bool preserveRejection) {
-  const bool insideWord = !word_.buffer.empty() || word_.untrackableWord;
-  const bool behindFix = !insideWord && word_.lastFix && word_.lastFix->tail.empty();
-  const bool keepsRejection = preserveRejection && !insideWord && !behindFix;
-  auto rejection = keepsRejection ? word_.pendingRejection : decltype(word_.pendingRejection)();
-  resetWord();
-  word_.untrackableWord = insideWord || behindFix;
-  word_.pendingRejection = std::move(rejection);
+void KeyTap::invalidateInputSourceContext(WordState::ArmedRejection rejection) {
+  word_.invalidate(rejection);
 }
 
 }  // namespace tessarok

@@ -9,7 +9,7 @@
 #include "typing/KeyTap.h"
 #include "words/IgnoreList.h"
 #include "words/LayoutMap.h"
-#include "words/LetterScript.h"
+#include "words/Letters.h"
 
 namespace tessarok {
 
@@ -87,26 +87,21 @@ bool fill(EventBatch& batch, std::size_t deleteCount, std::string_view text,
   return actionEvent == nullptr || batch.addAgain(*actionEvent);
 }
 
-bool isKeyOf(const LayoutMap::Map& map, std::string_view character) {
-  const auto scalar = text::singleScalar(character);
-  return scalar && map.contains(*scalar);
-}
-
 /// The letters of a word, as far as the layouts know them.
-struct Letters {
+struct LetterCounts {
   std::size_t all = 0;
   std::size_t russian = 0;
   bool hasForeign = false;
   bool hasLetterKey = false;
 };
 
-Letters countLetters(std::string_view word) {
-  Letters letters;
+LetterCounts countLetters(std::string_view word) {
+  LetterCounts letters;
   for (const auto character : text::Characters(word)) {
     letters.hasLetterKey = letters.hasLetterKey || LayoutMap::isRussianLetterKey(character);
     if (!text::isLetter(character)) continue;
-    const bool isRussian = isKeyOf(LayoutMap::ruToEn(), character);
-    const bool isEnglish = isKeyOf(LayoutMap::enToRu(), character);
+    const bool isRussian = LayoutMap::isKeyOf(Language::russian, character);
+    const bool isEnglish = LayoutMap::isKeyOf(Language::english, character);
     letters.hasForeign = letters.hasForeign || (!isRussian && !isEnglish);
     if (isRussian) ++letters.russian;
     ++letters.all;
@@ -117,7 +112,7 @@ Letters countLetters(std::string_view word) {
 }  // namespace
 
 bool KeyTap::replace(std::size_t deleteCount, std::string_view text,
-                     std::optional<bool> switchToRussian, Event* actionEvent) {
+                     std::optional<Language> switchTo, Event* actionEvent) {
   if (callbackProxy_ == nullptr) {
     dbg([] { return "replacement aborted: missing callback proxy"; });
     return false;
@@ -138,10 +133,10 @@ bool KeyTap::replace(std::size_t deleteCount, std::string_view text,
            " textCount=" + std::to_string(textCount) +
            " eventCount=" + std::to_string(batch.size());
   });
-  if (!switchToRussian) return true;
-  const bool issued = InputSource::switchTo(*switchToRussian);
+  if (!switchTo) return true;
+  const bool issued = InputSource::switchTo(*switchTo);
   dbg([issued] {
-    return std::string("  input-source selection issued=") + (issued ? "true" : "false");
+    return std::string("  input-source selection issued=") + DiagnosticLog::spelled(issued);
   });
   return true;
 }
@@ -151,70 +146,55 @@ std::optional<KeyTap::ManualSwap> KeyTap::manualSwap(std::string_view word) {
   if (letters.hasForeign) return std::nullopt;
   if (letters.all == 0 && !letters.hasLetterKey) return std::nullopt;
   // An even mixture counts as Russian; keys without letters were meant to be.
-  const bool fromRussian = letters.all > 0 && letters.all <= 2 * letters.russian;
-  auto converted = LayoutMap::convert(word, fromRussian);
+  const bool isRussian = letters.all > 0 && letters.all <= 2 * letters.russian;
+  auto converted = LayoutMap::convert(word, isRussian ? Language::russian : Language::english);
   if (converted == word) return std::nullopt;
-  const auto switchToRussian = russianByLetters(converted);
-  return ManualSwap{std::move(converted), switchToRussian};
+  const auto language = letters::layoutOf(converted);
+  return ManualSwap{std::move(converted), language};
 }
 
 void KeyTap::manualConvert() {
-  if (!word_.buffer.empty()) {
+  if (!word_.buffer().empty()) {
     convertWordBeingTyped();
-  } else if (word_.lastFix) {
+  } else if (word_.lastFix() != nullptr) {
     convertLastWord();
   }
 }
 
 void KeyTap::convertWordBeingTyped() {
-  const auto swap = manualSwap(word_.buffer);
+  const auto swap = manualSwap(word_.buffer());
   if (!swap) return;
-  const auto count = text::count(word_.buffer);
+  const auto count = text::count(word_.buffer());
   dbg([count] { return "manual fix buffer count=" + std::to_string(count); });
-  if (!replace(count, swap->converted, swap->switchToRussian, nullptr)) {
+  if (!replace(count, swap->converted, swap->language, nullptr)) {
     resetWord();
     return;
   }
-  word_.buffer = swap->converted;
-  word_.pendingShorts.clear();
-  word_.lastFix.reset();
-  word_.lastAutoFix.reset();
-  countManual(swap->switchToRussian);
+  word_.convertBuffer(swap->converted, swap->language);
 }
 
 void KeyTap::convertLastWord() {
-  auto& fix = *word_.lastFix;
+  const auto& fix = *word_.lastFix();
   const auto swap = manualSwap(fix.text);
   if (!swap) return;
-  const bool isUndo = word_.lastAutoFix && word_.lastAutoFix->converted == fix.text;
-  const auto newWord = isUndo ? word_.lastAutoFix->typed : swap->converted;
+  const auto* autoFix = word_.lastAutoFix();
+  const bool isUndo = autoFix != nullptr && autoFix->converted == fix.text;
+  const auto newWord = isUndo ? autoFix->typed : swap->converted;
   const auto textCount = text::count(fix.text);
   const auto tailCount = text::count(fix.tail);
   dbg([&] {
     return "manual fix last count=" + std::to_string(textCount) +
            " tail=" + std::to_string(tailCount);
   });
-  if (!replace(checkedAdd(textCount, tailCount), newWord + fix.tail, swap->switchToRussian,
-               nullptr)) {
+  if (!replace(checkedAdd(textCount, tailCount), newWord + fix.tail, swap->language, nullptr)) {
     resetWord();
     return;
   }
   if (isUndo) {
     dbg([] { return "  manual undo of auto-fix — learning rejection"; });
-    IgnoreList::recordRejection(text::lowercased(word_.lastAutoFix->rejectionWord));
+    IgnoreList::recordRejection(text::lowercased(autoFix->rejectionWord));
   }
-  word_.lastAutoFix.reset();
-  fix.text = newWord;
-  word_.pendingShorts.clear();
-  countManual(swap->switchToRussian);
-}
-
-void KeyTap::countManual(std::optional<bool> switchToRussian) {
-  if (!switchToRussian) return;
-  auto& grows = *switchToRussian ? word_.ruStreak : word_.enStreak;
-  auto& ends = *switchToRussian ? word_.enStreak : word_.ruStreak;
-  grows = checkedAdd<std::int64_t>(grows, 1);
-  ends = 0;
+  word_.convertLastFix(newWord, swap->language);
 }
 
 }  // namespace tessarok

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -10,7 +11,14 @@ namespace tessarok {
 /// for them; while typing there is none and nothing is written.
 class DecisionTrace {
  public:
-  void add(std::string step) { steps_.push_back(std::move(step)); }
+  /// Adds a step, given in pieces; does nothing without a trace.
+  template <typename... Pieces>
+  static void note(DecisionTrace* trace, const Pieces&... pieces) {
+    if (trace == nullptr) return;
+    std::string step;
+    (step.append(std::string_view(pieces)), ...);
+    trace->steps_.push_back(std::move(step));
+  }
   [[nodiscard]] const std::vector<std::string>& steps() const { return steps_; }
 
  private:

@@ -4,11 +4,11 @@
 
 #include "text/ScratchText.h"
 #include "text/Text.h"
-#include "words/Alphabet.h"
 #include "words/BuiltinPacks.h"
 #include "words/Dict.h"
 #include "words/IgnoreList.h"
 #include "words/LayoutMap.h"
+#include "words/Letters.h"
 #include "words/Proto.h"
 #include "words/ShortFreq.h"
 #include "words/UserDict.h"
@@ -17,7 +17,7 @@ namespace tessarok {
 
 namespace {
 
-using alphabet::Kind;
+using letters::Kind;
 using Decision = Detector::Decision;
 using Confidence = Detector::Confidence;
 
@@ -34,48 +34,52 @@ constexpr double kTypedImplausible = 0.4;
 constexpr double kAnchoredPlausible = 0.75;
 constexpr double kStreakPlausible = 0.9;
 
+/// What the words before this one say about it.
+struct Context {
+  bool afterRussian;
+  bool afterEnglish;
+  DecisionTrace* trace;
+
+  template <typename... Pieces>
+  void note(const Pieces&... pieces) const {
+    DecisionTrace::note(trace, pieces...);
+  }
+};
+
 /// One conversion under consideration: what was typed, and what the same keys give in the other
 /// layout, both in lower case.
 struct Candidate {
   std::string_view typed;
   std::string_view swapped;
   /// The language of `swapped`.
-  bool russian;
+  Language to;
   /// Characters of `swapped`.
   std::size_t length;
-  DecisionTrace* trace;
+  const Context& context;
 
-  void note(const char* step) const {
-    if (trace != nullptr) trace->add(step);
-  }
+  void note(const char* step) const { context.note(step); }
   [[nodiscard]] Decision decision(Confidence confidence) const {
-    return {.fromRu = !russian, .confidence = confidence, .trim = 0};
+    return {.to = to, .confidence = confidence, .trim = 0};
   }
 };
-
-void note(DecisionTrace* trace, std::string_view before, std::string_view word,
-          std::string_view after) {
-  if (trace == nullptr) return;
-  trace->add(std::string(before) + "\"" + std::string(word) + "\"" + std::string(after));
-}
 
 bool allLetters(std::string_view word) {
   return std::ranges::all_of(text::Characters(word), &text::isLetter);
 }
 
 bool protoFavorsSwap(const Candidate& candidate) {
-  const bool ru = candidate.russian;
+  const auto to = candidate.to;
   if (candidate.length < kShortestPrototypeWord) return false;
-  if (!Proto::isAvailable(ru) || !Proto::isAvailable(!ru)) return false;
-  if (Proto::hasImpossible(candidate.swapped, ru)) return false;
-  const double swapped = Proto::plausibility(candidate.swapped, ru);
-  const double typed = Proto::plausibility(candidate.typed, !ru);
+  if (!Proto::isAvailable(to) || !Proto::isAvailable(other(to))) return false;
+  if (Proto::hasImpossible(candidate.swapped, to)) return false;
+  const double swapped = Proto::plausibility(candidate.swapped, to);
+  const double typed = Proto::plausibility(candidate.typed, other(to));
   return swapped >= kSwapPlausible && typed <= kTypedImplausible;
 }
 
 /// Whether an ending of the word is a word by itself, as in compounds and unknown inflections.
 bool hasDictAnchor(const Candidate& candidate) {
-  const auto& dictionary = Dict::of(candidate.russian);
+  const auto& dictionary = Dict::of(candidate.to);
   const auto longest = std::min(candidate.length, kLongestAnchor);
   for (std::size_t k = kShortestAnchor; k <= longest; ++k) {
     if (dictionary.contains(text::last(candidate.swapped, k))) return true;
@@ -85,7 +89,7 @@ bool hasDictAnchor(const Candidate& candidate) {
 
 /// What the dictionary of the other language says: a decision, or absent to go on.
 std::optional<Decision> decideByDictionary(const Candidate& candidate) {
-  if (!Dict::of(candidate.russian).contains(candidate.swapped)) {
+  if (!Dict::of(candidate.to).contains(candidate.swapped)) {
     candidate.note("the conversion is in no dictionary");
     return std::nullopt;
   }
@@ -93,7 +97,7 @@ std::optional<Decision> decideByDictionary(const Candidate& candidate) {
     candidate.note("the conversion is a dictionary word");
     return candidate.decision(Confidence::high);
   }
-  if (ShortFreq::of(candidate.russian).contains(candidate.swapped)) {
+  if (ShortFreq::of(candidate.to).contains(candidate.swapped)) {
     candidate.note("the conversion is a frequent short word");
     return candidate.decision(Confidence::high);
   }
@@ -104,17 +108,17 @@ std::optional<Decision> decideByDictionary(const Candidate& candidate) {
 /// Whether the typed letters cannot be a word of their own language while the converted ones can
 /// be one of theirs.
 bool onlySwapIsPossible(const Candidate& candidate) {
-  const bool ru = candidate.russian;
-  return candidate.length >= kShortestImpossibleWord && Proto::isAvailable(ru) &&
-         Proto::isAvailable(!ru) && Proto::hasImpossible(candidate.typed, !ru) &&
-         !Proto::hasImpossible(candidate.swapped, ru);
+  const auto to = candidate.to;
+  return candidate.length >= kShortestImpossibleWord && Proto::isAvailable(to) &&
+         Proto::isAvailable(other(to)) && Proto::hasImpossible(candidate.typed, other(to)) &&
+         !Proto::hasImpossible(candidate.swapped, to);
 }
 
 /// An impossible word whose conversion looks right and ends in a word.
 std::optional<Decision> decideByImpossibility(const Candidate& candidate) {
   if (!onlySwapIsPossible(candidate)) return std::nullopt;
   candidate.note("no word of the typed language has these letters in a row");
-  if (Proto::plausibility(candidate.swapped, candidate.russian) < kAnchoredPlausible) {
+  if (Proto::plausibility(candidate.swapped, candidate.to) < kAnchoredPlausible) {
     candidate.note("the conversion does not look like a word either");
     return std::nullopt;
   }
@@ -128,128 +132,121 @@ std::optional<Decision> decideByImpossibility(const Candidate& candidate) {
 
 /// In a run of Russian words, a plausible Russian word that ends in a word.
 std::optional<Decision> decideByStreak(const Candidate& candidate) {
-  if (candidate.length < kShortestDictWord || !Proto::isAvailable(true)) return std::nullopt;
-  if (Proto::hasImpossible(candidate.swapped, true)) return std::nullopt;
-  if (Proto::plausibility(candidate.swapped, true) < kStreakPlausible) return std::nullopt;
+  if (candidate.to != Language::russian || !candidate.context.afterRussian) return std::nullopt;
+  if (candidate.length < kShortestDictWord || !Proto::isAvailable(candidate.to)) {
+    return std::nullopt;
+  }
+  if (Proto::hasImpossible(candidate.swapped, candidate.to)) return std::nullopt;
+  if (Proto::plausibility(candidate.swapped, candidate.to) < kStreakPlausible) return std::nullopt;
   if (!hasDictAnchor(candidate)) return std::nullopt;
   candidate.note("Russian words came before, and the conversion looks like one and ends in one");
   return candidate.decision(Confidence::medium);
 }
 
-std::optional<Decision> decideByEvidence(const Candidate& candidate, bool inRussianStreak) {
+std::optional<Decision> decideByEvidence(const Candidate& candidate) {
   if (const auto found = decideByDictionary(candidate)) return found;
   if (protoFavorsSwap(candidate)) {
     candidate.note("the letters look wrong as typed and right when converted");
     return candidate.decision(Confidence::medium);
   }
   if (const auto found = decideByImpossibility(candidate)) return found;
-  if (candidate.russian && inRussianStreak) {
-    if (const auto found = decideByStreak(candidate)) return found;
-  }
+  if (const auto found = decideByStreak(candidate)) return found;
   candidate.note("nothing confirms the conversion");
   return std::nullopt;
 }
 
 /// The counts that say which way a word could be converted.
-struct Letters {
+struct KindCounts {
   std::size_t latin = 0;
   std::size_t cyrillic = 0;
   std::size_t all = 0;
   bool hasOther = false;
 };
 
-Letters countLetters(std::string_view word) {
-  Letters letters;
+KindCounts countKinds(std::string_view word) {
+  KindCounts counts;
   for (const auto character : text::Characters(word)) {
-    const auto kind = alphabet::kindOf(character);
+    const auto kind = letters::kindOf(character);
     if (kind == Kind::other) {
-      letters.hasOther = true;
-      return letters;
+      counts.hasOther = true;
+      return counts;
     }
-    if (kind == Kind::latin) ++letters.latin;
-    if (kind == Kind::cyrillic) ++letters.cyrillic;
-    ++letters.all;
+    if (kind == Kind::latin) ++counts.latin;
+    if (kind == Kind::cyrillic) ++counts.cyrillic;
+    ++counts.all;
   }
-  return letters;
+  return counts;
 }
 
-/// What the words before this one say about it.
-struct Context {
-  bool inRussianStreak;
-  bool inEnglishStreak;
-  DecisionTrace* trace;
-
-  void note(const char* step) const {
-    if (trace != nullptr) trace->add(step);
-  }
-};
-
-/// Converts the word and weighs the evidence. `checkTyped`: a word of the typed language stays.
-std::optional<Decision> decideSwap(std::string_view word, std::string_view lower, bool toRussian,
-                                   bool checkTyped, const Context& context) {
-  if (checkTyped && Dict::of(!toRussian).contains(lower)) {
-    note(context.trace, "", lower, " is a dictionary word as typed");
-    return std::nullopt;
-  }
+/// Converts the word and weighs the evidence.
+std::optional<Decision> decideSwap(std::string_view word, std::string_view lower, Language to,
+                                   const Context& context) {
   ScratchText scratch;
   auto converted = scratch.string();
-  LayoutMap::appendConverted(word, !toRussian, converted);
-  note(context.trace, "the same keys in the other layout give ", converted, "");
+  LayoutMap::appendConverted(word, other(to), converted);
+  context.note("the same keys in the other layout give \"", converted, "\"");
   if (!allLetters(converted)) {
     context.note("which is not all letters");
     return std::nullopt;
   }
   auto swapped = scratch.string();
   text::appendLowercased(converted, swapped);
-  const Candidate candidate{lower, swapped, toRussian, text::count(swapped), context.trace};
-  return decideByEvidence(candidate, context.inRussianStreak);
+  return decideByEvidence({lower, swapped, to, text::count(swapped), context});
+}
+
+/// Whether a word of the language that it was typed in stays for that reason.
+bool isWordAsTyped(std::string_view lower, Language typed, const Context& context) {
+  if (!Dict::of(typed).contains(lower)) return false;
+  context.note("\"", lower, "\" is a dictionary word as typed");
+  return true;
 }
 
 std::optional<Decision> decideLatin(std::string_view word, std::string_view lower,
                                     std::size_t length, const Context& context) {
   const bool isWhitelisted = Detector::shortWhitelist().contains(lower);
-  if (length == 2 && !context.inRussianStreak && !isWhitelisted) {
+  if (length == 2 && !context.afterRussian && !isWhitelisted) {
     context.note("two letters are converted only after Russian words, but for a few frequent ones");
     return std::nullopt;
   }
   // Two letters that got here are frequent or stand among Russian words, and say "Russian".
-  const bool checkTyped = length > 2;
-  return decideSwap(word, lower, true, checkTyped, context);
+  if (length > 2 && isWordAsTyped(lower, Language::english, context)) return std::nullopt;
+  return decideSwap(word, lower, Language::russian, context);
 }
 
 std::optional<Decision> decideCyrillic(std::string_view word, std::string_view lower,
                                        std::size_t length, const Context& context) {
-  if (length == 2 && !context.inEnglishStreak) {
+  if (length == 2 && !context.afterEnglish) {
     context.note("two letters are converted only after English words");
     return std::nullopt;
   }
-  return decideSwap(word, lower, false, true, context);
+  if (isWordAsTyped(lower, Language::russian, context)) return std::nullopt;
+  return decideSwap(word, lower, Language::english, context);
 }
 
 std::optional<Decision> decideCore(std::string_view word, std::string_view lower,
                                    const Context& context) {
-  const auto letters = countLetters(word);
-  if (letters.hasOther) {
+  const auto counts = countKinds(word);
+  if (counts.hasOther) {
     context.note("it holds a character that is no letter of either layout");
     return std::nullopt;
   }
-  if (letters.all < 2) {
+  if (counts.all < 2) {
     context.note("one character says too little");
     return std::nullopt;
   }
-  if (letters.latin > 0 && letters.cyrillic > 0) {
+  if (counts.latin > 0 && counts.cyrillic > 0) {
     context.note("it mixes both alphabets");
     return std::nullopt;
   }
-  if (letters.latin > 0) return decideLatin(word, lower, letters.all, context);
-  if (letters.cyrillic > 0) return decideCyrillic(word, lower, letters.all, context);
+  if (counts.latin > 0) return decideLatin(word, lower, counts.all, context);
+  if (counts.cyrillic > 0) return decideCyrillic(word, lower, counts.all, context);
   context.note("it holds no letter");
   return std::nullopt;
 }
 
-bool isListed(std::string_view lower, DecisionTrace* trace) {
+bool isListed(std::string_view lower, const Context& context) {
   if (!Detector::isExcluded(lower)) return false;
-  note(trace, "", lower, " is on a list of words that are never corrected");
+  context.note("\"", lower, "\" is on a list of words that are never corrected");
   return true;
 }
 
@@ -300,14 +297,14 @@ std::optional<Decision> Detector::decide(std::string_view word, std::int64_t str
   auto lowered = scratch.string();
   text::appendLowercased(word, lowered);
   std::string_view lower = lowered;
-  if (isListed(lower, trace)) return std::nullopt;
+  if (isListed(lower, context)) return std::nullopt;
   auto decision = decideCore(word, lower, context);
   for (std::size_t trim = 1; !decision; ++trim) {
     if (!LayoutMap::isRussianLetterKey(text::lastCharacter(word))) return std::nullopt;
     word = text::withoutLast(word, 1);
     lower = text::withoutLast(lower, 1);
-    note(trace, "once more without the punctuation at the end: ", word, "");
-    if (isListed(lower, trace)) return std::nullopt;
+    context.note("once more without the punctuation at the end: \"", word, "\"");
+    if (isListed(lower, context)) return std::nullopt;
     decision = decideCore(word, lower, context);
     if (decision) decision->trim = trim;
   }

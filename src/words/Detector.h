@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "words/DecisionTrace.h"
+#include "words/Language.h"
 #include "words/WordSet.h"
 
 namespace tessarok {
@@ -24,12 +25,13 @@ class Detector {
   };
   /// How a word is to be converted.
   struct Decision {
-    /// The typed text is Cyrillic and converts to English; else Latin, to Russian.
-    bool fromRu = false;
+    /// What the word becomes; it was typed on the layout of the other language.
+    Language to = Language::russian;
     Confidence confidence = Confidence::high;
     /// So many Characters at the end of the word stay as typed.
     std::size_t trim = 0;
 
+    [[nodiscard]] Language from() const { return other(to); }
     bool operator==(const Decision&) const = default;
   };
 

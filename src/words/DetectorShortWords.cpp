@@ -4,17 +4,17 @@
 
 #include "text/ScratchText.h"
 #include "text/Text.h"
-#include "words/Alphabet.h"
 #include "words/Detector.h"
 #include "words/Dict.h"
 #include "words/LayoutMap.h"
+#include "words/Letters.h"
 #include "words/ShortFreq.h"
 
 namespace tessarok {
 
 namespace {
 
-using alphabet::Kind;
+using letters::Kind;
 
 /// The shortest word whose capitals are looked at.
 constexpr std::size_t kShortestShiftLagWord = 4;
@@ -25,7 +25,7 @@ bool isShortWord(std::string_view word, Kind script) {
   std::size_t length = 0;
   bool hasLetter = false;
   for (const auto character : text::Characters(word)) {
-    const auto kind = alphabet::kindOf(character);
+    const auto kind = letters::kindOf(character);
     if (kind != script && kind != Kind::letterKey) return false;
     hasLetter = hasLetter || kind == script;
     ++length;
@@ -34,14 +34,14 @@ bool isShortWord(std::string_view word, Kind script) {
 }
 
 /// Whether the same keys give a frequent short word of the other language.
-bool convertsToFrequentWord(std::string_view word, bool toRussian) {
+bool convertsToFrequentWord(std::string_view word, Language to) {
   ScratchText scratch;
   auto converted = scratch.string();
-  LayoutMap::appendConverted(word, !toRussian, converted);
+  LayoutMap::appendConverted(word, other(to), converted);
   auto lower = scratch.string();
   text::appendLowercased(converted, lower);
   if (!std::ranges::all_of(text::Characters(lower), &text::isLetter)) return false;
-  return ShortFreq::of(toRussian).contains(std::string_view(lower));
+  return ShortFreq::of(to).contains(std::string_view(lower));
 }
 
 /// The word without the punctuation keys at its end.
@@ -52,13 +52,13 @@ std::string_view withoutLetterKeys(std::string_view word) {
   return word;
 }
 
-/// The alphabet of a word that starts with a letter; `other` when not every Character is of it.
-Kind scriptOf(std::string_view word) {
-  const auto script = alphabet::kindOf(text::firstCharacter(word));
+/// The language that all Characters of a word are letters of; absent when there is none.
+std::optional<Language> languageOf(std::string_view word) {
+  const auto language = letters::languageOf(text::firstCharacter(word));
   const bool isUniform = std::ranges::all_of(
       text::Characters(word),
-      [&](std::string_view character) { return alphabet::kindOf(character) == script; });
-  return isUniform ? script : Kind::other;
+      [&](std::string_view character) { return letters::languageOf(character) == language; });
+  return isUniform ? language : std::nullopt;
 }
 
 /// Two capitals, then only small letters.
@@ -96,7 +96,8 @@ bool Detector::isShortRuCandidate(std::string_view word) {
   auto lower = scratch.string();
   text::appendLowercased(word, lower);
   if (isExcluded(lower)) return false;
-  return shortWhitelist().contains(std::string_view(lower)) || convertsToFrequentWord(word, true);
+  return shortWhitelist().contains(std::string_view(lower)) ||
+         convertsToFrequentWord(word, Language::russian);
 }
 
 bool Detector::isShortEnCandidate(std::string_view word) {
@@ -105,7 +106,7 @@ bool Detector::isShortEnCandidate(std::string_view word) {
   auto lower = scratch.string();
   text::appendLowercased(word, lower);
   if (isExcluded(lower) || Dict::ru().contains(std::string_view(lower))) return false;
-  return convertsToFrequentWord(word, false);
+  return convertsToFrequentWord(word, Language::english);
 }
 
 std::optional<std::string> Detector::fixShiftLag(std::string_view word) {
@@ -114,10 +115,10 @@ std::optional<std::string> Detector::fixShiftLag(std::string_view word) {
   if (core.empty() || !hasTwoLeadingCapitals(core)) return std::nullopt;
   if (text::count(core) < kShortestShiftLagWord) return std::nullopt;
   if (isExcludedInLowerCase(word) || isExcludedInLowerCase(core)) return std::nullopt;
-  const auto script = scriptOf(core);
-  if (script == Kind::other) return std::nullopt;
+  const auto language = languageOf(core);
+  if (!language) return std::nullopt;
   auto fixed = withSecondLowered(core);
-  if (!Dict::of(script == Kind::cyrillic).contains(text::lowercased(fixed))) return std::nullopt;
+  if (!Dict::of(*language).contains(text::lowercased(fixed))) return std::nullopt;
   return fixed.append(word.substr(core.size()));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "words/DictFile.h"
+#include "words/Language.h"
 
 namespace tessarok {
 
@@ -10,7 +11,9 @@ class Dict {
   Dict() = delete;
   [[nodiscard]] static const DictFile& en();
   [[nodiscard]] static const DictFile& ru();
-  [[nodiscard]] static const DictFile& of(bool russian) { return russian ? ru() : en(); }
+  [[nodiscard]] static const DictFile& of(Language language) {
+    return language == Language::russian ? ru() : en();
+  }
 };
 
 }  // namespace tessarok

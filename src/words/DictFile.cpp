@@ -71,20 +71,21 @@ bool isRussianLine(std::string_view line) {
   return true;
 }
 
-const char* badAlphabet(bool russian) {
-  return russian ? "only the letters а to я and ё are allowed"
-                 : "only the letters a to z are allowed";
+const char* badAlphabet(Language language) {
+  return language == Language::russian ? "only the letters а to я and ё are allowed"
+                                       : "only the letters a to z are allowed";
 }
 
 constexpr const char* kWrongOrder =
     "the line sorts before the one above it (lines are in the order of their bytes)";
 
 /// What is wrong with a line by itself; null when nothing is.
-const char* faultOfLine(std::string_view line, bool russian) {
+const char* faultOfLine(std::string_view line, Language language) {
   if (line.empty()) return "the line is empty";
   if (line.ends_with('\r')) return kCrLfReason;
-  const bool hasOnlyLetters = russian ? isRussianLine(line) : isEnglishLine(line);
-  return hasOnlyLetters ? nullptr : badAlphabet(russian);
+  const bool hasOnlyLetters =
+      language == Language::russian ? isRussianLine(line) : isEnglishLine(line);
+  return hasOnlyLetters ? nullptr : badAlphabet(language);
 }
 
 std::string_view lineFrom(std::string_view data, std::size_t start) {
@@ -111,7 +112,7 @@ DictFile::DictFile(const std::string& resource) {
   if (!location) return;
   auto file = platform::desktop().files().map(*location);
   if (!file) return;
-  if (findFault(file->bytes(), isRussian(resource))) {
+  if (findFault(file->bytes(), languageOf(resource))) {
     platform::desktop().systemLog().write("Tessarok: invalid dictionary resource " + resource +
                                           "; automatic layout correction disabled");
     return;
@@ -127,8 +128,8 @@ std::string_view DictFile::data() const {
   return file_ ? file_->bytes() : std::string_view();
 }
 
-bool DictFile::isRussian(std::string_view resource) {
-  return resource == "dict_ru";
+Language DictFile::languageOf(std::string_view resource) {
+  return resource == "dict_ru" ? Language::russian : Language::english;
 }
 
 bool DictFile::contains(std::string_view word) const {
@@ -152,15 +153,15 @@ bool DictFile::contains(std::string_view word) const {
   return false;
 }
 
-std::optional<DataFault> DictFile::findFault(std::string_view data, bool russian) {
+std::optional<DataFault> DictFile::findFault(std::string_view data, Language language) {
   if (data.empty()) return DataFault{0, "the file is empty"};
   const auto first = lineFrom(data, 0);
-  if (const auto* reason = faultOfLine(first, russian)) return DataFault{1, reason};
-  auto start = WordListScan::goodPrefix(data, russian);
+  if (const auto* reason = faultOfLine(first, language)) return DataFault{1, reason};
+  auto start = WordListScan::goodPrefix(data, language);
   auto previous = start > 0 ? lineBefore(data, start) : first;
   while (start < data.size()) {
     const auto line = lineFrom(data, start);
-    const auto* reason = faultOfLine(line, russian);
+    const auto* reason = faultOfLine(line, language);
     if (reason == nullptr && line < previous) reason = kWrongOrder;
     if (reason != nullptr) return DataFault{lineNumber(data, start), reason};
     previous = line;

@@ -7,6 +7,7 @@
 
 #include "platform/MappedFile.h"
 #include "words/DataFault.h"
+#include "words/Language.h"
 
 namespace tessarok {
 
@@ -26,9 +27,9 @@ class DictFile {
   [[nodiscard]] std::string_view data() const;
 
   /// The first thing that makes `data` invalid; absent when it is a valid dictionary.
-  [[nodiscard]] static std::optional<DataFault> findFault(std::string_view data, bool russian);
-  /// Whether the file of this base name is held to the Russian alphabet.
-  [[nodiscard]] static bool isRussian(std::string_view resource);
+  [[nodiscard]] static std::optional<DataFault> findFault(std::string_view data, Language language);
+  /// Whose alphabet the file of this base name is held to.
+  [[nodiscard]] static Language languageOf(std::string_view resource);
 
  private:
   std::unique_ptr<platform::MappedFile> file_;

@@ -89,10 +89,14 @@ bool isComplete(const LayoutMap::Map& enToRu, const LayoutMap::Map& ruToEn) {
          hasValues(ruToEn, LayoutMap::englishLetters());
 }
 
+const LayoutMap::Map& mapFrom(Language layout) {
+  return layout == Language::russian ? tables().ruToEn : tables().enToRu;
+}
+
 template <typename String>
-void appendTo(std::string_view text, bool fromRussian, String& out) {
-  const auto& map = fromRussian ? tables().ruToEn : tables().enToRu;
-  const auto& quick = fromRussian ? tables().quickRuToEn : tables().quickEnToRu;
+void appendTo(std::string_view text, Language from, String& out) {
+  const auto& map = mapFrom(from);
+  const auto& quick = from == Language::russian ? tables().quickRuToEn : tables().quickEnToRu;
   for (const auto character : text::Characters(text)) {
     if (const auto scalar = text::singleScalar(character)) {
       text::appendScalar(quick.valueOf(*scalar, map), out);
@@ -128,6 +132,11 @@ const LayoutMap::Set& LayoutMap::russianLetterKeys() {
   return tables().russianLetterKeys;
 }
 
+bool LayoutMap::isKeyOf(Language layout, std::string_view character) {
+  const auto scalar = text::singleScalar(character);
+  return scalar && mapFrom(layout).contains(*scalar);
+}
+
 bool LayoutMap::isRussianLetterKey(std::string_view character) {
   const auto scalar = text::singleScalar(character);
   return scalar && russianLetterKeys().contains(*scalar);
@@ -137,15 +146,15 @@ bool LayoutMap::isAvailable() {
   return tables().isAvailable;
 }
 
-std::string LayoutMap::convert(std::string_view text, bool fromRussian) {
+std::string LayoutMap::convert(std::string_view text, Language from) {
   std::string out;
   out.reserve(text.size() * 2);
-  appendTo(text, fromRussian, out);
+  appendTo(text, from, out);
   return out;
 }
 
-void LayoutMap::appendConverted(std::string_view text, bool fromRussian, ScratchText::String& out) {
-  appendTo(text, fromRussian, out);
+void LayoutMap::appendConverted(std::string_view text, Language from, ScratchText::String& out) {
+  appendTo(text, from, out);
 }
 
 LayoutMap::Set LayoutMap::letterKeys(const Map& map) {

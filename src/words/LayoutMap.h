@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "text/ScratchText.h"
+#include "words/Language.h"
 
 namespace tessarok {
 
@@ -30,16 +31,18 @@ class LayoutMap {
   /// Characters of the English layout that are no letters but whose key types a Russian letter,
   /// such as the comma (б).
   [[nodiscard]] static const Set& russianLetterKeys();
+  /// Whether a key of the layout types `character`.
+  [[nodiscard]] static bool isKeyOf(Language layout, std::string_view character);
   /// Whether `character` is one of `russianLetterKeys`.
   [[nodiscard]] static bool isRussianLetterKey(std::string_view character);
   /// Whether the maps in force are complete.
   [[nodiscard]] static bool isAvailable();
 
-  /// The text with every Character replaced by what its key gives in the other layout; what no
-  /// table holds stays. As many Characters come out as go in.
-  [[nodiscard]] static std::string convert(std::string_view text, bool fromRussian);
+  /// The text, typed in the layout `from`, with every Character replaced by what its key gives in
+  /// the other one; what no table holds stays. As many Characters come out as go in.
+  [[nodiscard]] static std::string convert(std::string_view text, Language from);
   /// The same, behind what `out` holds.
-  static void appendConverted(std::string_view text, bool fromRussian, ScratchText::String& out);
+  static void appendConverted(std::string_view text, Language from, ScratchText::String& out);
 
   /// The keys of `map` that are no letters and give a Russian letter.
   [[nodiscard]] static Set letterKeys(const Map& map);

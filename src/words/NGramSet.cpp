@@ -12,12 +12,12 @@ constexpr NGramSet::Symbol kYo = 33;
 
 }  // namespace
 
-NGramSet::Symbol NGramSet::symbol(std::string_view character, bool russian) {
+NGramSet::Symbol NGramSet::symbol(std::string_view character, Language language) {
   const auto scalar = text::singleScalar(character);
   if (!scalar) return 0;
   if (*scalar == U'^') return kStart;
   if (*scalar == U'$') return kEnd;
-  if (russian) {
+  if (language == Language::russian) {
     if (*scalar == U'ё') return kYo;
     const bool isLetter = *scalar >= U'а' && *scalar <= U'я';
     return isLetter ? static_cast<Symbol>(*scalar - U'а' + 1) : Symbol{0};

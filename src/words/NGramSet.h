@@ -6,6 +6,8 @@
 #include <span>
 #include <string_view>
 
+#include "words/Language.h"
+
 namespace tessarok {
 
 /// A set of letter pairs or triples of one language, such as those that occur in its words. The
@@ -19,7 +21,7 @@ class NGramSet {
   static constexpr Symbol kEnd = 35;
 
   /// a–z, or а–я and ё, as 1 and up; "^" and "$" are `kStart` and `kEnd` in both languages.
-  [[nodiscard]] static Symbol symbol(std::string_view character, bool russian);
+  [[nodiscard]] static Symbol symbol(std::string_view character, Language language);
 
   [[nodiscard]] bool empty() const { return size_ == 0; }
   [[nodiscard]] std::size_t size() const { return size_; }

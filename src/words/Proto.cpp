@@ -24,21 +24,21 @@ Sets& sets() {
   return instance;
 }
 
-const NGramSet& setOf(bool russian, std::size_t length, bool boundary) {
+const NGramSet& setOf(Language language, std::size_t length, bool boundary) {
   const auto* const kind = std::ranges::find_if(Proto::kKinds, [&](const Proto::Kind& each) {
-    return each.russian == russian && each.length == length && each.boundary == boundary;
+    return each.language == language && each.length == length && each.boundary == boundary;
   });
   return sets().byKind[static_cast<std::size_t>(kind - std::begin(Proto::kKinds))];
 }
 
-/// The symbols of a line; empty when the line is no n-gram of this kind.
-std::string_view symbolsOf(std::string_view line, const Proto::Kind& kind,
-                           std::array<Symbol, 3>& symbols, std::size_t& count) {
-  count = 0;
+/// Reads the symbols of a line; what is wrong with it, or empty when nothing is.
+std::string_view readSymbols(std::string_view line, const Proto::Kind& kind,
+                             std::array<Symbol, 3>& symbols) {
+  std::size_t count = 0;
   for (const auto character : text::Characters(line)) {
     if (character == "\r\n") return kCrLfReason;
     if (count == kind.length) return "the line is longer than the n-grams of this file";
-    const auto symbol = NGramSet::symbol(character, kind.russian);
+    const auto symbol = NGramSet::symbol(character, kind.language);
     const bool startsHere = kind.boundary && count == 0;
     const bool endsHere = kind.boundary && count + 1 == kind.length;
     if (symbol == 0) return "only lower-case letters of the language are allowed";
@@ -60,13 +60,13 @@ NGramSet loadSet(const Proto::Kind& kind) {
 }
 
 /// The share of a word's n-grams that are in `set`; 1 for a word too short to have any.
-double score(std::string_view word, std::size_t n, bool russian, const NGramSet& set) {
+double score(std::string_view word, std::size_t n, Language language, const NGramSet& set) {
   std::array<Symbol, 3> window{};
   std::size_t characters = 0;
   std::size_t known = 0;
   for (const auto character : text::Characters(word)) {
     std::shift_left(window.begin(), window.end(), 1);
-    window.back() = NGramSet::symbol(character, russian);
+    window.back() = NGramSet::symbol(character, language);
     ++characters;
     if (characters >= n && set.contains(std::span(window).last(n))) ++known;
   }
@@ -90,33 +90,32 @@ Proto::Parsed Proto::parse(std::string_view text, const Kind& kind) {
   WordLines lines(text, WordLines::Split::atLoneLf);
   std::array<Symbol, 3> symbols{};
   while (lines.next()) {
-    std::size_t count = 0;
-    const auto problem = symbolsOf(lines.line(), kind, symbols, count);
+    const auto problem = readSymbols(lines.line(), kind, symbols);
     if (!problem.empty()) return {NGramSet(), DataFault{lines.number(), std::string(problem)}};
-    parsed.set.insert(std::span(symbols).first(count));
+    parsed.set.insert(std::span(symbols).first(kind.length));
   }
   if (parsed.set.empty()) parsed.fault = DataFault{0, "the file holds no n-gram"};
   return parsed;
 }
 
-const NGramSet& Proto::pairs(bool russian) {
-  return setOf(russian, 2, false);
+const NGramSet& Proto::pairs(Language language) {
+  return setOf(language, 2, false);
 }
 
-const NGramSet& Proto::triples(bool russian) {
-  return setOf(russian, 3, false);
+const NGramSet& Proto::triples(Language language) {
+  return setOf(language, 3, false);
 }
 
-const NGramSet& Proto::marked(bool russian) {
-  return setOf(russian, 3, true);
+const NGramSet& Proto::marked(Language language) {
+  return setOf(language, 3, true);
 }
 
-bool Proto::isAvailable(bool russian) {
-  return !pairs(russian).empty() && !triples(russian).empty() && !marked(russian).empty();
+bool Proto::isAvailable(Language language) {
+  return !pairs(language).empty() && !triples(language).empty() && !marked(language).empty();
 }
 
-bool Proto::hasImpossible(std::string_view word, bool russian) {
-  const auto& possible = marked(russian);
+bool Proto::hasImpossible(std::string_view word, Language language) {
+  const auto& possible = marked(language);
   if (possible.empty() || word.empty()) return false;
   std::array<Symbol, 3> window{0, 0, NGramSet::kStart};
   std::size_t symbols = 1;
@@ -127,14 +126,14 @@ bool Proto::hasImpossible(std::string_view word, bool russian) {
     return symbols >= 3 && !possible.contains(window);
   };
   for (const auto character : text::Characters(word)) {
-    if (isImpossible(NGramSet::symbol(character, russian))) return true;
+    if (isImpossible(NGramSet::symbol(character, language))) return true;
   }
   return isImpossible(NGramSet::kEnd);
 }
 
-double Proto::plausibility(std::string_view word, bool russian) {
-  const double p2 = score(word, 2, russian, pairs(russian));
-  const double p3 = score(word, 3, russian, triples(russian));
+double Proto::plausibility(std::string_view word, Language language) {
+  const double p2 = score(word, 2, language, pairs(language));
+  const double p3 = score(word, 3, language, triples(language));
   return p2 * 0.7 + p3 * 0.3;
 }
 

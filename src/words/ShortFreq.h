@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "words/DataFault.h"
+#include "words/Language.h"
 #include "words/WordSet.h"
 
 namespace tessarok {
@@ -24,8 +25,10 @@ class ShortFreq {
   /// Empty when the file is missing or bad.
   [[nodiscard]] static const WordSet& en();
   [[nodiscard]] static const WordSet& ru();
-  [[nodiscard]] static const WordSet& of(bool russian) { return russian ? ru() : en(); }
-  [[nodiscard]] static Parsed parse(std::string_view text, bool russian);
+  [[nodiscard]] static const WordSet& of(Language language) {
+    return language == Language::russian ? ru() : en();
+  }
+  [[nodiscard]] static Parsed parse(std::string_view text, Language language);
 };
 
 }  // namespace tessarok

@@ -44,7 +44,7 @@ Bytes bytesAt(const char* data) {
   return bytes;
 }
 
-struct English {
+struct EnglishLetters {
   /// Not zero where `bytes` are no letters and no line break.
   static Bytes strangers(Bytes bytes, Bytes /*before*/) {
     return (Bytes)((Bytes)(bytes - 'a') > 25) & (Bytes)(bytes != '\n');
@@ -53,7 +53,7 @@ struct English {
   static constexpr unsigned kLetterBit = 6;
 };
 
-struct Russian {
+struct RussianLetters {
   /// Not zero where `bytes`, each with the one `before` it, do not spell the 33 letters in UTF-8
   /// (D0 B0–BF, D1 80–8F, D1 91) or a line break after a letter.
   static Bytes strangers(Bytes bytes, Bytes before) {
@@ -72,7 +72,7 @@ std::string_view lineAt(std::string_view data, std::size_t start) {
   return data.substr(start, data.find('\n', start) - start);
 }
 
-template <typename Language>
+template <typename Letters>
 class Scan {
  public:
   /// Of `data` the first line is good.
@@ -100,9 +100,9 @@ class Scan {
     for (std::size_t step = 0; step < kPiece; step += kStep) {
       __builtin_prefetch(data + step + kFetchAhead);
       for (std::size_t i = step; i < step + kStep; i += sizeof(Bytes)) {
-        strangers |= Language::strangers(bytesAt(data + i), bytesAt(data + i - 1));
+        strangers |= Letters::strangers(bytesAt(data + i), bytesAt(data + i - 1));
       }
-      noteEnds(step, byteScan::bytesWithout(Language::kLetterBit, data + step));
+      noteEnds(step, byteScan::bytesWithout(Letters::kLetterBit, data + step));
     }
     std::array<std::uint64_t, 2> halves;
     std::memcpy(&halves, &strangers, sizeof strangers);
@@ -155,9 +155,9 @@ class Scan {
   std::size_t ends_ = 0;
 };
 
-template <typename Language>
+template <typename Letters>
 std::size_t goodPrefixAlone(std::string_view data) {
-  Scan<Language> scan(data);
+  Scan<Letters> scan(data);
   scan.judgeTo(data.size());
   return scan.line();
 }
@@ -165,29 +165,30 @@ std::size_t goodPrefixAlone(std::string_view data) {
 /// Another thread judges the first half, down to the end of the line that the second half starts
 /// with: so that line is good, as it has to be, and in its place. Where no line starts in the
 /// second half, that is all of the list.
-template <typename Language>
+template <typename Letters>
 std::size_t goodPrefixInHalves(std::string_view data) {
   const auto half = data.find('\n', data.size() / 2) + 1;
   const auto limit = data.find('\n', half);
-  if (limit == std::string_view::npos) return goodPrefixAlone<Language>(data);
-  Scan<Language> first(data);
-  Scan<Language> second(data.substr(half));
+  if (limit == std::string_view::npos) return goodPrefixAlone<Letters>(data);
+  Scan<Letters> first(data);
+  Scan<Letters> second(data.substr(half));
   // Where no thread is to be had, it is done when it is asked for.
   auto isFirstGood = std::async([&first, limit] { return first.judgeTo(limit); });
   second.judgeTo(data.size());
   return isFirstGood.get() ? half + second.line() : first.line();
 }
 
-template <typename Language>
+template <typename Letters>
 std::size_t goodPrefixOf(std::string_view data) {
-  return data.size() < kWorthAThread ? goodPrefixAlone<Language>(data)
-                                     : goodPrefixInHalves<Language>(data);
+  return data.size() < kWorthAThread ? goodPrefixAlone<Letters>(data)
+                                     : goodPrefixInHalves<Letters>(data);
 }
 
 }  // namespace
 
-std::size_t WordListScan::goodPrefix(std::string_view data, bool russian) {
-  return russian ? goodPrefixOf<Russian>(data) : goodPrefixOf<English>(data);
+std::size_t WordListScan::goodPrefix(std::string_view data, Language language) {
+  return language == Language::russian ? goodPrefixOf<RussianLetters>(data)
+                                       : goodPrefixOf<EnglishLetters>(data);
 }
 
 }  // namespace tessarok

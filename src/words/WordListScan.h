@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "words/Language.h"
+
 namespace tessarok {
 
 /// The fast half of checking a word list (`DictFile::findFault`). A launch checks 34 MB before the
@@ -17,7 +19,7 @@ class WordListScan {
   /// language. The answer is the start of a line such that every line before it is good and sorts
   /// at or after the one above it. That line and what follows it are not judged; they may be
   /// anything from a few lines to the whole list.
-  [[nodiscard]] static std::size_t goodPrefix(std::string_view data, bool russian);
+  [[nodiscard]] static std::size_t goodPrefix(std::string_view data, Language language);
 };
 
 }  // namespace tessarok

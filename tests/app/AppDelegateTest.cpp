@@ -283,11 +283,11 @@ TEST_F(AppDelegateTest, ACopyOfManyLeavesTheFilesToTheOnlyOne) {
 TEST_F(AppDelegateTest, AChangeOfLayoutThatNobodyAnnouncedIsNoticedByTheTimer) {
   delegate->applicationDidFinishLaunching();
   desktop.base().keyDown({.code = 0, .characters = u"a"});
-  ASSERT_EQ(KeyTap::shared().word().buffer, "a");
+  ASSERT_EQ(KeyTap::shared().word().buffer(), "a");
   desktop.inputSources().active = "com.apple.keylayout.RussianWin";
   desktop.runLoop().advance(2);
-  EXPECT_TRUE(KeyTap::shared().word().buffer.empty());
-  EXPECT_TRUE(KeyTap::shared().word().untrackableWord);
+  EXPECT_TRUE(KeyTap::shared().word().buffer().empty());
+  EXPECT_TRUE(KeyTap::shared().word().untrackableWord());
   desktop.inputSources().active = "com.apple.keylayout.Ukrainian";
   desktop.runLoop().advance(2);
   EXPECT_EQ(desktop.base().statusBar().icon().symbol, "keyboard.badge.ellipsis");
@@ -403,8 +403,8 @@ TEST_F(AppDelegateTest, ManyTicksWhileTheClockStandsStillDoNothing) {
   const auto listings = desktop.inputSources().listings;
   const auto reads = desktop.files().reads;
   desktop.runLoop().advance(3600);
-  EXPECT_EQ(KeyTap::shared().word().buffer, "a");
-  EXPECT_FALSE(KeyTap::shared().word().untrackableWord);
+  EXPECT_EQ(KeyTap::shared().word().buffer(), "a");
+  EXPECT_FALSE(KeyTap::shared().word().untrackableWord());
   EXPECT_EQ(desktop.inputSources().listings, listings);
   EXPECT_EQ(desktop.files().reads, reads);
 }

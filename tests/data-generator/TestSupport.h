@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "InputError.h"
-#include "Text.h"
+#include "InputText.h"
 
 namespace tessarok::makedata::test {
 

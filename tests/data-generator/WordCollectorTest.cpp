@@ -1,4 +1,4 @@
-#include "ByteOrder.h"
+#include "ByteSort.h"
 #include "TestSupport.h"
 #include "WordCollector.h"
 

@@ -7,11 +7,11 @@
 
 #include "desktops/virtual/Session.h"
 #include "text/Text.h"
-#include "words/Alphabet.h"
 #include "words/BuiltinPacks.h"
 #include "words/Detector.h"
 #include "words/Dict.h"
 #include "words/LayoutMap.h"
+#include "words/Letters.h"
 #include "words/Proto.h"
 
 namespace tessarok::measure::test {
@@ -55,12 +55,13 @@ class PackWordsTest : public ::testing::TestWithParam<const char*> {
   /// other language: the next word data may convert it.
   static bool mayBeConverted(const std::string& word) {
     constexpr double kClose = 0.3;
-    const bool russian = alphabet::kindOf(text::firstCharacter(word)) == alphabet::Kind::cyrillic;
-    const auto other = text::lowercased(LayoutMap::convert(word, russian));
+    const auto language =
+        letters::languageOf(text::firstCharacter(word)).value_or(Language::english);
+    const auto other = text::lowercased(LayoutMap::convert(word, language));
     const auto isLetter = [](std::string_view character) { return text::isLetter(character); };
-    return !Dict::of(russian).contains(word) &&
+    return !Dict::of(language).contains(word) &&
            std::ranges::all_of(text::Characters(other), isLetter) &&
-           Proto::plausibility(other, !russian) >= kClose;
+           Proto::plausibility(other, tessarok::other(language)) >= kClose;
   }
 
   virtualdesktop::Session session_{std::nullopt, std::filesystem::path(TESSAROK_RESOURCES)};

@@ -28,7 +28,8 @@ std::vector<std::string> fixableWords() {
   const auto text = testing::readFile(std::string(TESSAROK_TEST_DATA) + "/dict_ru.txt");
   std::size_t start = 0;
   for (auto end = text.find('\n'); end != std::string::npos; end = text.find('\n', start)) {
-    auto typed = LayoutMap::convert(std::string_view(text).substr(start, end - start), true);
+    auto typed =
+        LayoutMap::convert(std::string_view(text).substr(start, end - start), Language::russian);
     start = end + 1;
     const auto isLetter = [](char c) { return c >= 'a' && c <= 'z'; };
     if (typed.size() >= 4 && std::all_of(typed.begin(), typed.end(), isLetter)) {

@@ -206,13 +206,13 @@ class Watcher {
  private:
   void checkState() {
     const auto& word = KeyTap::shared().word();
-    EXPECT_FALSE(word.ruStreak > 0 && word.enStreak > 0);
-    EXPECT_GE(word.ruStreak, 0);
-    EXPECT_GE(word.enStreak, 0);
-    EXPECT_LE(word.pendingShorts.size(), 8u);
-    EXPECT_LE(text::count(word.buffer), 64u);
-    EXPECT_TRUE(!word.lastFix || text::count(word.lastFix->tail) <= 64);
-    EXPECT_TRUE(!word.untrackableWord || word.buffer.empty());
+    EXPECT_FALSE(word.ruStreak() > 0 && word.enStreak() > 0);
+    EXPECT_GE(word.ruStreak(), 0);
+    EXPECT_GE(word.enStreak(), 0);
+    EXPECT_LE(word.pendingShorts().size(), 8u);
+    EXPECT_LE(text::count(word.buffer()), 64u);
+    EXPECT_TRUE(!word.lastFix() || text::count(word.lastFix()->tail) <= 64);
+    EXPECT_TRUE(!word.untrackableWord() || word.buffer().empty());
     EXPECT_EQ(KeyTap::shared().swallowedKeyUps(), swallowed_);
     EXPECT_EQ(desktop().textField().text(), model_.text());
     EXPECT_EQ(desktop().textField().caret(), model_.caret());
@@ -349,7 +349,7 @@ std::vector<std::string> wordsOfBothLanguages() {
   for (const std::string name : {"/dict_en.txt", "/dict_ru.txt"}) {
     std::ifstream in(TESSAROK_TEST_DATA + name);
     for (std::string word; std::getline(in, word);)
-      words.push_back(LayoutMap::convert(word, true));
+      words.push_back(LayoutMap::convert(word, Language::russian));
   }
   return words;
 }
@@ -458,7 +458,7 @@ class PlainTyping {
   /// Checks, and is done with the lines that are finished: no fix reaches behind one.
   void endOfLine() {
     check();
-    if (KeyTap::shared().word().lastAutoFix) ++fixes_;
+    if (KeyTap::shared().word().lastAutoFix()) ++fixes_;
     for (std::size_t i = keys_.size(); i > 0; --i) {
       if (keys_[i - 1].typed != "\n") continue;
       checkedUpTo_ = i;
@@ -521,11 +521,11 @@ class PlainTyping {
     for (std::size_t trim = 0; trim < end - start; ++trim) {
       const auto core = text::withoutLast(typed, trim);
       const auto tail = std::string(text::last(typed, trim));
-      for (const bool fromRussian : {false, true}) {
-        const auto converted = LayoutMap::convert(core, fromRussian);
+      for (const auto from : {Language::english, Language::russian}) {
+        const auto converted = LayoutMap::convert(core, from);
         if (!looksLike(converted + tail)) continue;
         // The way back gives the same keys.
-        EXPECT_EQ(LayoutMap::convert(converted, !fromRussian), core);
+        EXPECT_EQ(LayoutMap::convert(converted, other(from)), core);
         return;
       }
       if (!LayoutMap::isRussianLetterKey(text::lastCharacter(core))) break;

@@ -147,7 +147,7 @@ void expectNoAllocation(const char* layout, const KeyTable& table, const std::st
     ASSERT_EQ(allocations, 0) << words[i % words.size()];
   }
   EXPECT_EQ(typist.proxy.posted, 0);
-  EXPECT_FALSE(KeyTap::shared().word().untrackableWord);
+  EXPECT_FALSE(KeyTap::shared().word().untrackableWord());
 }
 
 TEST(Allocation, TypingEnglishWordsAllocatesNothing) {

@@ -51,14 +51,14 @@ class InputSourceTest : public ::testing::Test {
 };
 
 TEST_F(InputSourceTest, GroupsAreExact) {
-  EXPECT_TRUE(InputSource::isInGroup(kUS, false));
-  EXPECT_TRUE(InputSource::isInGroup("com.apple.keylayout.USInternational-PC", false));
-  EXPECT_TRUE(InputSource::isInGroup(kRussianWin, true));
-  EXPECT_FALSE(InputSource::isInGroup(kUS, true));
-  EXPECT_FALSE(InputSource::isInGroup("com.apple.keylayout.us", false));
-  EXPECT_FALSE(InputSource::isInGroup("com.apple.keylayout.USExtended", false));
-  EXPECT_FALSE(InputSource::isInGroup("", false));
-  EXPECT_FALSE(InputSource::isInGroup("", true));
+  EXPECT_TRUE(InputSource::isInGroup(kUS, Language::english));
+  EXPECT_TRUE(InputSource::isInGroup("com.apple.keylayout.USInternational-PC", Language::english));
+  EXPECT_TRUE(InputSource::isInGroup(kRussianWin, Language::russian));
+  EXPECT_FALSE(InputSource::isInGroup(kUS, Language::russian));
+  EXPECT_FALSE(InputSource::isInGroup("com.apple.keylayout.us", Language::english));
+  EXPECT_FALSE(InputSource::isInGroup("com.apple.keylayout.USExtended", Language::english));
+  EXPECT_FALSE(InputSource::isInGroup("", Language::english));
+  EXPECT_FALSE(InputSource::isInGroup("", Language::russian));
 }
 
 TEST_F(InputSourceTest, SwitchesToTheLayoutOfTheGroupUsedLast) {
@@ -66,7 +66,7 @@ TEST_F(InputSourceTest, SwitchesToTheLayoutOfTheGroupUsedLast) {
   makeCurrent(kABC);
   InputSource::prepareLayoutMaps();
   makeCurrent(kRussian);
-  EXPECT_TRUE(InputSource::switchTo(false));
+  EXPECT_TRUE(InputSource::switchTo(Language::english));
   EXPECT_EQ(sources.selections, Names{kABC});
 }
 
@@ -74,7 +74,7 @@ TEST_F(InputSourceTest, WithoutALastOneSwitchesToTheFirstOfTheSystemsOrder) {
   enable({kBritish, kRussian, kABC});
   makeCurrent(kRussian);
   InputSource::prepareLayoutMaps();
-  EXPECT_TRUE(InputSource::switchTo(false));
+  EXPECT_TRUE(InputSource::switchTo(Language::english));
   EXPECT_EQ(sources.selections, Names{kBritish});
 }
 
@@ -85,20 +85,20 @@ TEST_F(InputSourceTest, ALayoutUsedLastButNoLongerEnabledIsPassedOver) {
   enable({kBritish, kRussian});
   makeCurrent(kRussian);
   InputSource::prepareLayoutMaps();
-  EXPECT_TRUE(InputSource::switchTo(false));
+  EXPECT_TRUE(InputSource::switchTo(Language::english));
   EXPECT_EQ(sources.selections, Names{kBritish});
 }
 
 TEST_F(InputSourceTest, TheActiveGroupIsNotSelectedAgain) {
   makeCurrent(kUS);
-  EXPECT_TRUE(InputSource::switchTo(false));
+  EXPECT_TRUE(InputSource::switchTo(Language::english));
   EXPECT_TRUE(sources.selections.empty());
 }
 
 TEST_F(InputSourceTest, FromAForeignLayoutASwitchIsTried) {
   enable({kUkrainian, kBritish, kRussian});
   makeCurrent(kUkrainian);
-  EXPECT_TRUE(InputSource::switchTo(false));
+  EXPECT_TRUE(InputSource::switchTo(Language::english));
   EXPECT_EQ(sources.selections, Names{kBritish});
 }
 
@@ -108,14 +108,14 @@ TEST_F(InputSourceTest, FromAForeignLayoutTheLastOneUsedIsSelected) {
   InputSource::prepareLayoutMaps();
   makeCurrent(kUkrainian);
   InputSource::prepareLayoutMaps();
-  EXPECT_TRUE(InputSource::switchTo(false));
+  EXPECT_TRUE(InputSource::switchTo(Language::english));
   EXPECT_EQ(sources.selections, Names{kABC});
 }
 
 TEST_F(InputSourceTest, WithoutALayoutOfTheGroupNothingIsSelected) {
   enable({kUkrainian, kABC});
   makeCurrent(kABC);
-  EXPECT_FALSE(InputSource::switchTo(true));
+  EXPECT_FALSE(InputSource::switchTo(Language::russian));
   EXPECT_TRUE(sources.selections.empty());
 }
 
@@ -123,37 +123,37 @@ TEST_F(InputSourceTest, ARefusedSelectionGoesOnToTheNext) {
   enable({kRussianWin, kRussian, kUS});
   makeCurrent(kUS);
   sources.refuses[kRussianWin] = true;
-  EXPECT_TRUE(InputSource::switchTo(true));
+  EXPECT_TRUE(InputSource::switchTo(Language::russian));
   EXPECT_EQ(sources.selections, (Names{kRussianWin, kRussian}));
   // From now on the one that worked comes first.
   sources.refuses.clear();
   makeCurrent(kUS);
-  EXPECT_TRUE(InputSource::switchTo(true));
+  EXPECT_TRUE(InputSource::switchTo(Language::russian));
   EXPECT_EQ(sources.selections.back(), kRussian);
 }
 
 TEST_F(InputSourceTest, WhenEverySelectionIsRefusedTheSwitchFails) {
   enable({kRussianWin, kRussian, kUS});
   sources.refuses = {{kRussianWin, true}, {kRussian, true}};
-  EXPECT_FALSE(InputSource::switchTo(true));
+  EXPECT_FALSE(InputSource::switchTo(Language::russian));
   EXPECT_EQ(sources.selections, (Names{kRussianWin, kRussian}));
   EXPECT_EQ(sources.active, kUS);
 }
 
 TEST_F(InputSourceTest, LayoutsAreListedAfreshOnlyBeforeThePreparation) {
-  InputSource::switchTo(true);
+  InputSource::switchTo(Language::russian);
   EXPECT_EQ(sources.listings, 1);
   InputSource::prepareLayoutMaps();
   EXPECT_EQ(sources.listings, 2);
   makeCurrent(kUS);
-  InputSource::switchTo(true);
+  InputSource::switchTo(Language::russian);
   EXPECT_EQ(sources.listings, 2);
 }
 
 TEST_F(InputSourceTest, ASourceWithoutIdentifierIsNeverChosen) {
   sources.layouts.insert(sources.layouts.begin(), std::make_shared<FakeLayout>());
   InputSource::prepareLayoutMaps();
-  EXPECT_TRUE(InputSource::switchTo(true));
+  EXPECT_TRUE(InputSource::switchTo(Language::russian));
   EXPECT_EQ(sources.selections, Names{kRussianWin});
 }
 
@@ -162,7 +162,7 @@ TEST_F(InputSourceTest, WorksWithoutACurrentSource) {
   EXPECT_FALSE(InputSource::prepareLayoutMaps());
   EXPECT_FALSE(InputSource::canProcessCurrentLayout());
   EXPECT_FALSE(InputSource::isPreparedForCurrentInputSource());
-  EXPECT_TRUE(InputSource::switchTo(true));
+  EXPECT_TRUE(InputSource::switchTo(Language::russian));
 }
 
 // What the keys give.
@@ -280,25 +280,25 @@ class PreparedTest : public InputSourceTest {
 };
 
 TEST_F(PreparedTest, AChangeToTheLayoutJustSelectedIsTheProgramsOwn) {
-  InputSource::switchTo(true);
+  InputSource::switchTo(Language::russian);
   advance(0.5);
   EXPECT_FALSE(InputSource::prepareLayoutMaps());
 }
 
 TEST_F(PreparedTest, TwoSecondsAreStillTheProgramsOwn) {
-  InputSource::switchTo(true);
+  InputSource::switchTo(Language::russian);
   advance(2.0);
   EXPECT_FALSE(InputSource::prepareLayoutMaps());
 }
 
 TEST_F(PreparedTest, ALateChangeIsTheUsers) {
-  InputSource::switchTo(true);
+  InputSource::switchTo(Language::russian);
   advance(3.0);
   EXPECT_TRUE(InputSource::prepareLayoutMaps());
 }
 
 TEST_F(PreparedTest, AChangeToAnotherLayoutThanTheSelectedOneIsTheUsers) {
-  InputSource::switchTo(true);
+  InputSource::switchTo(Language::russian);
   makeCurrent(kRussianWin);
   advance(0.5);
   EXPECT_TRUE(InputSource::prepareLayoutMaps());
@@ -311,7 +311,7 @@ TEST_F(PreparedTest, AnUnaskedChangeIsTheUsers) {
 }
 
 TEST_F(PreparedTest, ARequestExplainsOneChangeOnly) {
-  InputSource::switchTo(true);
+  InputSource::switchTo(Language::russian);
   EXPECT_FALSE(InputSource::prepareLayoutMaps());
   makeCurrent(kUS);
   EXPECT_TRUE(InputSource::prepareLayoutMaps());
@@ -320,7 +320,7 @@ TEST_F(PreparedTest, ARequestExplainsOneChangeOnly) {
 }
 
 TEST_F(PreparedTest, SwitchingBetweenThePreparedLayoutsNeedsNoPreparation) {
-  InputSource::switchTo(true);
+  InputSource::switchTo(Language::russian);
   const auto listings = sources.listings;
   EXPECT_TRUE(InputSource::isPreparedForCurrentInputSource());
   EXPECT_FALSE(InputSource::refreshKeyboardTypeIfNeeded());
@@ -330,7 +330,7 @@ TEST_F(PreparedTest, SwitchingBetweenThePreparedLayoutsNeedsNoPreparation) {
 TEST_F(PreparedTest, SwitchingBackNeedsNoPreparationEither) {
   makeCurrent(kRussian);
   InputSource::prepareLayoutMaps();
-  InputSource::switchTo(false);
+  InputSource::switchTo(Language::english);
   const auto listings = sources.listings;
   EXPECT_TRUE(InputSource::isPreparedForCurrentInputSource());
   EXPECT_EQ(sources.listings, listings);
@@ -352,7 +352,7 @@ TEST_F(PreparedTest, AChangeByTheUserNeedsAPreparation) {
 }
 
 TEST_F(PreparedTest, AnOwnSwitchNoticedLateNeedsAPreparation) {
-  InputSource::switchTo(true);
+  InputSource::switchTo(Language::russian);
   advance(2.5);
   EXPECT_FALSE(InputSource::isPreparedForCurrentInputSource());
 }
@@ -360,7 +360,7 @@ TEST_F(PreparedTest, AnOwnSwitchNoticedLateNeedsAPreparation) {
 TEST_F(PreparedTest, ASwitchToALayoutOutsideThePairNeedsAPreparation) {
   // The pair is US and the first Russian layout; that one is refused, so the other is selected.
   sources.refuses[kRussian] = true;
-  EXPECT_TRUE(InputSource::switchTo(true));
+  EXPECT_TRUE(InputSource::switchTo(Language::russian));
   EXPECT_EQ(sources.active, kRussianWin);
   EXPECT_FALSE(InputSource::isPreparedForCurrentInputSource());
 }
@@ -387,7 +387,7 @@ TEST_F(PreparedTest, MapsOfTheSamePairAreNotBuiltAgain) {
   const auto asked = us.asked.size();
   EXPECT_GT(asked, 0u);
   InputSource::prepareLayoutMaps();
-  InputSource::switchTo(true);
+  InputSource::switchTo(Language::russian);
   InputSource::prepareLayoutMaps();
   EXPECT_EQ(us.asked.size(), asked);
   EXPECT_EQ(InputSource::nextPreparationRetry(), 0);
@@ -463,7 +463,7 @@ TEST_F(InputSourceTest, ASwitchOfItsOwnFromAForeignLayoutNeedsAPreparation) {
   enable({kUS, kRussian, kUkrainian});
   makeCurrent(kUkrainian);
   InputSource::prepareLayoutMaps();
-  EXPECT_TRUE(InputSource::switchTo(true));
+  EXPECT_TRUE(InputSource::switchTo(Language::russian));
   EXPECT_FALSE(InputSource::isPreparedForCurrentInputSource());
 }
 

@@ -44,7 +44,7 @@ class KeyTapHandleTest : public ::testing::Test {
 
 TEST_F(KeyTapHandleTest, PseudoEventsCarryNoEvent) {
   EXPECT_EQ(keyTap.handle(&proxy, EventType::tapDisabledByTimeout, nullptr), nullptr);
-  EXPECT_TRUE(keyTap.word().untrackableWord);
+  EXPECT_TRUE(keyTap.word().untrackableWord());
   EXPECT_EQ(keyTap.handle(&proxy, EventType::keyDown, nullptr), nullptr);
 }
 
@@ -53,10 +53,10 @@ TEST_F(KeyTapHandleTest, EventsOfAnUnknownTypePassUntouched) {
   VirtualEvent event;
   event.type = static_cast<EventType>(12);
   EXPECT_EQ(handle(event), &event);
-  EXPECT_EQ(keyTap.word().buffer, "ab");
+  EXPECT_EQ(keyTap.word().buffer(), "ab");
   desktop.secureInput().on = true;
   EXPECT_EQ(handle(event), &event);
-  EXPECT_TRUE(keyTap.word().buffer.empty());
+  EXPECT_TRUE(keyTap.word().buffer().empty());
 }
 
 TEST_F(KeyTapHandleTest, OwnEventsPassUntouchedUnderAllCircumstances) {
@@ -68,7 +68,7 @@ TEST_F(KeyTapHandleTest, OwnEventsPassUntouchedUnderAllCircumstances) {
     event.payload = u"x";
     EXPECT_EQ(handle(event), &event);
   }
-  EXPECT_EQ(keyTap.word().buffer, "ab");
+  EXPECT_EQ(keyTap.word().buffer(), "ab");
   EXPECT_EQ(keyTap.pausedUntil(), 0);
 }
 
@@ -77,43 +77,43 @@ TEST_F(KeyTapHandleTest, OtherMarkersAreHardware) {
   event.payload = u"x";
   event.userData = 0x5453524C;
   EXPECT_EQ(handle(event), &event);
-  EXPECT_EQ(keyTap.word().buffer, "x");
+  EXPECT_EQ(keyTap.word().buffer(), "x");
 }
 
 TEST_F(KeyTapHandleTest, AWordOfSixtyFourCharactersIsTrackedAndOneMoreIsNot) {
   type(std::u16string(64, u'a'));
-  EXPECT_EQ(keyTap.word().buffer.size(), 64u);
+  EXPECT_EQ(keyTap.word().buffer().size(), 64u);
   type(u"a");
-  EXPECT_TRUE(keyTap.word().buffer.empty());
-  EXPECT_TRUE(keyTap.word().untrackableWord);
+  EXPECT_TRUE(keyTap.word().buffer().empty());
+  EXPECT_TRUE(keyTap.word().untrackableWord());
   EXPECT_TRUE(passes(KeyTap::kDelete, u"\x7f"));
-  EXPECT_TRUE(keyTap.word().untrackableWord);
+  EXPECT_TRUE(keyTap.word().untrackableWord());
 }
 
 TEST_F(KeyTapHandleTest, TheLimitCountsCharactersNotBytes) {
   type(std::u16string(64, u'я'));
-  EXPECT_EQ(keyTap.word().buffer.size(), 128u);
-  EXPECT_FALSE(keyTap.word().untrackableWord);
+  EXPECT_EQ(keyTap.word().buffer().size(), 128u);
+  EXPECT_FALSE(keyTap.word().untrackableWord());
 }
 
 TEST_F(KeyTapHandleTest, TextsThatNoKeyGivesEndTheWord) {
   const std::u16string pair = u"ab";
   type(u"x");
   EXPECT_TRUE(passes(0, pair));
-  EXPECT_TRUE(keyTap.word().untrackableWord);
+  EXPECT_TRUE(keyTap.word().untrackableWord());
   keyTap.resetWord();
   // A text of several Characters that ends with punctuation leaves nothing under the caret.
   EXPECT_TRUE(passes(0, u"a!"));
-  EXPECT_FALSE(keyTap.word().untrackableWord);
+  EXPECT_FALSE(keyTap.word().untrackableWord());
   // One Character of two units.
   EXPECT_TRUE(passes(0, u"e\u0301"));
-  EXPECT_TRUE(keyTap.word().untrackableWord);
+  EXPECT_TRUE(keyTap.word().untrackableWord());
   keyTap.resetWord();
   EXPECT_TRUE(passes(0, u"123456789"));
-  EXPECT_TRUE(keyTap.word().untrackableWord);
+  EXPECT_TRUE(keyTap.word().untrackableWord());
   keyTap.resetWord();
   EXPECT_TRUE(passes(0, u"!!!!!!!!!"));
-  EXPECT_TRUE(keyTap.word().untrackableWord);
+  EXPECT_TRUE(keyTap.word().untrackableWord());
 }
 
 TEST_F(KeyTapHandleTest, LettersOfNeitherLayoutMakeTheWordUnknown) {
@@ -121,29 +121,29 @@ TEST_F(KeyTapHandleTest, LettersOfNeitherLayoutMakeTheWordUnknown) {
     keyTap.resetWord();
     type(u"a");
     EXPECT_TRUE(passes(0, letter));
-    EXPECT_TRUE(keyTap.word().untrackableWord);
-    EXPECT_TRUE(keyTap.word().buffer.empty());
+    EXPECT_TRUE(keyTap.word().untrackableWord());
+    EXPECT_TRUE(keyTap.word().buffer().empty());
   }
 }
 
 TEST_F(KeyTapHandleTest, DigitsAndUnderscoresExtendAWord) {
   type(u"a1_٣");
-  EXPECT_EQ(keyTap.word().buffer, "a1_٣");
+  EXPECT_EQ(keyTap.word().buffer(), "a1_٣");
 }
 
 TEST_F(KeyTapHandleTest, AnEmptyPayloadInsideAWordMakesItUnknown) {
   type(u"ab");
   EXPECT_TRUE(passes(0, u""));
-  EXPECT_TRUE(keyTap.word().untrackableWord);
-  EXPECT_TRUE(keyTap.word().buffer.empty());
+  EXPECT_TRUE(keyTap.word().untrackableWord());
+  EXPECT_TRUE(keyTap.word().buffer().empty());
 }
 
 TEST_F(KeyTapHandleTest, AnEmptyPayloadBetweenWordsLosesNothing) {
   type(u"ab");
   EXPECT_TRUE(passes(KeyTap::kSpace, u" "));
   EXPECT_TRUE(passes(0, u""));
-  EXPECT_FALSE(keyTap.word().untrackableWord);
-  EXPECT_FALSE(keyTap.word().lastFix);
+  EXPECT_FALSE(keyTap.word().untrackableWord());
+  EXPECT_FALSE(keyTap.word().lastFix());
 }
 
 TEST_F(KeyTapHandleTest, TheProxyIsGoneAfterTheEvent) {
@@ -154,7 +154,7 @@ TEST_F(KeyTapHandleTest, TheProxyIsGoneAfterTheEvent) {
 
 TEST_F(KeyTapHandleTest, ALetterWithShiftKeepsTracking) {
   EXPECT_TRUE(passes(0, u"A", flags::shift | flags::capsLock | flags::function));
-  EXPECT_EQ(keyTap.word().buffer, "A");
+  EXPECT_EQ(keyTap.word().buffer(), "A");
 }
 
 TEST_F(KeyTapHandleTest, AKeyThatRepeatsStartsNoPause) {
@@ -164,7 +164,7 @@ TEST_F(KeyTapHandleTest, AKeyThatRepeatsStartsNoPause) {
   event.autorepeat = true;
   EXPECT_EQ(handle(event), &event);
   EXPECT_EQ(keyTap.pausedUntil(), 0);
-  EXPECT_EQ(keyTap.word().buffer, "`");
+  EXPECT_EQ(keyTap.word().buffer(), "`");
 }
 
 TEST_F(KeyTapHandleTest, ThePauseIsAnnouncedThreeTimesForTwoPresses) {
@@ -189,8 +189,8 @@ TEST_F(KeyTapHandleTest, WhoIsToldOfAPauseFindsItBegun) {
   keyTap.onPauseChange = [&] {
     ++announced;
     EXPECT_EQ(keyTap.pausedUntil(), desktop.clock().uptime() + 5.0);
-    EXPECT_TRUE(keyTap.word().buffer.empty());
-    EXPECT_TRUE(keyTap.word().untrackableWord);
+    EXPECT_TRUE(keyTap.word().buffer().empty());
+    EXPECT_TRUE(keyTap.word().untrackableWord());
   };
   EXPECT_TRUE(passes(keyCodes::grave, u"`"));
   EXPECT_EQ(announced, 1);
@@ -215,9 +215,9 @@ TEST_F(KeyTapHandleTest, ThePauseCheckOfADestroyedKeyTapDoesNothing) {
 
 TEST_F(KeyTapHandleTest, AWordThatEndsWithoutABoundaryIsNotRemembered) {
   type(u"ab");
-  EXPECT_FALSE(keyTap.evaluateAndFix(std::nullopt, nullptr));
-  EXPECT_EQ(keyTap.word().buffer, "ab");
-  EXPECT_FALSE(keyTap.word().lastFix);
+  EXPECT_FALSE(keyTap.evaluateAndFix({}));
+  EXPECT_EQ(keyTap.word().buffer(), "ab");
+  EXPECT_FALSE(keyTap.word().lastFix());
 }
 
 TEST_F(KeyTapHandleTest, ALineEndBehindOneLetterEndsTheStreak) {
@@ -225,13 +225,13 @@ TEST_F(KeyTapHandleTest, ALineEndBehindOneLetterEndsTheStreak) {
   for (const auto* lineEnd : {"\n", "\t"}) {
     type(u"ghbdtn");
     EXPECT_FALSE(passes(KeyTap::kSpace, u" "));
-    ASSERT_EQ(keyTap.word().ruStreak, 1);
+    ASSERT_EQ(keyTap.word().ruStreak(), 1);
     type(u"z");
-    EXPECT_FALSE(keyTap.evaluateAndFix(" ", nullptr));
-    EXPECT_EQ(keyTap.word().ruStreak, 1);
-    EXPECT_FALSE(keyTap.evaluateAndFix(lineEnd, nullptr));
-    EXPECT_EQ(keyTap.word().ruStreak, 0);
-    EXPECT_EQ(keyTap.word().enStreak, 0);
+    EXPECT_FALSE(keyTap.evaluateAndFix({" "}));
+    EXPECT_EQ(keyTap.word().ruStreak(), 1);
+    EXPECT_FALSE(keyTap.evaluateAndFix({lineEnd}));
+    EXPECT_EQ(keyTap.word().ruStreak(), 0);
+    EXPECT_EQ(keyTap.word().enStreak(), 0);
     keyTap.resetWord();
   }
 }

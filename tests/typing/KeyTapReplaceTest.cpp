@@ -46,12 +46,12 @@ class KeyTapReplaceTest : public ::testing::Test {
  protected:
   /// Calls `replace` from within the handling of an event, without which nothing can be posted.
   bool replace(std::size_t deleteCount, std::string_view text,
-               std::optional<bool> switchToRussian = std::nullopt,
+               std::optional<Language> switchTo = std::nullopt,
                platform::Event* actionEvent = nullptr) {
     bool posted = false;
     keyTap.onPauseChange = [&] {
       if (beforeReplacing) beforeReplacing();
-      posted = keyTap.replace(deleteCount, text, switchToRussian, actionEvent);
+      posted = keyTap.replace(deleteCount, text, switchTo, actionEvent);
     };
     VirtualEvent pauseKey;
     pauseKey.code = keyCodes::grave;
@@ -126,19 +126,19 @@ TEST_F(KeyTapReplaceTest, ACharacterOfTwentyUnitsGoesOutAndOneOfTwentyOneDoesNot
 }
 
 TEST_F(KeyTapReplaceTest, OutsideAnEventNothingIsPosted) {
-  EXPECT_FALSE(keyTap.replace(1, "a", true, nullptr));
+  EXPECT_FALSE(keyTap.replace(1, "a", Language::russian, nullptr));
   EXPECT_TRUE(proxy.events.empty());
   EXPECT_TRUE(desktop.inputSources().selections.empty());
 }
 
 TEST_F(KeyTapReplaceTest, WhateverFailsNothingIsPostedAndNoLayoutSelected) {
   desktop.base().events().failsNextSource = true;
-  EXPECT_FALSE(replace(2, "ab", true));
+  EXPECT_FALSE(replace(2, "ab", Language::russian));
   desktop.base().events().failsNextEvent = true;
-  EXPECT_FALSE(replace(2, "ab", true));
+  EXPECT_FALSE(replace(2, "ab", Language::russian));
   EXPECT_TRUE(proxy.events.empty());
   EXPECT_TRUE(desktop.inputSources().selections.empty());
-  EXPECT_TRUE(replace(2, "ab", true));
+  EXPECT_TRUE(replace(2, "ab", Language::russian));
   EXPECT_EQ(proxy.events.size(), 8u);
 }
 
@@ -147,19 +147,19 @@ TEST_F(KeyTapReplaceTest, WhicheverEventCannotBeMadeNothingIsPosted) {
   for (int made = 0; made < 8; ++made) {
     LimitedEvents events(made);
     desktop.replaced.events = &events;
-    EXPECT_FALSE(replace(2, "ab", true)) << made;
+    EXPECT_FALSE(replace(2, "ab", Language::russian)) << made;
   }
   EXPECT_TRUE(proxy.events.empty());
   EXPECT_TRUE(desktop.inputSources().selections.empty());
   LimitedEvents events(8);
   desktop.replaced.events = &events;
-  EXPECT_TRUE(replace(2, "ab", true));
+  EXPECT_TRUE(replace(2, "ab", Language::russian));
   EXPECT_EQ(proxy.events.size(), 8u);
 }
 
 TEST_F(KeyTapReplaceTest, APasswordFieldThatOpensMeanwhileGetsNothing) {
   beforeReplacing = [&] { desktop.secureInput().on = true; };
-  EXPECT_FALSE(replace(1, "a", true));
+  EXPECT_FALSE(replace(1, "a", Language::russian));
   EXPECT_TRUE(proxy.events.empty());
   EXPECT_TRUE(desktop.inputSources().selections.empty());
 }
@@ -179,48 +179,49 @@ class FailingEvent final : public platform::PlainEvent {
 TEST_F(KeyTapReplaceTest, AHeldKeyThatCannotBeCopiedPostsNothing) {
   for (const int copies : {0, 1}) {
     FailingEvent held(copies);
-    EXPECT_FALSE(replace(1, "a", true, &held)) << copies;
+    EXPECT_FALSE(replace(1, "a", Language::russian, &held)) << copies;
   }
   EXPECT_TRUE(proxy.events.empty());
   EXPECT_TRUE(desktop.inputSources().selections.empty());
 }
 
 TEST_F(KeyTapReplaceTest, TheLayoutIsSelectedAfterTheEvents) {
-  EXPECT_TRUE(replace(1, "я", true));
+  EXPECT_TRUE(replace(1, "я", Language::russian));
   EXPECT_EQ(desktop.inputSources().selections,
             std::vector<std::string>{"com.apple.keylayout.RussianWin"});
 }
 
 TEST_F(KeyTapReplaceTest, ARefusedLayoutDoesNotUndoTheReplacement) {
   desktop.inputSources().refuses["com.apple.keylayout.RussianWin"] = true;
-  EXPECT_TRUE(replace(1, "я", true));
+  EXPECT_TRUE(replace(1, "я", Language::russian));
   EXPECT_EQ(proxy.events.size(), 4u);
 }
 
 // What a conversion by hand makes of a word.
 
-void expectSwap(std::string_view word, std::string_view converted, std::optional<bool> russian) {
+void expectSwap(std::string_view word, std::string_view converted,
+                std::optional<Language> language) {
   const auto swap = KeyTap::manualSwap(word);
   ASSERT_TRUE(swap.has_value()) << word;
   EXPECT_EQ(swap->converted, converted);
-  EXPECT_EQ(swap->switchToRussian, russian) << word;
+  EXPECT_EQ(swap->language, language) << word;
 }
 
 TEST(KeyTapManualSwap, LettersDecideTheDirection) {
-  expectSwap("ghbdtn", "привет", true);
-  expectSwap("руддщ", "hello", false);
-  expectSwap("Ghbdtn1", "Привет1", true);
+  expectSwap("ghbdtn", "привет", Language::russian);
+  expectSwap("руддщ", "hello", Language::english);
+  expectSwap("Ghbdtn1", "Привет1", Language::russian);
 }
 
 TEST(KeyTapManualSwap, AnEvenMixtureCountsAsRussian) {
-  expectSwap("йцуqwe", "qweqwe", false);
-  expectSwap("йцqwe", "йцйцу", true);
+  expectSwap("йцуqwe", "qweqwe", Language::english);
+  expectSwap("йцqwe", "йцйцу", Language::russian);
 }
 
 TEST(KeyTapManualSwap, KeysOfRussianLettersNeedNoLetters) {
-  expectSwap(";", "ж", true);
-  expectSwap("[]", "хъ", true);
-  expectSwap("1;", "1ж", true);
+  expectSwap(";", "ж", Language::russian);
+  expectSwap("[]", "хъ", Language::russian);
+  expectSwap("1;", "1ж", Language::russian);
 }
 
 TEST(KeyTapManualSwap, AConversionWithoutLettersSelectsNothing) {

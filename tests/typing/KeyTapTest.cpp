@@ -117,7 +117,7 @@ TEST_F(KeyTapTest, StartingWithADisabledTapRecreatesIt) {
   desktop.base().eventTaps().disable();
   EXPECT_TRUE(keyTap.start());
   EXPECT_TRUE(keyTap.tapIsEnabled());
-  EXPECT_TRUE(keyTap.word().untrackableWord);
+  EXPECT_TRUE(keyTap.word().untrackableWord());
   EXPECT_EQ(logged("tap started"), 2);
 }
 
@@ -146,14 +146,14 @@ TEST_F(KeyTapTest, StoppingForgetsEverything) {
   EXPECT_FALSE(keyTap.tapExists());
   EXPECT_EQ(keyTap.lastKeyEventAt(), 0);
   EXPECT_TRUE(keyTap.swallowedKeyUps().empty());
-  EXPECT_TRUE(keyTap.word().buffer.empty());
+  EXPECT_TRUE(keyTap.word().buffer().empty());
 }
 
 TEST_F(KeyTapTest, AWorkingTapIsNotRearmed) {
   keyTap.start();
   type(u"a");
   EXPECT_FALSE(keyTap.reArmIfDisabled());
-  EXPECT_EQ(keyTap.word().buffer, "a");
+  EXPECT_EQ(keyTap.word().buffer(), "a");
 }
 
 TEST_F(KeyTapTest, ADisabledTapIsRecreated) {
@@ -162,7 +162,7 @@ TEST_F(KeyTapTest, ADisabledTapIsRecreated) {
   desktop.base().eventTaps().disable();
   EXPECT_TRUE(keyTap.reArmIfDisabled());
   EXPECT_TRUE(keyTap.tapIsEnabled());
-  EXPECT_TRUE(keyTap.word().untrackableWord);
+  EXPECT_TRUE(keyTap.word().untrackableWord());
   EXPECT_EQ(logged("*** WATCHDOG: tap disabled — recreating ***\n"), 1);
 }
 
@@ -176,7 +176,7 @@ TEST_F(KeyTapTest, ADisabledTapWithoutPermissionIsNotRecreated) {
 TEST_F(KeyTapTest, AMissingTapIsStarted) {
   EXPECT_TRUE(keyTap.reArmIfDisabled());
   EXPECT_TRUE(keyTap.tapIsEnabled());
-  EXPECT_FALSE(keyTap.word().untrackableWord);
+  EXPECT_FALSE(keyTap.word().untrackableWord());
   EXPECT_EQ(logged("WATCHDOG"), 0);
 }
 
@@ -186,7 +186,7 @@ TEST_F(KeyTapTest, SecureInputForgetsTheWordAndStartsTheSilenceAnew) {
   advance(10);
   desktop.secureInput().on = true;
   EXPECT_FALSE(keyTap.reArmIfDisabled());
-  EXPECT_TRUE(keyTap.word().buffer.empty());
+  EXPECT_TRUE(keyTap.word().buffer().empty());
   EXPECT_EQ(keyTap.lastKeyEventAt(), desktop.clock().uptime());
   advance(10);
   EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
@@ -234,11 +234,11 @@ TEST_F(KeyTapTest, ARecreatedTapKnowsNothingOfTheWordUntilItsEnd) {
   EXPECT_EQ(logged("*** WATCHDOG: hardware keystrokes missing from tap — recreating ***\n"), 1);
   EXPECT_EQ(keyTap.lastKeyEventAt(), desktop.clock().uptime());
   type(u"a");
-  EXPECT_TRUE(keyTap.word().untrackableWord);
-  EXPECT_TRUE(keyTap.word().buffer.empty());
+  EXPECT_TRUE(keyTap.word().untrackableWord());
+  EXPECT_TRUE(keyTap.word().buffer().empty());
   desktop.base().keyDown({.code = keyCodes::space});
   type(u"b");
-  EXPECT_EQ(keyTap.word().buffer, "b");
+  EXPECT_EQ(keyTap.word().buffer(), "b");
 }
 
 TEST_F(KeyTapTest, AKeyTheTapSawEndsTheSilence) {
@@ -382,7 +382,7 @@ TEST_F(KeyTapTest, AClockThatCountsSleepShowsSilenceButNoKeysOfTheHardware) {
   type(u"b");
   desktop.keyboard().silence = 0;
   EXPECT_FALSE(keyTap.heartbeatRecreateIfStale(5.0));
-  EXPECT_EQ(keyTap.word().buffer, "ab");
+  EXPECT_EQ(keyTap.word().buffer(), "ab");
 }
 
 TEST_F(KeyTapTest, AClockThatStepsBackJudgesNoTapDeaf) {

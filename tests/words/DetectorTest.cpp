@@ -23,10 +23,10 @@ using enum Detector::Confidence;
 const std::optional<Decision> kNone;
 
 std::optional<Decision> toRussian(Detector::Confidence confidence, std::size_t trim = 0) {
-  return Decision{false, confidence, trim};
+  return Decision{Language::russian, confidence, trim};
 }
 std::optional<Decision> toEnglish(Detector::Confidence confidence, std::size_t trim = 0) {
-  return Decision{true, confidence, trim};
+  return Decision{Language::english, confidence, trim};
 }
 
 /// Small dictionaries and nothing else, unless a test adds it before its first word.

@@ -12,8 +12,8 @@ namespace {
 
 using testing::FakeDesktop;
 
-bool isValid(std::string_view data, bool russian) {
-  return !DictFile::findFault(data, russian).has_value();
+bool isValid(std::string_view data, Language language) {
+  return !DictFile::findFault(data, language).has_value();
 }
 
 TEST(DictFile, FindsWholeLinesOnly) {
@@ -77,19 +77,19 @@ TEST(DictFile, AnEmptyFileIsInvalid) {
 }
 
 TEST(DictFile, OnlyTheRussianDictionaryIsHeldToTheRussianAlphabet) {
-  EXPECT_TRUE(DictFile::isRussian("dict_ru"));
-  EXPECT_FALSE(DictFile::isRussian("dict_en"));
-  EXPECT_FALSE(DictFile::isRussian("dict_ru2"));
+  EXPECT_EQ(DictFile::languageOf("dict_ru"), Language::russian);
+  EXPECT_EQ(DictFile::languageOf("dict_en"), Language::english);
+  EXPECT_EQ(DictFile::languageOf("dict_ru2"), Language::english);
 }
 
 TEST(DictFile, LinesAreInTheOrderOfTheirBytes) {
-  EXPECT_TRUE(isValid("a\nab\nb", false));
-  EXPECT_FALSE(isValid("ab\na", false));
-  EXPECT_FALSE(isValid("b\na\n", false));
+  EXPECT_TRUE(isValid("a\nab\nb", Language::english));
+  EXPECT_FALSE(isValid("ab\na", Language::english));
+  EXPECT_FALSE(isValid("b\na\n", Language::english));
   // Byte order puts ё behind я.
-  EXPECT_TRUE(isValid("я\nё\n", true));
-  EXPECT_FALSE(isValid("ё\nя\n", true));
-  EXPECT_FALSE(isValid("е\nё\nж\n", true));
+  EXPECT_TRUE(isValid("я\nё\n", Language::russian));
+  EXPECT_FALSE(isValid("ё\nя\n", Language::russian));
+  EXPECT_FALSE(isValid("е\nё\nж\n", Language::russian));
 }
 
 TEST(DictFile, ARepeatedLineIsValidAndFound) {
@@ -102,39 +102,39 @@ TEST(DictFile, ARepeatedLineIsValidAndFound) {
 }
 
 TEST(DictFile, TheLastLineMayEndWithALineBreakOrNot) {
-  EXPECT_TRUE(isValid("a\n", false));
-  EXPECT_TRUE(isValid("a", false));
-  EXPECT_FALSE(isValid("a\n\n", false));
+  EXPECT_TRUE(isValid("a\n", Language::english));
+  EXPECT_TRUE(isValid("a", Language::english));
+  EXPECT_FALSE(isValid("a\n\n", Language::english));
 }
 
 TEST(DictFile, NoLineIsEmpty) {
-  EXPECT_FALSE(isValid("\na", false));
-  EXPECT_FALSE(isValid("a\n\nb", false));
-  EXPECT_FALSE(isValid("\n", false));
+  EXPECT_FALSE(isValid("\na", Language::english));
+  EXPECT_FALSE(isValid("a\n\nb", Language::english));
+  EXPECT_FALSE(isValid("\n", Language::english));
 }
 
 TEST(DictFile, ForeignCharactersMakeAFileInvalid) {
   for (const std::string_view english :
        {"don't", "A", "a b", "a-b", "a\r\nb", "a1", "{", "я", "a\xff"}) {
-    EXPECT_FALSE(isValid(english, false)) << english;
+    EXPECT_FALSE(isValid(english, Language::english)) << english;
   }
   for (const std::string_view russian :
        {"Мир", "мir", "мир\r\n", "м-р", "ї", "Ё", "\xd0", "мир\xd0", "\xd1\x90", "\xd1\x92",
         "\xd0\xaf", "\xd0\xc0", "\xd1\x7f", "\xd0\n"}) {
-    EXPECT_FALSE(isValid(russian, true)) << russian;
+    EXPECT_FALSE(isValid(russian, Language::russian)) << russian;
   }
-  EXPECT_TRUE(isValid("а\nп\nр\nя\nё", true));
+  EXPECT_TRUE(isValid("а\nп\nр\nя\nё", Language::russian));
 }
 
 TEST(DictFile, AFaultNamesItsLine) {
-  const auto fault = DictFile::findFault("a\nb\nB\n", false);
+  const auto fault = DictFile::findFault("a\nb\nB\n", Language::english);
   ASSERT_TRUE(fault.has_value());
   EXPECT_EQ(fault->line, 3u);
   EXPECT_FALSE(fault->reason.empty());
-  EXPECT_EQ(DictFile::findFault("a\r\nb\r\n", false)->reason, kCrLfReason);
-  EXPECT_EQ(DictFile::findFault("", false)->line, 0u);
-  EXPECT_EQ(DictFile::findFault("a\n\n", false)->line, 2u);
-  EXPECT_EQ(DictFile::findFault("b\na", false)->line, 2u);
+  EXPECT_EQ(DictFile::findFault("a\r\nb\r\n", Language::english)->reason, kCrLfReason);
+  EXPECT_EQ(DictFile::findFault("", Language::english)->line, 0u);
+  EXPECT_EQ(DictFile::findFault("a\n\n", Language::english)->line, 2u);
+  EXPECT_EQ(DictFile::findFault("b\na", Language::english)->line, 2u);
 }
 
 // The binary search over bytes against a set of words.
@@ -176,7 +176,7 @@ TEST(Dict, LoadsEachDictionaryOnce) {
   desktop.addResource("dict_ru", "привет\n");
   EXPECT_TRUE(Dict::en().contains("hello"));
   EXPECT_TRUE(Dict::ru().contains("привет"));
-  EXPECT_TRUE(Dict::of(true).contains("привет"));
+  EXPECT_TRUE(Dict::of(Language::russian).contains("привет"));
   desktop.addResource("dict_en", "world\n");
   EXPECT_TRUE(Dict::en().contains("hello"));
   EXPECT_EQ(desktop.files().reads["dict_en.txt"], 1);

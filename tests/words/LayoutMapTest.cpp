@@ -12,8 +12,8 @@ constexpr std::u32string_view kRussianKeys =
     U"ёйцукенгшщзхъфывапролджэячсмитьбю.ЁЙЦУКЕНГШЩЗХЪФЫВАПРОЛДЖЭЯЧСМИТЬБЮ,";
 
 TEST(LayoutMap, ConvertsAWordTypedOnTheOtherLayout) {
-  EXPECT_EQ(LayoutMap::convert("ghbdtn", false), "привет");
-  EXPECT_EQ(LayoutMap::convert("руддщ", true), "hello");
+  EXPECT_EQ(LayoutMap::convert("ghbdtn", Language::english), "привет");
+  EXPECT_EQ(LayoutMap::convert("руддщ", Language::russian), "hello");
 }
 
 TEST(LayoutMap, PairsAllKeysOfTheStandardLayouts) {
@@ -28,36 +28,36 @@ TEST(LayoutMap, PairsAllKeysOfTheStandardLayouts) {
 }
 
 TEST(LayoutMap, CaseFollowsTheKey) {
-  EXPECT_EQ(LayoutMap::convert("Ghbdtn", false), "Привет");
-  EXPECT_EQ(LayoutMap::convert("{", false), "Х");
-  EXPECT_EQ(LayoutMap::convert("~", false), "Ё");
+  EXPECT_EQ(LayoutMap::convert("Ghbdtn", Language::english), "Привет");
+  EXPECT_EQ(LayoutMap::convert("{", Language::english), "Х");
+  EXPECT_EQ(LayoutMap::convert("~", Language::english), "Ё");
 }
 
 TEST(LayoutMap, ConvertsPunctuationThatSharesAKeyAndKeepsSpaces) {
-  EXPECT_EQ(LayoutMap::convert("руддщ, мир", true), "hello? vbh");
-  EXPECT_EQ(LayoutMap::convert(".", true), "/");
-  EXPECT_EQ(LayoutMap::convert("/", false), ".");
+  EXPECT_EQ(LayoutMap::convert("руддщ, мир", Language::russian), "hello? vbh");
+  EXPECT_EQ(LayoutMap::convert(".", Language::russian), "/");
+  EXPECT_EQ(LayoutMap::convert("/", Language::english), ".");
 }
 
 TEST(LayoutMap, LeavesDigitsSpacesAndHyphensAlone) {
-  for (const bool fromRussian : {false, true}) {
-    EXPECT_EQ(LayoutMap::convert("10 - 2", fromRussian), "10 - 2");
+  for (const auto from : {Language::english, Language::russian}) {
+    EXPECT_EQ(LayoutMap::convert("10 - 2", from), "10 - 2");
   }
 }
 
 TEST(LayoutMap, LeavesLettersOfTheOtherSideAndOfNoLayoutAlone) {
-  EXPECT_EQ(LayoutMap::convert("привет", false), "привет");
-  EXPECT_EQ(LayoutMap::convert("hello", true), "hello");
-  EXPECT_EQ(LayoutMap::convert("éї", false), "éї");
+  EXPECT_EQ(LayoutMap::convert("привет", Language::english), "привет");
+  EXPECT_EQ(LayoutMap::convert("hello", Language::russian), "hello");
+  EXPECT_EQ(LayoutMap::convert("éї", Language::english), "éї");
 }
 
 TEST(LayoutMap, NeverSplitsACharacterOfSeveralScalars) {
   // "a" with a combining acute is one Character, which no key types.
-  EXPECT_EQ(LayoutMap::convert("a\u0301b", false), "a\u0301и");
-  EXPECT_EQ(LayoutMap::convert("👩‍👧q", false), "👩‍👧й");
+  EXPECT_EQ(LayoutMap::convert("a\u0301b", Language::english), "a\u0301и");
+  EXPECT_EQ(LayoutMap::convert("👩‍👧q", Language::english), "👩‍👧й");
   ScratchText scratch;
   auto out = scratch.string();
-  LayoutMap::appendConverted("a\u0301b", false, out);
+  LayoutMap::appendConverted("a\u0301b", Language::english, out);
   EXPECT_EQ(std::string_view(out), "a\u0301и");
 }
 
@@ -90,8 +90,8 @@ TEST(LayoutMap, AMapWithoutOneLetterLeavesNoConversionAtAll) {
   EXPECT_TRUE(LayoutMap::enToRu().empty());
   EXPECT_TRUE(LayoutMap::ruToEn().empty());
   EXPECT_TRUE(LayoutMap::russianLetterKeys().empty());
-  EXPECT_EQ(LayoutMap::convert("ghbdtn", false), "ghbdtn");
-  EXPECT_EQ(LayoutMap::convert("руддщ", true), "руддщ");
+  EXPECT_EQ(LayoutMap::convert("ghbdtn", Language::english), "ghbdtn");
+  EXPECT_EQ(LayoutMap::convert("руддщ", Language::russian), "руддщ");
 }
 
 TEST(LayoutMap, EachOfTheFourHalvesOfCompletenessIsNeeded) {
@@ -118,8 +118,8 @@ TEST(LayoutMap, ACompleteMapMayHoldMoreKeys) {
   enToRu[U'§'] = U'>';
   ruToEn[U'>'] = U'§';
   EXPECT_TRUE(LayoutMap::install(enToRu, ruToEn));
-  EXPECT_EQ(LayoutMap::convert("§", false), ">");
-  EXPECT_EQ(LayoutMap::convert(">", true), "§");
+  EXPECT_EQ(LayoutMap::convert("§", Language::english), ">");
+  EXPECT_EQ(LayoutMap::convert(">", Language::russian), "§");
 }
 
 TEST(LayoutMap, ACompleteMapWorksAgainAfterAnIncompleteOne) {
@@ -129,7 +129,7 @@ TEST(LayoutMap, ACompleteMapWorksAgainAfterAnIncompleteOne) {
   EXPECT_TRUE(LayoutMap::install(enToRu, ruToEn));
   EXPECT_TRUE(LayoutMap::isAvailable());
   EXPECT_EQ(LayoutMap::russianLetterKeys().size(), 14u);
-  EXPECT_EQ(LayoutMap::convert("ghbdtn", false), "привет");
+  EXPECT_EQ(LayoutMap::convert("ghbdtn", Language::english), "привет");
 }
 
 TEST(LayoutMap, LetterKeysOfAMapFollowTheMap) {
@@ -144,8 +144,8 @@ TEST(LayoutMap, ConvertsKeysBeyondBothAlphabets) {
   enToRu[U'#'] = U'\u2116';
   ruToEn[U'\u2116'] = U'#';
   ASSERT_TRUE(LayoutMap::install(enToRu, ruToEn));
-  EXPECT_EQ(LayoutMap::convert("’#f—", false), "э№а—");
-  EXPECT_EQ(LayoutMap::convert("№а—", true), "#f—");
+  EXPECT_EQ(LayoutMap::convert("’#f—", Language::english), "э№а—");
+  EXPECT_EQ(LayoutMap::convert("№а—", Language::russian), "#f—");
   ASSERT_TRUE(LayoutMap::isRussianLetterKey("’"));
 }
 

@@ -15,7 +15,7 @@ TEST(NGramSet, EveryLetterOfALanguageHasASymbolOfItsOwn) {
   for (const std::string letter :
        {"а", "б", "в", "г", "д", "е", "ё", "ж", "з", "и", "й", "к", "л", "м", "н", "о", "п",
         "р", "с", "т", "у", "ф", "х", "ц", "ч", "ш", "щ", "ъ", "ы", "ь", "э", "ю", "я"}) {
-    const auto symbol = NGramSet::symbol(letter, true);
+    const auto symbol = NGramSet::symbol(letter, Language::russian);
     EXPECT_GT(symbol, 0);
     EXPECT_LT(symbol, NGramSet::kStart);
     russian.insert(symbol);
@@ -23,24 +23,24 @@ TEST(NGramSet, EveryLetterOfALanguageHasASymbolOfItsOwn) {
   EXPECT_EQ(russian.size(), 33u);
   std::set<Symbol> english;
   for (char letter = 'a'; letter <= 'z'; ++letter)
-    english.insert(NGramSet::symbol(std::string(1, letter), false));
+    english.insert(NGramSet::symbol(std::string(1, letter), Language::english));
   EXPECT_EQ(english.size(), 26u);
   EXPECT_FALSE(english.contains(0));
 }
 
 TEST(NGramSet, MarksAreTheSameInBothLanguages) {
-  for (const bool russian : {false, true}) {
-    EXPECT_EQ(NGramSet::symbol("^", russian), NGramSet::kStart);
-    EXPECT_EQ(NGramSet::symbol("$", russian), NGramSet::kEnd);
+  for (const auto language : {Language::english, Language::russian}) {
+    EXPECT_EQ(NGramSet::symbol("^", language), NGramSet::kStart);
+    EXPECT_EQ(NGramSet::symbol("$", language), NGramSet::kEnd);
   }
 }
 
 TEST(NGramSet, EverythingElseHasNoSymbol) {
   for (const std::string other : {"", "A", "1", "-", "я", "e\u0301", "ab"}) {
-    EXPECT_EQ(NGramSet::symbol(other, false), 0) << other;
+    EXPECT_EQ(NGramSet::symbol(other, Language::english), 0) << other;
   }
   for (const std::string other : {"Я", "a", "ї", "и\u0306"}) {
-    EXPECT_EQ(NGramSet::symbol(other, true), 0) << other;
+    EXPECT_EQ(NGramSet::symbol(other, Language::russian), 0) << other;
   }
 }
 

@@ -8,13 +8,13 @@ namespace {
 
 using testing::FakeDesktop;
 
-constexpr Proto::Kind kEnglishPairs{"", false, 2, false};
-constexpr Proto::Kind kEnglishTriples{"", false, 3, false};
-constexpr Proto::Kind kEnglishMarked{"", false, 3, true};
-constexpr Proto::Kind kRussianPairs{"", true, 2, false};
-constexpr Proto::Kind kRussianMarked{"", true, 3, true};
+constexpr Proto::Kind kEnglishPairs{"", Language::english, 2, false};
+constexpr Proto::Kind kEnglishTriples{"", Language::english, 3, false};
+constexpr Proto::Kind kEnglishMarked{"", Language::english, 3, true};
+constexpr Proto::Kind kRussianPairs{"", Language::russian, 2, false};
+constexpr Proto::Kind kRussianMarked{"", Language::russian, 3, true};
 /// Not one of the six files, but the rules hold for any length.
-constexpr Proto::Kind kMarkedPairs{"", false, 2, true};
+constexpr Proto::Kind kMarkedPairs{"", Language::english, 2, true};
 
 bool isAccepted(std::string_view text, const Proto::Kind& kind) {
   const auto parsed = Proto::parse(text, kind);
@@ -60,9 +60,9 @@ TEST(Proto, AFileWithoutLinesIsEmpty) {
 TEST(Proto, NothingIsKnownBeforeLoading) {
   FakeDesktop desktop;
   desktop.addAllTestData();
-  EXPECT_FALSE(Proto::isAvailable(true));
-  EXPECT_FALSE(Proto::isAvailable(false));
-  EXPECT_FALSE(Proto::hasImpossible("ъъъ", true));
+  EXPECT_FALSE(Proto::isAvailable(Language::russian));
+  EXPECT_FALSE(Proto::isAvailable(Language::english));
+  EXPECT_FALSE(Proto::hasImpossible("ъъъ", Language::russian));
 }
 
 TEST(Proto, ALanguageNeedsAllThreeOfItsSets) {
@@ -70,9 +70,9 @@ TEST(Proto, ALanguageNeedsAllThreeOfItsSets) {
   desktop.addAllTestData();
   desktop.addResource("proto_ru2", "НА\n");
   Proto::load();
-  EXPECT_TRUE(Proto::pairs(true).empty());
-  EXPECT_FALSE(Proto::isAvailable(true));
-  EXPECT_TRUE(Proto::isAvailable(false));
+  EXPECT_TRUE(Proto::pairs(Language::russian).empty());
+  EXPECT_FALSE(Proto::isAvailable(Language::russian));
+  EXPECT_TRUE(Proto::isAvailable(Language::english));
 }
 
 TEST(Proto, WithoutTriplesALanguageIsNotAvailable) {
@@ -81,10 +81,10 @@ TEST(Proto, WithoutTriplesALanguageIsNotAvailable) {
   desktop.addResource("proto_ru3", "");
   desktop.addResource("proto_en3b", "");
   Proto::load();
-  EXPECT_FALSE(Proto::pairs(true).empty());
-  EXPECT_FALSE(Proto::isAvailable(true));
-  EXPECT_FALSE(Proto::triples(false).empty());
-  EXPECT_FALSE(Proto::isAvailable(false));
+  EXPECT_FALSE(Proto::pairs(Language::russian).empty());
+  EXPECT_FALSE(Proto::isAvailable(Language::russian));
+  EXPECT_FALSE(Proto::triples(Language::english).empty());
+  EXPECT_FALSE(Proto::isAvailable(Language::english));
 }
 
 TEST(Proto, AFileThatCannotBeReadIsEmpty) {
@@ -92,8 +92,8 @@ TEST(Proto, AFileThatCannotBeReadIsEmpty) {
   desktop.addAllTestData();
   desktop.bundle().resources["proto_ru2.txt"] = desktop.home();  // a folder
   Proto::load();
-  EXPECT_TRUE(Proto::pairs(true).empty());
-  EXPECT_FALSE(Proto::triples(true).empty());
+  EXPECT_TRUE(Proto::pairs(Language::russian).empty());
+  EXPECT_FALSE(Proto::triples(Language::russian).empty());
 }
 
 TEST(Proto, AFileThatIsNotUtf8IsEmpty) {
@@ -101,7 +101,7 @@ TEST(Proto, AFileThatIsNotUtf8IsEmpty) {
   desktop.addAllTestData();
   desktop.addResource("proto_ru2", "на\n\xff\n");
   Proto::load();
-  EXPECT_TRUE(Proto::pairs(true).empty());
+  EXPECT_TRUE(Proto::pairs(Language::russian).empty());
 }
 
 TEST(Proto, LoadingTwiceReadsTheFilesOnce) {
@@ -119,7 +119,7 @@ TEST(Proto, ALoadWithoutFilesIsNotRepeated) {
   Proto::load();
   desktop.addAllTestData();
   Proto::load();
-  EXPECT_FALSE(Proto::isAvailable(false));
+  EXPECT_FALSE(Proto::isAvailable(Language::english));
   EXPECT_TRUE(desktop.systemLog().take().empty());
 }
 
@@ -127,8 +127,8 @@ TEST(Proto, AWordTooShortToJudgeIsFullyPlausible) {
   FakeDesktop desktop;
   desktop.addAllTestData();
   Proto::load();
-  EXPECT_DOUBLE_EQ(Proto::plausibility("q", false), 1.0);
-  EXPECT_DOUBLE_EQ(Proto::plausibility("", false), 1.0);
+  EXPECT_DOUBLE_EQ(Proto::plausibility("q", Language::english), 1.0);
+  EXPECT_DOUBLE_EQ(Proto::plausibility("", Language::english), 1.0);
 }
 
 TEST(Proto, AnUnknownPairCountsNothing) {
@@ -138,9 +138,9 @@ TEST(Proto, AnUnknownPairCountsNothing) {
   desktop.addResource("proto_en3b", "abc\n");
   Proto::load();
   // The pair is unknown and there is no triple to judge.
-  EXPECT_DOUBLE_EQ(Proto::plausibility("zz", false), 0.3);
-  EXPECT_DOUBLE_EQ(Proto::plausibility("ab", false), 1.0);
-  EXPECT_DOUBLE_EQ(Proto::plausibility("zzz", false), 0.0);
+  EXPECT_DOUBLE_EQ(Proto::plausibility("zz", Language::english), 0.3);
+  EXPECT_DOUBLE_EQ(Proto::plausibility("ab", Language::english), 1.0);
+  EXPECT_DOUBLE_EQ(Proto::plausibility("zzz", Language::english), 0.0);
 }
 
 TEST(Proto, PairsWeighSevenTenthsAndTriplesThree) {
@@ -150,32 +150,32 @@ TEST(Proto, PairsWeighSevenTenthsAndTriplesThree) {
   desktop.addResource("proto_en3b", "abc\n");
   Proto::load();
   // All of ab, bc, cd are known, and abc of abc, bcd.
-  EXPECT_DOUBLE_EQ(Proto::plausibility("abcd", false), 0.7 + 0.15);
+  EXPECT_DOUBLE_EQ(Proto::plausibility("abcd", Language::english), 0.7 + 0.15);
   // ab of ab, bz, and none of abz.
-  EXPECT_DOUBLE_EQ(Proto::plausibility("abz", false), 0.35);
+  EXPECT_DOUBLE_EQ(Proto::plausibility("abz", Language::english), 0.35);
   // A digit is in no n-gram.
-  EXPECT_DOUBLE_EQ(Proto::plausibility("ab1", false), 0.35);
+  EXPECT_DOUBLE_EQ(Proto::plausibility("ab1", Language::english), 0.35);
 }
 
 TEST(Proto, TripleOutsideTheListOfPossibleOnesIsImpossible) {
   FakeDesktop desktop;
   desktop.addResource("proto_ru3b", "^да\nда$\n^я$\n");
   Proto::load();
-  EXPECT_FALSE(Proto::hasImpossible("да", true));
-  EXPECT_FALSE(Proto::hasImpossible("я", true));
-  EXPECT_TRUE(Proto::hasImpossible("а", true));
-  EXPECT_TRUE(Proto::hasImpossible("дада", true));
-  EXPECT_TRUE(Proto::hasImpossible("да1", true));
+  EXPECT_FALSE(Proto::hasImpossible("да", Language::russian));
+  EXPECT_FALSE(Proto::hasImpossible("я", Language::russian));
+  EXPECT_TRUE(Proto::hasImpossible("а", Language::russian));
+  EXPECT_TRUE(Proto::hasImpossible("дада", Language::russian));
+  EXPECT_TRUE(Proto::hasImpossible("да1", Language::russian));
   // The start of the word is possible, its end is not.
-  EXPECT_TRUE(Proto::hasImpossible("дар", true));
+  EXPECT_TRUE(Proto::hasImpossible("дар", Language::russian));
 }
 
 TEST(Proto, TheEmptyWordIsNotImpossible) {
   FakeDesktop desktop;
   desktop.addAllTestData();
   Proto::load();
-  EXPECT_FALSE(Proto::hasImpossible("", true));
-  EXPECT_FALSE(Proto::hasImpossible("", false));
+  EXPECT_FALSE(Proto::hasImpossible("", Language::russian));
+  EXPECT_FALSE(Proto::hasImpossible("", Language::english));
 }
 
 TEST(Proto, WithoutBoundaryTriplesNothingIsImpossible) {
@@ -183,8 +183,8 @@ TEST(Proto, WithoutBoundaryTriplesNothingIsImpossible) {
   desktop.addAllTestData();
   desktop.addResource("proto_en3b", "");
   Proto::load();
-  EXPECT_FALSE(Proto::hasImpossible("qqqzzz", false));
-  EXPECT_TRUE(Proto::hasImpossible("ъъъ", true));
+  EXPECT_FALSE(Proto::hasImpossible("qqqzzz", Language::english));
+  EXPECT_TRUE(Proto::hasImpossible("ъъъ", Language::russian));
 }
 
 }  // namespace

@@ -9,33 +9,33 @@ namespace {
 using testing::FakeDesktop;
 
 TEST(ShortFreq, TakesWordsOfTwoOrThreeLetters) {
-  const auto parsed = ShortFreq::parse("the\n\n  OF \nto", false);
+  const auto parsed = ShortFreq::parse("the\n\n  OF \nto", Language::english);
   EXPECT_FALSE(parsed.fault.has_value());
   EXPECT_EQ(parsed.words, (WordSet{"of", "the", "to"}));
-  EXPECT_EQ(ShortFreq::parse("Ещё\nна\n", true).words, (WordSet{"ещё", "на"}));
+  EXPECT_EQ(ShortFreq::parse("Ещё\nна\n", Language::russian).words, (WordSet{"ещё", "на"}));
 }
 
 TEST(ShortFreq, OneBadLineRejectsTheWholeFile) {
   for (const std::string_view bad : {"the\na\n", "the\nfour\n", "the\nto1\n", "the\nна\n",
                                      "the\ni'm\n", "the\nan of\n", "# words\nthe\n"}) {
-    const auto parsed = ShortFreq::parse(bad, false);
+    const auto parsed = ShortFreq::parse(bad, Language::english);
     EXPECT_TRUE(parsed.words.empty()) << bad;
     ASSERT_TRUE(parsed.fault.has_value()) << bad;
   }
-  EXPECT_EQ(ShortFreq::parse("the\nfour\n", false).fault->line, 2u);
-  EXPECT_TRUE(ShortFreq::parse("на\nof\n", true).words.empty());
-  EXPECT_TRUE(ShortFreq::parse("на\nї1\n", true).words.empty());
+  EXPECT_EQ(ShortFreq::parse("the\nfour\n", Language::english).fault->line, 2u);
+  EXPECT_TRUE(ShortFreq::parse("на\nof\n", Language::russian).words.empty());
+  EXPECT_TRUE(ShortFreq::parse("на\nї1\n", Language::russian).words.empty());
 }
 
 TEST(ShortFreq, CrLfLineEndsMakeOneOverlongLine) {
-  EXPECT_TRUE(ShortFreq::parse("the\r\nof\r\n", false).words.empty());
-  EXPECT_EQ(ShortFreq::parse("the\r\nof\r\n", false).fault->reason, kCrLfReason);
+  EXPECT_TRUE(ShortFreq::parse("the\r\nof\r\n", Language::english).words.empty());
+  EXPECT_EQ(ShortFreq::parse("the\r\nof\r\n", Language::english).fault->reason, kCrLfReason);
 }
 
 TEST(ShortFreq, AFileWithoutWordsIsEmpty) {
-  EXPECT_TRUE(ShortFreq::parse("", false).words.empty());
-  EXPECT_TRUE(ShortFreq::parse(" \n\n", false).words.empty());
-  EXPECT_TRUE(ShortFreq::parse("", false).fault.has_value());
+  EXPECT_TRUE(ShortFreq::parse("", Language::english).words.empty());
+  EXPECT_TRUE(ShortFreq::parse(" \n\n", Language::english).words.empty());
+  EXPECT_TRUE(ShortFreq::parse("", Language::english).fault.has_value());
 }
 
 TEST(ShortFreq, EachSetIsReadOnceAndAMissingOneIsEmpty) {
@@ -64,8 +64,8 @@ TEST(ShortFreq, AFileThatCannotBeReadIsEmpty) {
 }
 
 TEST(ShortFreq, MarksOfNGramsAreNoLetters) {
-  EXPECT_TRUE(ShortFreq::parse("^a\n", false).words.empty());
-  EXPECT_TRUE(ShortFreq::parse("a$\n", false).words.empty());
+  EXPECT_TRUE(ShortFreq::parse("^a\n", Language::english).words.empty());
+  EXPECT_TRUE(ShortFreq::parse("a$\n", Language::english).words.empty());
 }
 
 }  // namespace

@@ -32,9 +32,9 @@ std::vector<std::string> splitLines(const std::string& data) {
   return lines;
 }
 
-bool isLetterAt(const std::string& line, std::size_t i, bool russian) {
+bool isLetterAt(const std::string& line, std::size_t i, Language language) {
   static const std::string kRussian = "абвгдеёжзийклмнопрстуфхцчшщъыьэюя";
-  if (!russian) return line[i] >= 'a' && line[i] <= 'z';
+  if (language == Language::english) return line[i] >= 'a' && line[i] <= 'z';
   for (std::size_t letter = 0; letter < kRussian.size(); letter += 2) {
     if (line.compare(i, 2, kRussian, letter, 2) == 0) return true;
   }
@@ -42,17 +42,17 @@ bool isLetterAt(const std::string& line, std::size_t i, bool russian) {
 }
 
 /// The first fault, found line by line and letter by letter; line 0 is no fault.
-DataFault plainFault(const std::string& data, bool russian) {
+DataFault plainFault(const std::string& data, Language language) {
   if (data.empty()) return {0, "the file is empty"};
   const auto lines = splitLines(data);
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const auto& line = lines[i];
     if (line.empty()) return {i + 1, "the line is empty"};
     if (line.back() == '\r') return {i + 1, kCrLfReason};
-    for (std::size_t at = 0; at < line.size(); at += russian ? 2 : 1) {
-      if (isLetterAt(line, at, russian)) continue;
-      return {i + 1, russian ? "only the letters а to я and ё are allowed"
-                             : "only the letters a to z are allowed"};
+    for (std::size_t at = 0; at < line.size(); at += language == Language::russian ? 2 : 1) {
+      if (isLetterAt(line, at, language)) continue;
+      return {i + 1, language == Language::russian ? "only the letters а to я and ё are allowed"
+                                                   : "only the letters a to z are allowed"};
     }
     if (i > 0 && std::lexicographical_compare(line.begin(), line.end(), lines[i - 1].begin(),
                                               lines[i - 1].end(), [](char a, char b) {
@@ -67,15 +67,15 @@ DataFault plainFault(const std::string& data, bool russian) {
 }
 
 /// The text alone in its own memory, so that a sanitizer sees one byte read too many.
-DataFault fastFault(const std::string& data, bool russian) {
+DataFault fastFault(const std::string& data, Language language) {
   const auto copy = std::make_unique<char[]>(data.size());
   std::memcpy(copy.get(), data.data(), data.size());
-  return DictFile::findFault({copy.get(), data.size()}, russian).value_or(DataFault{});
+  return DictFile::findFault({copy.get(), data.size()}, language).value_or(DataFault{});
 }
 
-void expectSameFault(const std::string& data, bool russian, const std::string& how) {
-  const auto plain = plainFault(data, russian);
-  const auto fast = fastFault(data, russian);
+void expectSameFault(const std::string& data, Language language, const std::string& how) {
+  const auto plain = plainFault(data, language);
+  const auto fast = fastFault(data, language);
   ASSERT_EQ(fast.line, plain.line) << how << ", " << data.size() << " bytes";
   ASSERT_EQ(fast.reason, plain.reason) << how << ", line " << plain.line;
 }
@@ -84,7 +84,7 @@ std::size_t below(Random& random, std::size_t limit) {
   return random() % limit;
 }
 
-std::string randomWord(Random& random, bool russian) {
+std::string randomWord(Random& random, Language language) {
   static const std::string kRussian = "абпряё";
   // Few different letters, so that neighbours have long beginnings in common.
   const std::size_t letters = 1 + below(random, 3);
@@ -93,17 +93,18 @@ std::string randomWord(Random& random, bool russian) {
   const auto length = 1 + below(random, longest);
   for (std::size_t i = 0; i < length; ++i) {
     const auto letter = below(random, letters * 2);
-    word += russian ? kRussian.substr(2 * letter, 2) : std::string(1, "abcxyz"[letter]);
+    word += language == Language::russian ? kRussian.substr(2 * letter, 2)
+                                          : std::string(1, "abcxyz"[letter]);
   }
   return word;
 }
 
 /// A good list of about `size` bytes, with some words twice.
-std::string randomList(Random& random, std::size_t size, bool russian) {
+std::string randomList(Random& random, std::size_t size, Language language) {
   std::vector<std::string> words;
   for (std::size_t bytes = 0; bytes < size; bytes += words.back().size() + 1) {
     const bool again = !words.empty() && below(random, 8) == 0;
-    words.push_back(again ? words.back() : randomWord(random, russian));
+    words.push_back(again ? words.back() : randomWord(random, language));
   }
   std::sort(words.begin(), words.end());
   std::string list;
@@ -113,7 +114,7 @@ std::string randomList(Random& random, std::size_t size, bool russian) {
   return list;
 }
 
-std::string damaged(Random& random, std::string list, bool russian) {
+std::string damaged(Random& random, std::string list, Language language) {
   static const std::vector<std::string> kPieces = {
       "\n",   "\n\n",     "\r",       "\r\n",    "A", "z", std::string(1, '\0'),
       "{",    "`",        "а",        "я",       "ё", "Ё", "\xd0",
@@ -134,7 +135,7 @@ std::string damaged(Random& random, std::string list, bool russian) {
     case 4:
       return list.substr(0, at);
     default:
-      return list.insert(at, "\n" + randomWord(random, russian) + "\n");
+      return list.insert(at, "\n" + randomWord(random, language) + "\n");
   }
 }
 
@@ -149,15 +150,15 @@ TEST(WordListScan, AgreesWithAPlainCheckOnGoodAndOnDamagedLists) {
   Random random(20);
   int damagedLists = 0;
   for (int round = 0; round < 400; ++round) {
-    const bool russian = round % 2 == 0;
-    const auto list = randomList(random, randomSize(random), russian);
-    ASSERT_EQ(plainFault(list, russian).line, 0u);
-    expectSameFault(list, russian, "good");
+    const auto language = round % 2 == 0 ? Language::russian : Language::english;
+    const auto list = randomList(random, randomSize(random), language);
+    ASSERT_EQ(plainFault(list, language).line, 0u);
+    expectSameFault(list, language, "good");
     for (int i = 0; i < 8; ++i) {
-      const auto bad = damaged(random, list, russian);
-      expectSameFault(bad, russian, "damaged");
+      const auto bad = damaged(random, list, language);
+      expectSameFault(bad, language, "damaged");
       if (HasFatalFailure()) return;
-      damagedLists += plainFault(bad, russian).line > 0 ? 1 : 0;
+      damagedLists += plainFault(bad, language).line > 0 ? 1 : 0;
     }
   }
   EXPECT_GT(damagedLists, 2000);
@@ -168,17 +169,17 @@ TEST(WordListScan, AgreesWithAPlainCheckWhereTwoHalvesMeet) {
   Random random(23);
   int damagedLists = 0;
   for (int round = 0; round < 40; ++round) {
-    const bool russian = round % 2 == 0;
-    const auto list = randomList(random, 270'000 + below(random, 20'000), russian);
-    expectSameFault(list, russian, "good");
+    const auto language = round % 2 == 0 ? Language::russian : Language::english;
+    const auto list = randomList(random, 270'000 + below(random, 20'000), language);
+    expectSameFault(list, language, "good");
     for (int i = 0; i < 4; ++i) {
       const auto from = list.size() / 2 - 12'000;
-      const auto bad = list.substr(0, from) + damaged(random, list.substr(from, 24'000), russian) +
-                       (i == 3 ? damaged(random, list.substr(from + 24'000), russian)
+      const auto bad = list.substr(0, from) + damaged(random, list.substr(from, 24'000), language) +
+                       (i == 3 ? damaged(random, list.substr(from + 24'000), language)
                                : list.substr(from + 24'000));
-      expectSameFault(bad, russian, "damaged");
+      expectSameFault(bad, language, "damaged");
       if (HasFatalFailure()) return;
-      damagedLists += plainFault(bad, russian).line > 0 ? 1 : 0;
+      damagedLists += plainFault(bad, language).line > 0 ? 1 : 0;
     }
   }
   EXPECT_GT(damagedLists, 100);
@@ -186,14 +187,14 @@ TEST(WordListScan, AgreesWithAPlainCheckWhereTwoHalvesMeet) {
 
 TEST(WordListScan, FindsOneWrongByteNearTheMiddleOfALongList) {
   Random random(24);
-  for (const bool russian : {false, true}) {
-    const auto list = randomList(random, 270'000, russian);
+  for (const auto language : {Language::english, Language::russian}) {
+    const auto list = randomList(random, 270'000, language);
     const auto middle = list.size() / 2;
     for (std::size_t at = middle - 40; at < middle + 60; ++at) {
       for (const char wrong : {'\n', 'b', '\xd0'}) {
         auto bad = list;
         bad[at] = wrong;
-        expectSameFault(bad, russian, "byte " + std::to_string(at));
+        expectSameFault(bad, language, "byte " + std::to_string(at));
         if (HasFatalFailure()) return;
       }
     }
@@ -208,28 +209,28 @@ std::string repeated(const std::string& letter, std::size_t times) {
 }
 
 TEST(WordListScan, JudgesLongListsOfFewLines) {
-  for (const bool russian : {false, true}) {
-    const std::string first = russian ? "а" : "a";
-    const std::string last = russian ? "в" : "c";
-    const auto half = repeated(russian ? "б" : "b", 150'000);
-    expectSameFault(half + half, russian, "one line");
-    expectSameFault(half + "\n" + half, russian, "two lines");
-    expectSameFault(half + last + "\n" + half, russian, "two lines in the wrong order");
-    expectSameFault(first + "\n" + half + half + "\n", russian, "a short line first");
-    expectSameFault(half + half + "\n" + last + "\n", russian, "a short line last");
-    expectSameFault(half + half + "\n" + first + "\n", russian, "that line in the wrong order");
+  for (const auto language : {Language::english, Language::russian}) {
+    const std::string first = language == Language::russian ? "а" : "a";
+    const std::string last = language == Language::russian ? "в" : "c";
+    const auto half = repeated(language == Language::russian ? "б" : "b", 150'000);
+    expectSameFault(half + half, language, "one line");
+    expectSameFault(half + "\n" + half, language, "two lines");
+    expectSameFault(half + last + "\n" + half, language, "two lines in the wrong order");
+    expectSameFault(first + "\n" + half + half + "\n", language, "a short line first");
+    expectSameFault(half + half + "\n" + last + "\n", language, "a short line last");
+    expectSameFault(half + half + "\n" + first + "\n", language, "that line in the wrong order");
   }
 }
 
 TEST(WordListScan, FindsOneWrongByteAnywhere) {
   Random random(21);
-  for (const bool russian : {false, true}) {
-    const auto list = randomList(random, 18'000, russian);
+  for (const auto language : {Language::english, Language::russian}) {
+    const auto list = randomList(random, 18'000, language);
     for (std::size_t at = 0; at < list.size(); at += 1 + below(random, 80)) {
       for (const char wrong : {'\n', '\r', 'b', '\xd0', '\x91', '\xbf'}) {
         auto bad = list;
         bad[at] = wrong;
-        expectSameFault(bad, russian, "byte " + std::to_string(at));
+        expectSameFault(bad, language, "byte " + std::to_string(at));
         if (HasFatalFailure()) return;
       }
     }
@@ -244,10 +245,10 @@ TEST(WordListScan, AWrongByteInALongListEndsTheGoodPartBeforeItsLine) {
       word[--at] = static_cast<char>('a' + rest % 26);
     list += word + "\n";
   }
-  ASSERT_GT(WordListScan::goodPrefix(list, false), 30'000u);
+  ASSERT_GT(WordListScan::goodPrefix(list, Language::english), 30'000u);
   list[20'002] = 'B';
-  EXPECT_LE(WordListScan::goodPrefix(list, false), 20'000u);
-  expectSameFault(list, false, "a capital");
+  EXPECT_LE(WordListScan::goodPrefix(list, Language::english), 20'000u);
+  expectSameFault(list, Language::english, "a capital");
 }
 
 TEST(WordListScan, ComparesLinesThatDifferFarFromTheirStart) {
@@ -262,25 +263,25 @@ TEST(WordListScan, ComparesLinesThatDifferFarFromTheirStart) {
       data += "\n" + start + second + "\n";
       while (data.size() < 20'000)
         data += std::string(common, 'd') + "\n";
-      expectSameFault(data, false, "after " + std::to_string(common) + " common bytes");
+      expectSameFault(data, Language::english, "after " + std::to_string(common) + " common bytes");
     }
   }
 }
 
 TEST(WordListScan, ALineLongerThanAPieceIsJudgedToo) {
   const std::string longLine(30'000, 'b');
-  expectSameFault("a\n" + longLine + "\n" + longLine + "c\nc\n", false, "good");
-  expectSameFault("a\n" + longLine + "c\n" + longLine + "\nc\n", false, "wrong order");
-  expectSameFault(longLine, false, "a single line");
-  expectSameFault(longLine + "B" + longLine, false, "a capital");
+  expectSameFault("a\n" + longLine + "\n" + longLine + "c\nc\n", Language::english, "good");
+  expectSameFault("a\n" + longLine + "c\n" + longLine + "\nc\n", Language::english, "wrong order");
+  expectSameFault(longLine, Language::english, "a single line");
+  expectSameFault(longLine + "B" + longLine, Language::english, "a capital");
 }
 
 TEST(WordListScan, LeavesLittleOfAGoodListToThePlainCheck) {
   Random random(22);
-  for (const bool russian : {false, true}) {
+  for (const auto language : {Language::english, Language::russian}) {
     for (const std::size_t size : {100'000u, 1'000'000u}) {
-      const auto list = randomList(random, size, russian);
-      const auto good = WordListScan::goodPrefix(list, russian);
+      const auto list = randomList(random, size, language);
+      const auto good = WordListScan::goodPrefix(list, language);
       EXPECT_GT(good, list.size() - 9'000);
       EXPECT_EQ(list[good - 1], '\n');
     }

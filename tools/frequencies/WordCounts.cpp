@@ -3,13 +3,13 @@
 #include <algorithm>
 
 #include "text/Text.h"
-#include "words/Alphabet.h"
+#include "words/Letters.h"
 
 namespace tessarok::frequencies {
 
 namespace {
 
-using alphabet::Kind;
+using letters::Kind;
 
 constexpr std::string_view kPunctuation = "\"'()[]{}<>,.;:!?*_-";
 
@@ -27,7 +27,7 @@ bool isWord(std::string_view word, bool russian) {
   const auto own = russian ? Kind::cyrillic : Kind::latin;
   return !word.empty() &&
          std::ranges::all_of(text::Characters(word), [own](std::string_view character) {
-           return alphabet::kindOf(character) == own;
+           return letters::kindOf(character) == own;
          });
 }
 
@@ -69,7 +69,7 @@ void WordCounts::addCode(std::string_view line) {
     run.clear();
   };
   for (const char byte : line) {
-    if (alphabet::kindOf(std::string_view(&byte, 1)) == Kind::latin) {
+    if (letters::kindOf(std::string_view(&byte, 1)) == Kind::latin) {
       run += byte;
     } else {
       end();
@@ -86,7 +86,7 @@ void WordCounts::addListed(std::string_view text, bool russian) {
     run.clear();
   };
   for (const auto character : text::Characters(text)) {
-    if (alphabet::kindOf(character) == own) {
+    if (letters::kindOf(character) == own) {
       run += character;
     } else {
       end();

@@ -13,7 +13,7 @@
 #include "WordCounts.h"
 #include "make_data/FileSetWriter.h"
 #include "text/Text.h"
-#include "words/Alphabet.h"
+#include "words/Letters.h"
 
 namespace {
 
@@ -43,9 +43,9 @@ struct Counts {
 };
 
 bool isSpelledIn(const std::string& word, bool russian) {
-  const auto own = russian ? alphabet::Kind::cyrillic : alphabet::Kind::latin;
+  const auto own = russian ? letters::Kind::cyrillic : letters::Kind::latin;
   for (const auto character : text::Characters(word)) {
-    if (alphabet::kindOf(character) != own) return false;
+    if (letters::kindOf(character) != own) return false;
   }
   return !word.empty();
 }

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "AffixTable.h"
-#include "Text.h"
+#include "InputText.h"
 
 namespace tessarok::makedata {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Text.h"
+#include "InputText.h"
 
 namespace tessarok::makedata {
 

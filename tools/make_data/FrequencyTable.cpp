@@ -4,7 +4,7 @@
 #include <charconv>
 
 #include "InputError.h"
-#include "Text.h"
+#include "InputText.h"
 
 namespace tessarok::makedata {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Alphabet.h"
-#include "Text.h"
+#include "InputText.h"
 
 namespace tessarok::makedata {
 

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "Text.h"
+#include "InputText.h"
 
 namespace tessarok::makedata {
 

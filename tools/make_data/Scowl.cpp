@@ -7,7 +7,7 @@
 #include <system_error>
 
 #include "InputError.h"
-#include "Text.h"
+#include "InputText.h"
 
 namespace tessarok::makedata {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "ByteOrder.h"
-#include "Text.h"
+#include "ByteSort.h"
+#include "InputText.h"
 
 namespace tessarok::makedata {
 

@@ -9,15 +9,15 @@
 #include "AffixTable.h"
 #include "Alphabet.h"
 #include "AspellArchive.h"
-#include "ByteOrder.h"
+#include "ByteSort.h"
 #include "ConflictResolver.h"
 #include "FrequencyTable.h"
 #include "HandList.h"
 #include "InputError.h"
+#include "InputText.h"
 #include "KeyText.h"
 #include "Manifest.h"
 #include "Scowl.h"
-#include "Text.h"
 #include "WordCollector.h"
 
 namespace tessarok::makedata {

@@ -4,18 +4,18 @@
 #include <set>
 #include <string>
 
-#include "make_data/ByteOrder.h"
+#include "make_data/ByteSort.h"
 #include "make_data/FileSetWriter.h"
 #include "make_data/KeyText.h"
 #include "text/Text.h"
-#include "words/Alphabet.h"
 #include "words/Detector.h"
+#include "words/Letters.h"
 
 namespace tessarok::measure {
 
 namespace {
 
-using alphabet::Kind;
+using letters::Kind;
 using Words = std::set<std::string>;
 
 /// A dictionary must hold something: words of one letter, which are never looked up.
@@ -31,7 +31,7 @@ void addWords(std::string_view sentence, Kind script, Words& words) {
     run.clear();
   };
   for (const auto character : text::Characters(sentence)) {
-    if (alphabet::kindOf(character) == script) {
+    if (letters::kindOf(character) == script) {
       run += character;
     } else {
       end();

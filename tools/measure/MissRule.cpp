@@ -5,7 +5,7 @@
 #include "SentenceTypist.h"
 #include "desktops/layouts/KeyTable.h"
 #include "text/Text.h"
-#include "words/Alphabet.h"
+#include "words/Letters.h"
 
 namespace tessarok::measure {
 
@@ -29,7 +29,7 @@ bool isLetterInRussian(std::string_view character) {
   const auto russian = KeyTable::russian().character(stroke->code, stroke->shift);
   std::string letter;
   if (russian) text::appendScalar(*russian, letter);
-  return alphabet::kindOf(letter) == alphabet::Kind::cyrillic;
+  return letters::kindOf(letter) == letters::Kind::cyrillic;
 }
 
 }  // namespace
@@ -71,13 +71,13 @@ MissRule missRuleOf(std::string_view sentence, std::size_t start, std::size_t le
     if (place >= start + length) break;
     if (place + kKeysOfPause >= start && pausesProgram(character)) return MissRule::pause;
     if (place++ < start) continue;
-    const auto kind = alphabet::kindOf(character);
-    if (kind == alphabet::Kind::latin || kind == alphabet::Kind::cyrillic) {
+    const auto kind = letters::kindOf(character);
+    if (kind == letters::Kind::latin || kind == letters::Kind::cyrillic) {
       ++letters;
     } else {
       hasPunctuation = hasPunctuation || isLetterInRussian(character);
     }
-    isRussian = isRussian || kind == alphabet::Kind::cyrillic;
+    isRussian = isRussian || kind == letters::Kind::cyrillic;
   }
   if (hasPunctuation && !isRussian) return MissRule::punctuation;
   return letters == 2 ? MissRule::twoLetters : MissRule::other;

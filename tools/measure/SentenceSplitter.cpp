@@ -4,14 +4,14 @@
 
 #include "desktops/layouts/KeyTable.h"
 #include "text/Text.h"
-#include "words/Alphabet.h"
+#include "words/Letters.h"
 
 namespace tessarok::measure {
 
 namespace {
 
-using alphabet::Kind;
 using layouts::KeyTable;
+using letters::Kind;
 
 constexpr std::size_t kFewestWords = 2;
 constexpr std::size_t kMostCharacters = 400;
@@ -55,7 +55,7 @@ bool isSentenceOf(std::string_view sentence, bool russian) {
   for (const auto character : text::Characters(sentence)) {
     if (++characters > kMostCharacters) return false;
     const bool letter = text::isLetter(character);
-    if (letter && alphabet::kindOf(character) != own) return false;
+    if (letter && letters::kindOf(character) != own) return false;
     if (character == " ") {
       lettersInWord = 0;
       continue;

@@ -14,19 +14,19 @@ namespace tessarok::virtualdesktop::programValues {
 namespace {
 
 json fixValue(const WordState& word) {
-  if (!word.lastFix) return nullptr;
-  return {{"text", word.lastFix->text}, {"tail", word.lastFix->tail}};
+  if (!word.lastFix()) return nullptr;
+  return {{"text", word.lastFix()->text}, {"tail", word.lastFix()->tail}};
 }
 
 json autoFixValue(const WordState& word) {
-  if (!word.lastAutoFix) return nullptr;
-  const auto& fix = *word.lastAutoFix;
+  if (!word.lastAutoFix()) return nullptr;
+  const auto& fix = *word.lastAutoFix();
   return {{"typed", fix.typed}, {"converted", fix.converted}, {"rejectionWord", fix.rejectionWord}};
 }
 
 json rejectionValue(const WordState& word) {
-  if (!word.pendingRejection) return nullptr;
-  const auto& rejection = *word.pendingRejection;
+  if (!word.pendingRejection()) return nullptr;
+  const auto& rejection = *word.pendingRejection();
   return {
       {"typed", rejection.typed}, {"rejectionWord", rejection.rejectionWord}, {"at", rejection.at}};
 }
@@ -36,11 +36,11 @@ json rejectionValue(const WordState& word) {
 json state() {
   const auto& keyTap = KeyTap::shared();
   const auto& word = keyTap.word();
-  return {{"buffer", word.buffer},
-          {"untrackableWord", word.untrackableWord},
-          {"ruStreak", word.ruStreak},
-          {"enStreak", word.enStreak},
-          {"pendingShorts", word.pendingShorts},
+  return {{"buffer", word.buffer()},
+          {"untrackableWord", word.untrackableWord()},
+          {"ruStreak", word.ruStreak()},
+          {"enStreak", word.enStreak()},
+          {"pendingShorts", word.pendingShorts()},
           {"lastFix", fixValue(word)},
           {"lastAutoFix", autoFixValue(word)},
           {"pendingRejection", rejectionValue(word)},

@@ -143,7 +143,7 @@ TEST_F(MacProgramTest, ATimedOutTapIsEnabledAgain) {
   mac.disableTap(kCGEventTapDisabledByTimeout);
   EXPECT_TRUE(fakeSystem().tap->isEnabled);
   EXPECT_EQ(fakeSystem().tapRequests.size(), 1U);
-  EXPECT_TRUE(KeyTap::shared().word().untrackableWord);
+  EXPECT_TRUE(KeyTap::shared().word().untrackableWord());
 }
 
 TEST_F(MacProgramTest, RunsWithoutARunLoopSource) {

@@ -1,18 +1,24 @@
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "desktops/posix/PosixFiles.h"
 #include "desktops/posix/SettingsFile.h"
 #include "desktops/virtual/TemporaryDirectory.h"
-#include "tests/support/TestFiles.h"
 
 namespace tessarok::posix {
 namespace {
 
-using tessarok::testing::readFile;
+/// Empty where there is no file, but a directory, say.
+std::string contentOf(const std::filesystem::path& file) {
+  std::ifstream in(file);
+  std::ostringstream content;
+  content << in.rdbuf();
+  return content.str();
+}
 
 class Log final : public platform::SystemLog {
  public:
@@ -28,7 +34,7 @@ class SettingsFileTest : public ::testing::Test {
   }
   /// The file could not be used: one message, and nothing is saved in it.
   void expectUnusable(std::string_view reason) {
-    const auto before = readFile(file_);
+    const auto before = contentOf(file_);
     SettingsFile settings(file_, files_, log_);
     EXPECT_EQ(settings.boolean("shiftLagFix"), std::nullopt);
     settings.setBoolean("shiftLagFix", false);
@@ -38,7 +44,7 @@ class SettingsFileTest : public ::testing::Test {
     ASSERT_EQ(log_.messages.size(), 1u);
     EXPECT_NE(log_.messages[0].find(file_.string()), std::string::npos) << log_.messages[0];
     EXPECT_NE(log_.messages[0].find(reason), std::string::npos) << log_.messages[0];
-    EXPECT_EQ(readFile(file_), before);
+    EXPECT_EQ(contentOf(file_), before);
   }
 
   virtualdesktop::TemporaryDirectory folder_;

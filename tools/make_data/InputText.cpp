@@ -1,4 +1,4 @@
-#include "Text.h"
+#include "InputText.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
+#include "InputText.h"
 #include "TestSupport.h"
-#include "Text.h"
 
 namespace tessarok::makedata::test {
 namespace {

@@ -1,0 +1,4 @@
+// A program that is only linked.
+int main() {
+  return 0;
+}
