@@ -1,9 +1,8 @@
-#include "typing/WordState.h"
-
 #include <gtest/gtest.h>
 #include <string>
 
 #include "text/Text.h"
+#include "typing/WordState.h"
 
 namespace tessarok {
 namespace {

@@ -190,6 +190,17 @@ void KeyReader::readUnknown(TerminalEvent& event) {
   readUnseenText(true, event);
 }
 
+void KeyReader::readOpening(const InputItem& item, TerminalEvent& event) {
+  readUnseenText(false, event);
+  event.bytes = item.bytes;
+}
+
+void KeyReader::readClosing(const InputItem& item, TerminalEvent& event) {
+  event.become(OuterLayout::kNoKey, 0);
+  text::appendScalar(item.scalar, event.payload);
+  event.bytes = item.bytes;
+}
+
 void KeyReader::readCharacter(const InputItem& item, TerminalEvent& event) {
   if (item.scalar == U' ') {
     readSpace(0, event);
@@ -198,7 +209,10 @@ void KeyReader::readCharacter(const InputItem& item, TerminalEvent& event) {
   }
   outer_.note(item.scalar);
   const auto key = outer_.keyFor(item.scalar);
-  event.become(key.code, key.shift ? flags::shift : 0);
+  // A tilde begins many a path, and ё is a letter: neither stands for a pause.
+  const bool isPauseKey = key.code == keyCodes::grave || key.code == keyCodes::isoSection;
+  const auto code = isPauseKey && key.character != U'`' ? OuterLayout::kNoKey : key.code;
+  event.become(code, key.shift ? flags::shift : 0);
   text::appendScalar(key.character, event.payload);
   if (key.character == item.scalar) {
     event.bytes = item.bytes;

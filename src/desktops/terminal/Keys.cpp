@@ -4,6 +4,8 @@
 #include <string_view>
 #include <utility>
 
+#include "desktops/terminal/CommandLine.h"
+#include "desktops/terminal/ForegroundProgram.h"
 #include "platform/EventFlags.h"
 #include "text/Text.h"
 #include "typing/KeyCodes.h"
@@ -87,6 +89,7 @@ Keys::Keys(TerminalDesktop& desktop, const Pty& pty, ProgramOutput& output,
       outer_(desktop.inputSources()),
       line_(output.screen()) {
   desktop_.eventTaps().setDelivery([this](const TerminalEvent& event) { deliver(event); });
+  desktop_.textContext().watch([this] { return partInHand(); });
 }
 
 // What the program shows.
@@ -168,7 +171,19 @@ void Keys::noticeProgram(const PtyModes* modes) {
   if (isOther) homeIsDue_ = true;
   if (reading != Reading::keys || group != addressingGroup_) addressingGroup_ = -1;
   reading_ = reading;
-  readingGroup_ = group;
+  if (group == std::exchange(readingGroup_, group)) return;
+  program_ = programOf(group);
+}
+
+bool Keys::isCommandLine() const {
+  // Shells edit their lines themselves; in any other way a script reads an answer.
+  return reading_ == Reading::keys &&
+         (isShell(program_) || (output_.wantsBrackets() && mayHoldShell(program_)));
+}
+
+platform::TextContext::Part Keys::partInHand() const {
+  if (!isCommandLine()) return platform::TextContext::Part::text;
+  return endOfCommandLine(line_.text(), line_.isWhole()).part;
 }
 
 void Keys::goHomeIfDue(const InputItem& item) {
@@ -240,6 +255,7 @@ void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
   if (item.kind == Kind::character) {
     outer_.note(item.scalar);
     if (goesAsItCame(modes)) return pressAsItCame(item);
+    if (pressQuote(item)) return;
     // The person has switched meanwhile, so what came before was meant as it is.
     if (outer_.agrees()) untranslated_.clear();
   }
@@ -271,6 +287,21 @@ void Keys::pressAsItCame(const InputItem& item) {
   event_.bytes = item.bytes;
   send();
   untranslated_.push_back(item.scalar);
+}
+
+bool Keys::pressQuote(const InputItem& item) {
+  if (item.scalar != U'"' && item.scalar != U'\'') return false;
+  if (!isCommandLine()) return false;
+  const auto quote = endOfCommandLine(line_.text(), line_.isWhole()).quote;
+  // Within another one it is a letter, or whatever its key types.
+  if (quote != 0 && quote != item.scalar) return false;
+  if (quote == 0) {
+    KeyReader::readOpening(item, event_);
+  } else {
+    KeyReader::readClosing(item, event_);
+  }
+  send();
+  return true;
 }
 
 void Keys::followLine(const InputItem& item, const PtyModes& modes) {

@@ -54,6 +54,8 @@ class Keys final {
   enum class Reading { unknown, lines, secretLines, keys, unedited };
 
   [[nodiscard]] bool isPassedThrough(const InputItem& item, const PtyModes* modes) const;
+  [[nodiscard]] bool isCommandLine() const;
+  [[nodiscard]] platform::TextContext::Part partInHand() const;
   [[nodiscard]] bool hasScreenForItself(const PtyModes* modes) const;
   [[nodiscard]] bool mayTranslate() const;
   [[nodiscard]] bool goesAsItCame(const PtyModes& modes) const;
@@ -65,6 +67,7 @@ class Keys final {
   void pressControlSpace();
   void pressUnknown(const InputItem& item);
   void pressAsItCame(const InputItem& item);
+  [[nodiscard]] bool pressQuote(const InputItem& item);
   void translateSent();
   void followLine(const InputItem& item, const PtyModes& modes);
   void send();
@@ -91,6 +94,8 @@ class Keys final {
   Reading reading_ = Reading::unknown;
   /// The process group that reads the keys.
   pid_t readingGroup_ = -1;
+  /// The program that leads it.
+  std::string program_;
   /// The one that moves the cursor about as programs do that fill the screen; -1 for none.
   pid_t addressingGroup_ = -1;
   /// The own layout is to go home as soon as no word is under way.

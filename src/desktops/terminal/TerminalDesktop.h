@@ -22,6 +22,7 @@
 #include "desktops/terminal/TerminalInputSources.h"
 #include "desktops/terminal/TerminalLog.h"
 #include "desktops/terminal/TerminalSecureInput.h"
+#include "desktops/terminal/TerminalTextContext.h"
 #include "platform/Desktop.h"
 
 namespace tessarok::terminal {
@@ -53,6 +54,7 @@ class TerminalDesktop final : public platform::Desktop {
   posix::ThreadQueues& serialQueues() override { return serialQueues_; }
   platform::NoStatusBar& statusBar() override { return statusBar_; }
   TerminalLog& systemLog() override { return systemLog_; }
+  TerminalTextContext& textContext() override { return textContext_; }
   posix::SettingsFile& userDefaults() override { return userDefaults_; }
   platform::NoWorkspace& workspace() override { return workspace_; }
   posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
@@ -74,6 +76,7 @@ class TerminalDesktop final : public platform::Desktop {
   TerminalSecureInput secureInput_;
   posix::ThreadQueues serialQueues_;
   platform::NoStatusBar statusBar_;
+  TerminalTextContext textContext_;
   posix::SettingsFile userDefaults_;
   platform::NoWorkspace workspace_;
   posix::NotificationCentre workspaceNotifications_;
