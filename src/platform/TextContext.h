@@ -10,10 +10,12 @@ class TextContext {
   enum class Part {
     /// What people write to each other, and whatever cannot be told from it.
     text,
-    /// The name of a program, where a shell waits for a command.
+    /// The name of a program, where a shell waits for a command, or of something to be installed.
     commandName,
     /// What follows that name, outside of quotes.
     commandArgument,
+    /// What follows a dash there.
+    commandOption,
   };
 
   virtual ~TextContext() = default;

@@ -12,7 +12,7 @@ using Part = platform::TextContext::Part;
 /// No command is Russian, so only a word that is hardly anything else is one. Of 60,000 names of
 /// packages two parts are such words.
 constexpr std::size_t kShortestInPlaceOfCommand = 5;
-/// Kinds of things are named with two letters ("ns"), and options are bundled ("-lf").
+/// Kinds of things are named with two letters ("ns").
 constexpr std::size_t kShortestArgument = 3;
 
 }  // namespace
@@ -22,6 +22,7 @@ bool mustStay(std::string_view word, const Detector::Decision& decision, std::in
   auto& context = platform::desktop().textContext();
   const auto part = context.part();
   if (part == Part::text) return false;
+  if (part == Part::commandOption) return true;
   const auto core = text::withoutLast(word, decision.trim);
   const auto length = text::count(core);
   if (part == Part::commandName) {

@@ -5,8 +5,8 @@
 
 #include "words/Detector.h"
 
-/// What is different about words of a command line. Nothing is on a desktop that knows of none. Main
-/// thread.
+/// What is different about words of a command line. Nothing is on a desktop that knows of none.
+/// Main thread.
 namespace tessarok::commandWords {
 
 /// Whether a word stays as typed, though it would be converted in a text: names of programs and

@@ -14,11 +14,22 @@ namespace {
 using Part = platform::TextContext::Part;
 
 /// The words behind which another command may stand.
-constexpr std::array<std::u32string_view, 27> kStarters = {
-    U"sudo",  U"doas",  U"env",     U"time",    U"nohup", U"exec",   U"xargs",
-    U"nice",  U"ionice", U"command", U"builtin", U"watch", U"which",  U"type",
-    U"man",   U"if",    U"then",    U"else",    U"elif",  U"while",  U"until",
-    U"do",    U"!",     U"{",       U"strace",  U"setsid", U"whereis"};
+constexpr auto kStarters = std::to_array<std::u32string_view>(
+    {U"sudo", U"doas",   U"env",     U"time",    U"nohup",  U"exec",  U"xargs",
+     U"nice", U"ionice", U"command", U"builtin", U"watch",  U"which", U"type",
+     U"if",   U"then",   U"else",    U"elif",    U"while",  U"until", U"do",
+     U"!",    U"{",      U"strace",  U"setsid",  U"whereis"});
+
+/// The programs whose arguments are names of programs and of packages.
+constexpr auto kInstallers = std::to_array<std::u32string_view>(
+    {U"apt",    U"apt-get", U"apt-cache", U"aptitude", U"dpkg",    U"dnf",       U"yum",  U"pacman",
+     U"zypper", U"apk",     U"brew",      U"snap",     U"flatpak", U"pip",       U"pip3", U"pipx",
+     U"npm",    U"yarn",    U"pnpm",      U"cargo",    U"gem",     U"nix-shell", U"man",  U"tldr"});
+
+template <typename Words>
+bool contains(const Words& words, std::u32string_view word) {
+  return std::find(words.begin(), words.end(), word) != words.end();
+}
 
 bool isSpace(char32_t character) {
   return character == U' ' || character == U'\t';
@@ -42,7 +53,9 @@ class Reader {
 
   [[nodiscard]] CommandLineEnd end() const {
     if (quote_ != 0 || isComment_) return {Part::text, quote_};
-    return {awaitsCommand_ ? Part::commandName : Part::commandArgument, 0};
+    if (word_.starts_with(U'-')) return {Part::commandOption, 0};
+    const bool isName = awaitsCommand_ || namesFollow_;
+    return {isName ? Part::commandName : Part::commandArgument, 0};
   }
 
  private:
@@ -71,11 +84,12 @@ class Reader {
       case U'`':
         word_.clear();
         awaitsCommand_ = true;
+        namesFollow_ = false;
         return;
       case U'<':
       case U'>':
         endWord();
-        awaitsCommand_ = false;
+        awaitsCommand_ = namesFollow_ = false;
         return;
       case U'#':
         if (word_.empty()) isComment_ = true;
@@ -92,12 +106,16 @@ class Reader {
     if (word_.empty()) return;
     // Options of a starter, and variables that are set for one command, come before the command.
     const bool isBefore = word_.front() == U'-' || word_.find(U'=') != std::u32string::npos ||
-                          std::find(kStarters.begin(), kStarters.end(), word_) != kStarters.end();
-    if (!isBefore) awaitsCommand_ = false;
+                          contains(kStarters, word_);
+    if (awaitsCommand_ && !isBefore) {
+      awaitsCommand_ = false;
+      namesFollow_ = contains(kInstallers, word_);
+    }
     word_.clear();
   }
 
   bool awaitsCommand_;
+  bool namesFollow_ = false;
   std::u32string word_;
   char32_t quote_ = 0;
   bool isEscaped_ = false;

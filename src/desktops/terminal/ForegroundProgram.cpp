@@ -24,14 +24,14 @@ std::string programOf(pid_t group) {
 }
 
 bool isShell(const std::string& program) {
-  return isOneOf(program, {"sh", "bash", "dash", "zsh", "fish", "ksh", "ksh93", "mksh", "tcsh", "csh",
-                           "ash", "busybox", "yash", "nu", "elvish", "xonsh", "osh"});
+  return isOneOf(program, {"sh", "bash", "dash", "zsh", "fish", "ksh", "ksh93", "mksh", "tcsh",
+                           "csh", "ash", "busybox", "yash", "nu", "elvish", "xonsh", "osh"});
 }
 
 bool mayHoldShell(const std::string& program) {
-  return isOneOf(program,
-                 {"ssh", "mosh-client", "docker", "podman", "kubectl", "lxc", "nsenter", "chroot",
-                  "script", "su", "sudo", "doas", "machinectl", "systemd-run", "tessarok", "toolbox"});
+  return isOneOf(program, {"ssh", "mosh-client", "docker", "podman", "kubectl", "lxc", "nsenter",
+                           "chroot", "script", "su", "sudo", "doas", "machinectl", "systemd-run",
+                           "tessarok", "toolbox"});
 }
 
 }  // namespace tessarok::terminal

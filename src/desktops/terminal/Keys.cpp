@@ -29,25 +29,11 @@ bool isReturn(const InputItem& item) {
          (item.kind == Kind::sequence && item.bytes == "\x1bOM");
 }
 
-bool isControlSpace(const InputItem& item) {
-  return item.kind == Kind::control && item.scalar == 0;
-}
-
-bool isAltSpace(const InputItem& item) {
-  return item.kind == Kind::meta && item.scalar == U' ';
-}
-
-/// Whether a key may end a word, or change it.
-bool mayRetype(const InputItem& item) {
-  if (item.kind == Kind::character) return !isLetterOrNumber(item);
-  return isReturn(item) || isAltSpace(item) || (item.kind == Kind::control && item.scalar == '\t');
-}
-
 /// Whether a key ends the line, whatever the program does with it: Return, and Control with C, D, Z
 /// or the backslash.
 bool endsLine(const InputItem& item) {
   if (item.kind == Kind::paste) return item.bytes.find_first_of("\r\n") != std::string_view::npos;
-  if (isReturn(item)) return true;
+  if (isReturn(item) || item.bytes == "\x1b[13u") return true;
   constexpr std::u32string_view kEnds = U"\x03\x04\x1a\x1c";
   return item.kind == Kind::control && kEnds.find(item.scalar) != std::u32string_view::npos;
 }
@@ -86,6 +72,7 @@ Keys::Keys(TerminalDesktop& desktop, const Pty& pty, ProgramOutput& output,
       pty_(pty),
       output_(output),
       toProgram_(toProgram),
+      hotKeys_([this](std::string_view key) { return desktop_.userDefaults().string(key); }),
       outer_(desktop.inputSources()),
       line_(output.screen()) {
   desktop_.eventTaps().setDelivery([this](const TerminalEvent& event) { deliver(event); });
@@ -93,6 +80,13 @@ Keys::Keys(TerminalDesktop& desktop, const Pty& pty, ProgramOutput& output,
 }
 
 // What the program shows.
+
+/// Whether a key may end a word, or change it.
+bool Keys::mayRetype(const InputItem& item) const {
+  if (item.kind == Kind::character) return !isLetterOrNumber(item);
+  return isReturn(item) || (item.kind == Kind::control && item.scalar == '\t') ||
+         hotKeys_.of(item).key == HotKeys::Key::manual;
+}
 
 bool Keys::needsEchoFirst(const InputItem& item) {
   if (!mayRetype(item) || line_.isHidden() || line_.isShown() || !line_.hasUnshownLetters()) {
@@ -239,7 +233,7 @@ void Keys::pressHidden(const InputItem& item, const PtyModes* modes) {
   untranslated_.clear();
   line_.hide();
   // They belong to this program, and would be part of a password.
-  if (isControlSpace(item) || isAltSpace(item)) return;
+  if (hotKeys_.of(item).key != HotKeys::Key::none) return;
   if (modes != nullptr && !modes->isSecret() && endsLine(item)) {
     reader_.read(item, *modes, event_);
   } else {
@@ -250,7 +244,9 @@ void Keys::pressHidden(const InputItem& item, const PtyModes* modes) {
 }
 
 void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
-  if (isControlSpace(item)) return pressControlSpace();
+  if (const auto press = hotKeys_.of(item); press.key != HotKeys::Key::none) {
+    return pressHotKey(press);
+  }
   if (modes.isUnedited()) return pressUnknown(item);
   if (item.kind == Kind::character) {
     outer_.note(item.scalar);
@@ -263,16 +259,33 @@ void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
     expectsEcho_ = true;
   }
   reader_.read(item, modes, event_);
+  const bool isMeta = item.kind == Kind::meta && event_.code == keyCodes::space;
+  if (isMeta || (event_.code == keyCodes::grave && !hotKeys_.pausesWithGrave())) {
+    // Left to the program.
+    event_.code = OuterLayout::kNoKey;
+  }
   send();
   followLine(item, modes);
 }
 
-void Keys::pressControlSpace() {
+void Keys::pressHotKey(HotKeys::Press press) {
+  if (press.phase == HotKeys::Phase::release) return;
   // The tap sees it, as it sees the desktop's own shortcut; the program does not.
-  KeyReader::readUnknown(event_);
-  event_.become(keyCodes::space, platform::eventFlags::control);
+  const bool isManual = press.key == HotKeys::Key::manual;
+  event_.become(keyCodes::space,
+                isManual ? platform::eventFlags::option : platform::eventFlags::control);
+  event_.autorepeat = press.phase == HotKeys::Phase::repeat;
   send();
+  event_.autorepeat = false;
+  if (!isManual && press.phase == HotKeys::Phase::press) toggleLayout();
+}
+
+void Keys::toggleLayout() {
   outer_.toggle();
+}
+
+bool Keys::typesRussian() const {
+  return !output_.isAlternateScreen() && desktop_.inputSources().isRussian();
 }
 
 void Keys::pressUnknown(const InputItem& item) {
@@ -305,7 +318,7 @@ bool Keys::pressQuote(const InputItem& item) {
 }
 
 void Keys::followLine(const InputItem& item, const PtyModes& modes) {
-  if (item.kind == Kind::character || isAltSpace(item)) return;
+  if (item.kind == Kind::character) return;
   if (item.kind == Kind::control && item.bytes.front() == modes.erase()) {
     if (!untranslated_.empty()) untranslated_.pop_back();
     return;

@@ -6,6 +6,7 @@
 #include <sys/types.h>
 
 #include "desktops/posix/WriteQueue.h"
+#include "desktops/terminal/HotKeys.h"
 #include "desktops/terminal/InputItem.h"
 #include "desktops/terminal/KeyReader.h"
 #include "desktops/terminal/OuterLayout.h"
@@ -49,6 +50,11 @@ class Keys final {
   [[nodiscard]] bool seemsEchoed() const { return line_.seemsShown(); }
   void settle();
 
+  /// The person asks for the other layout, by a key or a command.
+  void toggleLayout();
+  /// The own layout types Russian into the program that reads the keys.
+  [[nodiscard]] bool typesRussian() const;
+
  private:
   /// How the program reads its terminal, as far as one way ends a line that was typed for another.
   enum class Reading { unknown, lines, secretLines, keys, unedited };
@@ -64,7 +70,8 @@ class Keys final {
   void endLine();
   void pressHidden(const InputItem& item, const PtyModes* modes);
   void pressKey(const InputItem& item, const PtyModes& modes);
-  void pressControlSpace();
+  void pressHotKey(HotKeys::Press press);
+  [[nodiscard]] bool mayRetype(const InputItem& item) const;
   void pressUnknown(const InputItem& item);
   void pressAsItCame(const InputItem& item);
   [[nodiscard]] bool pressQuote(const InputItem& item);
@@ -79,6 +86,7 @@ class Keys final {
   const Pty& pty_;
   ProgramOutput& output_;
   posix::WriteQueue& toProgram_;
+  HotKeys hotKeys_;
   OuterLayout outer_;
   KeyReader reader_{outer_};
   TypedLine line_;

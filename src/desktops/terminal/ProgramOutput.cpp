@@ -16,7 +16,10 @@ constexpr char kSubstitute = '\x1a';
 /// Sequences with more than that set no mode that matters.
 constexpr std::size_t kMaxParameters = 64;
 /// The beginning of a string tells what it is about.
-constexpr std::size_t kMaxString = 16;
+constexpr std::size_t kMaxString = 32;
+/// More requests at once than anybody makes.
+constexpr std::size_t kMaxRequests = 16;
+constexpr std::string_view kRequest = "]7717;";
 constexpr std::size_t kLongestCharacter = 4;
 constexpr char32_t kReplacement = U'\uFFFD';
 
@@ -182,6 +185,9 @@ void ProgramOutput::feedString(char byte) {
 
 void ProgramOutput::endString() {
   if (marksPrompt(string_)) sawPrompt_ = true;
+  if (string_.starts_with(kRequest) && requests_.size() < kMaxRequests) {
+    requests_.push_back(string_.substr(kRequest.size()));
+  }
 }
 
 void ProgramOutput::endSequence(char final) {

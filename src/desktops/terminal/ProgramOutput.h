@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "desktops/terminal/Screen.h"
 
@@ -25,6 +26,13 @@ class ProgramOutput final {
   /// Whether the cursor has been moved to some place of the screen since this was asked last, as
   /// programs do that fill the screen, and line editors do not.
   [[nodiscard]] bool takeAddressing() { return std::exchange(sawAddressing_, false); }
+
+  /// Between two characters and outside of any sequence, so that something else may be written.
+  [[nodiscard]] bool isBetweenCharacters() const {
+    return state_ == State::text && character_.empty();
+  }
+  /// What a program asks of this one by a sequence of its own ("ESC ] 7717 ; … BEL"), oldest first.
+  [[nodiscard]] std::vector<std::string> takeRequests() { return std::exchange(requests_, {}); }
 
   [[nodiscard]] Screen& screen() { return screen_; }
 
@@ -50,6 +58,7 @@ class ProgramOutput final {
   std::string string_;
   /// Bytes of a character of which more are to come.
   std::string character_;
+  std::vector<std::string> requests_;
   bool alternateScreen_ = false;
   bool wantsBrackets_ = false;
   bool sawPrompt_ = false;

@@ -26,6 +26,9 @@ class Pty final {
   [[nodiscard]] static std::variant<Pty, Failure> start(const std::vector<std::string>& command,
                                                         termios settings, const winsize& size);
 
+  /// Makes this process the program, without a terminal of its own; returns only when it cannot.
+  [[nodiscard]] static Failure become(const std::vector<std::string>& command);
+
   /// What the program writes is read here, and what is written here the program reads; without
   /// waiting.
   [[nodiscard]] int descriptor() const { return descriptor_.get(); }

@@ -63,7 +63,8 @@ TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer,
           [this](short) { flushScreen(); }),
       toProgram_(pty.descriptor()),
       toScreen_(outer.output()),
-      keys_(desktop, pty, output_, toProgram_) {
+      keys_(desktop, pty, output_, toProgram_),
+      sign_([&desktop](std::string_view key) { return desktop.userDefaults().string(key); }) {
   auto& loop = desktop_.runLoop();
   loop.add(signals_);
   loop.add(program_);
@@ -143,6 +144,7 @@ void TerminalSession::end(int exitStatus) {
 }
 
 void TerminalSession::tidyScreen() {
+  toScreen_.add(sign_.show(LayoutSign::State::english));
   const bool isLeft = output_.isAlternateScreen();
   if (isLeft || isUntidy_) {
     toScreen_.add(isLeft ? kTidyScreen : kTidyScreen.substr(kLeaveAlternateScreen));
@@ -197,6 +199,7 @@ void TerminalSession::serveInput() {
     }
   }
   flushToProgram();
+  flushScreen();
   if (!isDrained_) return;
   burstUntil_ = desktop_.clock().uptime() + kBurstGap;
   if (decoder_.isWaiting()) waitForRest();
@@ -263,6 +266,7 @@ void TerminalSession::serveProgram(short events) {
   static_cast<void>(readProgram());
   flushScreen();
   keys_.noteOutput();
+  answerRequests();
   flushToProgram();
   if (!held_) return;
   if (keys_.isEchoComplete()) {
@@ -297,7 +301,34 @@ bool TerminalSession::readProgram() {
   return true;
 }
 
+void TerminalSession::showLayout() {
+  // What the program writes must not be torn apart.
+  if (!output_.isBetweenCharacters()) return;
+  auto state = LayoutSign::State::english;
+  if (!desktop_.statusBar().works()) {
+    state = LayoutSign::State::off;
+  } else if (keys_.typesRussian()) {
+    state = LayoutSign::State::russian;
+  }
+  toScreen_.add(sign_.show(state));
+}
+
+void TerminalSession::answerRequests() {
+  for (const auto& request : output_.takeRequests()) {
+    auto& bar = desktop_.statusBar();
+    if (request == "on" || request == "off") bar.setEnabled(request == "on");
+    if (request == "layout") keys_.toggleLayout();
+    // The answer tells nothing of what was typed.
+    const bool isKnown =
+        request == "on" || request == "off" || request == "layout" || request == "status";
+    if (!isKnown) continue;
+    toProgram_.add(std::string("\x1b]7717;tessarok;") + (bar.isEnabled() ? "on" : "off") + ";" +
+                   (desktop_.inputSources().isRussian() ? "ru" : "en") + "\x1b\\");
+  }
+}
+
 void TerminalSession::flushScreen() {
+  showLayout();
   if (!toScreen_.flush()) handleSignal(SIGHUP);
 }
 
