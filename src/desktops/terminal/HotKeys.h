@@ -9,8 +9,9 @@
 
 namespace tessarok::terminal {
 
-/// The keys that are this program's, in every form in which terminals send them. Each can be left to
-/// the programs, because Alt+Space is a window's menu and Control+Space a mark in many. Main thread.
+/// The keys that are this program's, in every form in which terminals send them. Each can be left
+/// to the programs, because Alt+Space is a window's menu and Control+Space a mark in many. Main
+/// thread.
 class HotKeys final {
  public:
   enum class Key { none, manual, layout };

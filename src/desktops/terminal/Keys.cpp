@@ -244,10 +244,11 @@ void Keys::pressHidden(const InputItem& item, const PtyModes* modes) {
 }
 
 void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
-  if (const auto press = hotKeys_.of(item); press.key != HotKeys::Key::none) {
-    return pressHotKey(press);
-  }
+  const auto press = hotKeys_.of(item);
+  if (press.key == HotKeys::Key::layout) return pressHotKey(press);
+  // Nothing can be taken back there, by hand neither.
   if (modes.isUnedited()) return pressUnknown(item);
+  if (press.key == HotKeys::Key::manual) return pressHotKey(press);
   if (item.kind == Kind::character) {
     outer_.note(item.scalar);
     if (goesAsItCame(modes)) return pressAsItCame(item);

@@ -12,9 +12,9 @@ namespace {
 
 /// How the names of terminals begin that know the colour of a cursor (OSC 12, and 112 to have it
 /// back) and keep a title (CSI 22 and 23 t).
-constexpr auto kKnowing = std::to_array<std::string_view>(
-    {"xterm", "rxvt", "alacritty", "foot", "wezterm", "contour", "ghostty", "konsole", "gnome", "vte",
-     "st-", "tmux"});
+constexpr auto kKnowing =
+    std::to_array<std::string_view>({"xterm", "rxvt", "alacritty", "foot", "wezterm", "contour",
+                                     "ghostty", "konsole", "gnome", "vte", "st-", "tmux"});
 
 constexpr std::string_view kRussianCursor = "\x1b]12;#e05030\a";
 constexpr std::string_view kOffCursor = "\x1b]12;#808080\a";

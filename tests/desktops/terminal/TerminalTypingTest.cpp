@@ -125,6 +125,47 @@ TEST_F(TypingIntoBash, APasteWithBracketsIsNotTyped) {
   EXPECT_TRUE(user_.sees("\rghbdtn vbh\r\n")) << user_.screen();
 }
 
+TEST_F(TypingIntoBash, NamesOfCommandsStay) {
+  user_.type("jq() { echo called $1; }; clear\r");
+  ASSERT_TRUE(user_.sees("ready> "));
+  user_.type("jq jq\r");
+  EXPECT_TRUE(user_.sees("called jq")) << user_.screen();
+  user_.type("echo \"ghbdtn vbh\"\r");
+  EXPECT_TRUE(user_.sees("\rпривет мир\r\n")) << user_.screen();
+}
+
+TEST_F(TypingIntoBash, ThePersonsLayoutIsInForceWhenTheLineIsShown) {
+  user_.type(std::string("\0", 1));
+  user_.type("vbh");
+  EXPECT_TRUE(user_.sees("мир")) << user_.screen();
+}
+
+TEST_F(TypingIntoBash, SwitchesOffAndOnInBand) {
+  user_.type("printf '\\033]7717;off\\a'; read -rd \\\\ a; echo \"${a#*tessarok}\"\r");
+  ASSERT_TRUE(user_.sees(";off;en")) << user_.screen();
+  user_.type("echo ghbdtn vbh\r");
+  EXPECT_TRUE(user_.sees("\rghbdtn vbh\r\n")) << user_.screen();
+  user_.type("printf '\\033]7717;on\\a'; read -rd \\\\ a; echo \"${a#*tessarok}\"\r");
+  ASSERT_TRUE(user_.sees(";on;en")) << user_.screen();
+  user_.type("echo ghbdtn vbh\r");
+  EXPECT_TRUE(user_.sees("\rпривет мир\r\n")) << user_.screen();
+}
+
+TEST_F(TypingIntoBash, TheCursorShowsTheLayout) {
+  user_.type("echo ghbdtn ");
+  EXPECT_TRUE(user_.sees("\x1b]12;")) << user_.screen();
+  user_.type("\r");
+  EXPECT_TRUE(user_.sees("\x1b]112\a")) << user_.screen();
+}
+
+TEST(Nested, ASecondOneRunsTheProgramAsItIs) {
+  UserAtTerminal user({TESSAROK_PROGRAM, "terminal", "--", "sh", "-c", "echo started; cat"});
+  ASSERT_TRUE(user.sees("this terminal is corrected already; sh runs in it as it is"));
+  ASSERT_TRUE(user.sees("started"));
+  user.type("ghbdtn vbh\r");
+  EXPECT_TRUE(user.sees("\r\nпривет мир\r\n")) << user.screen();
+}
+
 /// Runs a prompt that prints "ready" and then, in brackets, what it was given.
 void expectUntouched(const std::string& prompt, std::string_view keys, std::string_view answer) {
   UserAtTerminal user({"sh", "-c", prompt});
