@@ -11,7 +11,7 @@ THOROUGH_TESTS := ^(Crash|LockRace|Property)\.|^(RenderedList\.FollowsEveryChang
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-apps test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app install clean mutate faults
+.PHONY: help run build data test test-apps test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app install clean mutate faults soak
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -66,6 +66,9 @@ faults: build ## Make every call of the system fail in turn, and look at what is
 	@cmake --build --preset release --target tessarok_faults tessarok_x11_tests
 	@tests/fault/check-faults --all $(BUILD)/tests/fault/libtessarok_faults.so $(BUILD)/tessarok tests/data
 	@TESSAROK_ALL_FAULTS=1 $(BUILD)/tests/desktops/x11/tessarok_x11_tests --gtest_filter='*Faults.*'
+
+soak: build ## Eight hours of typing with the faults of a day, on the virtual desktop
+	@tests/system/check-soak --hours 8 $(BUILD)/tessarok tests/data
 
 mutate: build ## Make 100 mistakes in the corrector, one at a time, and see that the tests notice
 	@scripts/install-packages test

@@ -6,7 +6,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace tessarok;
   static fuzz::FuzzDesktop desktop;
   desktop.files().clear();
-  desktop.files().put(rejectsFile(), "cgfcb,j\t2\n");
-  fuzz::checkLearning(desktop, std::string(fuzz::textOf(data, size)), ignoredFile());
+  desktop.files().put(UserDict::directory() / "rejects.txt", "cgfcb,j\t2\n");
+  fuzz::checkLearning(desktop, std::string(fuzz::textOf(data, size)),
+                      UserDict::directory() / "ignored.txt");
   return 0;
 }

@@ -9,6 +9,7 @@
 #include "Check.h"
 #include "FuzzDesktop.h"
 #include "Input.h"
+#include "words/UserDict.h"
 
 namespace tessarok::fuzz {
 
@@ -24,14 +25,14 @@ inline Learned loadLearned() {
   // Its parts refer to each other: it cannot be assigned.
   std::destroy_at(&state());
   std::construct_at(&state());
-  IgnoreList::load(true);
+  IgnoreList::load(IgnoreList::Recovery::onDisk);
   IgnoreList::flush();
   for (const auto& word : IgnoreList::words())
     check(!word.empty() && text::normalizedWord(word) == word, "a word is kept as looked up");
   for (const auto& [word, count] : IgnoreList::rejectCounts()) {
     check(!word.empty() && text::normalizedWord(word) == word, "a word is counted as looked up");
-    check(count >= 1 && count <= kPromotionThreshold, "counts are 1 to 3");
-    check((count == kPromotionThreshold) == IgnoreList::words().contains(word),
+    check(count >= 1 && count <= LearnedLists::kPromotionThreshold, "counts are 1 to 3");
+    check((count == LearnedLists::kPromotionThreshold) == IgnoreList::words().contains(word),
           "a word is on the list when its count says so");
   }
   return {IgnoreList::words(), IgnoreList::rejectCounts()};
@@ -62,7 +63,8 @@ inline void checkLearning(FuzzDesktop& desktop, const std::string& text,
   check(after.counts == pending, "the counts read again are those that were written");
   // What was read is cut when a rejection is counted, and one of a word on the list is not.
   const bool isCounted = !before.words.contains("руддщ");
-  check(!isCounted || pending.size() <= kPendingCap, "the number of counts is bounded");
+  check(!isCounted || pending.size() <= LearnedLists::kPendingCap,
+        "the number of counts is bounded");
 }
 
 }  // namespace tessarok::fuzz

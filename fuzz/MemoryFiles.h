@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/Files.h"
 
@@ -45,6 +46,15 @@ class MemoryFiles final : public platform::Files {
     if (!found && error != nullptr) *error = "there is no such file";
     return found;
   }
+  std::vector<std::string> list(const std::filesystem::path& folder) override {
+    const std::lock_guard lock(mutex_);
+    std::vector<std::string> names;
+    for (const auto& [name, file] : files_) {
+      const std::filesystem::path path(name);
+      if (path.parent_path() == folder) names.push_back(path.filename().string());
+    }
+    return names;
+  }
   std::unique_ptr<platform::MappedFile> map(const std::filesystem::path& file) override {
     auto found = text(file);
     return found ? std::make_unique<Copy>(std::move(*found)) : nullptr;
@@ -56,6 +66,11 @@ class MemoryFiles final : public platform::Files {
                                              std::string_view text) override {
     put(file, std::string(text));
     return std::nullopt;
+  }
+  bool remove(const std::filesystem::path& file) override {
+    const std::lock_guard lock(mutex_);
+    files_.erase(file.string());
+    return true;
   }
   void removeLeftovers(const std::filesystem::path&) override {}
   void appendToLog(const std::filesystem::path&, std::string_view, std::uint64_t) override {}

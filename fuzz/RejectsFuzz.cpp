@@ -6,7 +6,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace tessarok;
   static fuzz::FuzzDesktop desktop;
   desktop.files().clear();
-  desktop.files().put(ignoredFile(), "vjcrdf\n");
-  fuzz::checkLearning(desktop, std::string(fuzz::textOf(data, size)), rejectsFile());
+  desktop.files().put(UserDict::directory() / "ignored.txt", "vjcrdf\n");
+  fuzz::checkLearning(desktop, std::string(fuzz::textOf(data, size)),
+                      UserDict::directory() / "rejects.txt");
   return 0;
 }

@@ -25,6 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto manualKey = settings.string("manualKey");
   const bool isRefused = !log.take().empty();
   settings.setBoolean("pack.gaming", true);
+  settings.flush();
   fuzz::check(settings.boolean("pack.gaming") == true, "a change is in force at once");
   if (isRefused) {
     fuzz::check(files.text(kFile) == text, "a file that is not understood is never written");

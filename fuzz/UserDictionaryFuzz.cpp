@@ -3,6 +3,7 @@
 #include "FuzzDesktop.h"
 #include "Input.h"
 #include "WordList.h"
+#include "words/UserDict.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tessarok;
@@ -12,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto before = UserDict::words();
   UserDict::reloadIfChanged();
   fuzz::checkListedWords(UserDict::words());
-  const auto& expected = text::isValidUtf8(text) ? UserDict::parse(text) : before;
+  const auto& expected = text::isValidUtf8(text) ? WordList::parse(text).toSet() : before;
   fuzz::check(UserDict::words() == expected, "an unreadable file changes nothing");
   UserDict::seedIfMissing();
   fuzz::check(desktop.files().text(UserDict::fileURL()) == text, "the file is never written");

@@ -67,13 +67,14 @@ class CommandLine {
  private:
   void addType() {
     auto* type = app_.add_subcommand("type", "type a text and print the screen");
+    addNoLists(*type);
     type->add_option("--from", from_, "the layout selected at the start")
         ->check(CLI::IsMember({"en", "ru"}))
         ->type_name("en|ru");
     type->add_option("TEXT", words_, "what to type; standard input without it");
     type->callback([this] {
       command_ = [this] {
-        TypeOptions options;
+        TypeOptions options{.lists = lists()};
         if (!from_.empty()) options.from = from_ == "ru" ? Language::russian : Language::english;
         if (!words_.empty()) options.text = joined(words_);
         return runType(options_, options);
@@ -84,16 +85,27 @@ class CommandLine {
   void addExplain() {
     auto* explain = app_.add_subcommand("explain", "say what is decided for a word, and why");
     explain->add_flag("--json", explain_.json, "one JSON object a word");
-    explain->add_flag("--no-lists", explain_.noLists,
-                      "without the user dictionary, the learned lists and the packs");
+    addNoLists(*explain);
     explain->add_option("--ru-streak", explain_.ruStreak, "Russian words before it")
         ->type_name("N");
     explain->add_option("--en-streak", explain_.enStreak, "English words before it")
         ->type_name("N");
     explain->add_option("WORD", explain_.words, "words, or - for standard input, one a line")
         ->required();
-    explain->callback([this] { command_ = [this] { return runExplain(options_, explain_); }; });
+    explain->callback([this] {
+      command_ = [this] {
+        explain_.lists = lists();
+        return runExplain(options_, explain_);
+      };
+    });
   }
+
+  void addNoLists(CLI::App& command) {
+    command.add_flag("--no-lists", noLists_,
+                     "without your dictionary, the learned lists and the packs, which count else");
+  }
+
+  [[nodiscard]] Lists lists() const { return noLists_ ? Lists::none : Lists::persons; }
 
   void addReplay() {
     auto* replay = app_.add_subcommand("replay", "run a script on the virtual desktop");
@@ -156,6 +168,7 @@ class CommandLine {
   CLI::App app_{"Puts words right that were typed in the wrong keyboard layout.", "tessarok"};
   Options options_;
   std::function<int()> command_;
+  bool noLists_ = false;
   std::string from_;
   std::vector<std::string> words_;
   ExplainOptions explain_;

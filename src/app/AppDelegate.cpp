@@ -3,13 +3,13 @@
 #include "app/AppDelegate.h"
 
 #include <string>
-#include <variant>
 
 #include "platform/Desktop.h"
 #include "typing/InputSource.h"
 #include "typing/KeyTap.h"
 #include "words/BuiltinPacks.h"
 #include "words/Dict.h"
+#include "words/FolderLock.h"
 #include "words/IgnoreList.h"
 #include "words/Proto.h"
 #include "words/ShortFreq.h"
@@ -49,39 +49,8 @@ bool goesFirst(const platform::RunningApplication& other,
   return other.processIdentifier < self.processIdentifier;
 }
 
-/// Held by the one copy that may run.
-constexpr const char* kInstanceLock = "instance.lock";
-/// Held by the copy that writes what is learned, when it is one of many. Hidden, because people
-/// look into this folder.
-constexpr const char* kLearningLock = ".learning.lock";
-
 void log(const std::string& message) {
   platform::desktop().systemLog().write("Tessarok: " + message);
-}
-
-std::string lockFailureMessage(const platform::FileLockFailure& failure) {
-  using Reason = platform::FileLockFailure::Reason;
-  const auto number = " (errno " + std::to_string(failure.number) + ")";
-  if (failure.reason == Reason::cannotOpen) return "could not open instance lock" + number;
-  if (failure.reason == Reason::heldByAnother) return "another instance is already running";
-  return "could not acquire instance lock" + number;
-}
-
-/// Locks a file of the per-user folder, which is made where it is missing. Absent when `lock` is
-/// held now, else why it is not.
-std::optional<std::string> acquireLock(const char* name,
-                                       std::unique_ptr<platform::FileLock>& lock) {
-  auto& files = platform::desktop().files();
-  const auto folder = UserDict::directory();
-  if (const auto error = files.createDirectories(folder)) {
-    return "could not create instance lock directory: " + *error;
-  }
-  auto result = files.lockExclusively(folder / name);
-  if (const auto* failure = std::get_if<platform::FileLockFailure>(&result)) {
-    return lockFailureMessage(*failure);
-  }
-  lock = std::move(std::get<std::unique_ptr<platform::FileLock>>(result));
-  return std::nullopt;
 }
 
 }  // namespace
@@ -120,24 +89,18 @@ void AppDelegate::applicationWillTerminate() {
   inputSourceObservers_.clear();
   KeyTap::shared().onPauseChange = nullptr;
   KeyTap::shared().stop();
-  IgnoreList::flush();
-  learningLock_.reset();
+  UserDict::stop();
+  // Before the lock of the whole desktop: who takes that finds the files written.
+  IgnoreList::leave();
   instanceLock_.reset();
 }
 
 bool AppDelegate::mayRun() {
-  if (instances_ == Instances::onlyOne) {
-    if (olderInstanceRuns()) return false;
-    if (const auto obstacle = acquireInstanceLock()) {
-      log(*obstacle);
-      return false;
-    }
-  }
-  if (const auto obstacle = claimLearning()) {
-    log(*obstacle + "; what is learned here stays in memory");
-    IgnoreList::keepInMemory();
-  }
-  return true;
+  if (instances_ == Instances::many) return true;
+  if (olderInstanceRuns()) return false;
+  const auto obstacle = FolderLock::acquire(FolderLock::kInstance, instanceLock_);
+  if (obstacle) log(obstacle->message);
+  return !obstacle;
 }
 
 bool AppDelegate::olderInstanceRuns() const {
@@ -151,28 +114,10 @@ bool AppDelegate::olderInstanceRuns() const {
   return false;
 }
 
-std::optional<std::string> AppDelegate::acquireInstanceLock() {
-  return acquireLock(kInstanceLock, instanceLock_);
-}
-
-std::optional<std::string> AppDelegate::claimLearning() {
-  auto& files = platform::desktop().files();
-  if (instances_ == Instances::onlyOne) {
-    // Only copies that may be many make this file: without it there is none to share with.
-    if (!files.exists(UserDict::directory() / kLearningLock)) return std::nullopt;
-    return acquireLock(kLearningLock, learningLock_);
-  }
-  // First the own lock, then the look at the other one: of two that start at once, each in its
-  // own order, one at least sees the other.
-  if (auto obstacle = acquireLock(kLearningLock, learningLock_)) return obstacle;
-  if (!files.isLockedByAnother(UserDict::directory() / kInstanceLock)) return std::nullopt;
-  learningLock_.reset();
-  return lockFailureMessage({.reason = platform::FileLockFailure::Reason::heldByAnother});
-}
-
 void AppDelegate::loadPersistentData() {
-  platform::desktop().files().removeLeftovers(UserDict::directory());
-  IgnoreList::load(true);
+  using Company = IgnoreList::Company;
+  IgnoreList::join(instances_ == Instances::many ? Company::many : Company::onlyOne);
+  IgnoreList::load(IgnoreList::Recovery::onDisk);
   UserDict::seedIfMissing();
   UserDict::reload();
   BuiltinPacks::rebuild();
@@ -226,6 +171,8 @@ void AppDelegate::startTap() {
 
 void AppDelegate::tick() {
   UserDict::reloadIfChanged();
+  IgnoreList::tick();
+  if (Dict::noticeChanges()) updateIcon();
   if (InputSource::refreshKeyboardTypeIfNeeded()) {
     KeyTap::shared().invalidateInputSourceContext(WordState::ArmedRejection::keepBetweenWords);
     updateIcon();

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
-#include <string>
 #include <vector>
 
 #include "platform/FileLock.h"
@@ -22,7 +20,7 @@ class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
     /// Only one copy may run: two taps would fix every word twice.
     onlyOne,
     /// Any number may run, each with keys of its own, and beside the one of the other kind. One
-    /// of them all writes what is learned, the others keep it in memory.
+    /// of them all writes what is learned, the others hand it over.
     many,
   };
 
@@ -41,10 +39,6 @@ class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
 
  private:
   [[nodiscard]] bool olderInstanceRuns() const;
-  /// Why the lock could not be had; absent when it is held now.
-  [[nodiscard]] std::optional<std::string> acquireInstanceLock();
-  /// Why another copy writes what is learned; absent when this one does.
-  [[nodiscard]] std::optional<std::string> claimLearning();
   [[nodiscard]] bool mayRun();
   void loadPersistentData();
   void warmUp();
@@ -73,7 +67,6 @@ class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
   std::unique_ptr<platform::Timer> retryTimer_;
   /// Null when the lock is not held.
   std::unique_ptr<platform::FileLock> instanceLock_;
-  std::unique_ptr<platform::FileLock> learningLock_;
   std::vector<std::unique_ptr<platform::Observation>> workspaceObservers_;
   std::vector<std::unique_ptr<platform::Observation>> inputSourceObservers_;
 };

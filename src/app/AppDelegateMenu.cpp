@@ -136,8 +136,7 @@ void AppDelegate::togglePack(MenuItem& sender) {
 
 void AppDelegate::openDictionary() {
   UserDict::seedIfMissing();
-  UserDict::reload();
-  platform::desktop().workspace().openFile(UserDict::fileURL());
+  UserDict::reload([] { platform::desktop().workspace().openFile(UserDict::fileURL()); });
 }
 
 void AppDelegate::openSettings() {

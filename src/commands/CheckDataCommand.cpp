@@ -13,11 +13,18 @@
 #include "words/Proto.h"
 #include "words/ResourceLocator.h"
 #include "words/ShortFreq.h"
-#include "words/UserDict.h"
+#include "words/WordLines.h"
+#include "words/WordList.h"
 
 namespace tessarok::commands {
 
 namespace {
+
+/// The program reads lists with the mark; in data that a tool has made it is a mistake.
+std::optional<DataFault> findMark(std::string_view data) {
+  if (!data.starts_with(WordLines::kByteOrderMark)) return std::nullopt;
+  return DataFault{1, "the file begins with a byte-order mark"};
+}
 
 /// The line of the first byte that is not UTF-8; absent when there is none.
 std::optional<DataFault> findBadEncoding(std::string_view data) {
@@ -49,7 +56,8 @@ class Checker {
     // As the program itself takes the largest of them; there is no limit to their size.
     const auto file = platform::desktop().files().map(*location);
     if (!file) return report(location->string(), {0, reasonNotToRead(*location)});
-    auto fault = findBadEncoding(file->bytes());
+    auto fault = findMark(file->bytes());
+    if (!fault) fault = findBadEncoding(file->bytes());
     if (!fault) fault = findFault(file->bytes());
     if (fault) return report(location->string(), *fault);
     std::cout << location->string() << ": good\n";
@@ -68,7 +76,7 @@ class Checker {
 };
 
 std::optional<DataFault> findPackFault(std::string_view data) {
-  if (UserDict::parse(data).empty()) return DataFault{0, "the file holds no word"};
+  if (WordList::parse(data).empty()) return DataFault{0, "the file holds no word"};
   return std::nullopt;
 }
 

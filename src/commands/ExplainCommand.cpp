@@ -7,12 +7,14 @@
 
 #include "commands/Input.h"
 #include "commands/WordData.h"
-#include "desktops/terminal/TerminalDesktop.h"
+#include "desktops/virtual/TemporaryDirectory.h"
+#include "desktops/virtual/VirtualDesktop.h"
 #include "text/Text.h"
 #include "words/BuiltinPacks.h"
 #include "words/Detector.h"
 #include "words/IgnoreList.h"
 #include "words/LayoutMap.h"
+#include "words/ListQueue.h"
 #include "words/Proto.h"
 #include "words/UserDict.h"
 
@@ -104,21 +106,29 @@ void explainAll(std::string_view lines, const ExplainOptions& options) {
   }
 }
 
-void loadLists() {
-  IgnoreList::load(false);
+/// As the program loads them when it starts.
+void loadLists(virtualdesktop::VirtualDesktop& desktop) {
+  IgnoreList::load(IgnoreList::Recovery::inMemory);
+  UserDict::seedIfMissing();
   UserDict::reload();
   BuiltinPacks::rebuild();
+  IgnoreList::flush();
+  ListQueue::drain();
+  for (const auto& message : desktop.systemLog().take())
+    std::cerr << message << '\n';
 }
 
 }  // namespace
 
 int runExplain(const Options& options, const ExplainOptions& explain) {
-  // The desktop of this terminal knows the person's lists and switches; no key is watched.
-  terminal::TerminalDesktop desktop(options.resources);
+  // The person's lists and switches are copied as `type` does it; no key is watched.
+  const virtualdesktop::TemporaryDirectory home;
+  virtualdesktop::VirtualDesktop desktop(home.path(), options.resources);
   platform::setDesktop(desktop);
-  requireWordData(explain.noLists ? Packs::unused : Packs::needed);
+  requireWordData(explain.lists == Lists::none ? Packs::unused : Packs::needed);
   Proto::load();
-  if (!explain.noLists) loadLists();
+  copyLists(desktop, explain.lists);
+  loadLists(desktop);
   std::ios::sync_with_stdio(false);
   if (explain.words == std::vector<std::string>{"-"}) {
     explainAll(readStandardInput(), explain);

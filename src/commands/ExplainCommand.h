@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "commands/Options.h"
+#include "commands/PersonsLists.h"
 
 namespace tessarok::commands {
 
@@ -12,8 +13,7 @@ namespace tessarok::commands {
 struct ExplainOptions {
   /// One JSON object a word instead of text.
   bool json = false;
-  /// Leave the person's lists and the packs out.
-  bool noLists = false;
+  Lists lists = Lists::persons;
   /// Lengths of the runs of Russian and of English words before the word.
   std::int64_t ruStreak = 0;
   std::int64_t enStreak = 0;

@@ -1,12 +1,17 @@
 #include "commands/TerminalCommand.h"
 
+#include <chrono>
 #include <cstdlib>
+#include <future>
 #include <iostream>
+#include <memory>
 #include <variant>
 
 #include "app/Corrector.h"
 #include "commands/CommandError.h"
 #include "desktops/posix/PersonsEnvironment.h"
+#include "desktops/posix/ThreadQueue.h"
+#include "desktops/posix/WriteSignals.h"
 #include "desktops/terminal/LoginShell.h"
 #include "desktops/terminal/OuterTerminal.h"
 #include "desktops/terminal/Pty.h"
@@ -42,12 +47,43 @@ int runPlainly(const std::vector<std::string>& command) {
   return failure.exitStatus;
 }
 
+/// How long keys may wait for the person's settings to be read before they go without correction
+/// for the time being.
+constexpr auto kSettingsPatience = std::chrono::milliseconds(200);
+
+/// Launches a corrector as soon as the settings are known. Keys do not wait for a slow disk.
+class Start final {
+ public:
+  Start(TerminalDesktop& desktop, Corrector& corrector) : desktop_(desktop), corrector_(corrector) {
+    auto prepared = std::make_shared<std::promise<void>>();
+    const auto isPrepared = prepared->get_future();
+    queue_.async([&desktop, prepared] {
+      desktop.userDefaults().prepare();
+      prepared->set_value();
+    });
+    if (isPrepared.wait_for(kSettingsPatience) == std::future_status::ready) {
+      launch();
+    } else {
+      queue_.async([this] { desktop_.runLoop().async([this] { launch(); }); });
+    }
+  }
+
+ private:
+  void launch() {
+    corrector_.launch();
+    warnIfDataIsMissing(desktop_);
+  }
+
+  TerminalDesktop& desktop_;
+  Corrector& corrector_;
+  posix::ThreadQueue queue_;
+};
+
 int correct(const Options& options, OuterTerminal& outer, Pty& pty) {
   TerminalDesktop desktop(options.resources);
   platform::setDesktop(desktop);
   Corrector corrector(AppDelegate::Instances::many);
-  corrector.launch();
-  warnIfDataIsMissing(desktop);
+  Start start(desktop, corrector);
   TerminalSession session(desktop, outer, pty);
   return session.run();
 }
@@ -63,6 +99,7 @@ int runTerminal(const Options& options, const TerminalOptions& terminal) {
   const auto command =
       terminal.command.empty() ? std::vector{terminal::loginShell()} : terminal.command;
   if (posix::personsVariable(kNested).value_or("") != "") return runPlainly(command);
+  posix::ignoreWriteSignals();
   OuterTerminal outer;
   ::setenv(kNested, "1", 1);
   // Started before the corrector, whose threads a new process would not have.

@@ -30,10 +30,6 @@ Language languageAtStart(std::string_view text) {
   return Language::english;
 }
 
-const KeyTable& tableOf(Language language) {
-  return language == Language::russian ? KeyTable::russian() : KeyTable::english();
-}
-
 /// Types the Characters of a text, each on the keyboard that it belongs to: letters on that of
 /// their alphabet, everything else on that of the letters before it.
 class Typist {
@@ -56,8 +52,8 @@ class Typist {
   [[nodiscard]] std::optional<KeyTable::Stroke> strokeFor(std::string_view character) const {
     const auto scalar = text::singleScalar(character);
     if (!scalar) return std::nullopt;
-    const auto stroke = tableOf(language_).strokeFor(*scalar);
-    return stroke ? stroke : tableOf(other(language_)).strokeFor(*scalar);
+    const auto stroke = KeyTable::of(language_).strokeFor(*scalar);
+    return stroke ? stroke : KeyTable::of(other(language_)).strokeFor(*scalar);
   }
 
   VirtualDesktop& desktop_;
@@ -71,8 +67,9 @@ int runType(const Options& options, const TypeOptions& type) {
   requireUtf8(text, "the text");
   const auto start = type.from.value_or(languageAtStart(text));
   virtualdesktop::Session session(std::nullopt, options.resources);
-  requireWordData(Packs::needed);
+  requireWordData(type.lists == Lists::none ? Packs::unused : Packs::needed);
   auto& desktop = session.desktop();
+  copyLists(desktop, type.lists);
   desktop.inputSources().setCurrent(start == Language::russian ? kRussianLayout : kEnglishLayout);
   session.launch();
   for (const auto& message : desktop.systemLog().take())

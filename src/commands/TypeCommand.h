@@ -4,6 +4,7 @@
 #include <string>
 
 #include "commands/Options.h"
+#include "commands/PersonsLists.h"
 #include "words/Language.h"
 
 namespace tessarok::commands {
@@ -12,6 +13,7 @@ namespace tessarok::commands {
 struct TypeOptions {
   /// Whose layout is selected at the start; absent: that of the first letter.
   std::optional<Language> from;
+  Lists lists = Lists::persons;
   /// Absent for standard input.
   std::optional<std::string> text;
 };

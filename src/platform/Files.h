@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/FileLock.h"
 #include "platform/FileStamp.h"
@@ -20,8 +21,8 @@ class Files {
   virtual ~Files() = default;
 
   /// A larger file is not read whole; what is read is lists of words, and a file of this size in
-  /// their place is a mistake that would fill the memory. In bytes: 64 MiB.
-  static constexpr std::uint64_t kMostRead = std::uint64_t{64} * 1024 * 1024;
+  /// their place is a mistake that would fill the memory. In bytes: 1 GiB.
+  static constexpr std::uint64_t kMostRead = std::uint64_t{1024} * 1024 * 1024;
 
   [[nodiscard]] virtual std::filesystem::path homeDirectory() = 0;
   /// The folder that holds every program's own data of this person; absent when unknown.
@@ -36,24 +37,31 @@ class Files {
   /// reason in `error` when that is given.
   [[nodiscard]] virtual std::optional<std::string> read(const std::filesystem::path& file,
                                                         std::string* error = nullptr) = 0;
+  /// The names in a folder, in no order; those that could be read.
+  [[nodiscard]] virtual std::vector<std::string> list(const std::filesystem::path& folder) = 0;
   /// Null when the file cannot be opened or mapped.
   [[nodiscard]] virtual std::unique_ptr<MappedFile> map(const std::filesystem::path& file) = 0;
 
-  /// Creates a folder with all folders above it; absent on success, else the reason.
+  /// Creates a folder with all folders above it, with default permissions; absent on success, else
+  /// the reason.
   [[nodiscard]] virtual std::optional<std::string> createDirectories(
       const std::filesystem::path& folder) = 0;
   /// Replaces the file's content at once: a reader, or the next start after a crash, finds the
   /// old or the new text, never half of one. Absent on success, else the reason.
   [[nodiscard]] virtual std::optional<std::string> writeAtomically(
       const std::filesystem::path& file, std::string_view text) = 0;
-  /// Removes what writes that were cut off, by a crash or a power failure, have left in a folder
-  /// of this program. Failures are ignored.
+  /// Removes a file, a link itself rather than what is at its end; whether it is gone now.
+  [[nodiscard]] virtual bool remove(const std::filesystem::path& file) = 0;
+  /// Removes what writes of this program that were cut off, by a crash or a power failure, have
+  /// left in a folder, and nothing else. Failures are ignored.
   virtual void removeLeftovers(const std::filesystem::path& folder) = 0;
-  /// Adds to the end of a log file, creating it when it is missing and emptying it first when it
-  /// is longer than `restartAbove` bytes. No link is followed. Failures are ignored.
+  /// Adds to the end of a log file, creating it with default permissions when it is missing and
+  /// emptying it first when it is longer than `restartAbove` bytes. The path is taken as given: it
+  /// may be a link, a device or a pipe. Failures are ignored.
   virtual void appendToLog(const std::filesystem::path& file, std::string_view text,
                            std::uint64_t restartAbove) = 0;
-  /// Opens a file, creating it for its owner alone, and locks it without waiting.
+  /// Opens a file, creating it for its owner alone, and locks it without waiting. Nothing is
+  /// written into it: it may be a link to another.
   [[nodiscard]] virtual FileLockResult lockExclusively(const std::filesystem::path& file) = 0;
   /// Whether another process holds the lock on a file. Asking takes nothing, so it never makes
   /// another start fail.

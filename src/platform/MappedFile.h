@@ -4,7 +4,9 @@
 
 namespace tessarok::platform {
 
-/// A file's bytes, mapped into memory rather than copied, for as long as the object lives.
+/// A file's bytes, mapped into memory rather than copied, for as long as the object lives. Whoever
+/// replaces the file by a new one under its name changes nothing here. Written to in place it
+/// changes under the reader, who goes on without harm, and can ask.
 class MappedFile {
  public:
   MappedFile() = default;
@@ -12,6 +14,12 @@ class MappedFile {
   MappedFile& operator=(const MappedFile&) = delete;
   virtual ~MappedFile() = default;
   [[nodiscard]] virtual std::string_view bytes() const = 0;
+  /// Whether something was read that the file no longer has; line feeds stand in its place. Costs
+  /// nothing. Any thread.
+  [[nodiscard]] virtual bool hasLostPart() const { return false; }
+  /// Whether the file is, as far as its length and date tell, still as it was mapped. Asks the
+  /// system. Any thread.
+  [[nodiscard]] virtual bool isUnchanged() const { return true; }
 };
 
 }  // namespace tessarok::platform

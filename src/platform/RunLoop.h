@@ -8,11 +8,11 @@
 
 namespace tessarok::platform {
 
-/// The main thread's loop. All calls come from the main thread.
+/// The main thread's loop. All calls but `async` come from the main thread.
 class RunLoop {
  public:
   virtual ~RunLoop() = default;
-  /// Runs `work` on a later turn of the loop.
+  /// Runs `work` on the main thread, on a later turn of the loop. From any thread.
   virtual void async(std::function<void()> work) = 0;
   /// Runs `work` once, `seconds` of uptime from now.
   virtual void after(double seconds, std::function<void()> work) = 0;

@@ -63,6 +63,8 @@ class Characters {
 [[nodiscard]] bool isLowercase(std::string_view character);
 /// A letter that is a single scalar below 128.
 [[nodiscard]] bool isAsciiLetter(std::string_view character);
+/// General category Cc, judged by the first scalar.
+[[nodiscard]] bool isControl(std::string_view character);
 /// Control characters, white space and line breaks.
 [[nodiscard]] bool isControlOrSpace(char32_t scalar);
 /// The columns that a scalar takes in a terminal: 0, 1 or 2.

@@ -150,7 +150,7 @@ class KeyTap final : public std::enable_shared_from_this<KeyTap> {
   bool handleText(const KeyPress& key);
   void handleEmptyPayload();
   static void noteUnusablePayload(std::size_t units);
-  bool handlePunctuation(std::string_view character, std::size_t units);
+  bool handlePunctuation(platform::Event* event, std::string_view character, std::size_t units);
   void handleWordCharacter(std::string_view character, std::size_t units);
   void swallowKeyUpOf(KeyCode keyCode) { swallowedKeyUps_.insert(keyCode); }
 

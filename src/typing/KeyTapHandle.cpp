@@ -263,7 +263,7 @@ bool KeyTap::handleText(const KeyPress& key) {
     isWordCharacter(text::lastCharacter(typed)) ? word_.forget() : resetWord();
     return false;
   }
-  if (!isWordCharacter(typed)) return handlePunctuation(typed, length);
+  if (!isWordCharacter(typed)) return handlePunctuation(key.event, typed, length);
   handleWordCharacter(typed, length);
   return false;
 }
@@ -283,9 +283,13 @@ void KeyTap::noteUnusablePayload(std::size_t units) {
   });
 }
 
-bool KeyTap::handlePunctuation(std::string_view character, std::size_t units) {
-  const bool fixed = evaluateAndFix({character});
-  if (character == "\n" || character == "\t" || units > 1) {
+bool KeyTap::handlePunctuation(Event* event, std::string_view character, std::size_t units) {
+  const bool endsLine = character == "\n" || character == "\t";
+  // A key that types nothing, such as F5, may carry a control character all the same: what the
+  // person wants is the key.
+  const bool isKey = !endsLine && text::isControl(character);
+  const bool fixed = evaluateAndFix({character, isKey ? event : nullptr});
+  if (endsLine || isKey || units > 1) {
     resetWord();
   } else {
     word_.clearBuffer();

@@ -1,21 +1,32 @@
 #include "words/BuiltinPacks.h"
 
+#include <atomic>
+#include <filesystem>
 #include <map>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "platform/Desktop.h"
 #include "text/Text.h"
+#include "words/ClearedFlag.h"
+#include "words/ListQueue.h"
+#include "words/Published.h"
 #include "words/ResourceLocator.h"
-#include "words/UserDict.h"
+#include "words/WordList.h"
 
 namespace tessarok {
 
 namespace {
 
 struct State {
-  WordSet words;
-  /// By pack identifier; only packs whose file was read.
+  Published<WordList> words;
+  /// By pack identifier; only packs whose file was read. The queue's.
   std::map<std::string, WordSet> packWords;
+  /// The first words have been asked for and are not there.
+  std::atomic<bool> isLoading = false;
+  /// The main thread's.
+  bool wasAsked = false;
 };
 
 State& state() {
@@ -23,15 +34,20 @@ State& state() {
   return instance;
 }
 
-std::optional<WordSet> readPack(const BuiltinPacks::Pack& pack) {
-  const auto location = ResourceLocator::url(pack.resource);
-  if (!location) return std::nullopt;
-  const auto text = platform::desktop().files().read(*location);
+/// A pack that counts, and where its file is. The bundle may be asked on the main thread only.
+struct Enabled {
+  std::string id;
+  std::optional<std::filesystem::path> location;
+};
+
+std::optional<WordSet> readPack(const Enabled& pack) {
+  if (!pack.location) return std::nullopt;
+  const auto text = platform::desktop().files().read(*pack.location);
   if (!text || !text::isValidUtf8(*text)) return std::nullopt;
-  return UserDict::parse(*text);
+  return WordList::parse(*text).toSet();
 }
 
-const WordSet* wordsOf(const BuiltinPacks::Pack& pack) {
+const WordSet* wordsOf(const Enabled& pack) {
   auto& cache = state().packWords;
   if (const auto found = cache.find(pack.id); found != cache.end()) return &found->second;
   auto words = readPack(pack);
@@ -58,17 +74,34 @@ bool BuiltinPacks::isEnabled(const Pack& pack) {
   return platform::desktop().userDefaults().boolean(defaultsKey(pack)).value_or(pack.defaultOn);
 }
 
-const WordSet& BuiltinPacks::words() {
-  return state().words;
+bool BuiltinPacks::contains(std::string_view word) {
+  return state().words.value().contains(word);
+}
+
+bool BuiltinPacks::isLoading() {
+  return state().isLoading;
+}
+
+WordSet BuiltinPacks::words() {
+  ListQueue::drain();
+  return state().words.value().toSet();
 }
 
 void BuiltinPacks::rebuild() {
-  WordSet words;
-  for (const auto& pack : all()) {
-    if (!isEnabled(pack)) continue;
-    if (const auto* packWords = wordsOf(pack)) words.insert(packWords->begin(), packWords->end());
+  auto& all = state();
+  if (!std::exchange(all.wasAsked, true)) all.isLoading = true;
+  std::vector<Enabled> enabled;
+  for (const auto& pack : BuiltinPacks::all()) {
+    if (isEnabled(pack)) enabled.push_back({pack.id, ResourceLocator::url(pack.resource)});
   }
-  state().words = std::move(words);
+  ListQueue::async([&all, enabled = std::move(enabled)] {
+    const ClearedFlag done(all.isLoading);
+    WordSet words;
+    for (const auto& pack : enabled) {
+      if (const auto* added = wordsOf(pack)) words.insert(added->begin(), added->end());
+    }
+    all.words.publish(WordList::of(words));
+  });
 }
 
 }  // namespace tessarok

@@ -6,6 +6,7 @@
 #include "text/Text.h"
 #include "words/BuiltinPacks.h"
 #include "words/Dict.h"
+#include "words/ExcludingList.h"
 #include "words/IgnoreList.h"
 #include "words/LayoutMap.h"
 #include "words/Letters.h"
@@ -246,7 +247,9 @@ std::optional<Decision> decideCore(std::string_view word, std::string_view lower
 
 bool isListed(std::string_view lower, const Context& context) {
   if (!Detector::isExcluded(lower)) return false;
-  context.note("\"", lower, "\" is on a list of words that are never corrected");
+  if (context.trace == nullptr) return true;
+  const auto list = excludingListOf(text::composed(lower)).value_or("unknown");
+  context.note("\"", lower, "\" is on a list of words that are never corrected: ", list);
   return true;
 }
 
@@ -274,10 +277,11 @@ const char* Detector::name(Confidence confidence) {
 
 bool Detector::isExcluded(std::string_view lower) {
   const auto isListedAs = [](std::string_view word) {
-    return blacklist().contains(word) || IgnoreList::words().contains(word) ||
-           IgnoreList::sessionWords().contains(word) || UserDict::words().contains(word) ||
-           BuiltinPacks::words().contains(word);
+    return blacklist().contains(word) || IgnoreList::contains(word) || UserDict::contains(word) ||
+           BuiltinPacks::contains(word);
   };
+  // Any word may be on a list that a slow disk has not given yet.
+  if (IgnoreList::isLoading() || UserDict::isLoading() || BuiltinPacks::isLoading()) return true;
   if (text::isSurelyComposed(lower)) return isListedAs(lower);
   return isListedAs(text::composed(lower));
 }
@@ -289,7 +293,7 @@ std::optional<Decision> Detector::decide(std::string_view word, std::int64_t str
     context.note("the keyboard layouts could not be read");
     return std::nullopt;
   }
-  if (!Dict::en().isAvailable() || !Dict::ru().isAvailable()) {
+  if (!Dict::areAvailable()) {
     context.note("a dictionary is missing");
     return std::nullopt;
   }
@@ -308,6 +312,8 @@ std::optional<Decision> Detector::decide(std::string_view word, std::int64_t str
     decision = decideCore(word, lower, context);
     if (decision) decision->trim = trim;
   }
+  // What a dictionary did not know because it went meanwhile is no reason to convert.
+  if (!Dict::areAvailable()) return std::nullopt;
   return decision;
 }
 

@@ -12,4 +12,10 @@ const DictFile& Dict::ru() {
   return dictionary;
 }
 
+bool Dict::noticeChanges() {
+  const bool english = en().noticeChange();
+  const bool russian = ru().noticeChange();
+  return english || russian;
+}
+
 }  // namespace tessarok

@@ -14,6 +14,9 @@ class Dict {
   [[nodiscard]] static const DictFile& of(Language language) {
     return language == Language::russian ? ru() : en();
   }
+  [[nodiscard]] static bool areAvailable() { return en().isAvailable() && ru().isAvailable(); }
+  /// Looks whether a file was written to in place. True when one is unavailable since just now.
+  static bool noticeChanges();
 };
 
 }  // namespace tessarok

@@ -107,11 +107,12 @@ std::size_t lineNumber(std::string_view data, std::size_t start) {
 
 }  // namespace
 
-DictFile::DictFile(const std::string& resource) {
+DictFile::DictFile(const std::string& resource) : resource_(resource) {
   const auto location = ResourceLocator::url(resource);
   if (!location) return;
   auto file = platform::desktop().files().map(*location);
   if (!file) return;
+  // Cut short meanwhile, it has an empty line.
   if (findFault(file->bytes(), languageOf(resource))) {
     platform::desktop().systemLog().write("Tessarok: invalid dictionary resource " + resource +
                                           "; automatic layout correction disabled");
@@ -124,8 +125,18 @@ bool DictFile::isAvailable() const {
   return !data().empty();
 }
 
+bool DictFile::noticeChange() const {
+  if (!file_ || isChanged_.load() || file_->isUnchanged()) return false;
+  isChanged_.store(true);
+  platform::desktop().systemLog().write("Tessarok: " + resource_ +
+                                        ".txt was changed while in use; automatic layout "
+                                        "correction disabled until the next start");
+  return true;
+}
+
 std::string_view DictFile::data() const {
-  return file_ ? file_->bytes() : std::string_view();
+  const bool isUsable = file_ && !isChanged_.load() && !file_->hasLostPart();
+  return isUsable ? file_->bytes() : std::string_view();
 }
 
 Language DictFile::languageOf(std::string_view resource) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,7 +13,8 @@
 namespace tessarok {
 
 /// One word list, mapped into memory and searched in place: UTF-8, one lower-case word a line,
-/// lines in the order of their bytes. Immutable; may be read from any thread.
+/// lines in the order of their bytes. May be read from any thread. It never changes, but for one
+/// thing: when somebody writes to the file in place it is unavailable from then on.
 class DictFile {
  public:
   /// Locates, maps and validates `resource`. An unusable file leaves the dictionary unavailable;
@@ -21,6 +23,9 @@ class DictFile {
 
   /// Whether there is a list that could be read and is valid.
   [[nodiscard]] bool isAvailable() const;
+  /// Looks whether the file was written to in place since it was validated. True when that is news,
+  /// which is said in the system log.
+  bool noticeChange() const;
   /// Whether `word` is one whole line, byte for byte. False when unavailable.
   [[nodiscard]] bool contains(std::string_view word) const;
   /// The whole list; empty when unavailable.
@@ -32,7 +37,10 @@ class DictFile {
   [[nodiscard]] static Language languageOf(std::string_view resource);
 
  private:
+  std::string resource_;
   std::unique_ptr<platform::MappedFile> file_;
+  /// Set once, by whoever notices.
+  mutable std::atomic<bool> isChanged_{false};
 };
 
 }  // namespace tessarok

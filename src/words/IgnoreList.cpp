@@ -1,50 +1,32 @@
 #include "words/IgnoreList.h"
 
-#include <algorithm>
-#include <charconv>
-#include <filesystem>
-#include <optional>
-#include <set>
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <new>
 #include <utility>
-#include <vector>
 
 #include "platform/Desktop.h"
-#include "text/CheckedArithmetic.h"
 #include "text/Text.h"
-#include "words/RenderedList.h"
-#include "words/UserDict.h"
-#include "words/WordLines.h"
+#include "words/ClearedFlag.h"
+#include "words/LearnedFiles.h"
+#include "words/Published.h"
+#include "words/WordList.h"
 
 namespace tessarok {
 
 namespace {
 
-/// The rejection that makes a word permanent; stored counts never exceed it.
-constexpr std::int64_t kPromotionThreshold = 3;
-/// So many words with fewer rejections are kept, so that the file stays small for ever.
-constexpr std::size_t kPendingCap = 500;
-
-void appendWord(const std::string& word, std::string& text) {
-  text.append(word);
-}
-
-void appendReject(const IgnoreList::Counts::value_type& reject, std::string& text) {
-  text.append(reject.first).push_back('\t');
-  text.append(std::to_string(reject.second));
-}
-
 struct State {
-  WordSet words;
-  WordSet sessionWords;
-  IgnoreList::Counts rejectCounts;
-  /// The words of `rejectCounts` that are not promoted, those to be forgotten first at the front.
-  std::set<std::pair<std::int64_t, std::string>> pending;
-  RenderedList<WordSet> ignoredLines{words, &appendWord};
-  RenderedList<IgnoreList::Counts> rejectsLines{rejectCounts, &appendReject};
-  /// Files that exist but could not be read: never written in this run.
-  std::set<std::filesystem::path> protectedFiles;
-  bool loaded = false;
-  bool inMemoryOnly = false;
+  /// The permanent list as it was when it was read, or when many words came at once.
+  Published<WordList> listed;
+  /// What was learned since the program started, permanent or not.
+  WordSet learned;
+  /// The queue's.
+  LearnedFiles files;
+  std::atomic<bool> isLoading = false;
+  std::atomic<bool> isTicking = false;
+  bool wasLoaded = false;
 };
 
 State& state() {
@@ -58,183 +40,100 @@ platform::SerialQueue& persistenceQueue() {
   return *queue;
 }
 
-std::filesystem::path ignoredFile() {
-  return UserDict::directory() / "ignored.txt";
+/// Nothing that a job does may end the program: without memory a word is not learned.
+void onQueue(std::function<void(LearnedFiles&)> job) {
+  persistenceQueue().async([job = std::move(job)] {
+    try {
+      job(state().files);
+    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): see above
+    }
+  });
 }
 
-std::filesystem::path rejectsFile() {
-  return UserDict::directory() / "rejects.txt";
+void publish(const LearnedFiles& files) {
+  state().listed.publish(WordList::of(files.lists().words()));
 }
 
-std::optional<std::string> read(const std::filesystem::path& file) {
-  auto& desktop = platform::desktop();
-  std::string error;
-  auto text = desktop.files().read(file, &error);
-  if (text && text::isValidUtf8(*text)) return text;
-  if (!text && !desktop.files().exists(file)) return std::nullopt;
-  if (text) error = "the file is not valid UTF-8";
-  state().protectedFiles.insert(file);
-  desktop.systemLog().write("Tessarok: preserving unreadable " + file.filename().string() +
-                            "; learning stays in memory: " + error);
-  return std::nullopt;
-}
-
-void save(const std::filesystem::path& file, const std::string& text) {
-  auto& desktop = platform::desktop();
-  // A folder that cannot be made shows when the file is written.
-  static_cast<void>(desktop.files().createDirectories(file.parent_path()));
-  const auto error = desktop.files().writeAtomically(file, text);
-  if (!error) return;
-  desktop.systemLog().write("Tessarok: could not save " + file.filename().string() + ": " + *error);
-}
-
-template <typename Lines>
-void write(const Lines& lines, const std::filesystem::path& file) {
-  if (state().inMemoryOnly || state().protectedFiles.contains(file)) return;
-  persistenceQueue().async([now = lines.snapshot(), file] { save(file, now.text()); });
-}
-
-void persist() {
-  write(state().ignoredLines, ignoredFile());
-}
-
-/// Forgets the words with the fewest rejections beyond the cap.
-void prunePending() {
-  auto& all = state();
-  while (all.pending.size() > kPendingCap) {
-    const auto word = all.pending.extract(all.pending.begin()).value().second;
-    all.rejectCounts.erase(word);
-    all.rejectsLines.render(word);
-  }
-}
-
-void persistRejects() {
-  prunePending();
-  write(state().rejectsLines, rejectsFile());
-}
-
-/// Counts one rejection; the new count.
-std::int64_t countRejection(const std::string& word) {
-  auto& all = state();
-  auto& stored = all.rejectCounts[word];
-  const auto count = checkedAdd<std::int64_t>(stored, 1);
-  all.pending.erase({stored, word});
-  stored = std::min(count, kPromotionThreshold);
-  if (stored < kPromotionThreshold) all.pending.insert({stored, word});
-  all.rejectsLines.render(word);
-  return count;
-}
-
-/// A decimal number with an optional sign and nothing else; absent for anything that is not one
-/// or does not fit.
-std::optional<std::int64_t> parseCount(std::string_view text) {
-  if (text.starts_with('+')) {
-    text.remove_prefix(1);
-    if (text.starts_with('-')) return std::nullopt;
-  }
-  std::int64_t count = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return count;
-}
-
-/// The two fields of a trimmed line, or absent when there are not exactly two that are not empty.
-std::optional<std::pair<std::string_view, std::string_view>> fields(std::string_view line) {
-  std::vector<std::string_view> pieces;
-  while (true) {
-    const auto tab = line.find('\t');
-    if (tab != 0) pieces.push_back(line.substr(0, tab));
-    if (tab == std::string_view::npos) break;
-    line.remove_prefix(tab + 1);
-  }
-  if (pieces.size() != 2) return std::nullopt;
-  return std::pair(pieces[0], pieces[1]);
-}
-
-/// Takes one line of "rejects.txt" in; whether it brought back a promoted word.
-bool loadReject(std::string_view line) {
-  const auto pair = fields(line);
-  if (!pair) return false;
-  const auto count = parseCount(pair->second);
-  if (!count || *count < 1) return false;
-  auto word = text::normalizedWord(pair->first);
-  auto& all = state();
-  if (all.words.contains(word)) return false;
-  all.rejectCounts[word] = std::min(*count, kPromotionThreshold);
-  if (*count < kPromotionThreshold) return false;
-  all.words.insert(std::move(word));
-  return true;
-}
-
-/// Reads both files; whether that brought back a promoted word.
-bool loadFiles() {
-  if (const auto text = read(ignoredFile())) {
-    WordLines lines(*text, WordLines::Split::atLoneLf);
-    while (lines.next())
-      state().words.insert(text::normalizedWord(lines.line()));
-  }
-  const auto text = read(rejectsFile());
-  if (!text) return false;
-  bool recovered = false;
-  WordLines lines(*text, WordLines::Split::atLoneLf);
-  while (lines.next())
-    recovered = loadReject(lines.line()) || recovered;
-  return recovered;
+/// The lists as they are when everything that was asked for is done.
+const LearnedLists& settledLists() {
+  persistenceQueue().drain();
+  return state().files.lists();
 }
 
 }  // namespace
 
-const WordSet& IgnoreList::words() {
-  return state().words;
-}
-
-const WordSet& IgnoreList::sessionWords() {
-  return state().sessionWords;
-}
-
-const IgnoreList::Counts& IgnoreList::rejectCounts() {
-  return state().rejectCounts;
-}
-
-void IgnoreList::load(bool persistRecovered) {
+bool IgnoreList::contains(std::string_view word) {
   auto& all = state();
-  if (all.loaded) return;
-  all.loaded = true;
-  const bool recovered = loadFiles();
-  for (const auto& [word, count] : all.rejectCounts) {
-    if (count < kPromotionThreshold) all.pending.insert({count, word});
-  }
-  all.ignoredLines.renderAll();
-  all.rejectsLines.renderAll();
-  if (recovered && persistRecovered) persist();
+  return all.listed.value().contains(word) || all.learned.contains(word);
+}
+
+bool IgnoreList::isLoading() {
+  return state().isLoading;
+}
+
+WordSet IgnoreList::words() {
+  return settledLists().words();
+}
+
+WordSet IgnoreList::sessionWords() {
+  auto words = state().learned;
+  const auto& permanent = settledLists().words();
+  std::erase_if(words, [&](const auto& word) { return permanent.contains(word); });
+  return words;
+}
+
+IgnoreList::Counts IgnoreList::rejectCounts() {
+  return settledLists().counts();
+}
+
+void IgnoreList::join(Company company) {
+  onQueue([company](LearnedFiles& files) { files.join(company); });
+}
+
+void IgnoreList::load(Recovery recovery) {
+  auto& all = state();
+  if (std::exchange(all.wasLoaded, true)) return;
+  all.isLoading = true;
+  onQueue([&all, recovery](LearnedFiles& files) {
+    const ClearedFlag done(all.isLoading);
+    files.load(recovery);
+    publish(files);
+  });
 }
 
 void IgnoreList::recordRejection(std::string_view rejected) {
-  const auto word = text::normalizedWord(rejected);
+  auto word = text::normalizedWord(rejected);
   auto& all = state();
-  if (word.empty() || all.words.contains(word)) return;
-  if (countRejection(word) < kPromotionThreshold) {
-    all.sessionWords.insert(word);
-  } else {
-    all.sessionWords.erase(word);
-    add(word);
-  }
-  persistRejects();
+  if (word.empty() || all.listed.value().contains(word)) return;
+  all.learned.insert(word);
+  onQueue([word = std::move(word)](LearnedFiles& files) { files.reject(word); });
 }
 
 void IgnoreList::add(std::string_view added) {
-  const auto word = text::normalizedWord(added);
-  if (word.empty() || !state().words.insert(word).second) return;
-  state().ignoredLines.render(word);
-  persist();
+  auto word = text::normalizedWord(added);
+  if (word.empty()) return;
+  state().learned.insert(word);
+  onQueue([word = std::move(word)](LearnedFiles& files) { files.add(word); });
+}
+
+void IgnoreList::tick() {
+  auto& all = state();
+  // A slow disk is not asked again before it has answered.
+  if (all.isTicking.exchange(true)) return;
+  onQueue([&all](LearnedFiles& files) {
+    const ClearedFlag done(all.isTicking);
+    all.listed.forgetOld();
+    if (files.tick()) publish(files);
+  });
 }
 
 void IgnoreList::flush() {
   persistenceQueue().drain();
 }
 
-void IgnoreList::keepInMemory() {
-  state().inMemoryOnly = true;
+void IgnoreList::leave() {
+  onQueue([](LearnedFiles& files) { files.leave(); });
+  flush();
 }
 
 }  // namespace tessarok

@@ -1,14 +1,17 @@
 #include "words/UserDict.h"
 
-#include <algorithm>
-#include <iterator>
-#include <string>
+#include <atomic>
+#include <functional>
+#include <optional>
 #include <utility>
-#include <vector>
 
 #include "platform/Desktop.h"
+#include "platform/FileStamp.h"
 #include "text/Text.h"
-#include "words/WordLines.h"
+#include "words/ClearedFlag.h"
+#include "words/ListQueue.h"
+#include "words/Published.h"
+#include "words/WordList.h"
 
 namespace tessarok {
 
@@ -64,10 +67,16 @@ ssr
 csr)";
 
 struct State {
-  WordSet words;
+  Published<WordList> words;
+  /// The queue's.
   std::optional<platform::FileStamp> lastLoadedStamp;
-  /// Of a file that is too large, and was complained of.
-  std::optional<platform::FileStamp> refusedStamp;
+  /// The first load has been asked for and is not done.
+  std::atomic<bool> isLoading = false;
+  std::atomic<bool> isChecking = false;
+  /// No once the program ends: a large file must not keep it.
+  std::atomic<bool> isWanted = true;
+  /// The main thread's.
+  bool wasAsked = false;
 };
 
 State& state() {
@@ -79,17 +88,38 @@ std::optional<platform::FileStamp> fileStamp() {
   return platform::desktop().files().stamp(UserDict::fileURL());
 }
 
-void refuse(const platform::FileStamp& stamp) {
-  if (state().refusedStamp == stamp) return;
-  state().refusedStamp = stamp;
-  platform::desktop().systemLog().write(
-      "Tessarok: dictionary.txt is larger than 8 MiB; its words stay as they were");
+/// What is done on the queue.
+void load() {
+  const auto before = fileStamp();
+  if (!before) return;
+  const auto text = platform::desktop().files().read(UserDict::fileURL());
+  if (!text || !text::isValidUtf8(*text)) return;
+  // A file that changed while it was read is read again at the next check.
+  if (fileStamp() != before) return;
+  auto words = WordList::parse(*text, [] { return state().isWanted.load(); });
+  if (!state().isWanted) return;
+  state().words.publish(std::move(words));
+  state().lastLoadedStamp = before;
+}
+
+void loadIfChanged() {
+  state().words.forgetOld();
+  if (fileStamp() != state().lastLoadedStamp) load();
 }
 
 }  // namespace
 
-const WordSet& UserDict::words() {
-  return state().words;
+bool UserDict::contains(std::string_view word) {
+  return state().words.value().contains(word);
+}
+
+bool UserDict::isLoading() {
+  return state().isLoading;
+}
+
+WordSet UserDict::words() {
+  ListQueue::drain();
+  return state().words.value().toSet();
 }
 
 std::filesystem::path UserDict::directory() {
@@ -103,42 +133,40 @@ std::filesystem::path UserDict::fileURL() {
 }
 
 void UserDict::seedIfMissing() {
-  auto& files = platform::desktop().files();
-  const auto file = fileURL();
-  if (files.exists(file)) return;
-  // Without the file the program works all the same; the next start tries again.
-  static_cast<void>(files.createDirectories(file.parent_path()));
-  static_cast<void>(files.writeAtomically(file, kTemplate));
+  ListQueue::async([] {
+    auto& files = platform::desktop().files();
+    const auto file = fileURL();
+    if (files.exists(file)) return;
+    // Without the file the program works all the same; the next start tries again.
+    static_cast<void>(files.createDirectories(file.parent_path()));
+    static_cast<void>(files.writeAtomically(file, kTemplate));
+  });
 }
 
-void UserDict::reload() {
-  const auto before = fileStamp();
-  if (!before) return;
-  if (before->size > kMostBytes) return refuse(*before);
-  const auto text = platform::desktop().files().read(fileURL());
-  if (!text || !text::isValidUtf8(*text)) return;
-  // A file that changed while it was read is read again at the next check.
-  if (fileStamp() != before) return;
-  state().words = parse(*text);
-  state().lastLoadedStamp = before;
+void UserDict::reload(std::function<void()> then) {
+  auto& all = state();
+  if (!std::exchange(all.wasAsked, true)) all.isLoading = true;
+  all.isWanted = true;
+  ListQueue::async([&all, then = std::move(then)] {
+    const ClearedFlag done(all.isLoading);
+    if (then) platform::desktop().runLoop().async(then);
+    load();
+  });
 }
 
 void UserDict::reloadIfChanged() {
-  if (fileStamp() == state().lastLoadedStamp) return;
-  reload();
+  auto& all = state();
+  // A slow disk is not asked again before it has answered.
+  if (all.isChecking.exchange(true)) return;
+  ListQueue::async([&all] {
+    const ClearedFlag done(all.isChecking);
+    loadIfChanged();
+  });
 }
 
-WordSet UserDict::parse(std::string_view text) {
-  std::vector<std::string> words;
-  WordLines lines(text);
-  while (lines.next()) {
-    auto word = text::normalizedWord(lines.line());
-    if (word.front() == '#') continue;
-    words.push_back(std::move(word));
-  }
-  // A set takes words that are in order in half the time, sorting included.
-  std::sort(words.begin(), words.end());
-  return {std::make_move_iterator(words.begin()), std::make_move_iterator(words.end())};
+void UserDict::stop() {
+  state().isWanted = false;
+  ListQueue::drain();
 }
 
 }  // namespace tessarok

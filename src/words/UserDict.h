@@ -1,25 +1,26 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
-#include <optional>
+#include <functional>
 #include <string_view>
 
-#include "platform/FileStamp.h"
 #include "words/WordSet.h"
 
 namespace tessarok {
 
-/// The file that the person edits by hand: words that are never corrected. Main thread.
+/// The file that the person edits by hand: words that are never corrected. Main thread; the file
+/// is read on a serial queue, and meanwhile the words stay as they are.
 class UserDict {
  public:
   UserDict() = delete;
 
-  /// A larger file is not read: keys wait meanwhile. Half a million words are smaller. 8 MiB.
-  static constexpr std::uint64_t kMostBytes = std::uint64_t{8} * 1024 * 1024;
-
-  /// The words of the last successful load, normalised; empty before it.
-  [[nodiscard]] static const WordSet& words();
+  /// Whether a normalised word is one of the last successful load. Never waits.
+  [[nodiscard]] static bool contains(std::string_view word);
+  /// Whether the first load has been asked for and is not done: no word is known yet.
+  [[nodiscard]] static bool isLoading();
+  /// The words of the last successful load, normalised; empty before it. Waits for what was asked
+  /// for.
+  [[nodiscard]] static WordSet words();
   /// "dictionary.txt" in the per-user folder. Computed on every use.
   [[nodiscard]] static std::filesystem::path fileURL();
   /// The folder of this program's per-user files.
@@ -27,15 +28,14 @@ class UserDict {
 
   /// Writes the commented template when there is no file. An existing file is never touched.
   static void seedIfMissing();
-  /// Reads the file; on any failure the words stay as they were. Of a file that is too large the
-  /// system log tells, once for each state of it.
-  static void reload();
+  /// Reads the file; on any failure the words stay as they were. `then` is called on the main
+  /// thread once everything that was asked for before is done; it does not wait for the reading.
+  static void reload(std::function<void()> then = nullptr);
   /// Reads the file when its stamp is not that of the last successful load. One attribute query
   /// when nothing changed.
   static void reloadIfChanged();
-
-  /// The words of a list file: a line each, trimmed and lower-cased, "#" starts a comment line.
-  [[nodiscard]] static WordSet parse(std::string_view text);
+  /// Waits until nothing is read any more; a file that is being read is given up.
+  static void stop();
 };
 
 }  // namespace tessarok

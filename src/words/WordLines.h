@@ -6,7 +6,7 @@
 namespace tessarok {
 
 /// Walks over the lines of a text, split at LF, each trimmed of white space; lines that are empty
-/// then are passed over.
+/// then are passed over, and so is a byte-order mark at the start, which some editors leave there.
 class WordLines {
  public:
   /// What counts as a line break.
@@ -18,8 +18,12 @@ class WordLines {
     atLoneLf,
   };
 
+  static constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
   explicit WordLines(std::string_view text, Split split = Split::atEveryLf)
-      : rest_(text), split_(split) {}
+      : rest_(text), split_(split) {
+    if (rest_.starts_with(kByteOrderMark)) rest_.remove_prefix(kByteOrderMark.size());
+  }
 
   /// Moves to the next line that is not empty; false at the end of the text.
   bool next();

@@ -19,9 +19,6 @@ using testing::FakeDesktop;
 using testing::HandClock;
 using Log = std::vector<std::string>;
 
-constexpr const char* kKeptInMemory =
-    "Tessarok: another instance is already running; what is learned here stays in memory";
-
 /// A bar without symbols, without a place to draw, or without an item at all.
 class PlainBar final : public platform::StatusBar {
  public:
@@ -54,6 +51,22 @@ class PlainBar final : public platform::StatusBar {
 
 class AppDelegateTest : public ::testing::Test {
  protected:
+  void launch(AppDelegate::Instances instances) {
+    delegate = std::make_shared<AppDelegate>(instances);
+    delegate->applicationDidFinishLaunching();
+    desktop.base().endTurn();
+  }
+  /// Another copy of the kind of which there may be many, which writes what is learned.
+  platform::FileLockResult holdLearning() {
+    EXPECT_FALSE(desktop.files().createDirectories(desktop.folder()).has_value());
+    return desktop.files().lockExclusively(desktop.folder() / ".learning.lock");
+  }
+  [[nodiscard]] int filesHandedOver() const {
+    int count = 0;
+    for (const auto& entry : fs::directory_iterator(desktop.folder()))
+      count += entry.path().filename().string().starts_with(".learned-") ? 1 : 0;
+    return count;
+  }
   /// Whether the program survives its launch beside another instance.
   bool survives(const platform::RunningApplication& self,
                 const platform::RunningApplication& other) {
@@ -231,22 +244,36 @@ TEST_F(AppDelegateTest, AnAddedLayoutIsNoticedWithoutARestart) {
   EXPECT_EQ(desktop.base().statusBar().icon().symbol, "keyboard.badge.ellipsis");
 }
 
-TEST_F(AppDelegateTest, OfManyCopiesOneWritesWhatIsLearned) {
-  ASSERT_FALSE(desktop.files().createDirectories(desktop.folder()).has_value());
-  const auto held = desktop.files().lockExclusively(desktop.folder() / ".learning.lock");
-  delegate = std::make_shared<AppDelegate>(AppDelegate::Instances::many);
-  delegate->applicationDidFinishLaunching();
+TEST_F(AppDelegateTest, OfManyCopiesOneWritesAndAnotherHandsOver) {
+  const auto held = holdLearning();
+  launch(AppDelegate::Instances::many);
   EXPECT_FALSE(desktop.application().terminationRequested);
   EXPECT_TRUE(delegate->tapRunning());
-  EXPECT_EQ(desktop.systemLog().take(), Log{kKeptInMemory});
   IgnoreList::recordRejection("слово");
   delegate->applicationWillTerminate();
+  EXPECT_EQ(desktop.systemLog().take(), Log{});
   EXPECT_FALSE(fs::exists(desktop.folder() / "rejects.txt"));
+  EXPECT_EQ(filesHandedOver(), 1);
+}
+
+TEST_F(AppDelegateTest, TheNextCopyWritesWithinATickOfTheEndOfTheOneBefore) {
+  auto held = holdLearning();
+  launch(AppDelegate::Instances::many);
+  IgnoreList::recordRejection("слово");
+  desktop.runLoop().advance(2);
+  EXPECT_FALSE(fs::exists(desktop.folder() / "rejects.txt"));
+  held = platform::FileLockFailure{};
+  desktop.runLoop().advance(2);
+  EXPECT_EQ(testing::readFile(desktop.folder() / "rejects.txt"), "слово\t1\n");
+  EXPECT_EQ(filesHandedOver(), 0);
+  IgnoreList::recordRejection("слово");
+  desktop.base().endTurn();
+  EXPECT_EQ(testing::readFile(desktop.folder() / "rejects.txt"), "слово\t2\n");
+  EXPECT_EQ(desktop.systemLog().take(), Log{});
 }
 
 TEST_F(AppDelegateTest, TheFirstOfManyCopiesWrites) {
-  delegate = std::make_shared<AppDelegate>(AppDelegate::Instances::many);
-  delegate->applicationDidFinishLaunching();
+  launch(AppDelegate::Instances::many);
   EXPECT_EQ(desktop.systemLog().take(), Log{});
   IgnoreList::recordRejection("слово");
   delegate->applicationWillTerminate();
@@ -254,15 +281,14 @@ TEST_F(AppDelegateTest, TheFirstOfManyCopiesWrites) {
 }
 
 TEST_F(AppDelegateTest, TheOnlyCopyRunsBesideOneOfManyThatWrites) {
-  ASSERT_FALSE(desktop.files().createDirectories(desktop.folder()).has_value());
-  const auto held = desktop.files().lockExclusively(desktop.folder() / ".learning.lock");
-  delegate = std::make_shared<AppDelegate>(AppDelegate::Instances::onlyOne);
-  delegate->applicationDidFinishLaunching();
+  const auto held = holdLearning();
+  launch(AppDelegate::Instances::onlyOne);
   EXPECT_TRUE(delegate->tapRunning());
-  EXPECT_EQ(desktop.systemLog().take(), Log{kKeptInMemory});
   IgnoreList::recordRejection("слово");
   delegate->applicationWillTerminate();
+  EXPECT_EQ(desktop.systemLog().take(), Log{});
   EXPECT_FALSE(fs::exists(desktop.folder() / "rejects.txt"));
+  EXPECT_EQ(filesHandedOver(), 1);
 }
 
 TEST_F(AppDelegateTest, ACopyOfManyLeavesTheFilesToTheOnlyOne) {
@@ -270,14 +296,36 @@ TEST_F(AppDelegateTest, ACopyOfManyLeavesTheFilesToTheOnlyOne) {
                                desktop.files().homeDirectory().string()});
   ASSERT_TRUE(other.send("{\"print\": [\"tap\"]}\n"));
   ASSERT_TRUE(other.receive().has_value());
-  delegate = std::make_shared<AppDelegate>(AppDelegate::Instances::many);
-  delegate->applicationDidFinishLaunching();
+  launch(AppDelegate::Instances::many);
   EXPECT_TRUE(delegate->tapRunning());
-  EXPECT_EQ(desktop.systemLog().take(), Log{kKeptInMemory});
   IgnoreList::recordRejection("слово");
   delegate->applicationWillTerminate();
-  EXPECT_FALSE(fs::exists(desktop.folder() / "rejects.txt"));
+  EXPECT_EQ(desktop.systemLog().take(), Log{});
+  EXPECT_EQ(filesHandedOver(), 1);
+  // The other one counts it within a tick.
+  ASSERT_TRUE(other.send("{\"wait\": 2}\n{\"print\": [\"lists\"]}\n"));
+  const auto lists = other.receive();
+  ASSERT_TRUE(lists.has_value());
+  EXPECT_NE(lists->find("\"rejects\":{\"слово\":1}"), std::string::npos) << *lists;
+  EXPECT_EQ(testing::readFile(desktop.folder() / "rejects.txt"), "слово\t1\n");
+  EXPECT_EQ(filesHandedOver(), 0);
   EXPECT_EQ(other.finish(), 0);
+}
+
+TEST_F(AppDelegateTest, WithoutALockWhatIsLearnedStaysInMemoryAndIsSaid) {
+  desktop.files().lockFailure = {.reason = FileLockFailure::Reason::cannotLock, .number = ENOLCK};
+  launch(AppDelegate::Instances::many);
+  IgnoreList::recordRejection("слово");
+  desktop.runLoop().advance(2);
+  EXPECT_EQ(desktop.systemLog().take(),
+            Log{"Tessarok: could not acquire instance lock (errno " + std::to_string(ENOLCK) +
+                "); what is learned here stays in memory"});
+  EXPECT_EQ(filesHandedOver(), 0);
+  // Once it is to be had, nothing was lost.
+  desktop.files().lockFailure.reset();
+  desktop.runLoop().advance(2);
+  EXPECT_EQ(testing::readFile(desktop.folder() / "rejects.txt"), "слово\t1\n");
+  EXPECT_EQ(desktop.systemLog().take(), Log{});
 }
 
 TEST_F(AppDelegateTest, AChangeOfLayoutThatNobodyAnnouncedIsNoticedByTheTimer) {
@@ -370,6 +418,7 @@ TEST_F(AppDelegateTest, AMenuItemOfNoPackDoesNothing) {
 TEST_F(AppDelegateTest, TheMenuOpensTheDictionaryAndTheSettings) {
   delegate->applicationDidFinishLaunching();
   EXPECT_TRUE(desktop.base().statusBar().choose("Open User Dictionary…"));
+  desktop.base().endTurn();
   EXPECT_TRUE(desktop.base().statusBar().choose("Open Accessibility Settings…"));
   EXPECT_EQ(desktop.workspace().opened,
             (std::vector<std::string>{

@@ -12,7 +12,7 @@ CorpusReport report() {
   CorpusReport report;
   report.name = "ru";
   report.title = "Russian <texts>";
-  report.russian = true;
+  report.language = Language::russian;
   report.sentences = 4;
   report.words = 10'000;
   report.longWords = 1'000;

@@ -19,13 +19,14 @@ class CeilingDataTest : public ::testing::Test {
 };
 
 TEST_F(CeilingDataTest, HoldsEveryWordOfTheSentences) {
-  writeCeilingData({{"It's an XML-file.", false}}, false, directory_.path());
+  writeCeilingData({{"It's an XML-file.", Language::english}}, Language::english,
+                   directory_.path());
   EXPECT_EQ(contentOf("dict_en.txt"), "an\nfile\nit\nq\ns\nxml\n");
   EXPECT_EQ(contentOf("freq_short_en.txt"), "an\nit\nxml\n");
 }
 
 TEST_F(CeilingDataTest, HoldsTheRussianPairsThatAreAlwaysConverted) {
-  writeCeilingData({{"Если так", true}}, true, directory_.path());
+  writeCeilingData({{"Если так", Language::russian}}, Language::russian, directory_.path());
   EXPECT_NE(contentOf("dict_ru.txt").find("если\n"), std::string::npos);
   EXPECT_NE(contentOf("freq_short_ru.txt").find("да\n"), std::string::npos);
   EXPECT_EQ(contentOf("dict_en.txt"), "q\n");

@@ -20,22 +20,22 @@ TEST(SentenceSplitter, LeavesNumbersAndAddressesWhole) {
 }
 
 TEST(SentenceSplitter, TakesTextOfOneLanguageOnly) {
-  EXPECT_TRUE(isSentenceOf("Привет, мир!", true));
-  EXPECT_FALSE(isSentenceOf("Привет, world!", true));
-  EXPECT_FALSE(isSentenceOf("Hello, мир!", false));
-  EXPECT_FALSE(isSentenceOf("Hello, café owner!", false));
+  EXPECT_TRUE(isSentenceOf("Привет, мир!", Language::russian));
+  EXPECT_FALSE(isSentenceOf("Привет, world!", Language::russian));
+  EXPECT_FALSE(isSentenceOf("Hello, мир!", Language::english));
+  EXPECT_FALSE(isSentenceOf("Hello, café owner!", Language::english));
 }
 
 TEST(SentenceSplitter, WantsTwoWords) {
-  EXPECT_FALSE(isSentenceOf("Привет", true));
-  EXPECT_FALSE(isSentenceOf("a b c d", false));
-  EXPECT_TRUE(isSentenceOf("so it", false));
+  EXPECT_FALSE(isSentenceOf("Привет", Language::russian));
+  EXPECT_FALSE(isSentenceOf("a b c d", Language::english));
+  EXPECT_TRUE(isSentenceOf("so it", Language::english));
 }
 
 TEST(SentenceSplitter, RefusesWhatTheKeyboardDoesNotHave) {
-  EXPECT_FALSE(isSentenceOf("Пять € за штуку", true));
-  EXPECT_FALSE(isSentenceOf("Файл {имя} найден", true));
-  EXPECT_TRUE(isSentenceOf("File {name} found", false));
+  EXPECT_FALSE(isSentenceOf("Пять € за штуку", Language::russian));
+  EXPECT_FALSE(isSentenceOf("Файл {имя} найден", Language::russian));
+  EXPECT_TRUE(isSentenceOf("File {name} found", Language::english));
 }
 
 TEST(Typography, IsThatOfAKeyboard) {

@@ -7,21 +7,21 @@ namespace {
 
 TEST(WordCounts, CountsWordsInLowerCase) {
   WordCounts counts;
-  counts.add("Кот, кот - \"КОТ\"!", true);
-  counts.add("какой-то кот", true);
+  counts.add("Кот, кот - \"КОТ\"!", Language::russian);
+  counts.add("какой-то кот", Language::russian);
   EXPECT_EQ(counts.table("# head\n", 1), "# head\nкакой\t1\t0\t0\nкот\t4\t0\t0\nто\t1\t0\t0\n");
   EXPECT_EQ(counts.total(), 6U);
 }
 
 TEST(WordCounts, LeavesOutWhatIsNoPlainWord) {
   WordCounts counts;
-  counts.add("don't see example.org or CMake 2x", false);
+  counts.add("don't see example.org or CMake 2x", Language::english);
   EXPECT_EQ(counts.table("", 1), "or\t1\t0\t0\nsee\t1\t0\t0\n");
 }
 
 TEST(WordCounts, LeavesRareWordsOutButNotRankedOnes) {
   WordCounts counts;
-  counts.add("one two two", false);
+  counts.add("one two two", Language::english);
   counts.rank("three", 7);
   counts.rank("three", 9);
   EXPECT_EQ(counts.table("", 2), "three\t0\t7\t0\ntwo\t2\t0\t0\n");
@@ -36,7 +36,7 @@ TEST(WordCounts, TakesTheWordsOfPrograms) {
 
 TEST(WordCounts, TakesTheWordsOfADictionaryApart) {
   WordCounts counts;
-  counts.addListed("pond _n. пруд; пруд-ок, разг. кот", true);
+  counts.addListed("pond _n. пруд; пруд-ок, разг. кот", Language::russian);
   EXPECT_EQ(counts.table("", 1), "пруд\t0\t0\t2\nразг\t0\t0\t1\n");
   EXPECT_EQ(counts.total(), 0U);
 }

@@ -4,6 +4,7 @@
 #include "tests/support/TestFiles.h"
 #include "typing/DiagnosticLog.h"
 #include "words/IgnoreList.h"
+#include "words/ListQueue.h"
 
 namespace tessarok::testing {
 
@@ -21,6 +22,7 @@ FakeDesktop::FakeDesktop()
 
 FakeDesktop::~FakeDesktop() {
   IgnoreList::flush();
+  ListQueue::drain();
   DiagnosticLog::drain();
 }
 

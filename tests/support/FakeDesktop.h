@@ -36,6 +36,7 @@ class FakeDesktop final : public PartlyVirtualDesktop {
     platform::Clock* clock = nullptr;
     platform::EventTaps* eventTaps = nullptr;
     platform::Events* events = nullptr;
+    platform::SerialQueues* serialQueues = nullptr;
     platform::StatusBar* statusBar = nullptr;
   };
   Replaced replaced;
@@ -55,6 +56,9 @@ class FakeDesktop final : public PartlyVirtualDesktop {
   }
   platform::Events& events() override {
     return replaced.events ? *replaced.events : base_.events();
+  }
+  platform::SerialQueues& serialQueues() override {
+    return replaced.serialQueues ? *replaced.serialQueues : base_.serialQueues();
   }
   platform::StatusBar& statusBar() override {
     return replaced.statusBar ? *replaced.statusBar : base_.statusBar();

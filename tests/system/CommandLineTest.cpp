@@ -39,8 +39,10 @@ void expectOutput(const ProgramRun& run, std::string_view out) {
 }
 
 ProgramRun type(Arguments arguments, std::string_view input = {}) {
+  TemporaryDirectory home;
   arguments.insert(arguments.begin(), {"--resources", kData, "type"});
-  return runProgram(arguments, input);
+  return runProgram(arguments, input,
+                    {{"HOME", home.path()}, {"XDG_DATA_HOME", ""}, {"XDG_CONFIG_HOME", ""}});
 }
 
 std::vector<json> explain(Arguments arguments, std::string_view input = {}) {
@@ -172,6 +174,9 @@ TEST(CommandLine, WrongReplayLinesAreNamed) {
                                       "{}",
                                       "1",
                                       R"({"keys": "a", "wait": 1})",
+                                      R"({"keys": "a", "keys": "a"})",
+                                      R"({"down": {"code": 1, "code": 1}})",
+                                      R"({"file": {"a.txt": "", "b.txt": "", "a.txt": ""}})",
                                       R"({"keys": 1})",
                                       R"({"keys": "я"})",
                                       R"({"no": 1})",
@@ -203,6 +208,19 @@ TEST(CommandLine, WrongReplayLinesAreNamed) {
     expectRefusal(run);
     EXPECT_TRUE(run.err.starts_with("replay: line 4: ")) << run.err;
   }
+}
+
+TEST(CommandLine, AReplayMayHaveTheLineEndsOfWindows) {
+  expectOutput(runProgram({"--resources", kData, "replay"},
+                          "# a comment\r\n{\"keys\": \"ab\"}\r\n\r\n{\"print\": [\"text\"]}\r\n"),
+               "{\"text\":\"ab\"}\n");
+  expectRefusal(runProgram({"--resources", kData, "replay"}, " \r\n"));
+}
+
+TEST(CommandLine, AKeyMayBeThereAgainInAnotherObject) {
+  expectOutput(runProgram({"--resources", kData, "replay"},
+                          R"({"setup": {"files": {"setup": "", "files": ""}}})"),
+               "");
 }
 
 TEST(CommandLine, WhatAReplayPrintedBeforeAWrongLineStands) {
@@ -298,6 +316,78 @@ TEST(CommandLine, ExplanationsKnowTheListsOfThePerson) {
   };
   EXPECT_EQ(run({"ghbdtn"})["decision"], nullptr);
   EXPECT_EQ(run({"--no-lists", "ghbdtn"})["converted"], "привет");
+}
+
+TEST(CommandLine, TypingAndExplainingKnowTheSameLists) {
+  TemporaryDirectory home;
+  const auto folder = home.path() / ".local/share/Tessarok";
+  const std::vector<std::pair<std::string, std::string>> environment = {
+      {"HOME", home.path()}, {"XDG_DATA_HOME", ""}, {"XDG_CONFIG_HOME", ""}};
+  const auto typed = [&](Arguments arguments) {
+    arguments.insert(arguments.begin(), {"--resources", kData, "type"});
+    const auto ran = runProgram(arguments, {}, environment);
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_EQ(ran.err, "");
+    return ran.out;
+  };
+  const auto explained = [&](Arguments arguments) {
+    arguments.insert(arguments.begin(), {"--resources", kData, "explain", "--json"});
+    const auto ran = runProgram(arguments, {}, environment);
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    return !json::parse(ran.out)["decision"].is_null();
+  };
+  const auto bothFix = [&](const Arguments& arguments, const std::string& word) {
+    auto withWord = arguments;
+    withWord.push_back(word);
+    const bool isExplained = explained(withWord);
+    withWord.back() = word + " ";
+    EXPECT_EQ(typed(withWord) != word + " \n", isExplained) << word;
+    return isExplained;
+  };
+  EXPECT_TRUE(bothFix({}, "ghbdtn"));
+  EXPECT_FALSE(fs::exists(folder));
+  for (const auto& [file, text] :
+       {std::pair("dictionary.txt", "ghbdtn\n"), std::pair("ignored.txt", "GHBDTN\n"),
+        std::pair("rejects.txt", "ghbdtn\t3\n")}) {
+    SCOPED_TRACE(file);
+    writeFile(folder / file, text);
+    EXPECT_FALSE(bothFix({}, "ghbdtn"));
+    EXPECT_TRUE(bothFix({"--no-lists"}, "ghbdtn"));
+    // Neither has touched the person's own files.
+    EXPECT_EQ(testing::readFile(folder / file), text);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
+    fs::remove(folder / file);
+  }
+  // Words of a pack, and its switch.
+  const auto pack = testing::readFile(fs::path(kData) / "pack_it.txt");
+  EXPECT_FALSE(pack.empty());
+  writeFile(home.path() / ".config/Tessarok/settings.json", "{\"pack.it\": false}");
+  EXPECT_TRUE(bothFix({}, "ghbdtn"));
+}
+
+TEST(CommandLine, HelpSaysWhichListsCount) {
+  for (const auto* command : {"type", "explain"}) {
+    const auto run = runProgram({command, "--help"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_NE(run.out.find("--no-lists"), std::string::npos) << run.out;
+  }
+}
+
+TEST(CommandLine, AByteOrderMarkInTheDataIsNamed) {
+  TemporaryDirectory data;
+  fs::copy(kData, data.path());
+  for (const auto* name : {"proto_en2.txt", "freq_short_ru.txt", "pack_chat.txt", "dict_en.txt"}) {
+    const auto text = testing::readFile(data.path() / name);
+    writeFile(data.path() / name, "\uFEFF" + text);
+  }
+  const auto run = runProgram({"check-data", data.path()});
+  EXPECT_EQ(run.status, 2);
+  for (const auto* name : {"proto_en2.txt", "freq_short_ru.txt", "pack_chat.txt", "dict_en.txt"}) {
+    const auto line =
+        (data.path() / name).string() + ":1: the file begins with a byte-order mark\n";
+    EXPECT_NE(run.err.find(line), std::string::npos) << run.err;
+  }
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 4) << run.err;
 }
 
 TEST(CommandLine, GoodDataIsCalledGood) {

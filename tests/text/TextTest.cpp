@@ -1,7 +1,11 @@
+#include <cstdlib>
 #include <gtest/gtest.h>
+#include <memory>
+#include <random>
 #include <utf8proc.h>
 #include <vector>
 
+#include "tests/support/Growth.h"
 #include "text/Text.h"
 
 namespace tessarok::text {
@@ -148,6 +152,14 @@ TEST(Text, KnowsControlCharactersAndWhiteSpace) {
   EXPECT_FALSE(isControlOrSpace(U'-'));
 }
 
+TEST(Text, ControlCharactersAreThoseOfTheirCategory) {
+  for (const std::string_view control : {"\n", "\r\n", "\x10", "\x1b", "\x7f", "\u0085"})
+    EXPECT_TRUE(isControl(control)) << control;
+  // A zero-width joiner is a format character.
+  for (const std::string_view other : {"", "a", " ", "\u00a0", "\u200d", "\xff"})
+    EXPECT_FALSE(isControl(other)) << other;
+}
+
 TEST(Text, LowersLettersOfAllScripts) {
   EXPECT_EQ(lowercased("ПРИВЁТ Hello ÉÑ"), "привёт hello éñ");
   EXPECT_EQ(lowercased("123-_"), "123-_");
@@ -271,6 +283,94 @@ TEST(Text, ASurrogateWithoutItsPartnerBecomesTheReplacementCharacter) {
   EXPECT_EQ(out, "\uFFFD\uE000");
   assignUtf16(std::u16string{high, high, low}, out);
   EXPECT_EQ(out, "\uFFFD😀");
+}
+
+/// What utf8proc itself makes of a text.
+std::string composedByUtf8proc(const std::string& text) {
+  utf8proc_uint8_t* mapped = nullptr;
+  const auto length =
+      utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                   static_cast<utf8proc_ssize_t>(text.size()), &mapped,
+                   static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
+  const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(mapped, &std::free);
+  if (length < 0) return text;
+  return {reinterpret_cast<const char*>(mapped), static_cast<std::size_t>(length)};
+}
+
+TEST(Text, EveryScalarIsComposedAsUtf8procDoesIt) {
+  for (char32_t scalar = 0; scalar <= 0x10FFFF; ++scalar) {
+    if (scalar >= 0xD800 && scalar <= 0xDFFF) continue;
+    std::string text = "e";
+    appendScalar(scalar, text);
+    text += "\u0323\u0301";
+    ASSERT_EQ(composed(text), composedByUtf8proc(text)) << static_cast<unsigned>(scalar);
+  }
+}
+
+TEST(Text, AnyMixtureIsComposedAsUtf8procDoesIt) {
+  // Letters that compose, marks of many classes, jamo, a composed mark, what is excluded from
+  // composition, and bytes that are not UTF-8.
+  const List pieces = {"a",      "e",      "и",      "е",      "o",      "q",      "\u0301",
+                       "\u0323", "\u0308", "\u0306", "\u0327", "\u0345", "\u05B0", "\u05BC",
+                       "\u064B", "\u0651", "\u093C", "\u0915", "\u0958", "\u1100", "\u1161",
+                       "\u11A8", "\u0344", "\u1E14", "\u3099", "か",     "\u0334", "\u20D2",
+                       "\u0F71", "\u0F72", "\u0F74", "\uFB1D", "Å",      "🙂",   " "};
+  std::mt19937 random(1);
+  for (int i = 0; i < 20'000; ++i) {
+    std::string text;
+    const auto length = random() % 24;
+    for (std::size_t piece = 0; piece < length; ++piece)
+      text += pieces[random() % pieces.size()];
+    if (random() % 50 == 0) text += "\xff";
+    ASSERT_EQ(composed(text), composedByUtf8proc(text)) << ::testing::PrintToString(text);
+  }
+}
+
+/// Everything that is asked of a text, by name.
+std::vector<std::pair<const char*, testing::Growth::Operation>> operations() {
+  return {
+      {"count", [](std::string_view text) { static_cast<void>(count(text)); }},
+      {"lastCharacter", [](std::string_view text) { static_cast<void>(lastCharacter(text)); }},
+      {"firstCharacter", [](std::string_view text) { static_cast<void>(firstCharacter(text)); }},
+      {"withoutLast",
+       [](std::string_view text) { static_cast<void>(withoutLast(text, text.size() / 8)); }},
+      {"last", [](std::string_view text) { static_cast<void>(last(text, text.size() / 8)); }},
+      {"lowercased", [](std::string_view text) { static_cast<void>(lowercased(text)); }},
+      {"composed", [](std::string_view text) { static_cast<void>(composed(text)); }},
+      {"trimmed", [](std::string_view text) { static_cast<void>(trimmed(text)); }},
+      {"normalizedWord", [](std::string_view text) { static_cast<void>(normalizedWord(text)); }},
+      {"isValidUtf8", [](std::string_view text) { static_cast<void>(isValidUtf8(text)); }},
+      {"utf16", [](std::string_view text) { static_cast<void>(utf16(text)); }},
+      {"utf16Length", [](std::string_view text) { static_cast<void>(utf16Length(text)); }},
+  };
+}
+
+TEST(Text, NoOperationTakesMoreTimeForAByteOfALongTextThanOfAShortOne) {
+  const List patterns = {"a",
+                         "я",
+                         "\u0301\u0323",
+                         "\u0323\u0301",
+                         "е\u0308",
+                         "👩‍",
+                         "🇷🇺",
+                         "Σ'",
+                         "Σ",
+                         "'",
+                         " ",
+                         "\xff",
+                         "\u1100\u1161\u11a8",
+                         "\u0915\u094D",
+                         "\r\n",
+                         "\u0344",
+                         "İ",
+                         "a\u0301🇷",
+                         "\x80"};
+  for (const auto& [name, operation] : operations()) {
+    for (const auto& pattern : patterns) {
+      EXPECT_LE(testing::Growth::of(pattern, operation), testing::Growth::kMost)
+          << name << " of " << ::testing::PrintToString(pattern);
+    }
+  }
 }
 
 // What is typed most takes short cuts past the Unicode tables; they lead to the same places.

@@ -4,8 +4,10 @@
 #include <set>
 
 #include "tests/support/FakeDesktop.h"
+#include "tests/support/TestFiles.h"
 #include "words/Dict.h"
 #include "words/DictFile.h"
+#include "words/ResourceLocator.h"
 
 namespace tessarok {
 namespace {
@@ -28,6 +30,54 @@ TEST(DictFile, FindsWholeLinesOnly) {
   EXPECT_FALSE(dictionary.contains(""));
   EXPECT_FALSE(dictionary.contains("a\nab"));
   EXPECT_FALSE(dictionary.contains("\n"));
+}
+
+/// More than the system reads from the disk at once.
+std::string manyWords() {
+  std::string words;
+  for (char first = 'a'; first <= 'z'; ++first) {
+    for (char second = 'a'; second <= 'z'; ++second) {
+      for (char third = 'a'; third <= 'z'; ++third)
+        words.append({first, second, third, '\n'});
+    }
+  }
+  return words;
+}
+
+TEST(DictFile, CutShortWhileInUseIsUnavailableAndSaidSoOnce) {
+  FakeDesktop desktop;
+  desktop.addResource("dict_en", manyWords());
+  const DictFile dictionary("dict_en");
+  ASSERT_TRUE(dictionary.contains("zzz"));
+  EXPECT_FALSE(dictionary.noticeChange());
+  std::filesystem::resize_file(*ResourceLocator::url("dict_en"), 0);
+  EXPECT_FALSE(dictionary.contains("zzz"));
+  EXPECT_FALSE(dictionary.isAvailable());
+  EXPECT_TRUE(dictionary.noticeChange());
+  EXPECT_FALSE(dictionary.noticeChange());
+  EXPECT_EQ(desktop.systemLog().take(),
+            (std::vector<std::string>{"Tessarok: dict_en.txt was changed while in use; automatic "
+                                      "layout correction disabled until the next start"}));
+}
+
+TEST(DictFile, WrittenInPlaceItIsUnavailableWhenThatIsNoticed) {
+  FakeDesktop desktop;
+  desktop.addResource("dict_en", "a\nb\n");
+  const DictFile dictionary("dict_en");
+  testing::writeFile(*ResourceLocator::url("dict_en"), "a\nb\nc\n");
+  EXPECT_TRUE(dictionary.noticeChange());
+  EXPECT_FALSE(dictionary.isAvailable());
+  EXPECT_FALSE(dictionary.contains("a"));
+}
+
+TEST(DictFile, ReplacedByAnotherFileItStaysWhatItWas) {
+  FakeDesktop desktop;
+  desktop.addResource("dict_en", "a\nb\n");
+  const DictFile dictionary("dict_en");
+  const auto file = *ResourceLocator::url("dict_en");
+  ASSERT_FALSE(desktop.files().writeAtomically(file, "c\n").has_value());
+  EXPECT_FALSE(dictionary.noticeChange());
+  EXPECT_TRUE(dictionary.contains("a"));
 }
 
 TEST(DictFile, AnUpperCaseWordIsNotFound) {

@@ -10,6 +10,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::FakeDesktop;
 using Counts = IgnoreList::Counts;
+using Recovery = IgnoreList::Recovery;
 
 class IgnoreListTest : public ::testing::Test {
  protected:
@@ -29,13 +30,31 @@ class IgnoreListTest : public ::testing::Test {
 };
 
 TEST_F(IgnoreListTest, StartsEmptyWithoutFiles) {
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   EXPECT_TRUE(IgnoreList::words().empty());
   EXPECT_TRUE(IgnoreList::sessionWords().empty());
   EXPECT_TRUE(IgnoreList::rejectCounts().empty());
   EXPECT_FALSE(exists("ignored.txt"));
   EXPECT_FALSE(exists("rejects.txt"));
   EXPECT_TRUE(desktop.systemLog().take().empty());
+}
+
+TEST_F(IgnoreListTest, AByteOrderMarkIsReadOverAndKept) {
+  save("ignored.txt", "\uFEFFone\n");
+  save("rejects.txt", "\uFEFFtwo\t2\n");
+  IgnoreList::load(true);
+  EXPECT_EQ(IgnoreList::words(), (WordSet{"one"}));
+  EXPECT_EQ(IgnoreList::rejectCounts(), (Counts{{"two", 2}}));
+  IgnoreList::recordRejection("two");
+  EXPECT_EQ(saved("ignored.txt"), "\uFEFFone\ntwo\n");
+  EXPECT_EQ(saved("rejects.txt"), "\uFEFFtwo\t3\n");
+}
+
+TEST_F(IgnoreListTest, AWordThatBeginsLikeAMarkIsNotLostAtTheStartOfTheFile) {
+  save("ignored.txt", "\n\uFEFFone\n");
+  IgnoreList::load(true);
+  IgnoreList::add("\uFEFFtwo");
+  EXPECT_EQ(saved("ignored.txt"), "\uFEFF\uFEFFone\n\uFEFFtwo\n");
 }
 
 TEST_F(IgnoreListTest, SpacesAndCaseDoNotTellWordsApart) {
@@ -75,7 +94,7 @@ TEST_F(IgnoreListTest, RejectingAPermanentWordWritesNothing) {
 
 TEST_F(IgnoreListTest, CountsSurviveARestartButTheSessionsExemptionDoesNot) {
   save("rejects.txt", "слово\t2\n");
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   EXPECT_TRUE(IgnoreList::sessionWords().empty());
   EXPECT_TRUE(IgnoreList::words().empty());
   IgnoreList::recordRejection("слово");
@@ -86,7 +105,7 @@ TEST_F(IgnoreListTest, CountsSurviveARestartButTheSessionsExemptionDoesNot) {
 
 TEST_F(IgnoreListTest, APromotedWordMissingFromTheListIsPutBack) {
   save("rejects.txt", "слово\t7");
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   EXPECT_EQ(IgnoreList::words(), WordSet{"слово"});
   EXPECT_EQ(IgnoreList::rejectCounts(), (Counts{{"слово", 3}}));
   EXPECT_EQ(saved("ignored.txt"), "слово\n");
@@ -95,7 +114,7 @@ TEST_F(IgnoreListTest, APromotedWordMissingFromTheListIsPutBack) {
 TEST_F(IgnoreListTest, NothingIsWrittenWhenNothingWasPutBack) {
   save("ignored.txt", "слово\n");
   save("rejects.txt", "одно\nдва\tx\nтри\t0\nслово\t3\nчетыре\t2\n");
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   IgnoreList::flush();
   EXPECT_TRUE(desktop.files().writes.empty());
   EXPECT_EQ(IgnoreList::words(), WordSet{"слово"});
@@ -103,7 +122,7 @@ TEST_F(IgnoreListTest, NothingIsWrittenWhenNothingWasPutBack) {
 
 TEST_F(IgnoreListTest, RecoveredWordsAreWrittenOnlyWhenAskedFor) {
   save("rejects.txt", "слово\t3\n");
-  IgnoreList::load(false);
+  IgnoreList::load(Recovery::inMemory);
   EXPECT_EQ(IgnoreList::words(), WordSet{"слово"});
   EXPECT_FALSE(exists("ignored.txt"));
 }
@@ -111,7 +130,7 @@ TEST_F(IgnoreListTest, RecoveredWordsAreWrittenOnlyWhenAskedFor) {
 TEST_F(IgnoreListTest, ACountOfAListedWordIsDropped) {
   save("ignored.txt", "слово\n");
   save("rejects.txt", "слово\t3\nдругое\t1\n");
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   EXPECT_EQ(IgnoreList::rejectCounts(), (Counts{{"другое", 1}}));
   IgnoreList::flush();
   EXPECT_TRUE(desktop.files().writes.empty());
@@ -123,7 +142,7 @@ TEST_F(IgnoreListTest, MalformedLinesAreSkipped) {
   save("rejects.txt",
        "одно\nдва\t2\t2\nтри\tx\nчетыре\t0\nпять\t-1\n\t1\nшесть\t 1\nсемь\t1.5\n"
        "восемь\t99999999999999999999\n\n  Девять\t1  \nдесять\t\t2\n+\t+2\n \t1\nдва\t+-1\n");
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   EXPECT_EQ(IgnoreList::rejectCounts(), (Counts{{"девять", 1}, {"десять", 2}, {"+", 2}}));
   IgnoreList::recordRejection("+");
   EXPECT_EQ(saved("rejects.txt"), "+\t3\nдевять\t1\nдесять\t2\n");
@@ -131,13 +150,13 @@ TEST_F(IgnoreListTest, MalformedLinesAreSkipped) {
 
 TEST_F(IgnoreListTest, ListedWordsAreNormalised) {
   save("ignored.txt", "  Слово\n\nДВА\n \nраи\u0306\n");
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   EXPECT_EQ(IgnoreList::words(), (WordSet{"два", "рай", "слово"}));
 }
 
 TEST_F(IgnoreListTest, CrLfLineEndsBreakNoLine) {
   save("ignored.txt", "раз\r\nдва\r\n");
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   EXPECT_EQ(IgnoreList::words(), WordSet{"раз\r\nдва"});
 }
 
@@ -153,7 +172,7 @@ TEST_F(IgnoreListTest, AWordLearnedInTheMiddleOfALongListIsSavedInItsPlace) {
   for (int i = 0; i < 1000; ++i)
     (i < 300 ? before : after) += "w" + std::to_string(1000 + i) + "\n";
   save("ignored.txt", before + after);
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   IgnoreList::add("w1299a");
   EXPECT_EQ(saved("ignored.txt"), before + "w1299a\n" + after);
 }
@@ -166,7 +185,7 @@ TEST_F(IgnoreListTest, OnePendingWordTooManyGoesTheLowestCountFirst) {
   for (int i = 0; i < 400; ++i)
     text += "b" + std::to_string(1000 + i) + "\t1\n";
   save("rejects.txt", text);
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   EXPECT_EQ(IgnoreList::rejectCounts().size(), 500u);
   IgnoreList::recordRejection("zzz");
   EXPECT_EQ(IgnoreList::rejectCounts().size(), 500u);
@@ -181,7 +200,7 @@ TEST_F(IgnoreListTest, PruningNeverTouchesPromotedWordsNorTheSession) {
   for (int i = 0; i < 500; ++i)
     text += "w" + std::to_string(1000 + i) + "\t2\n";
   save("rejects.txt", text);
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   EXPECT_EQ(IgnoreList::rejectCounts().size(), 501u);
   IgnoreList::recordRejection("aaa");
   // The new word has the lowest count of all and is forgotten on the disk at once.
@@ -194,7 +213,7 @@ TEST_F(IgnoreListTest, PruningNeverTouchesPromotedWordsNorTheSession) {
 TEST_F(IgnoreListTest, AListThatIsNotUtf8IsLeftAloneForTheWholeRun) {
   save("ignored.txt", "сло\xff\n");
   save("rejects.txt", "слово\t2\n");
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   IgnoreList::recordRejection("слово");
   IgnoreList::add("ещё");
   EXPECT_EQ(IgnoreList::words(), (WordSet{"ещё", "слово"}));
@@ -209,7 +228,7 @@ TEST_F(IgnoreListTest, AListThatIsNotUtf8IsLeftAloneForTheWholeRun) {
 
 TEST_F(IgnoreListTest, AListThatCannotBeReadIsLeftAloneToo) {
   fs::create_directories(desktop.folder() / "rejects.txt");
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   IgnoreList::recordRejection("слово");
   IgnoreList::flush();
   EXPECT_TRUE(fs::is_directory(desktop.folder() / "rejects.txt"));
@@ -242,21 +261,13 @@ TEST_F(IgnoreListTest, AFolderThatCannotBeMadeIsReportedWithTheWrite) {
 }
 
 TEST_F(IgnoreListTest, LoadingTwiceReadsTheFilesOnce) {
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   save("ignored.txt", "слово\n");
-  IgnoreList::load(true);
+  IgnoreList::load(Recovery::onDisk);
   EXPECT_TRUE(IgnoreList::words().empty());
+  IgnoreList::flush();
   EXPECT_EQ(desktop.files().reads["ignored.txt"], 1);
   EXPECT_EQ(desktop.files().reads["rejects.txt"], 1);
-}
-
-TEST_F(IgnoreListTest, ACopyWithoutTheLockLearnsInMemoryOnly) {
-  IgnoreList::keepInMemory();
-  for (int i = 0; i < 3; ++i)
-    IgnoreList::recordRejection("слово");
-  EXPECT_EQ(IgnoreList::words(), WordSet{"слово"});
-  EXPECT_FALSE(exists("rejects.txt"));
-  EXPECT_FALSE(exists("ignored.txt"));
 }
 
 }  // namespace

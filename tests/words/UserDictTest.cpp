@@ -4,6 +4,7 @@
 
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/TestFiles.h"
+#include "words/ListQueue.h"
 #include "words/UserDict.h"
 
 namespace tessarok {
@@ -54,6 +55,7 @@ TEST(UserDict, AnExistingFileIsNeverOverwritten) {
   FakeDesktop desktop;
   writeFile(UserDict::fileURL(), "");
   UserDict::seedIfMissing();
+  ListQueue::drain();
   EXPECT_EQ(readFile(UserDict::fileURL()), "");
   UserDict::reload();
   EXPECT_TRUE(UserDict::words().empty());
@@ -63,25 +65,22 @@ TEST(UserDict, SeedingThatFailsIsSilent) {
   FakeDesktop desktop;
   desktop.files().failsNextWrite = true;
   UserDict::seedIfMissing();
+  ListQueue::drain();
   EXPECT_FALSE(fs::exists(UserDict::fileURL()));
   UserDict::seedIfMissing();
+  ListQueue::drain();
   EXPECT_TRUE(fs::exists(UserDict::fileURL()));
   EXPECT_TRUE(desktop.systemLog().take().empty());
-}
-
-TEST(UserDict, LinesAreTrimmedBeforeTheyAreJudged) {
-  EXPECT_EQ(UserDict::parse("  СЛОВО \n\t# comment\n#слово2\nдва слова\n\nкеш # хвост"),
-            (WordSet{"два слова", "кеш # хвост", "слово"}));
-  EXPECT_EQ(UserDict::parse("раз\r\nдва\r\n"), (WordSet{"два", "раз"}));
-  EXPECT_TRUE(UserDict::parse("").empty());
 }
 
 TEST(UserDict, ADeletedFileKeepsTheWords) {
   FakeDesktop desktop;
   writeFile(UserDict::fileURL(), "слово\n");
   UserDict::reload();
+  ListQueue::drain();
   fs::remove(UserDict::fileURL());
   UserDict::reloadIfChanged();
+  ListQueue::drain();
   UserDict::reloadIfChanged();
   EXPECT_EQ(UserDict::words(), WordSet{"слово"});
   EXPECT_FALSE(fs::exists(UserDict::fileURL()));
@@ -95,8 +94,11 @@ TEST(UserDict, AnUnchangedFileIsNotReadAgain) {
   FakeDesktop desktop;
   writeFile(UserDict::fileURL(), "слово\n");
   UserDict::reload();
+  ListQueue::drain();
   UserDict::reloadIfChanged();
+  ListQueue::drain();
   UserDict::reloadIfChanged();
+  ListQueue::drain();
   EXPECT_EQ(desktop.files().reads["dictionary.txt"], 1);
 }
 
@@ -106,6 +108,7 @@ TEST(UserDict, AFileSwappedInWithTheSameSizeAndTimeIsNoticed) {
   writeFile(file, "раз\n");
   const auto time = fs::last_write_time(file);
   UserDict::reload();
+  ListQueue::drain();
   swapIn(file, "два\n");
   fs::last_write_time(file, time);
   UserDict::reloadIfChanged();
@@ -117,6 +120,7 @@ TEST(UserDict, AFileChangedInPlaceIsNoticed) {
   const auto file = UserDict::fileURL();
   writeFile(file, "раз\n");
   UserDict::reload();
+  ListQueue::drain();
   const auto time = fs::last_write_time(file);
   writeFile(file, "два\n");
   fs::last_write_time(file, time + std::chrono::seconds(1));
@@ -129,6 +133,7 @@ TEST(UserDict, AFileThatIsNotUtf8IsIgnoredUntilItIsFixed) {
   const auto file = UserDict::fileURL();
   writeFile(file, "слово\n");
   UserDict::reload();
+  ListQueue::drain();
   swapIn(file, "сло\xff\n");
   UserDict::reloadIfChanged();
   EXPECT_EQ(UserDict::words(), WordSet{"слово"});
@@ -136,24 +141,6 @@ TEST(UserDict, AFileThatIsNotUtf8IsIgnoredUntilItIsFixed) {
   UserDict::reloadIfChanged();
   EXPECT_EQ(UserDict::words(), WordSet{"новое"});
   EXPECT_TRUE(desktop.systemLog().take().empty());
-}
-
-TEST(UserDict, AFileThatIsTooLargeIsRefusedWithOneMessage) {
-  FakeDesktop desktop;
-  const auto file = UserDict::fileURL();
-  writeFile(file, "слово\n");
-  UserDict::reload();
-  swapIn(file, "новое\n");
-  fs::resize_file(file, std::uint64_t{2} * 1024 * 1024 * 1024);
-  for (int check = 0; check < 3; ++check)
-    UserDict::reloadIfChanged();
-  EXPECT_EQ(UserDict::words(), WordSet{"слово"});
-  EXPECT_EQ(desktop.systemLog().take(),
-            std::vector<std::string>{
-                "Tessarok: dictionary.txt is larger than 8 MiB; its words stay as they were"});
-  swapIn(file, "новое\n");
-  UserDict::reloadIfChanged();
-  EXPECT_EQ(UserDict::words(), WordSet{"новое"});
 }
 
 TEST(UserDict, AHundredThousandWordsAreRead) {
@@ -173,6 +160,7 @@ TEST(UserDict, AClockThatWasPutBackHidesNoChange) {
   const auto file = UserDict::fileURL();
   writeFile(file, "слово\n");
   UserDict::reload();
+  ListQueue::drain();
   writeFile(file, "новое\n");
   fs::last_write_time(file, fs::last_write_time(file) - std::chrono::hours(24 * 365));
   UserDict::reloadIfChanged();
@@ -184,13 +172,16 @@ TEST(UserDict, WhatIsNoFileIsIgnored) {
   const auto file = UserDict::fileURL();
   writeFile(file, "слово\n");
   UserDict::reload();
+  ListQueue::drain();
   fs::remove(file);
   ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
   UserDict::reloadIfChanged();
+  ListQueue::drain();
   fs::remove(file);
   fs::create_directory(file);
   UserDict::seedIfMissing();
   UserDict::reloadIfChanged();
+  ListQueue::drain();
   fs::remove(file);
   fs::create_symlink("/dev/zero", file);
   UserDict::reloadIfChanged();
@@ -202,6 +193,7 @@ TEST(UserDict, AFileThatChangesWhileItIsReadIsReadAgainAtTheNextCheck) {
   const auto file = UserDict::fileURL();
   writeFile(file, "старое\n");
   UserDict::reload();
+  ListQueue::drain();
   swapIn(file, "половина\n");
   desktop.files().afterRead = [&](const fs::path&) { swapIn(file, "целое и новое\n"); };
   UserDict::reloadIfChanged();

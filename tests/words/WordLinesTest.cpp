@@ -28,6 +28,14 @@ TEST(WordLines, ALineBreakAtTheEndAddsNoLine) {
   EXPECT_EQ(linesOf("\n \n"), Lines{});
 }
 
+TEST(WordLines, AByteOrderMarkIsNoPartOfTheFirstLine) {
+  EXPECT_EQ(linesOf("\uFEFFone\ntwo\n"), (Lines{{1, "one"}, {2, "two"}}));
+  EXPECT_EQ(linesOf("\uFEFF"), Lines{});
+  EXPECT_EQ(linesOf("\uFEFF\r\none", WordLines::Split::atLoneLf), (Lines{{1, "one"}}));
+  // Elsewhere it is a character like any other.
+  EXPECT_EQ(linesOf("one\n\uFEFFtwo"), (Lines{{1, "one"}, {2, "\uFEFFtwo"}}));
+}
+
 TEST(WordLines, ACrBeforeTheLfIsTrimmedAway) {
   EXPECT_EQ(linesOf("one\r\ntwo\r\n"), (Lines{{1, "one"}, {2, "two"}}));
 }

@@ -9,8 +9,6 @@ namespace tessarok::frequencies {
 
 namespace {
 
-using letters::Kind;
-
 constexpr std::string_view kPunctuation = "\"'()[]{}<>,.;:!?*_-";
 
 /// Shorter runs are abbreviations and parts of words.
@@ -23,11 +21,10 @@ std::string_view stripped(std::string_view token) {
   return token.substr(first, token.find_last_not_of(kPunctuation) - first + 1);
 }
 
-bool isWord(std::string_view word, bool russian) {
-  const auto own = russian ? Kind::cyrillic : Kind::latin;
+bool isWord(std::string_view word, Language language) {
   return !word.empty() &&
-         std::ranges::all_of(text::Characters(word), [own](std::string_view character) {
-           return letters::kindOf(character) == own;
+         std::ranges::all_of(text::Characters(word), [language](std::string_view character) {
+           return letters::languageOf(character) == language;
          });
 }
 
@@ -42,7 +39,7 @@ bool hasTwoLeadingCapitals(std::string_view word) {
 
 }  // namespace
 
-void WordCounts::add(std::string_view sentence, bool russian) {
+void WordCounts::add(std::string_view sentence, Language language) {
   while (!sentence.empty()) {
     const auto end = std::min(sentence.find(' '), sentence.size());
     auto token = stripped(sentence.substr(0, end));
@@ -52,7 +49,7 @@ void WordCounts::add(std::string_view sentence, bool russian) {
       const auto hyphen = std::min(token.find('-'), token.size());
       const auto part = token.substr(0, hyphen);
       token.remove_prefix(std::min(hyphen + 1, token.size()));
-      if (!isWord(part, russian) || hasTwoLeadingCapitals(part)) continue;
+      if (!isWord(part, language) || hasTwoLeadingCapitals(part)) continue;
       ++entries_[text::lowercased(part)].count;
       ++total_;
     }
@@ -69,7 +66,7 @@ void WordCounts::addCode(std::string_view line) {
     run.clear();
   };
   for (const char byte : line) {
-    if (letters::kindOf(std::string_view(&byte, 1)) == Kind::latin) {
+    if (letters::languageOf(std::string_view(&byte, 1)) == Language::english) {
       run += byte;
     } else {
       end();
@@ -78,15 +75,14 @@ void WordCounts::addCode(std::string_view line) {
   end();
 }
 
-void WordCounts::addListed(std::string_view text, bool russian) {
-  const auto own = russian ? Kind::cyrillic : Kind::latin;
+void WordCounts::addListed(std::string_view text, Language language) {
   std::string run;
   const auto end = [&] {
     if (text::count(run) >= kShortestListed) ++entries_[text::lowercased(run)].listed;
     run.clear();
   };
   for (const auto character : text::Characters(text)) {
-    if (letters::kindOf(character) == own) {
+    if (letters::languageOf(character) == language) {
       run += character;
     } else {
       end();

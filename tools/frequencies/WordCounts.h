@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "words/Language.h"
+
 namespace tessarok::frequencies {
 
 /// How often words were met.
@@ -12,12 +14,12 @@ class WordCounts final {
  public:
   /// Counts the words of a sentence of one language: its runs of letters, in lower case. Words with
   /// an apostrophe or a full stop inside, addresses and the like say nothing and are left out.
-  void add(std::string_view sentence, bool russian);
+  void add(std::string_view sentence, Language language);
   /// Counts the runs of Latin letters in a line of a program or of file names.
   void addCode(std::string_view line);
   /// Counts the runs of letters in a dictionary, where words of two languages stand side by side.
   /// They say that a word is known and little about how often people type it.
-  void addListed(std::string_view text, bool russian);
+  void addListed(std::string_view text, Language language);
   /// Gives a word its place in a list by frequency; the first place is 1.
   void rank(const std::string& word, std::size_t place);
 

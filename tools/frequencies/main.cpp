@@ -39,25 +39,26 @@ struct Counts {
   WordCounts russian;
   WordCounts english;
 
-  [[nodiscard]] WordCounts& of(bool isRussian) { return isRussian ? russian : english; }
+  [[nodiscard]] WordCounts& of(Language language) {
+    return language == Language::russian ? russian : english;
+  }
 };
 
-bool isSpelledIn(const std::string& word, bool russian) {
-  const auto own = russian ? letters::Kind::cyrillic : letters::Kind::latin;
+bool isSpelledIn(const std::string& word, Language language) {
   for (const auto character : text::Characters(word)) {
-    if (letters::kindOf(character) != own) return false;
+    if (letters::languageOf(character) != language) return false;
   }
   return !word.empty();
 }
 
-void addRanks(const fs::path& list, bool russian, WordCounts& counts) {
+void addRanks(const fs::path& list, Language language, WordCounts& counts) {
   std::ifstream stream(list);
   if (!stream) throw std::runtime_error(list.string() + ": cannot be read");
   std::size_t place = 0;
   for (std::string line; std::getline(stream, line);) {
     ++place;
     const auto word = text::normalizedWord(line);
-    if (isSpelledIn(word, russian)) counts.rank(word, place);
+    if (isSpelledIn(word, language)) counts.rank(word, place);
   }
 }
 
@@ -75,7 +76,7 @@ void countSentence(const measure::Corpus& corpus, const std::string& sentence, C
   if (corpus.isCode) {
     counts.english.addCode(sentence);
   } else {
-    counts.of(corpus.russian).add(sentence, corpus.russian);
+    counts.of(corpus.language).add(sentence, corpus.language);
   }
 }
 
@@ -94,10 +95,10 @@ void run(const Options& options) {
   }
   for (const auto& corpus : measure::readCorpora(options.dictionaries)) {
     for (const auto& paragraph : measure::paragraphsOf(corpus))
-      counts.of(corpus.russian).addListed(paragraph, corpus.russian);
+      counts.of(corpus.language).addListed(paragraph, corpus.language);
   }
-  addRanks(options.rankedRussian, true, counts.russian);
-  addRanks(options.rankedEnglish, false, counts.english);
+  addRanks(options.rankedRussian, Language::russian, counts.russian);
+  addRanks(options.rankedEnglish, Language::english, counts.english);
   makedata::FileSetWriter writer(options.output);
   writer.stage("frequencies_ru.tsv", tableOf(counts.russian, "Russian"));
   writer.stage("frequencies_en.tsv", tableOf(counts.english, "English"));

@@ -15,7 +15,6 @@ namespace tessarok::measure {
 
 namespace {
 
-using letters::Kind;
 using Words = std::set<std::string>;
 
 /// A dictionary must hold something: words of one letter, which are never looked up.
@@ -24,14 +23,14 @@ constexpr const char* kRussianFiller = "ъ";
 constexpr std::size_t kLongestShortWord = 3;
 
 /// The runs of letters.
-void addWords(std::string_view sentence, Kind script, Words& words) {
+void addWords(std::string_view sentence, Language language, Words& words) {
   std::string run;
   const auto end = [&] {
     if (!run.empty()) words.insert(text::lowercased(run));
     run.clear();
   };
   for (const auto character : text::Characters(sentence)) {
-    if (letters::kindOf(character) == script) {
+    if (letters::languageOf(character) == language) {
       run += character;
     } else {
       end();
@@ -62,15 +61,15 @@ void stage(const char* dictionary, const char* shortWords, const Words& words,
 
 }  // namespace
 
-void writeCeilingData(const std::vector<Sentence>& sentences, bool russian,
+void writeCeilingData(const std::vector<Sentence>& sentences, Language language,
                       const std::filesystem::path& directory) {
   Words own;
   for (const auto& sentence : sentences)
-    addWords(sentence.text, russian ? Kind::cyrillic : Kind::latin, own);
+    addWords(sentence.text, language, own);
   Words englishWords = {kEnglishFiller};
   Words russianWords = pairsOfWhitelist();
   russianWords.insert(kRussianFiller);
-  (russian ? russianWords : englishWords).merge(own);
+  (language == Language::russian ? russianWords : englishWords).merge(own);
   makedata::FileSetWriter writer(directory);
   stage("dict_en.txt", "freq_short_en.txt", englishWords, writer);
   stage("dict_ru.txt", "freq_short_ru.txt", russianWords, writer);

@@ -11,7 +11,7 @@ namespace tessarok::measure {
 /// language only what no word stands against: nothing, but for the Russian pairs that are converted
 /// whatever is known. What is missed with them is missed because of the rules. Throws
 /// std::system_error.
-void writeCeilingData(const std::vector<Sentence>& sentences, bool russian,
+void writeCeilingData(const std::vector<Sentence>& sentences, Language language,
                       const std::filesystem::path& directory);
 
 }  // namespace tessarok::measure

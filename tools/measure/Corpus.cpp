@@ -51,7 +51,7 @@ Corpus corpusFrom(const Json& json) {
   if (language != "ru" && language != "en" && language != "code") {
     throw std::runtime_error("unknown language \"" + language + "\"");
   }
-  corpus.russian = language == "ru";
+  corpus.language = language == "ru" ? Language::russian : Language::english;
   corpus.isCode = language == "code";
   for (const auto& files : json.at("from"))
     corpus.files.push_back(filesFrom(files));
@@ -104,14 +104,14 @@ class Collector {
       return;
     }
     for (auto& sentence : splitSentences(typed)) {
-      if (isSentenceOf(sentence, corpus_.russian)) addOnce(sentence);
+      if (isSentenceOf(sentence, corpus_.language)) addOnce(sentence);
     }
   }
   std::vector<Sentence> take() { return std::move(sentences_); }
 
  private:
   void addOnce(const std::string& text) {
-    if (met_.insert(text).second) sentences_.push_back({text, corpus_.russian});
+    if (met_.insert(text).second) sentences_.push_back({text, corpus_.language});
   }
 
   const Corpus& corpus_;
@@ -136,7 +136,7 @@ Corpus textFile(const std::string& language, const fs::path& file) {
   Corpus corpus;
   corpus.name = file.filename().string();
   corpus.title = corpus.name;
-  corpus.russian = language == "ru";
+  corpus.language = language == "ru" ? Language::russian : Language::english;
   corpus.isCode = language == "code";
   const auto format = corpus.isCode ? TextFormat::lines : TextFormat::plain;
   corpus.files.push_back({"", format, {file.string()}, {}});

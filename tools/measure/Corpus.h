@@ -6,6 +6,7 @@
 
 #include "Sentence.h"
 #include "TextFormat.h"
+#include "words/Language.h"
 
 namespace tessarok::measure {
 
@@ -24,7 +25,7 @@ struct Corpus {
 
   std::string name;
   std::string title;
-  bool russian = false;
+  Language language = Language::english;
   /// Programs, file names and commands: typed in the right layout only.
   bool isCode = false;
   std::vector<Files> files;

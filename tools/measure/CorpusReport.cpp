@@ -113,9 +113,9 @@ double CorpusReport::secondRightShare() const {
 Json toJson(const CorpusReport& report, std::size_t misses) {
   Json json = {{"name", report.name},
                {"title", report.title},
-               {"language", report.isCode    ? "code"
-                            : report.russian ? "ru"
-                                             : "en"},
+               {"language", report.isCode                          ? "code"
+                            : report.language == Language::russian ? "ru"
+                                                                   : "en"},
                {"sentences", report.sentences},
                {"words", report.words},
                {"falseFixes", report.falseFixCount()},
@@ -145,7 +145,7 @@ CorpusReport reportFromJson(const Json& json) {
   CorpusReport report;
   report.name = json.at("name").get<std::string>();
   report.title = json.at("title").get<std::string>();
-  report.russian = json.at("language") == "ru";
+  report.language = json.at("language") == "ru" ? Language::russian : Language::english;
   report.isCode = json.at("language") == "code";
   report.sentences = json.at("sentences").get<std::size_t>();
   report.words = json.at("words").get<std::size_t>();

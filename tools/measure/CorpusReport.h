@@ -5,6 +5,7 @@
 #include <string>
 
 #include "SentenceScore.h"
+#include "words/Language.h"
 
 namespace tessarok::measure {
 
@@ -15,7 +16,7 @@ using MissCounts = std::map<std::pair<std::string, std::string>, std::size_t>;
 struct CorpusReport {
   std::string name;
   std::string title;
-  bool russian = false;
+  Language language = Language::english;
   bool isCode = false;
   std::size_t sentences = 0;
   std::size_t words = 0;

@@ -66,7 +66,7 @@ void addChart(std::ostringstream& out, const Chart& chart,
     bars << "<text x=\"" << kLabel - 8 << "\" y=\"" << y + 17 << "\" text-anchor=\"end\">"
          << escaped(report.title) << "</text><rect x=\"" << kLabel << "\" y=\"" << y + 4
          << "\" width=\"" << part * kWidth + 1 << "\" height=\"" << kRow - 8 << "\" fill=\""
-         << (report.russian ? "#c8553d" : "#3d6fc8") << "\"/><text x=\""
+         << (report.language == Language::russian ? "#c8553d" : "#3d6fc8") << "\"/><text x=\""
          << kLabel + part * kWidth + 8 << "\" y=\"" << y + 17 << "\">" << number(value)
          << "</text>\n";
   }

@@ -42,7 +42,7 @@ CorpusReport emptyReport(const Corpus& corpus) {
   CorpusReport report;
   report.name = corpus.name;
   report.title = corpus.title;
-  report.russian = corpus.russian;
+  report.language = corpus.language;
   report.isCode = corpus.isCode;
   return report;
 }

@@ -29,7 +29,7 @@ bool isLetterInRussian(std::string_view character) {
   const auto russian = KeyTable::russian().character(stroke->code, stroke->shift);
   std::string letter;
   if (russian) text::appendScalar(*russian, letter);
-  return letters::kindOf(letter) == letters::Kind::cyrillic;
+  return letters::languageOf(letter) == Language::russian;
 }
 
 }  // namespace
@@ -71,13 +71,13 @@ MissRule missRuleOf(std::string_view sentence, std::size_t start, std::size_t le
     if (place >= start + length) break;
     if (place + kKeysOfPause >= start && pausesProgram(character)) return MissRule::pause;
     if (place++ < start) continue;
-    const auto kind = letters::kindOf(character);
-    if (kind == letters::Kind::latin || kind == letters::Kind::cyrillic) {
+    const auto language = letters::languageOf(character);
+    if (language) {
       ++letters;
     } else {
       hasPunctuation = hasPunctuation || isLetterInRussian(character);
     }
-    isRussian = isRussian || kind == letters::Kind::cyrillic;
+    isRussian = isRussian || language == Language::russian;
   }
   if (hasPunctuation && !isRussian) return MissRule::punctuation;
   return letters == 2 ? MissRule::twoLetters : MissRule::other;

@@ -11,7 +11,6 @@ namespace tessarok::measure {
 namespace {
 
 using layouts::KeyTable;
-using letters::Kind;
 
 constexpr std::size_t kFewestWords = 2;
 constexpr std::size_t kMostCharacters = 400;
@@ -46,16 +45,15 @@ std::vector<std::string> splitSentences(std::string_view paragraph) {
   return sentences;
 }
 
-bool isSentenceOf(std::string_view sentence, bool russian) {
-  const auto own = russian ? Kind::cyrillic : Kind::latin;
-  const auto& table = russian ? KeyTable::russian() : KeyTable::english();
+bool isSentenceOf(std::string_view sentence, Language language) {
+  const auto& table = KeyTable::of(language);
   std::size_t words = 0;
   std::size_t characters = 0;
   std::size_t lettersInWord = 0;
   for (const auto character : text::Characters(sentence)) {
     if (++characters > kMostCharacters) return false;
     const bool letter = text::isLetter(character);
-    if (letter && letters::kindOf(character) != own) return false;
+    if (letter && letters::languageOf(character) != language) return false;
     if (character == " ") {
       lettersInWord = 0;
       continue;

@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "words/Language.h"
+
 namespace tessarok::measure {
 
 /// Cuts a paragraph, as `asTyped` gives it, into sentences: after a full stop, question or
@@ -12,6 +14,6 @@ namespace tessarok::measure {
 
 /// Whether the sentence is natural text of one language that a person can type on that language's
 /// keyboard without leaving it: two words at least, and no letter of another alphabet.
-[[nodiscard]] bool isSentenceOf(std::string_view sentence, bool russian);
+[[nodiscard]] bool isSentenceOf(std::string_view sentence, Language language);
 
 }  // namespace tessarok::measure

@@ -30,11 +30,11 @@ SentenceTypist::SentenceTypist(const std::filesystem::path& resources)
 
 std::string SentenceTypist::type(const Sentence& sentence, Layout layout) {
   auto& desktop = session_.desktop();
-  const bool selectsRussian = sentence.russian == (layout == Layout::right);
-  desktop.selectInputSource(selectsRussian ? kRussianLayout : kEnglishLayout);
+  const auto selected = layout == Layout::right ? sentence.language : other(sentence.language);
+  desktop.selectInputSource(selected == Language::russian ? kRussianLayout : kEnglishLayout);
   desktop.clearTextField();
   desktop.wait(kSentenceInterval);
-  const auto& table = sentence.russian ? KeyTable::russian() : KeyTable::english();
+  const auto& table = KeyTable::of(sentence.language);
   for (const auto character : text::Characters(sentence.text)) {
     desktop.wait(kKeyInterval);
     if (character == " ") {

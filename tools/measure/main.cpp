@@ -161,7 +161,7 @@ std::vector<CorpusReport> measureCeilings(const std::vector<Task>& tasks, const 
   std::vector<CorpusReport> reports;
   for (const auto& task : tasks) {
     const tessarok::virtualdesktop::TemporaryDirectory data;
-    writeCeilingData(task.sentences, task.corpus.russian, data.path());
+    writeCeilingData(task.sentences, task.corpus.language, data.path());
     Progress progress;
     auto report = measure({task}, data.path(), options.processes,
                           [&](std::size_t done, std::size_t all) { progress.show(done, all); });

@@ -75,13 +75,16 @@ FcitxRunLoop::FcitxRunLoop(fcitx::EventLoop& loop, Guard& guard) : loop_(loop), 
     return true;
   });
   turn_->setEnabled(false);
+  dispatcher_.attach(&loop_);
 }
 
 FcitxRunLoop::~FcitxRunLoop() = default;
 
 void FcitxRunLoop::async(std::function<void()> work) {
-  queue_.push_back(std::move(work));
-  turn_->setOneShot();
+  queue_.add(std::move(work));
+  if (std::this_thread::get_id() == mainThread_) return turn_->setOneShot();
+  // The loop's own sources are the main thread's.
+  dispatcher_.schedule([this] { turn_->setOneShot(); });
 }
 
 void FcitxRunLoop::after(double seconds, std::function<void()> work) {
@@ -131,11 +134,8 @@ void FcitxRunLoop::throwAway(std::unique_ptr<fcitx::EventSource> source) {
 }
 
 void FcitxRunLoop::runQueue() {
-  while (!queue_.empty()) {
-    const auto work = std::move(queue_.front());
-    queue_.pop_front();
+  while (const auto work = queue_.take())
     work();
-  }
 }
 
 }  // namespace tessarok::fcitx5

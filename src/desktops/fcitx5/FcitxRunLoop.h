@@ -1,20 +1,22 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <fcitx-utils/event.h>
+#include <fcitx-utils/eventdispatcher.h>
 #include <functional>
 #include <map>
 #include <memory>
+#include <thread>
 #include <vector>
 
 #include "desktops/fcitx5/Guard.h"
+#include "desktops/posix/MainQueue.h"
 #include "desktops/posix/PollSource.h"
 #include "platform/RunLoop.h"
 
 namespace tessarok::fcitx5 {
 
-/// Fcitx's own event loop as the corrector's. Main thread.
+/// Fcitx's own event loop as the corrector's. Main thread, but for `async`.
 class FcitxRunLoop final : public platform::RunLoop {
  public:
   /// Both outlive this object.
@@ -43,7 +45,10 @@ class FcitxRunLoop final : public platform::RunLoop {
 
   fcitx::EventLoop& loop_;
   Guard& guard_;
-  std::deque<std::function<void()>> queue_;
+  posix::MainQueue queue_;
+  std::thread::id mainThread_ = std::this_thread::get_id();
+  /// For what other threads ask for.
+  fcitx::EventDispatcher dispatcher_;
   std::unique_ptr<fcitx::EventSource> turn_;
   std::uint64_t lastNumber_ = 0;
   std::map<std::uint64_t, std::unique_ptr<fcitx::EventSource>> delayed_;

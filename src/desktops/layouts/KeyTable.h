@@ -4,6 +4,8 @@
 #include <optional>
 #include <string_view>
 
+#include "words/Language.h"
+
 namespace tessarok::layouts {
 
 /// Which character each key of a layout gives, plain and with Shift. Two tables exist: the one of
@@ -18,6 +20,9 @@ class KeyTable {
 
   [[nodiscard]] static const KeyTable& english();
   [[nodiscard]] static const KeyTable& russian();
+  [[nodiscard]] static const KeyTable& of(Language language) {
+    return language == Language::russian ? russian() : english();
+  }
   /// The table of a layout; null for a layout without data.
   [[nodiscard]] static const KeyTable* ofLayout(std::string_view identifier);
 

@@ -5,6 +5,7 @@
 
 #include "desktops/macos/ApplicationDelegate.h"
 #include "desktops/macos/MacDesktop.h"
+#include "desktops/posix/WriteSignals.h"
 
 namespace {
 
@@ -16,6 +17,7 @@ TessarokApplicationDelegate* applicationDelegate = nil;
 }  // namespace
 
 int main() {
+  tessarok::posix::ignoreWriteSignals();
   @autoreleasepool {
     // Never destroyed, so that a late call of the main queue still finds it.
     static auto* const desktop =

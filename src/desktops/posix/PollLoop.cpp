@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <fcntl.h>
 #include <system_error>
 #include <tuple>
+#include <unistd.h>
 #include <utility>
 
 namespace tessarok::posix {
@@ -18,6 +20,30 @@ class PollLoop::RepeatingTimer final : public platform::Timer {
   PollLoop& loop_;
   std::uint64_t number_;
 };
+
+PollLoop::PollLoop(platform::Clock& clock) : clock_(clock) {
+  int ends[2];
+  if (::pipe(ends) != 0) return;
+  wakeReader_ = FileDescriptor(ends[0]);
+  wakeWriter_ = FileDescriptor(ends[1]);
+  for (const int end : ends) {
+    static_cast<void>(::fcntl(end, F_SETFD, FD_CLOEXEC));
+    static_cast<void>(::fcntl(end, F_SETFL, O_NONBLOCK));
+  }
+}
+
+void PollLoop::async(std::function<void()> work) {
+  queue_.add(std::move(work));
+  if (std::this_thread::get_id() == mainThread_ || !wakeWriter_.isOpen()) return;
+  // A full pipe wakes the loop as well.
+  static_cast<void>(!::write(wakeWriter_.get(), "", 1));
+}
+
+void PollLoop::endWake() const {
+  char bytes[64];
+  while (::read(wakeReader_.get(), bytes, sizeof bytes) > 0) {
+  }
+}
 
 void PollLoop::after(double seconds, std::function<void()> work) {
   schedule({clock_.uptime() + seconds, 0, 0, std::move(work)});
@@ -47,11 +73,8 @@ void PollLoop::run() {
 }
 
 void PollLoop::runQueue() {
-  while (!queue_.empty()) {
-    const auto work = std::move(queue_.front());
-    queue_.pop_front();
+  while (const auto work = queue_.take())
     work();
-  }
 }
 
 std::uint64_t PollLoop::schedule(Pending pending) {
@@ -89,7 +112,7 @@ void PollLoop::runDue() {
 }
 
 int PollLoop::millisecondsToWait() {
-  if (!queue_.empty()) return 0;
+  if (!queue_.isEmpty()) return 0;
   const auto next = nextDue();
   if (next == pending_.end()) return -1;
   constexpr double kLongest = 3600;
@@ -106,6 +129,7 @@ void PollLoop::serveDescriptors() {
     descriptors_.push_back({events != 0 ? source->descriptor() : -1, events, 0});
     if (source->isReady()) mayWait = false;
   }
+  if (wakeReader_.isOpen()) descriptors_.push_back({wakeReader_.get(), POLLIN, 0});
   const int timeout = mayWait ? millisecondsToWait() : 0;
   if (timeout != 0 && onTurn) onTurn(true);
   const int count = ::poll(descriptors_.data(), descriptors_.size(), timeout);
@@ -113,6 +137,7 @@ void PollLoop::serveDescriptors() {
   if (onTurn) onTurn(false);
   if (count < 0 && error != EINTR) throw std::system_error(error, std::generic_category(), "poll");
   if (count < 0 || (count == 0 && mayWait)) return;
+  if (wakeReader_.isOpen() && descriptors_.back().revents != 0) endWake();
   for (std::size_t i = 0; i < turn_.size() && !stopped_; ++i) {
     if (!isServed(turn_[i])) continue;
     if (descriptors_[i].revents == 0 && !turn_[i]->isReady()) continue;

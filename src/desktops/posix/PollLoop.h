@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <poll.h>
+#include <thread>
 #include <vector>
 
+#include "desktops/posix/FileDescriptor.h"
+#include "desktops/posix/MainQueue.h"
 #include "desktops/posix/PollSource.h"
 #include "platform/Clock.h"
 #include "platform/RunLoop.h"
@@ -14,13 +16,13 @@
 namespace tessarok::posix {
 
 /// The main thread's loop of a program that waits with poll(2): file descriptors, the main queue,
-/// delayed calls and timers. Main thread.
+/// delayed calls and timers. Main thread, but for `async`.
 class PollLoop final : public platform::RunLoop {
  public:
   /// `clock` outlives the loop.
-  explicit PollLoop(platform::Clock& clock) : clock_(clock) {}
+  explicit PollLoop(platform::Clock& clock);
 
-  void async(std::function<void()> work) override { queue_.push_back(std::move(work)); }
+  void async(std::function<void()> work) override;
   void after(double seconds, std::function<void()> work) override;
   std::unique_ptr<platform::Timer> repeating(double interval, double tolerance,
                                              std::function<void()> work) override;
@@ -56,10 +58,16 @@ class PollLoop final : public platform::RunLoop {
   void runDue();
   [[nodiscard]] int millisecondsToWait();
   void serveDescriptors();
+  void endWake() const;
   [[nodiscard]] bool isServed(const PollSource* source) const;
 
   platform::Clock& clock_;
-  std::deque<std::function<void()>> queue_;
+  MainQueue queue_;
+  std::thread::id mainThread_ = std::this_thread::get_id();
+  /// A byte in it ends the waiting. Not open when none could be had: what other threads ask for is
+  /// then done when the waiting ends anyway.
+  FileDescriptor wakeReader_;
+  FileDescriptor wakeWriter_;
   std::vector<Pending> pending_;
   std::uint64_t lastNumber_ = 0;
   std::vector<PollSource*> sources_;

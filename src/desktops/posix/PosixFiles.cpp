@@ -1,8 +1,10 @@
 #include "desktops/posix/PosixFiles.h"
 
-#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
+#include <cinttypes>
+#include <cstdio>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/file.h>
@@ -14,7 +16,9 @@
 #include <vector>
 
 #include "desktops/posix/FileDescriptor.h"
+#include "desktops/posix/MappingGuard.h"
 #include "desktops/posix/PersonsEnvironment.h"
+#include "desktops/posix/WriteSignals.h"
 
 namespace tessarok::posix {
 
@@ -22,9 +26,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Files and folders that the program makes are the person's alone.
+/// Files that hold words are the person's alone.
 constexpr mode_t kFileMode = 0600;
-constexpr mode_t kFolderMode = 0700;
+/// What the person's own mask leaves of it is the default of every program.
+constexpr mode_t kDefaultFileMode = 0666;
+constexpr mode_t kDefaultFolderMode = 0777;
 
 std::string errorText(int number) {
   return std::generic_category().message(number);
@@ -62,12 +68,19 @@ FileDescriptor openRegularFile(const fs::path& file, int flags) {
 
 std::string readErrorText(int number) {
   if (number == EINVAL) return "not a regular file";
-  if (number == EFBIG) return "the file is larger than 64 MiB";
+  if (number == EFBIG) return "the file is larger than 1 GiB";
   return errorText(number);
 }
 
 /// The error number of a failed read; 0 on success.
 int readAll(int descriptor, std::string& text) {
+  struct stat status {};
+  // What is far too large is not begun with; what grows meanwhile is stopped below.
+  if (::fstat(descriptor, &status) == 0) {
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    if (size > platform::Files::kMostRead) return EFBIG;
+    text.reserve(size);
+  }
   std::vector<char> chunk(65536);
   while (true) {
     if (text.size() > platform::Files::kMostRead) return EFBIG;
@@ -79,19 +92,53 @@ int readAll(int descriptor, std::string& text) {
   }
 }
 
+/// When the file was written, and how long it is.
+struct Content {
+  std::int64_t seconds;
+  std::int64_t nanoseconds;
+  off_t size;
+
+  bool operator==(const Content&) const = default;
+};
+
+std::optional<Content> contentOf(int descriptor) {
+  struct stat status {};
+  if (::fstat(descriptor, &status) != 0) return std::nullopt;
+#ifdef __APPLE__
+  const auto& time = status.st_mtimespec;
+#else
+  const auto& time = status.st_mtim;
+#endif
+  return Content{time.tv_sec, time.tv_nsec, status.st_size};
+}
+
 class Mapping final : public platform::MappedFile {
  public:
-  Mapping(void* address, std::size_t size) : address_(address), size_(size) {}
+  Mapping(void* address, const Content& content, FileDescriptor descriptor)
+      : address_(address),
+        size_(static_cast<std::size_t>(content.size)),
+        content_(content),
+        descriptor_(std::move(descriptor)),
+        guard_(address, size_) {}
   ~Mapping() override {
     if (size_ > 0) ::munmap(address_, size_);
   }
   [[nodiscard]] std::string_view bytes() const override {
     return {static_cast<const char*>(address_), size_};
   }
+  [[nodiscard]] bool hasLostPart() const override { return guard_.hasLostPart(); }
+  [[nodiscard]] bool isUnchanged() const override {
+    // Of the file that is mapped, whatever has taken its name since.
+    const auto now = contentOf(descriptor_.get());
+    return !hasLostPart() && (!now || *now == content_);
+  }
 
  private:
   void* address_;
   std::size_t size_;
+  Content content_;
+  FileDescriptor descriptor_;
+  MappingGuard guard_;
 };
 
 class Lock final : public platform::FileLock {
@@ -106,27 +153,55 @@ class Lock final : public platform::FileLock {
 constexpr std::string_view kRandomPart = ".XXXXXX";
 /// No write takes so long, not even on a disk that has to wake up.
 constexpr auto kLongestWrite = std::chrono::minutes(5);
+constexpr std::string_view kTemporaryStart = ".tessarok-";
+constexpr std::size_t kNumberDigits = 16;
 
-/// Whether a file may be one that a write was about to put in the place of another: its name with
-/// a dot before it, and six letters and digits behind.
+/// 16 digits that follow from a text (FNV-1a).
+std::string checkDigits(std::string_view text) {
+  std::uint64_t sum = 0xcbf29ce484222325;
+  for (const char c : text)
+    sum = (sum ^ static_cast<unsigned char>(c)) * 0x100000001b3;
+  std::array<char, kNumberDigits + 1> digits{};
+  std::snprintf(digits.data(), digits.size(), "%016" PRIx64, sum);
+  return digits.data();
+}
+
+/// The name of a file that is to be put in the place of another: so far it is the program's, and
+/// what is left of a write that was cut off must never be taken for a file of the person's, nor
+/// one of those for it. So the name holds a number and what follows from the number, which nobody
+/// writes by chance. It does not grow with the target's, which may be as long as names can be.
+std::string temporaryName() {
+  const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+  const auto number = checkDigits(std::to_string(::getpid()) + ' ' + std::to_string(now));
+  return std::string(kTemporaryStart) + number + '-' + checkDigits(number) +
+         std::string(kRandomPart);
+}
+
+/// Whether `temporaryName`, and mkostemp, have made the name.
 bool isTemporaryName(std::string_view name) {
-  if (name.size() <= kRandomPart.size() + 1 || name.front() != '.') return false;
-  const auto random = name.substr(name.size() - kRandomPart.size());
-  // Of a file of this program: no other has a folder of that name.
-  const auto target = name.substr(1, name.size() - 1 - kRandomPart.size());
-  const bool isOurs = target.ends_with(".txt") || target.ends_with(".json");
-  return isOurs && random.front() == '.' &&
-         std::all_of(random.begin() + 1, random.end(), [](char c) {
-           return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-         });
+  if (!name.starts_with(kTemporaryStart)) return false;
+  name.remove_prefix(kTemporaryStart.size());
+  if (name.size() != 2 * kNumberDigits + 1 + kRandomPart.size()) return false;
+  const auto number = name.substr(0, kNumberDigits);
+  return name.substr(kNumberDigits).starts_with('-' + checkDigits(number) + '.');
+}
+
+/// Whether a file is what a write that was cut off has left. Written to or linked by anybody else,
+/// it is not.
+bool isLeftover(const fs::path& file) {
+  if (!isTemporaryName(file.filename().string())) return false;
+  struct stat status {};
+  if (::lstat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+  if (status.st_uid != ::geteuid() || status.st_nlink != 1) return false;
+  const auto written = std::chrono::system_clock::from_time_t(status.st_mtime);
+  return written + kLongestWrite < std::chrono::system_clock::now();
 }
 
 /// A new file beside the target that goes away unless it was put in the target's place.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const fs::path& target)
-      : name_((target.parent_path() / ("." + target.filename().string() + std::string(kRandomPart)))
-                  .string()),
+      : name_((target.parent_path() / temporaryName()).string()),
         descriptor_(::mkostemp(name_.data(), O_CLOEXEC)) {}
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -253,23 +328,35 @@ std::optional<std::string> PosixFiles::read(const fs::path& file, std::string* e
   return std::nullopt;
 }
 
+std::vector<std::string> PosixFiles::list(const fs::path& folder) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    names.push_back(entry->path().filename().string());
+  }
+  return names;
+}
+
 std::unique_ptr<platform::MappedFile> PosixFiles::map(const fs::path& file) {
-  const auto descriptor = openRegularFile(file, O_RDONLY);
-  struct stat status {};
-  if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0) return nullptr;
-  const auto size = static_cast<std::size_t>(status.st_size);
+  auto descriptor = openRegularFile(file, O_RDONLY);
+  const auto content = descriptor.isOpen() ? contentOf(descriptor.get()) : std::nullopt;
+  if (!content) return nullptr;
+  void* address = nullptr;
   // A mapping cannot be empty.
-  if (size == 0) return std::make_unique<Mapping>(nullptr, 0);
-  void* address = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor.get(), 0);
-  if (address == MAP_FAILED) return nullptr;
-  return std::make_unique<Mapping>(address, size);
+  if (content->size > 0) {
+    address = ::mmap(nullptr, static_cast<std::size_t>(content->size), PROT_READ, MAP_PRIVATE,
+                     descriptor.get(), 0);
+    if (address == MAP_FAILED) return nullptr;
+  }
+  return std::make_unique<Mapping>(address, *content, std::move(descriptor));
 }
 
 std::optional<std::string> PosixFiles::createDirectories(const fs::path& folder) {
   fs::path made;
   for (const auto& part : folder) {
     made /= part;
-    if (::mkdir(made.c_str(), kFolderMode) == 0) continue;
+    if (::mkdir(made.c_str(), kDefaultFolderMode) == 0) continue;
     const int number = errno;
     std::error_code error;
     if (!fs::is_directory(made, error)) return errorText(number);
@@ -279,6 +366,7 @@ std::optional<std::string> PosixFiles::createDirectories(const fs::path& folder)
 
 std::optional<std::string> PosixFiles::writeAtomically(const fs::path& file,
                                                        std::string_view text) {
+  const WriteSignalsBlocked errorsInstead;
   const auto target = linkTarget(file);
   TemporaryFile temporary(target);
   if (!temporary.replace(target, text)) return errorText(errno);
@@ -286,32 +374,33 @@ std::optional<std::string> PosixFiles::writeAtomically(const fs::path& file,
   return std::nullopt;
 }
 
+bool PosixFiles::remove(const fs::path& file) {
+  return ::unlink(file.c_str()) == 0 || errno == ENOENT;
+}
+
 void PosixFiles::removeLeftovers(const fs::path& folder) {
   std::error_code error;
-  const auto oldest = fs::file_time_type::clock::now() - kLongestWrite;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error)) {
-    std::error_code entryError;
-    if (!isTemporaryName(entry->path().filename().string())) continue;
-    if (!fs::is_regular_file(entry->symlink_status(entryError)) || entryError) continue;
-    const auto written = entry->last_write_time(entryError);
-    if (!entryError && written < oldest) ::unlink(entry->path().c_str());
+    if (isLeftover(entry->path())) ::unlink(entry->path().c_str());
   }
 }
 
 void PosixFiles::appendToLog(const fs::path& file, std::string_view text,
                              std::uint64_t restartAbove) {
-  // The place may be one where others can make files, such as /tmp: a link there would choose
-  // what is written to. Of folders on the way links are followed.
-  const auto existing = openRegularFile(file, O_WRONLY | O_NOFOLLOW);
+  const WriteSignalsBlocked errorsInstead;
+  // The path may be a pipe's, as /dev/stderr often is. Nobody waits for whoever reads it.
+  constexpr int kFlags = O_WRONLY | O_NONBLOCK | O_NOCTTY;
+  const auto existing = openFile(file, kFlags);
   if (!existing.isOpen()) {
-    const auto created = openFile(file, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
+    const auto created = openFile(file, kFlags | O_CREAT | O_TRUNC, kDefaultFileMode);
     if (created.isOpen()) static_cast<void>(writeAll(created.get(), text));
     return;
   }
   const auto size = ::lseek(existing.get(), 0, SEEK_END);
-  if (size < 0) return;
-  if (static_cast<std::uint64_t>(size) > restartAbove) {
+  // Pipes and terminals have no size to look at.
+  if (size < 0 && errno != ESPIPE) return;
+  if (size > 0 && static_cast<std::uint64_t>(size) > restartAbove) {
     if (::ftruncate(existing.get(), 0) != 0 || ::lseek(existing.get(), 0, SEEK_SET) != 0) return;
   }
   static_cast<void>(writeAll(existing.get(), text));
@@ -337,11 +426,6 @@ platform::FileLockResult PosixFiles::lockExclusively(const fs::path& file) {
         number == EWOULDBLOCK ? Reason::heldByAnother : Reason::cannotLock, number};
   }
   markAsLocked(descriptor.get());
-  // The number tells people, and other copies, who holds the lock; the lock itself is the
-  // kernel's, so a number left by a crash holds nobody off.
-  if (::ftruncate(descriptor.get(), 0) == 0) {
-    static_cast<void>(writeAll(descriptor.get(), std::to_string(::getpid()) + "\n"));
-  }
   return std::make_unique<Lock>(std::move(descriptor));
 }
 

@@ -30,10 +30,12 @@ class PosixFiles : public platform::Files {
   bool isReadable(const std::filesystem::path& file) override;
   std::optional<platform::FileStamp> stamp(const std::filesystem::path& file) override;
   std::optional<std::string> read(const std::filesystem::path& file, std::string* error) override;
+  std::vector<std::string> list(const std::filesystem::path& folder) override;
   std::unique_ptr<platform::MappedFile> map(const std::filesystem::path& file) override;
   std::optional<std::string> createDirectories(const std::filesystem::path& folder) override;
   std::optional<std::string> writeAtomically(const std::filesystem::path& file,
                                              std::string_view text) override;
+  bool remove(const std::filesystem::path& file) override;
   void removeLeftovers(const std::filesystem::path& folder) override;
   void appendToLog(const std::filesystem::path& file, std::string_view text,
                    std::uint64_t restartAbove) override;

@@ -54,19 +54,22 @@ std::filesystem::path SettingsFile::locationFor(const std::filesystem::path& hom
 }
 
 std::optional<bool> SettingsFile::boolean(std::string_view key) {
-  if (!isLoaded_) load();
-  const auto found = values_.find(key);
-  if (found == values_.end()) return std::nullopt;
-  const auto* value = std::get_if<bool>(&found->second);
+  const auto found = value(key);
+  const auto* value = found ? std::get_if<bool>(&*found) : nullptr;
   return value == nullptr ? std::nullopt : std::optional(*value);
 }
 
 std::optional<std::string> SettingsFile::string(std::string_view key) {
-  if (!isLoaded_) load();
-  const auto found = values_.find(key);
-  if (found == values_.end()) return std::nullopt;
-  const auto* value = std::get_if<std::string>(&found->second);
+  const auto found = value(key);
+  const auto* value = found ? std::get_if<std::string>(&*found) : nullptr;
   return value == nullptr ? std::nullopt : std::optional(*value);
+}
+
+std::optional<SettingsFile::Value> SettingsFile::value(std::string_view key) {
+  prepare();
+  const std::lock_guard lock(mutex_);
+  const auto found = values_.find(key);
+  return found == values_.end() ? std::nullopt : std::optional(found->second);
 }
 
 void SettingsFile::setBoolean(std::string_view key, bool value) {
@@ -78,46 +81,92 @@ void SettingsFile::setString(std::string_view key, std::string value) {
 }
 
 void SettingsFile::set(std::string_view key, Value value) {
-  // Another copy of the program may have saved other switches since.
-  reload();
-  values_.insert_or_assign(std::string(key), std::move(value));
-  if (!isUnusable_) save();
+  prepare();
+  {
+    const std::lock_guard lock(mutex_);
+    values_.insert_or_assign(std::string(key), value);
+    unsaved_.insert_or_assign(std::string(key), std::move(value));
+  }
+  queue_.async([this] { save(); });
+}
+
+void SettingsFile::prepare() {
+  if (isLoaded_) return;
+  files_.removeLeftovers(file_.parent_path());
+  load();
+  isLoaded_ = true;
 }
 
 void SettingsFile::reload() {
-  if (!isUnusable_ && !isUnsaved_) load();
+  flush();
+  if (!hasUnsaved()) load();
+}
+
+void SettingsFile::flush() {
+  queue_.drain();
+}
+
+bool SettingsFile::hasUnsaved() {
+  const std::lock_guard lock(mutex_);
+  return !unsaved_.empty();
 }
 
 void SettingsFile::load() {
-  if (!isLoaded_) files_.removeLeftovers(file_.parent_path());
-  isLoaded_ = true;
-  if (!files_.exists(file_)) return;
+  if (isUnusable_) return;
+  auto read = readFile();
+  if (!read) return;
+  const std::lock_guard lock(mutex_);
+  values_ = std::move(*read);
+}
+
+std::optional<SettingsFile::Values> SettingsFile::readFile() {
+  if (!files_.exists(file_)) return std::nullopt;
   std::string error;
   const auto text = files_.read(file_, &error);
   try {
     if (!text) throw std::runtime_error(error);
-    values_ = parse(*text);
+    return parse(*text);
   } catch (const std::exception& fault) {
     isUnusable_ = true;
     report("could not read settings " + file_.string() + ": " + withoutNumber(fault.what()));
+    return std::nullopt;
   }
 }
 
 void SettingsFile::save() {
-  auto error = files_.createDirectories(file_.parent_path());
-  if (!error) {
-    auto object = nlohmann::json::object();
-    for (const auto& [key, value] : values_) {
-      std::visit([&, &name = key](const auto& plain) { object[name] = plain; }, value);
-    }
-    error = files_.writeAtomically(file_, object.dump(2) + "\n");
+  if (isUnusable_ || !hasUnsaved()) return;
+  // Another copy of the program may have saved other switches since.
+  auto read = readFile();
+  if (isUnusable_) return;
+  Values saved;
+  {
+    const std::lock_guard lock(mutex_);
+    // A file that has gone leaves what is known.
+    if (read) values_ = std::move(*read);
+    for (const auto& [key, value] : unsaved_)
+      values_.insert_or_assign(key, value);
+    unsaved_.swap(saved);
+    read = values_;
   }
-  isUnsaved_ = error.has_value();
-  if (error) report("could not save settings " + file_.string() + ": " + *error);
+  const auto error = write(*read);
+  if (!error) return;
+  report("could not save settings " + file_.string() + ": " + *error);
+  const std::lock_guard lock(mutex_);
+  // What has been changed again meanwhile is newer.
+  unsaved_.merge(saved);
+}
+
+std::optional<std::string> SettingsFile::write(const Values& values) {
+  if (auto error = files_.createDirectories(file_.parent_path())) return error;
+  auto object = nlohmann::json::object();
+  for (const auto& [key, value] : values) {
+    std::visit([&, &name = key](const auto& plain) { object[name] = plain; }, value);
+  }
+  return files_.writeAtomically(file_, object.dump(2) + "\n");
 }
 
 void SettingsFile::report(const std::string& problem) {
-  if (std::exchange(isReported_, true)) return;
+  if (isReported_.exchange(true)) return;
   log_.write("Tessarok: " + problem + "; changes last until the program ends");
 }
 

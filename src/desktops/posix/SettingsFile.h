@@ -1,12 +1,15 @@
 #pragma once
 
+#include <atomic>
 #include <filesystem>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
 
+#include "desktops/posix/ThreadQueue.h"
 #include "platform/Files.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
@@ -15,10 +18,11 @@ namespace tessarok::posix {
 
 /// The person's switches in a file, a JSON object of booleans; a few settings are texts. A file
 /// that cannot be used is reported once and left as it is: changes then last until the program
-/// ends. Main thread.
+/// ends. Main thread; what is changed is in force at once and saved on a thread of its own, because
+/// keys wait while the main one does.
 class SettingsFile final : public platform::UserDefaults {
  public:
-  /// Read on first use. `files` and `log` outlive this object.
+  /// Read on first use. Its end waits until all is saved. `files` and `log` outlive this object.
   SettingsFile(std::filesystem::path file, platform::Files& files, platform::SystemLog& log);
 
   /// $XDG_CONFIG_HOME/Tessarok/settings.json, or the same below ~/.config.
@@ -29,8 +33,13 @@ class SettingsFile final : public platform::UserDefaults {
   /// A setting that is a text; absent when it was never set or is none.
   [[nodiscard]] std::optional<std::string> string(std::string_view key);
   void setString(std::string_view key, std::string value);
+  /// Reads the file, once. From any thread, when nothing else is called meanwhile: so that the
+  /// first use need not wait for the disk.
+  void prepare();
   /// Reads the file again, which somebody else may have written.
   void reload();
+  /// Waits until all changes are saved, as far as they can be.
+  void flush();
 
  private:
   using Value = std::variant<bool, std::string>;
@@ -38,21 +47,29 @@ class SettingsFile final : public platform::UserDefaults {
 
   [[nodiscard]] static Values parse(const std::string& text);
 
+  [[nodiscard]] std::optional<Value> value(std::string_view key);
+  [[nodiscard]] bool hasUnsaved();
   void load();
+  [[nodiscard]] std::optional<Values> readFile();
   void set(std::string_view key, Value value);
   void save();
+  [[nodiscard]] std::optional<std::string> write(const Values& values);
   void report(const std::string& problem);
 
   std::filesystem::path file_;
   platform::Files& files_;
   platform::SystemLog& log_;
-  Values values_;
-  bool isLoaded_ = false;
+  std::atomic<bool> isLoaded_ = false;
   /// The file holds something that must not be overwritten.
-  bool isUnusable_ = false;
-  /// A change could not be saved; reading the file again would lose it.
-  bool isUnsaved_ = false;
-  bool isReported_ = false;
+  std::atomic<bool> isUnusable_ = false;
+  std::atomic<bool> isReported_ = false;
+  /// Never held while the disk is asked for something.
+  std::mutex mutex_;
+  Values values_;
+  /// Changes that are not saved; reading the file again would lose them.
+  Values unsaved_;
+  /// Goes first, and finishes its work.
+  ThreadQueue queue_;
 };
 
 }  // namespace tessarok::posix

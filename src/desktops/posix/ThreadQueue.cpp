@@ -1,9 +1,27 @@
 #include "desktops/posix/ThreadQueue.h"
 
+#ifdef __linux__
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#endif
 #include <system_error>
 #include <utility>
 
 namespace tessarok::posix {
+
+namespace {
+
+/// Keys come first where processors are few: of what queues do nothing is in a hurry. Elsewhere
+/// than on Linux this would be the whole process's priority.
+void stepBack() {
+#ifdef __linux__
+  constexpr int kNice = 10;
+  static_cast<void>(::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), kNice));
+#endif
+}
+
+}  // namespace
 
 ThreadQueue::~ThreadQueue() {
   {
@@ -42,6 +60,7 @@ void ThreadQueue::drain() {
 }
 
 void ThreadQueue::serve() {
+  stepBack();
   std::unique_lock lock(mutex_);
   while (true) {
     changed_.wait(lock, [this] { return !jobs_.empty() || ending_; });

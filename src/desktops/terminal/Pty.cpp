@@ -9,6 +9,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "desktops/posix/WriteSignals.h"
+
 namespace tessarok::terminal {
 
 namespace {
@@ -31,7 +33,7 @@ Pty::Failure failureToRun(const std::string& program, int error) {
 
 /// In the new process: becomes the program, or writes why it cannot. Allocates nothing.
 [[noreturn]] void run(char* const* arguments, int report) {
-  ::signal(SIGPIPE, SIG_DFL);
+  posix::restoreWriteSignals();
   ::execvp(arguments[0], arguments);
   const int error = errno;
   [[maybe_unused]] const auto written = ::write(report, &error, sizeof error);

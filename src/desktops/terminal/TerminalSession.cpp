@@ -50,7 +50,7 @@ TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer,
     : desktop_(desktop),
       outer_(outer),
       pty_(pty),
-      signals_({SIGCHLD, SIGWINCH, SIGCONT, SIGTSTP, SIGTERM, SIGHUP, SIGINT, SIGQUIT, SIGPIPE},
+      signals_({SIGCHLD, SIGWINCH, SIGCONT, SIGTSTP, SIGTERM, SIGHUP, SIGINT, SIGQUIT},
                [this](int signal) { handleSignal(signal); }),
       input_(
           OuterTerminal::input(), [this] { return readsInput() ? short{POLLIN} : short{0}; },
@@ -105,9 +105,6 @@ void TerminalSession::handleSignal(int signal) {
       [[fallthrough]];
     case SIGWINCH:
       return resize();
-    case SIGPIPE:
-      // The write that failed says so itself.
-      return;
     default:
       isUntidy_ = true;
       isHurried_ = true;

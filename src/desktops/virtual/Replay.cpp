@@ -1,6 +1,6 @@
 #include "desktops/virtual/Replay.h"
 
-#include <algorithm>
+#include <set>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -39,6 +39,22 @@ KeyTable::Stroke strokeFor(std::string_view character) {
   return *stroke;
 }
 
+/// One line. That a key is there twice is never meant, and which of the two counts nobody can tell.
+nlohmann::json parsed(const std::string& line) {
+  using Json = nlohmann::json;
+  std::vector<std::set<std::string>> open;
+  const auto notice = [&open](int, Json::parse_event_t event, Json& value) {
+    if (event == Json::parse_event_t::object_start) open.emplace_back();
+    if (event == Json::parse_event_t::object_end) open.pop_back();
+    if (event != Json::parse_event_t::key) return true;
+    const auto& key = value.get_ref<const std::string&>();
+    if (!open.back().insert(key).second)
+      throw ReplayError("the key \"" + key + "\" is there twice");
+    return true;
+  };
+  return Json::parse(line, notice, false);
+}
+
 void requireTrue(const nlohmann::json& value, std::string_view what) {
   if (!values::boolean(value, what)) throw ReplayError(std::string(what) + " must be true");
 }
@@ -56,6 +72,7 @@ void Replay::run(std::istream& in, std::ostream& out) {
   out_ = &out;
   std::string line;
   for (std::size_t number = 1; std::getline(in, line); ++number) {
+    if (line.ends_with('\r')) line.pop_back();
     if (line.empty() || line.front() == '#') continue;
     try {
       runLine(line);
@@ -67,11 +84,11 @@ void Replay::run(std::istream& in, std::ostream& out) {
 }
 
 void Replay::runLine(const std::string& line) {
-  const auto parsed = Json::parse(line, nullptr, false);
-  if (parsed.is_discarded()) throw ReplayError("not a JSON value");
-  if (!parsed.is_object()) throw ReplayError("not a JSON object");
-  if (parsed.size() != 1) throw ReplayError("a line holds exactly one action");
-  perform(parsed.begin().key(), parsed.begin().value());
+  const auto value = parsed(line);
+  if (value.is_discarded()) throw ReplayError("not a JSON value");
+  if (!value.is_object()) throw ReplayError("not a JSON object");
+  if (value.size() != 1) throw ReplayError("a line holds exactly one action");
+  perform(value.begin().key(), value.begin().value());
 }
 
 void Replay::perform(const std::string& name, const Json& value) {

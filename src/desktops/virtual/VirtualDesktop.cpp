@@ -22,6 +22,7 @@ VirtualDesktop::VirtualDesktop(const std::filesystem::path& home,
       bundle_(std::move(resources)),
       eventTaps_([this](const VirtualEvent& event) { deliver(event); }),
       keyboard_(runLoop_) {
+  runLoop_.onTurn = [this] { serialQueues_.drain(); };
   inputSources_.onSelected = [this] { queueSelectedNotification(); };
   eventTaps_.onPosted = [this](const VirtualEvent& event) {
     if (recordsEvents) posted_.push_back(describe(event));

@@ -9,7 +9,6 @@
 
 #include "desktops/posix/DataDirectoryBundle.h"
 #include "desktops/posix/NotificationCentre.h"
-#include "desktops/posix/ThreadQueues.h"
 #include "desktops/virtual/TextField.h"
 #include "desktops/virtual/VirtualAccessibility.h"
 #include "desktops/virtual/VirtualApplication.h"
@@ -21,6 +20,7 @@
 #include "desktops/virtual/VirtualKeyboard.h"
 #include "desktops/virtual/VirtualRunLoop.h"
 #include "desktops/virtual/VirtualSecureInput.h"
+#include "desktops/virtual/VirtualSerialQueues.h"
 #include "desktops/virtual/VirtualStatusBar.h"
 #include "desktops/virtual/VirtualSystemLog.h"
 #include "desktops/virtual/VirtualUserDefaults.h"
@@ -65,7 +65,7 @@ class VirtualDesktop final : public platform::Desktop {
   bool chooseMenuItem(const std::string& title);
   /// Lets time pass; what falls due in it is done.
   void wait(double seconds);
-  /// Runs what is queued on the main queue.
+  /// Runs what is queued on the main queue, and before it what other threads have to do.
   void endTurn() { runLoop_.runQueue(); }
 
   /// Events that the program posted and events that reached the application, as text, since the
@@ -92,7 +92,7 @@ class VirtualDesktop final : public platform::Desktop {
   VirtualKeyboard& keyboard() override { return keyboard_; }
   VirtualRunLoop& runLoop() override { return runLoop_; }
   VirtualSecureInput& secureInput() override { return secureInput_; }
-  posix::ThreadQueues& serialQueues() override { return serialQueues_; }
+  VirtualSerialQueues& serialQueues() override { return serialQueues_; }
   VirtualStatusBar& statusBar() override { return statusBar_; }
   VirtualSystemLog& systemLog() override { return systemLog_; }
   VirtualUserDefaults& userDefaults() override { return userDefaults_; }
@@ -116,7 +116,7 @@ class VirtualDesktop final : public platform::Desktop {
   posix::NotificationCentre inputSourceNotifications_;
   VirtualKeyboard keyboard_;
   VirtualSecureInput secureInput_;
-  posix::ThreadQueues serialQueues_;
+  VirtualSerialQueues serialQueues_;
   VirtualStatusBar statusBar_;
   VirtualSystemLog systemLog_;
   VirtualUserDefaults userDefaults_;

@@ -27,9 +27,10 @@ std::unique_ptr<platform::Timer> VirtualRunLoop::repeating(double interval, doub
 }
 
 void VirtualRunLoop::runQueue() {
-  while (!queue_.empty()) {
-    const auto work = std::move(queue_.front());
-    queue_.pop_front();
+  while (true) {
+    if (onTurn) onTurn();
+    const auto work = queue_.take();
+    if (!work) return;
     work();
   }
 }

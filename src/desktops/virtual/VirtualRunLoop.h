@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <vector>
 
+#include "desktops/posix/MainQueue.h"
 #include "platform/Clock.h"
 #include "platform/RunLoop.h"
 
@@ -17,7 +17,7 @@ class VirtualRunLoop final : public platform::RunLoop, public platform::Clock {
   static constexpr double kUptimeAtStart = 1000.0;
 
   double uptime() override { return now_; }
-  void async(std::function<void()> work) override { queue_.push_back(std::move(work)); }
+  void async(std::function<void()> work) override { queue_.add(std::move(work)); }
   void after(double seconds, std::function<void()> work) override;
   std::unique_ptr<platform::Timer> repeating(double interval, double tolerance,
                                              std::function<void()> work) override;
@@ -26,6 +26,8 @@ class VirtualRunLoop final : public platform::RunLoop, public platform::Clock {
 
   /// Runs everything queued on the main queue, first in first out, until nothing is left.
   void runQueue();
+  /// Called whenever the main queue is about to be looked at: here all other threads take no time.
+  std::function<void()> onTurn;
   /// Moves the clock on; what falls due runs in order, each at its own time.
   void advance(double seconds);
 
@@ -46,7 +48,7 @@ class VirtualRunLoop final : public platform::RunLoop, public platform::Clock {
   void cancel(std::uint64_t number);
 
   double now_ = kUptimeAtStart;
-  std::deque<std::function<void()>> queue_;
+  posix::MainQueue queue_;
   std::vector<Pending> pending_;
   std::uint64_t lastNumber_ = 0;
 };

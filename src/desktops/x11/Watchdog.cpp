@@ -15,6 +15,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "desktops/posix/WriteSignals.h"
 #include "desktops/x11/DeviceKeys.h"
 
 namespace tessarok::x11 {
@@ -44,6 +45,7 @@ void say(const std::string& message) {
 }  // namespace
 
 std::optional<int> Watchdog::watchOver(const Work& work) {
+  posix::ignoreWriteSignals();
   Watchdog watchdog;
   watchdog.start(work);
   watchdog.loop_.run();

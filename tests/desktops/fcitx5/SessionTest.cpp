@@ -16,6 +16,12 @@ constexpr int kSentences = 50;
 template <typename AnySession>
 class Fcitx5Session : public ::testing::Test {
  protected:
+  void SetUp() override {
+    if constexpr (std::is_same_v<AnySession, SwaySession>) {
+      if (const auto obstacle = SwaySession::obstacle()) GTEST_SKIP() << *obstacle;
+    }
+  }
+
   /// Types sentences, keys so far apart, and compares with the virtual desktop.
   static void typeSentences(std::chrono::milliseconds interval) {
     AnySession session;

@@ -1,8 +1,11 @@
 #include "tests/desktops/fcitx5/SwaySession.h"
 
+#include <cstdlib>
 #include <filesystem>
+#include <grp.h>
 #include <pwd.h>
 #include <stdexcept>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "tests/desktops/x11/Patience.h"
@@ -63,7 +66,29 @@ void giveToNobody(const fs::path& folder) {
     give(entry.path());
 }
 
+/// In a process of its own: becomes the user of the session and makes a file there.
+bool canShareMemory() {
+  const auto* user = ::getpwnam(kUser);
+  if (::geteuid() == 0) {
+    const bool isUser = user != nullptr && ::setgroups(0, nullptr) == 0 &&
+                        ::setgid(user->pw_gid) == 0 && ::setuid(user->pw_uid) == 0;
+    if (!isUser) return false;
+  }
+  char name[] = "/dev/shm/tessarok.XXXXXX";
+  return ::mkstemp(name) >= 0 && ::unlink(name) == 0;
+}
+
 }  // namespace
+
+std::optional<std::string> SwaySession::obstacle() {
+  const auto child = ::fork();
+  if (child == 0) ::_exit(canShareMemory() ? 0 : 1);
+  int status = 0;
+  if (child > 0 && ::waitpid(child, &status, 0) == child && status == 0) return std::nullopt;
+  return "programs of a Wayland session share memory, and /dev/shm cannot be written by an "
+         "ordinary "
+         "user";
+}
 
 std::vector<std::string> SwaySession::inSession(std::vector<std::string> command) const {
   return ::geteuid() == 0 ? asNobody(command) : command;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,9 @@ namespace tessarok::testing {
 /// run as root; then everything runs as nobody.
 class SwaySession final : public Session {
  public:
+  /// Why there can be none on this machine; absent when nothing is known to be in the way.
+  [[nodiscard]] static std::optional<std::string> obstacle();
+
   SwaySession();
   ~SwaySession() override;
 

@@ -10,6 +10,7 @@
 #include "typing/DiagnosticLog.h"
 #include "typing/KeyCodes.h"
 #include "words/IgnoreList.h"
+#include "words/ListQueue.h"
 
 namespace tessarok::macostest {
 
@@ -86,7 +87,7 @@ Mac::Mac(const std::filesystem::path& home, const std::filesystem::path& resourc
 
 Mac::~Mac() {
   if (launched_) quit();
-  IgnoreList::flush();
+  waitForQueues();
   DiagnosticLog::drain();
 }
 
@@ -130,7 +131,15 @@ void Mac::quit() {
   fakeSystem().runMainQueue();
 }
 
+void Mac::waitForQueues() const {
+  // They are made on first use, of the program's desktop.
+  if (!launched_) return;
+  IgnoreList::flush();
+  ListQueue::drain();
+}
+
 void Mac::endTurn() {
+  waitForQueues();
   fakeSystem().runMainQueue();
   if (services_.application->terminationRequested) quit();
 }

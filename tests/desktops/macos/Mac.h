@@ -101,6 +101,9 @@ class Mac final {
   std::vector<Posted> postedEvents;
 
  private:
+  /// What a turn has asked of other threads is done before the next one.
+  void waitForQueues() const;
+
   void send(CGEventType type, const Key& key);
   void deliver(const fakemac::Event& event);
   [[nodiscard]] const layouts::KeyTable& currentTable();

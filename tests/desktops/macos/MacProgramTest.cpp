@@ -58,12 +58,13 @@ TEST_F(MacProgramTest, SetsTheTapUpAndTakesItDownInOrder) {
             (std::vector<std::string>{"disable", "invalidate", "remove source"}));
 }
 
-TEST_F(MacProgramTest, WritesOnItsTwoSerialQueues) {
+TEST_F(MacProgramTest, ReadsAndWritesOnItsThreeSerialQueues) {
   ASSERT_EQ(setenv("TESSAROK_DEBUG", "", 1), 0);
   mac.launch();
   mac.quit();
   EXPECT_EQ(fakeSystem().queueLabels,
-            (std::vector<std::string>{"app.tessarok.dbg", "app.tessarok.ignore-persistence"}));
+            (std::vector<std::string>{"app.tessarok.ignore-persistence", "app.tessarok.lists",
+                                      "app.tessarok.dbg"}));
 }
 
 TEST_F(MacProgramTest, PostsBackspacesThenTextThenTheHeldKey) {

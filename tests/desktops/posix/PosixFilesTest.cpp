@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -119,8 +120,8 @@ TEST_F(PosixFilesTest, WritingOverAFolderFailsAndLeavesNothingTemporary) {
 TEST_F(PosixFilesTest, AWriteThatRunsOutOfSpaceLeavesTheOldFileAndNothingTemporary) {
   writeFile(folder / "a.txt", "old\n");
   const auto answer = inChild([&] {
-    // Beyond the limit a write fails; the signal that comes with it is not wanted.
-    std::signal(SIGXFSZ, SIG_IGN);
+    // Beyond the limit a write fails; the signal that comes with it must not end the process.
+    std::signal(SIGXFSZ, SIG_DFL);
     const rlimit limit{1024, 1024};
     if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 2;
     const auto error = files.writeAtomically(folder / "a.txt", std::string(5000, 'x'));
@@ -185,7 +186,7 @@ TEST_F(PosixFilesTest, AFileThatWouldFillTheMemoryIsNotRead) {
   fs::resize_file(folder / "large.txt", std::uint64_t{2} * 1024 * 1024 * 1024);
   std::string error;
   EXPECT_FALSE(files.read(folder / "large.txt", &error).has_value());
-  EXPECT_EQ(error, "the file is larger than 64 MiB");
+  EXPECT_EQ(error, "the file is larger than 1 GiB");
 }
 
 TEST_F(PosixFilesTest, MapsFiles) {
@@ -200,6 +201,81 @@ TEST_F(PosixFilesTest, AMapOutlivesItsReplacedFile) {
   const auto mapped = files.map(folder / "a.txt");
   EXPECT_FALSE(files.writeAtomically(folder / "a.txt", "").has_value());
   EXPECT_EQ(mapped->bytes(), "text");
+}
+
+TEST_F(PosixFilesTest, AMapOfAFileThatIsCutShortCanBeReadOn) {
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  writeFile(folder / "words", std::string(4 * page, 'a'));
+  writeFile(folder / "others", std::string(page, 'b'));
+  const auto words = files.map(folder / "words");
+  const auto others = files.map(folder / "others");
+  EXPECT_TRUE(words->isUnchanged());
+  fs::resize_file(folder / "words", page);
+  EXPECT_FALSE(words->hasLostPart());
+  EXPECT_FALSE(words->isUnchanged());
+  EXPECT_EQ(words->bytes(), std::string(page, 'a') + std::string(3 * page, '\n'));
+  EXPECT_TRUE(words->hasLostPart());
+  EXPECT_EQ(others->bytes(), std::string(page, 'b'));
+  EXPECT_FALSE(others->hasLostPart());
+  EXPECT_TRUE(others->isUnchanged());
+}
+
+TEST_F(PosixFilesTest, AMapTellsWritingInPlaceFromReplacing) {
+  writeFile(folder / "words", "aaaa\n");
+  ASSERT_EQ(files.writeAtomically(folder / "replaced", "bbbb\n"), std::nullopt);
+  const auto words = files.map(folder / "words");
+  const auto replaced = files.map(folder / "replaced");
+  ASSERT_EQ(files.writeAtomically(folder / "replaced", "cccc and more\n"), std::nullopt);
+  EXPECT_TRUE(replaced->isUnchanged());
+  fs::remove(folder / "replaced");
+  EXPECT_TRUE(replaced->isUnchanged());
+  EXPECT_EQ(replaced->bytes(), "bbbb\n");
+  // As long as before.
+  fs::last_write_time(folder / "words", fs::file_time_type::clock::now() - std::chrono::hours(1));
+  EXPECT_FALSE(words->isUnchanged());
+  EXPECT_FALSE(words->hasLostPart());
+}
+
+int foreignFaults = 0;
+
+TEST_F(PosixFilesTest, FaultsOfOthersGoToTheirHandler) {
+  std::signal(SIGBUS, [](int) { ++foreignFaults; });
+  writeFile(folder / "words", "a\n");
+  {
+    const auto words = files.map(folder / "words");
+    std::raise(SIGBUS);
+    EXPECT_EQ(foreignFaults, 1);
+  }
+  std::raise(SIGBUS);
+  EXPECT_EQ(foreignFaults, 2);
+}
+
+TEST_F(PosixFilesTest, WithoutAnotherHandlerAFaultEndsTheProcessAsEver) {
+  const auto signalOf = [&](auto work) {
+    const auto child = ::fork();
+    if (child == 0) {
+      const rlimit noCore{0, 0};
+      ::setrlimit(RLIMIT_CORE, &noCore);
+      std::signal(SIGBUS, SIG_DFL);
+      const auto words = files.map(folder / "words");
+      work();
+      ::_exit(0);
+    }
+    int status = 0;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+  };
+  writeFile(folder / "words", "a\n");
+  EXPECT_EQ(signalOf([] { ::kill(::getpid(), SIGBUS); }), SIGBUS);
+  EXPECT_EQ(signalOf([&] {
+              // A region of somebody else's.
+              const int file = ::open((folder / "words").c_str(), O_RDWR);
+              const auto* bytes = static_cast<const volatile char*>(
+                  ::mmap(nullptr, 2, PROT_READ, MAP_SHARED, file, 0));
+              fs::resize_file(folder / "words", 0);
+              static_cast<void>(bytes[0]);
+            }),
+            SIGBUS);
 }
 
 TEST_F(PosixFilesTest, AnEmptyFileMapsToNoBytes) {
@@ -240,10 +316,13 @@ TEST_F(PosixFilesTest, AStampTellsStatesOfAFileApart) {
 }
 
 TEST_F(PosixFilesTest, CreatesFoldersWithThoseAbove) {
+  const auto mask = ::umask(027);
   EXPECT_FALSE(files.createDirectories(folder / "a" / "b" / "c").has_value());
+  ::umask(mask);
   EXPECT_TRUE(fs::is_directory(folder / "a" / "b" / "c"));
-  EXPECT_EQ(modeOf(folder / "a"), 0700u);
-  EXPECT_EQ(modeOf(folder / "a" / "b" / "c"), 0700u);
+  // As of any new folder; what is private in it is so by itself.
+  EXPECT_EQ(modeOf(folder / "a"), 0750u);
+  EXPECT_EQ(modeOf(folder / "a" / "b" / "c"), 0750u);
   EXPECT_FALSE(files.createDirectories(folder / "a" / "b" / "c").has_value());
   EXPECT_FALSE(files.createDirectories(folder / "a" / "d" / "").has_value());
 }
@@ -281,7 +360,6 @@ TEST_F(PosixFilesTest, TheLogIsCreatedAppendedToAndRestarted) {
   const auto log = folder / "log";
   files.appendToLog(log, "one\n", 8);
   EXPECT_EQ(readFile(log), "one\n");
-  EXPECT_EQ(modeOf(log), 0600u);
   files.appendToLog(log, "two\n", 8);
   files.appendToLog(log, "three\n", 8);
   EXPECT_EQ(readFile(log), "one\ntwo\nthree\n");
@@ -296,41 +374,141 @@ TEST_F(PosixFilesTest, ALogThatCannotBeWrittenIsIgnored) {
   EXPECT_TRUE(names().empty());
 }
 
-TEST_F(PosixFilesTest, TheLogIsNotWrittenThroughALink) {
-  writeFile(folder / "precious", "text\n");
-  fs::create_symlink("precious", folder / "log");
-  fs::create_symlink("nothing yet", folder / "other.log");
-  files.appendToLog(folder / "log", "line\n", 0);
-  files.appendToLog(folder / "other.log", "line\n", 0);
-  EXPECT_EQ(readFile(folder / "precious"), "text\n");
-  EXPECT_FALSE(fs::exists(folder / "nothing yet"));
+TEST_F(PosixFilesTest, TheLogHasThePermissionsOfAnyNewFile) {
+  const auto mask = ::umask(027);
+  files.appendToLog(folder / "log", "line\n", 8);
+  ::umask(mask);
+  EXPECT_EQ(modeOf(folder / "log"), 0640u);
+}
+
+TEST_F(PosixFilesTest, TheLogMayBeALink) {
+  writeFile(folder / "other", "text\n");
+  fs::create_symlink("other", folder / "log");
+  fs::create_symlink("nothing yet", folder / "new.log");
+  files.appendToLog(folder / "log", "line\n", 80);
+  files.appendToLog(folder / "new.log", "line\n", 80);
+  EXPECT_EQ(readFile(folder / "other"), "text\nline\n");
+  EXPECT_EQ(readFile(folder / "nothing yet"), "line\n");
+  EXPECT_TRUE(fs::is_symlink(folder / "log"));
+}
+
+TEST_F(PosixFilesTest, TheLogMayBeTheStandardErrorOfTheProgram) {
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  EXPECT_EQ(inChild([&] {
+              ::dup2(ends[1], STDERR_FILENO);
+              files.appendToLog("/dev/stderr", "to a pipe\n", 8);
+              const int file = ::open((folder / "errors").c_str(), O_WRONLY | O_CREAT, 0600);
+              ::dup2(file, STDERR_FILENO);
+              files.appendToLog("/dev/stderr", "to a file\n", 80);
+              return 0;
+            }),
+            0);
+  ::close(ends[1]);
+  char text[80];
+  const auto length = ::read(ends[0], text, sizeof text);
+  ::close(ends[0]);
+  EXPECT_EQ(std::string(text, static_cast<std::size_t>(std::max(length, ssize_t{0}))),
+            "to a pipe\n");
+  EXPECT_EQ(readFile(folder / "errors"), "to a file\n");
+}
+
+TEST_F(PosixFilesTest, NobodyWaitsForTheReaderOfALog) {
+  ASSERT_EQ(::mkfifo((folder / "log").c_str(), 0600), 0);
+  files.appendToLog(folder / "log", "nobody reads this\n", 8);
+  const int reader = ::open((folder / "log").c_str(), O_RDONLY | O_NONBLOCK);
+  files.appendToLog(folder / "log", "line\n", 8);
+  char text[80];
+  EXPECT_EQ(::read(reader, text, sizeof text), 5);
+  // More than the pipe holds, and a reader who has stopped reading.
+  const std::string much(1 << 20, 'x');
+  files.appendToLog(folder / "log", much, 8);
+  ::close(reader);
+}
+
+/// The name of what a write has left whose process was killed.
+std::string nameOfAWriteOf(PosixFiles& files, const fs::path& folder) {
+  const auto target = folder / "target";
+  const auto leftover = [&] {
+    std::string name;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+      if (entry.path() != target) name = entry.path().filename();
+    }
+    return name;
+  };
+  // Most of the time a write is under way, but not always.
+  for (int tries = 0; tries < 1000 && leftover().empty(); ++tries) {
+    const auto child = ::fork();
+    if (child == 0) {
+      while (!files.writeAtomically(target, "text")) {
+      }
+      ::_exit(1);
+    }
+    while (leftover().empty()) {
+    }
+    ::kill(child, SIGKILL);
+    EXPECT_EQ(::waitpid(child, nullptr, 0), child);
+  }
+  fs::remove(target);
+  const auto name = leftover();
+  EXPECT_FALSE(name.empty());
+  return name;
 }
 
 TEST_F(PosixFilesTest, WhatACutOffWriteHasLeftGoes) {
-  const auto old = fs::file_time_type::clock::now() - std::chrono::hours(1);
-  const auto leave = [&](const std::string& name, bool isOld) {
-    writeFile(folder / name, "half");
-    if (isOld) fs::last_write_time(folder / name, old);
-  };
-  leave(".rejects.txt.aB3dE9", true);
-  leave(".settings.json.000000", true);
-  // One that is perhaps being written, and files that are none of these.
-  std::vector<std::string> others = {".rejects.txt.aB3dE8"};
-  leave(others.back(), false);
-  for (const std::string name : {"rejects.txt", ".rejects.txt", ".rejects.txt.aB3dE", ".x.aB3dE9",
-                                 ".rejects.txt-aB3dE9", "rejects.txt.aB3dE9", ".learning.lock"}) {
-    leave(name, true);
-    others.push_back(name);
-  }
-  fs::create_directory(folder / ".folder.txt.aB3dE9");
-  others.emplace_back(".folder.txt.aB3dE9");
-  fs::last_write_time(folder / ".folder.txt.aB3dE9", old);
+  const auto name = nameOfAWriteOf(files, folder);
+  files.removeLeftovers(folder);
+  // It may still be being written.
+  EXPECT_EQ(names(), std::vector<std::string>{name});
+  fs::last_write_time(folder / name, fs::file_time_type::clock::now() - std::chrono::hours(1));
   files.removeLeftovers(folder);
   files.removeLeftovers(folder / "no such folder");
+  EXPECT_TRUE(names().empty());
+}
+
+TEST_F(PosixFilesTest, NoFileThatAPersonHasMadeIsTakenForALeftover) {
+  const auto ours = nameOfAWriteOf(files, folder);
+  fs::remove(folder / ours);
+  auto lastDigit = ours;
+  auto& digit = lastDigit[lastDigit.find('.', 1) - 1];
+  digit = digit == '0' ? '1' : '0';
+  const auto old = fs::file_time_type::clock::now() - std::chrono::hours(24 * 365);
+  std::vector<std::string> others = {".notes.txt.latest",
+                                     ".dictionary.txt.backup",
+                                     ".rejects.txt.aB3dE9",
+                                     ".settings.json.000000",
+                                     "rejects.txt",
+                                     ".learning.lock",
+                                     ".tessarok-notes.backup",
+                                     lastDigit,
+                                     ours + "~",
+                                     ours.substr(1),
+                                     ours.substr(0, ours.size() - 1),
+                                     "copy of " + ours};
+  for (const auto& name : others) {
+    writeFile(folder / name, "half");
+    fs::last_write_time(folder / name, old);
+  }
+  // Not even under its name is what a person has made a folder, a link or a second name of.
+  fs::create_directory(folder / ours);
+  fs::last_write_time(folder / ours, old);
+  files.removeLeftovers(folder);
+  EXPECT_TRUE(fs::exists(folder / ours));
+  fs::remove(folder / ours);
+  fs::create_hard_link(folder / "rejects.txt", folder / ours);
+  files.removeLeftovers(folder);
+  EXPECT_TRUE(fs::exists(folder / ours));
+  others.push_back(ours);
   auto left = names();
   std::sort(left.begin(), left.end());
   std::sort(others.begin(), others.end());
   EXPECT_EQ(left, others);
+}
+
+TEST_F(PosixFilesTest, ATargetWithTheLongestOfNamesIsWritten) {
+  const std::string name(255, 'n');
+  EXPECT_EQ(files.writeAtomically(folder / name, "text"), std::nullopt);
+  EXPECT_EQ(names(), std::vector<std::string>{name});
 }
 
 TEST_F(PosixFilesTest, ALockKeepsAnotherProcessOutUntilItGoes) {
@@ -350,26 +528,28 @@ TEST_F(PosixFilesTest, ALockKeepsAnotherProcessOutUntilItGoes) {
     const auto result = files.lockExclusively(file);
     ASSERT_TRUE(std::holds_alternative<std::unique_ptr<platform::FileLock>>(result));
     EXPECT_EQ(tryInChild(), 1);
-    EXPECT_EQ(readFile(file), std::to_string(::getpid()) + "\n");
+    EXPECT_EQ(readFile(file), "");
   }
   EXPECT_TRUE(fs::exists(file));
   EXPECT_EQ(tryInChild(), 0);
-}
-
-TEST_F(PosixFilesTest, AFailedLockDoesNotTouchTheHoldersNumber) {
-  const auto file = folder / "instance.lock";
-  const auto held = files.lockExclusively(file);
-  const auto before = readFile(file);
-  const auto second = files.lockExclusively(file);
-  EXPECT_TRUE(std::holds_alternative<FileLockFailure>(second));
-  EXPECT_EQ(readFile(file), before);
 }
 
 TEST_F(PosixFilesTest, AStaleLockFileHoldsNobodyOff) {
   writeFile(folder / "instance.lock", "123456789\nand more\n");
   const auto result = files.lockExclusively(folder / "instance.lock");
   ASSERT_TRUE(std::holds_alternative<std::unique_ptr<platform::FileLock>>(result));
-  EXPECT_EQ(readFile(folder / "instance.lock"), std::to_string(::getpid()) + "\n");
+  EXPECT_EQ(readFile(folder / "instance.lock"), "123456789\nand more\n");
+}
+
+TEST_F(PosixFilesTest, ALockThroughALinkLeavesTheFileAsItIs) {
+  writeFile(folder / "precious", "text\n");
+  fs::create_symlink("precious", folder / "instance.lock");
+  const auto held = files.lockExclusively(folder / "instance.lock");
+  ASSERT_TRUE(std::holds_alternative<std::unique_ptr<platform::FileLock>>(held));
+  EXPECT_TRUE(
+      std::holds_alternative<FileLockFailure>(files.lockExclusively(folder / "instance.lock")));
+  EXPECT_EQ(readFile(folder / "precious"), "text\n");
+  EXPECT_TRUE(fs::is_symlink(folder / "instance.lock"));
 }
 
 TEST_F(PosixFilesTest, ALockThatCannotBeOpenedSaysWhy) {

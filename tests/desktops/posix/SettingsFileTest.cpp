@@ -39,6 +39,7 @@ class SettingsFileTest : public ::testing::Test {
     EXPECT_EQ(settings.boolean("shiftLagFix"), std::nullopt);
     settings.setBoolean("shiftLagFix", false);
     settings.setBoolean("pack.it", true);
+    settings.flush();
     EXPECT_EQ(settings.boolean("shiftLagFix"), false);
     EXPECT_EQ(settings.boolean("pack.it"), true);
     ASSERT_EQ(log_.messages.size(), 1u);
@@ -59,6 +60,7 @@ TEST_F(SettingsFileTest, KeepsWhatIsSet) {
     EXPECT_EQ(settings.boolean("shiftLagFix"), std::nullopt);
     settings.setBoolean("shiftLagFix", false);
     settings.setBoolean("pack.it", true);
+    settings.flush();
   }
   SettingsFile settings(file_, files_, log_);
   EXPECT_EQ(settings.boolean("shiftLagFix"), false);
@@ -73,6 +75,7 @@ TEST_F(SettingsFileTest, DoesNotUndoWhatAnotherCopyHasSaved) {
   EXPECT_EQ(one.boolean("pack.it"), std::nullopt);
   other.setBoolean("pack.chat", true);
   one.setBoolean("pack.it", true);
+  one.flush();
   EXPECT_EQ(SettingsFile(file_, files_, log_).boolean("pack.chat"), true);
 }
 
@@ -102,6 +105,7 @@ TEST_F(SettingsFileTest, AChangeThatCannotBeSavedIsKeptInMemory) {
   SettingsFile settings(file_, files_, log_);
   settings.setBoolean("pack.it", true);
   settings.setBoolean("pack.chat", true);
+  settings.flush();
   EXPECT_EQ(settings.boolean("pack.it"), true);
   EXPECT_EQ(settings.boolean("pack.chat"), true);
   ASSERT_EQ(log_.messages.size(), 1u);

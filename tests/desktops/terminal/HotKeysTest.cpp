@@ -16,7 +16,9 @@ class HotKeysTest : public ::testing::Test {
   [[nodiscard]] HotKeys::Press of(Kind kind, std::string_view bytes, char32_t scalar = 0) const {
     return hotKeys_.of({kind, bytes, scalar});
   }
-  [[nodiscard]] Key keyOf(std::string_view sequence) const { return of(Kind::sequence, sequence).key; }
+  [[nodiscard]] Key keyOf(std::string_view sequence) const {
+    return of(Kind::sequence, sequence).key;
+  }
   [[nodiscard]] Phase phaseOf(std::string_view sequence) const {
     return of(Kind::sequence, sequence).phase;
   }

@@ -1,10 +1,12 @@
 // How a program in the terminal starts and ends, and what is left behind then.
 
 #include <cstring>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <string>
 
+#include "desktops/virtual/TemporaryDirectory.h"
 #include "tests/desktops/terminal/UserAtTerminal.h"
 
 namespace tessarok::testing {
@@ -92,6 +94,30 @@ TEST(TerminalProgram, AClosedWindowEndsBoth) {
   user.hangUp();
   EXPECT_EQ(user.exitStatus(), 128 + SIGHUP);
   EXPECT_TRUE(becomes(user.home() / "end", "hung up\n"));
+}
+
+TEST(TerminalProgram, DictionariesThatAreCutShortEndTheCorrectionAlone) {
+  const virtualdesktop::TemporaryDirectory data;
+  for (const auto& entry : std::filesystem::directory_iterator(TESSAROK_TEST_DATA))
+    std::filesystem::copy(entry.path(), data.path() / entry.path().filename());
+  UserAtTerminal user({"sh", "-c", "printf started; cat"}, {.resources = data.path()});
+  ASSERT_TRUE(user.sees("started"));
+  user.type("ghbdtn ");
+  ASSERT_TRUE(user.sees("привет "));
+  for (const auto* name : {"dict_en.txt", "dict_ru.txt"})
+    std::filesystem::resize_file(data.path() / name, 0);
+  user.type("\nруддщ ");
+  EXPECT_TRUE(user.sees("руддщ "));
+  user.type("\n\x04");
+  EXPECT_EQ(user.exitStatus(), 0);
+  EXPECT_EQ(user.settings().c_lflag, user.formerSettings().c_lflag);
+}
+
+TEST(TerminalProgram, TheProgramHasTheSignalsThatItExpects) {
+  // Of what is written to a pipe that nobody reads the shell must hear.
+  UserAtTerminal user({"sh", "-c", "grep SigIgn /proc/self/status"});
+  EXPECT_EQ(user.exitStatus(), 0);
+  EXPECT_TRUE(user.sees("SigIgn:\t0000000000000000")) << user.screen();
 }
 
 TEST(TerminalProgram, WhatWasLearnedIsOnTheDiskAfterASignal) {

@@ -16,7 +16,8 @@ Tessarok::Tessarok(XServer& server) : Tessarok(server, Setup()) {
 }
 
 Tessarok::Tessarok(XServer& server, const Setup& setup)
-    : home_(setup.home.empty() ? folder_.path() : setup.home), errors_(folder_.path() / "errors") {
+    : home_(setup.home.empty() ? folder_.path() : setup.home),
+      errors_(setup.errors.empty() ? folder_.path() / "errors" : setup.errors) {
   if (!setup.settings.empty()) {
     const auto folder = home_ / ".config" / "Tessarok";
     std::filesystem::create_directories(folder);

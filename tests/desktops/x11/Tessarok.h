@@ -24,6 +24,8 @@ class Tessarok {
     std::map<std::string, std::string> environment = {};
     /// The terminal that it is started in; -1 for none.
     int terminal = -1;
+    /// Where standard error goes; empty for a file of its own.
+    std::filesystem::path errors = {};
   };
 
   /// Ready to correct.

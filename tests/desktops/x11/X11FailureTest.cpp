@@ -1,11 +1,15 @@
 // Whatever happens to the program, a person keeps the keyboard.
 
 #include <csignal>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include "desktops/virtual/TemporaryDirectory.h"
 #include "tests/desktops/x11/Applications.h"
 #include "tests/desktops/x11/KeyboardGrab.h"
 #include "tests/desktops/x11/Patience.h"
@@ -54,6 +58,26 @@ TEST_F(X11Failure, ASecondCopyDoesNotStart) {
   EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
   Tessarok third(server_, {.settings = {}, .home = program.home()});
   EXPECT_TRUE(third.says("correcting")) << third.errors();
+}
+
+TEST_F(X11Failure, AStandardErrorThatNobodyReadsEndsNeitherProcess) {
+  const virtualdesktop::TemporaryDirectory folder;
+  const auto pipe = folder.path() / "errors";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const int reader = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  Tessarok::Setup setup;
+  setup.errors = pipe;
+  Tessarok program(server_, setup);
+  // As `head -c 1` does it.
+  char first = 0;
+  EXPECT_TRUE(waitUntil([&] { return ::read(reader, &first, 1) == 1; }));
+  ::close(reader);
+  ASSERT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+  server_.type("ghbdtn ");
+  EXPECT_TRUE(window_.shows("привет ")) << window_.text();
+  // The watchdog wants to say how the worker has ended.
+  program.sendToWorker(SIGKILL);
+  EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
 }
 
 TEST_F(X11Failure, AHeldKeyboardIsSaidToBeInTheWay) {

@@ -14,6 +14,7 @@
 
 #include "desktops/posix/FileDescriptor.h"
 #include "tests/desktops/x11/Applications.h"
+#include "tests/desktops/x11/FairClock.h"
 #include "tests/desktops/x11/Patience.h"
 #include "tests/desktops/x11/ProcessState.h"
 #include "tests/desktops/x11/Tessarok.h"
@@ -91,12 +92,13 @@ class X11Watchdog : public ::testing::Test {
     ASSERT_TRUE(waitUntil([this] { return window_.text().ends_with("A"); })) << window_.text();
   }
   /// The keyboard is free and no key is down, within a second.
-  void expectFreeWithinASecond(Clock::time_point since) {
+  void expectFreeWithinASecond() {
+    const FairClock clock;
     EXPECT_TRUE(
         waitUntil([this] { return !server_.isKeyboardHeld() && server_.keysDown().empty(); }));
-    const std::chrono::duration<double> passed = Clock::now() - since;
-    EXPECT_LT(passed.count(), 1.0);
-    RecordProperty("milliseconds", static_cast<int>(passed.count() * 1000));
+    const auto passed = clock.passed();
+    EXPECT_LT(passed, 1.0);
+    RecordProperty("milliseconds", static_cast<int>(passed * 1000));
     const auto before = window_.text();
     server_.key(kShift, false);
     server_.key(kA, false);
@@ -119,7 +121,7 @@ TEST_F(X11Watchdog, AKilledWorkerLeavesNoKeyDown) {
   Tessarok program(server_);
   holdKeys();
   program.sendToWorker(SIGKILL);
-  expectFreeWithinASecond(Clock::now());
+  expectFreeWithinASecond();
   EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
   EXPECT_TRUE(program.says("ended by signal 9")) << program.errors();
 }
@@ -128,7 +130,7 @@ TEST_F(X11Watchdog, AStoppedWorkerIsEnded) {
   Tessarok program(server_);
   holdKeys();
   program.sendToWorker(SIGSTOP);
-  expectFreeWithinASecond(Clock::now());
+  expectFreeWithinASecond();
   EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
   EXPECT_TRUE(program.says("did not answer")) << program.errors();
 }
@@ -139,7 +141,7 @@ TEST_F(X11Watchdog, AStoppedWorkerIsEndedBeforeTheNextKeyIsTyped) {
   ASSERT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
   std::this_thread::sleep_for(std::chrono::seconds(1));
   program.sendToWorker(SIGSTOP);
-  expectFreeWithinASecond(Clock::now());
+  expectFreeWithinASecond();
   EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
 }
 
@@ -155,7 +157,7 @@ TEST_F(X11Watchdog, AWorkerBusyWithNothingIsEnded) {
   server_.key(kB, true);
   server_.key(kB, false);
   server_.sync();
-  expectFreeWithinASecond(Clock::now());
+  expectFreeWithinASecond();
   EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
   EXPECT_TRUE(program.says("did not answer")) << program.errors();
 }
@@ -178,7 +180,7 @@ TEST_F(X11Watchdog, AnEndedProgramLeavesNoKeyDown) {
   Tessarok program(server_);
   holdKeys();
   program.send(SIGTERM);
-  expectFreeWithinASecond(Clock::now());
+  expectFreeWithinASecond();
   EXPECT_EQ(program.exitStatus(), 0) << program.errors();
 }
 
@@ -191,7 +193,7 @@ TEST_F(X11Watchdog, BothMayBeToldToEndAndMoreThanOnce) {
     ::kill(worker, SIGTERM);
     program.send(SIGTERM);
   }
-  expectFreeWithinASecond(Clock::now());
+  expectFreeWithinASecond();
   EXPECT_EQ(program.exitStatus(), 0) << program.errors();
 }
 
@@ -200,7 +202,7 @@ TEST_F(X11Watchdog, WithoutItsWatchdogTheWorkerHoldsNoKeyboard) {
   holdKeys();
   const auto worker = program.worker();
   program.send(SIGKILL);
-  expectFreeWithinASecond(Clock::now());
+  expectFreeWithinASecond();
   EXPECT_TRUE(program.says("watchdog process has ended")) << program.errors();
   EXPECT_TRUE(waitUntil([&] { return stateOf(worker) == 'Z'; }));
 }
@@ -216,7 +218,7 @@ TEST_F(X11Watchdog, AStoppedWatchdogLeavesTypingAlone) {
   holdKeys();
   program.sendToWorker(SIGSTOP);
   program.send(SIGCONT);
-  expectFreeWithinASecond(Clock::now());
+  expectFreeWithinASecond();
 }
 
 TEST_F(X11Watchdog, ControlZAtTheTerminalFreesTheKeyboard) {
@@ -226,7 +228,7 @@ TEST_F(X11Watchdog, ControlZAtTheTerminalFreesTheKeyboard) {
   ASSERT_TRUE(program.says("correcting")) << program.errors();
   holdKeys();
   terminal.type(kControlZ);
-  expectFreeWithinASecond(Clock::now());
+  expectFreeWithinASecond();
   EXPECT_EQ(program.exitStatus(), 128 + SIGKILL) << program.errors();
 }
 
@@ -251,7 +253,7 @@ TEST_F(X11Watchdog, ControlCAtTheTerminalEndsTheProgram) {
   ASSERT_TRUE(program.says("correcting")) << program.errors();
   holdKeys();
   terminal.type(kControlC);
-  expectFreeWithinASecond(Clock::now());
+  expectFreeWithinASecond();
   EXPECT_EQ(program.exitStatus(), 0) << program.errors();
 }
 
@@ -262,7 +264,7 @@ TEST_F(X11Watchdog, TheEndOfTheTerminalEndsTheProgram) {
   ASSERT_TRUE(program.says("correcting")) << program.errors();
   holdKeys();
   terminal.close();
-  expectFreeWithinASecond(Clock::now());
+  expectFreeWithinASecond();
   EXPECT_EQ(program.exitStatus(), 0) << program.errors();
 }
 
@@ -275,9 +277,12 @@ TEST_F(X11Watchdog, NothingButTheTickOfTwoSecondsWakesThem) {
   const auto worker = program.worker();
   const auto waits = waitsOf(worker);
   const auto watchdogWaits = waitsOf(program.process());
+  const auto before = Clock::now();
   std::this_thread::sleep_for(std::chrono::seconds(2 * kTicks));
+  // A busy machine wakes this thread late, and the program meanwhile.
+  const std::chrono::duration<double> passed = Clock::now() - before;
   // One more may begin or end in this time.
-  EXPECT_LE(waitsOf(worker) - waits, kTicks + 1);
+  EXPECT_LE(waitsOf(worker) - waits, static_cast<long>(passed.count() / 2) + 1);
   EXPECT_EQ(waitsOf(program.process()) - watchdogWaits, 0);
 }
 

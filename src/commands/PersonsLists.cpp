@@ -1,0 +1,64 @@
+#include "commands/PersonsLists.h"
+
+#include <filesystem>
+#include <iostream>
+#include <system_error>
+
+#include "desktops/posix/PosixFiles.h"
+#include "desktops/posix/SettingsFile.h"
+#include "desktops/posix/StandardErrorLog.h"
+#include "words/BuiltinPacks.h"
+#include "words/UserDict.h"
+
+namespace tessarok::commands {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// As they lie in the folder of every desktop.
+constexpr const char* kFiles[] = {"dictionary.txt", "ignored.txt", "rejects.txt"};
+
+/// Copies, because what is typed may teach the program something.
+void copyFile(const fs::path& from, const fs::path& to) {
+  std::error_code error;
+  if (!fs::exists(from, error) && !error) return;
+  if (!error) fs::copy_file(from, to, error);
+  if (error)
+    std::cerr << "tessarok: cannot read " << from.string() << ": " << error.message() << '\n';
+}
+
+void copyFiles(platform::Files& files) {
+  const auto support = files.applicationSupportDirectory();
+  if (!support) return;
+  for (const auto* name : kFiles)
+    copyFile(*support / "Tessarok" / name, UserDict::directory() / name);
+}
+
+void copySwitches(platform::Files& files, platform::UserDefaults& to) {
+  posix::StandardErrorLog log;
+  posix::SettingsFile settings(posix::SettingsFile::locationFor(files.homeDirectory()), files, log);
+  for (const auto& pack : BuiltinPacks::all()) {
+    const auto key = BuiltinPacks::defaultsKey(pack);
+    if (const auto on = settings.boolean(key)) to.setBoolean(key, *on);
+  }
+}
+
+void leaveEverythingOut(virtualdesktop::VirtualDesktop& desktop) {
+  // Where there is no dictionary, one with examples is laid out.
+  static_cast<void>(desktop.files().writeAtomically(UserDict::fileURL(), ""));
+  for (const auto& pack : BuiltinPacks::all())
+    desktop.userDefaults().setBoolean(BuiltinPacks::defaultsKey(pack), false);
+}
+
+}  // namespace
+
+void copyLists(virtualdesktop::VirtualDesktop& desktop, Lists lists) {
+  static_cast<void>(desktop.files().createDirectories(UserDict::directory()));
+  if (lists == Lists::none) return leaveEverythingOut(desktop);
+  const auto files = posix::PosixFiles::ofUser();
+  copyFiles(*files);
+  copySwitches(*files, desktop.userDefaults());
+}
+
+}  // namespace tessarok::commands
