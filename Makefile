@@ -5,12 +5,13 @@ BUILD := build/release
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
 RUNS ?= 10
+PASSWORDS ?= 1000
 # What goes the same ways through the corrector thousands of times.
 THOROUGH_TESTS := ^(Crash|LockRace|Property)\.|^(RenderedList\.FollowsEveryChange|Text\.ShortCuts.*|UserDict\.AHundredThousandWordsAreRead|WordListScan\.(AgreesWith.*|FindsOneWrong.*))$$
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-apps test-fcitx5 stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app install clean mutate faults soak
+.PHONY: help run build data test test-apps test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app install clean mutate faults soak
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -40,6 +41,13 @@ test-fcitx5: $(BUILD)/build.ninja ## Type the sentences through Fcitx5 over and 
 	@scripts/install-packages test
 	@cmake --build --preset release --target tessarok_fcitx5_session_tests
 	@$(BUILD)/tests/desktops/fcitx5/tessarok_fcitx5_session_tests --gtest_filter='*Sentences*' --gtest_repeat=$(RUNS)
+
+test-terminal: build data ## Type PASSWORDS (1000) into hidden prompts and every name of a program at a prompt (minutes)
+	@scripts/install-packages test test-terminal
+	@tests/desktops/terminal/check-hidden-input $(BUILD)/tessarok Resources $(PASSWORDS)
+	@tests/desktops/terminal/check-command-lines $(BUILD)/tessarok Resources tests/desktops/terminal/command-lines.txt
+	@bash -c 'compgen -c' > build/names-of-programs.txt && apt-cache pkgnames > build/names-of-packages.txt
+	@tests/desktops/terminal/check-command-lines $(BUILD)/tessarok Resources --names build/names-of-programs.txt build/names-of-packages.txt
 
 bench: data ## Measure time, memory and the delay of keys; PUBLISH=1 puts the table into the documents
 	@scripts/install-packages bench

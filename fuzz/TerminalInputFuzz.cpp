@@ -10,6 +10,7 @@
 #include "desktops/terminal/KeyReader.h"
 #include "desktops/terminal/ProgramOutput.h"
 #include "desktops/terminal/TerminalInputSources.h"
+#include "desktops/terminal/TypedLine.h"
 
 namespace tessarok::fuzz {
 namespace {
@@ -111,16 +112,20 @@ void checkInput(std::string_view text, unsigned char options) {
 void checkOutput(std::string_view text, unsigned char options) {
   terminal::ProgramOutput whole;
   terminal::ProgramOutput pieces;
-  for (auto* output : {&whole, &pieces}) {
-    output->expectEcho("п");
-    output->expectEcho("x");
+  terminal::TypedLine lineOfWhole(whole.screen());
+  terminal::TypedLine lineOfPieces(pieces.screen());
+  for (auto* line : {&lineOfWhole, &lineOfPieces}) {
+    line->noteOutput();
+    line->add(U'п');
+    line->add(U'x');
   }
   whole.feed(text);
   const std::size_t size = (options & 0x07u) + 1;
   for (std::size_t at = 0; at < text.size(); at += size)
     pieces.feed(text.substr(at, size));
   check(whole.isAlternateScreen() == pieces.isAlternateScreen(), "the same screen is shown");
-  check(whole.isEchoComplete() == pieces.isEchoComplete(), "the same has appeared");
+  check(whole.screen().cursor() == pieces.screen().cursor(), "the cursor is in the same place");
+  check(lineOfWhole.isShown() == lineOfPieces.isShown(), "the same has appeared");
 }
 
 }  // namespace

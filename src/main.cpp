@@ -14,6 +14,7 @@
 #include "commands/ExplainCommand.h"
 #include "commands/ReplayCommand.h"
 #include "commands/TerminalCommand.h"
+#include "commands/TerminalControlCommand.h"
 #include "commands/TypeCommand.h"
 
 namespace {
@@ -44,6 +45,10 @@ class CommandLine {
     addExplain();
     addReplay();
     addTerminal();
+    addTerminalControl("on", "switch the correction of this terminal on");
+    addTerminalControl("off", "switch it off");
+    addTerminalControl("layout", "switch the own layout of this terminal");
+    addTerminalControl("status", "say whether this terminal is corrected, and its layout");
     addX11();
     addCheckData();
   }
@@ -117,6 +122,12 @@ class CommandLine {
     terminal->add_option("COMMAND", terminal_.command,
                          "the program and its arguments, after --; the login shell without it");
     terminal->callback([this] { command_ = [this] { return runTerminal(options_, terminal_); }; });
+  }
+
+  void addTerminalControl(const std::string& request, const std::string& description) {
+    app_.add_subcommand(request, description)->callback([this, request] {
+      command_ = [request] { return runTerminalControl(request); };
+    });
   }
 
   void addCheckData() {

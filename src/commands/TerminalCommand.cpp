@@ -1,6 +1,7 @@
 #include "commands/TerminalCommand.h"
 
 #include <chrono>
+#include <cstdlib>
 #include <future>
 #include <iostream>
 #include <memory>
@@ -8,6 +9,7 @@
 
 #include "app/Corrector.h"
 #include "commands/CommandError.h"
+#include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/ThreadQueue.h"
 #include "desktops/posix/WriteSignals.h"
 #include "desktops/terminal/LoginShell.h"
@@ -31,6 +33,18 @@ void warnIfDataIsMissing(TerminalDesktop& desktop) {
   if (Dict::en().isAvailable() && Dict::ru().isAvailable()) return;
   desktop.systemLog().write(
       "Tessarok: the word data is missing; automatic correction is off, ⌥Space works");
+}
+
+/// In the environment of what runs in a corrected terminal.
+constexpr const char* kNested = "TESSAROK_TERMINAL";
+
+/// Becomes the program: two correctors, one in the other, would fix every word twice.
+int runPlainly(const std::vector<std::string>& command) {
+  std::cerr << "tessarok: this terminal is corrected already; " << command.front()
+            << " runs in it as it is" << std::endl;
+  const auto failure = Pty::become(command);
+  std::cerr << "tessarok: " << failure.reason << '\n';
+  return failure.exitStatus;
 }
 
 /// How long keys may wait for the person's settings to be read before they go without correction
@@ -82,10 +96,12 @@ bool isTerminal() {
 
 int runTerminal(const Options& options, const TerminalOptions& terminal) {
   if (!isTerminal()) throw CommandError("standard input is not a terminal");
-  posix::ignoreWriteSignals();
-  OuterTerminal outer;
   const auto command =
       terminal.command.empty() ? std::vector{terminal::loginShell()} : terminal.command;
+  if (posix::personsVariable(kNested).value_or("") != "") return runPlainly(command);
+  posix::ignoreWriteSignals();
+  OuterTerminal outer;
+  ::setenv(kNested, "1", 1);
   // Started before the corrector, whose threads a new process would not have.
   auto started = Pty::start(command, outer.settings(), outer.size());
   if (const auto* failure = std::get_if<Pty::Failure>(&started)) {

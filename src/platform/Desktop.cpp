@@ -8,7 +8,18 @@ namespace {
 
 Desktop* current = nullptr;
 
+class PlainText final : public TextContext {
+ public:
+  Part part() override { return Part::text; }
+  bool isProgram(std::string_view) override { return false; }
+};
+
 }  // namespace
+
+TextContext& Desktop::textContext() {
+  static PlainText text;
+  return text;
+}
 
 Desktop& desktop() {
   if (current == nullptr) std::abort();

@@ -16,6 +16,7 @@
 #include "platform/SerialQueues.h"
 #include "platform/StatusBar.h"
 #include "platform/SystemLog.h"
+#include "platform/TextContext.h"
 #include "platform/UserDefaults.h"
 #include "platform/Workspace.h"
 
@@ -43,6 +44,8 @@ class Desktop {
   virtual SerialQueues& serialQueues() = 0;
   virtual StatusBar& statusBar() = 0;
   virtual SystemLog& systemLog() = 0;
+  /// Most desktops cannot tell, and have nothing but text.
+  [[nodiscard]] virtual TextContext& textContext();
   virtual UserDefaults& userDefaults() = 0;
   virtual Workspace& workspace() = 0;
   /// Announces changes of the active application, of sleep and of the session.

@@ -330,6 +330,12 @@ bool isControlOrSpace(char32_t scalar) {
   return c == UTF8PROC_CATEGORY_CC || c == UTF8PROC_CATEGORY_CF || isTrimmable(scalar);
 }
 
+int columns(char32_t scalar) {
+  // All of ASCII that prints.
+  if (scalar >= 0x20 && scalar < 0x7F) return 1;
+  return utf8proc_charwidth(static_cast<utf8proc_int32_t>(scalar));
+}
+
 void appendLowercased(std::string_view text, ScratchText::String& out) {
   appendLower(text, out);
 }

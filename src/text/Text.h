@@ -67,6 +67,8 @@ class Characters {
 [[nodiscard]] bool isControl(std::string_view character);
 /// Control characters, white space and line breaks.
 [[nodiscard]] bool isControlOrSpace(char32_t scalar);
+/// The columns that a scalar takes in a terminal: 0, 1 or 2.
+[[nodiscard]] int columns(char32_t scalar);
 
 /// Full Unicode lower-casing without locale.
 void appendLowercased(std::string_view text, ScratchText::String& out);

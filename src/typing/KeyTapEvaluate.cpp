@@ -4,6 +4,7 @@
 #include "text/CheckedArithmetic.h"
 #include "text/Text.h"
 #include "typing/Boundary.h"
+#include "typing/CommandWords.h"
 #include "typing/KeyTap.h"
 #include "typing/Uptime.h"
 #include "words/Detector.h"
@@ -56,7 +57,8 @@ bool KeyTap::evaluateAndFix(const Boundary& boundary) {
     word_.leaveTooShort(boundary);
     return false;
   }
-  const auto decision = Detector::decide(buffer, word_.ruStreak(), word_.enStreak());
+  auto decision = Detector::decide(buffer, word_.ruStreak(), word_.enStreak());
+  if (decision && commandWords::mustStay(buffer, *decision, word_.ruStreak())) decision.reset();
   if (!decision) {
     dbg([] { return "  decision=leave"; });
     dbg([] { return "  decide=nil"; });
@@ -144,7 +146,7 @@ bool KeyTap::applyShiftLag(const std::string& fixed, const Boundary& boundary) {
 void KeyTap::leave(const Boundary& boundary) {
   const bool isShort = boundary.character == " " && (Detector::isShortRuCandidate(word_.buffer()) ||
                                                      Detector::isShortEnCandidate(word_.buffer()));
-  if (!isShort) return word_.leaveAsTyped(boundary);
+  if (!isShort || commandWords::isCommand(word_.buffer())) return word_.leaveAsTyped(boundary);
   word_.holdBack(boundary);
   dbg([this] { return "  pending shorts count=" + std::to_string(word_.pendingShorts().size()); });
 }

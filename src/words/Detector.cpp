@@ -6,6 +6,7 @@
 #include "text/Text.h"
 #include "words/BuiltinPacks.h"
 #include "words/Dict.h"
+#include "words/ExcludingList.h"
 #include "words/IgnoreList.h"
 #include "words/LayoutMap.h"
 #include "words/Letters.h"
@@ -246,7 +247,9 @@ std::optional<Decision> decideCore(std::string_view word, std::string_view lower
 
 bool isListed(std::string_view lower, const Context& context) {
   if (!Detector::isExcluded(lower)) return false;
-  context.note("\"", lower, "\" is on a list of words that are never corrected");
+  if (context.trace == nullptr) return true;
+  const auto list = excludingListOf(text::composed(lower)).value_or("unknown");
+  context.note("\"", lower, "\" is on a list of words that are never corrected: ", list);
   return true;
 }
 

@@ -18,7 +18,7 @@ std::string withoutNumber(const std::string& message) {
 
 /// Whether a setting is a text, and no switch.
 bool isText(std::string_view key) {
-  return key == "manualKey";
+  return key.ends_with("Key") || key == "layoutCursor" || key == "layoutTitle";
 }
 
 }  // namespace

@@ -149,11 +149,14 @@ void readSequence(std::string_view sequence, TerminalEvent& event) {
 
 /// The event carries more than one character, as no key does, and the last one tells whether the
 /// cursor is now behind a word.
+void readUnseenText(bool endsInWord, TerminalEvent& event) {
+  event.become(OuterLayout::kNoKey, 0);
+  event.payload = {kObjectReplacement, endsInWord ? u'x' : u' '};
+}
+
 void readPaste(std::string_view text, TerminalEvent& event) {
   const char last = text.back();
-  const bool endsWord = static_cast<unsigned char>(last) > ' ' && last != '\x7f';
-  event.become(OuterLayout::kNoKey, 0);
-  event.payload = {kObjectReplacement, endsWord ? u'x' : u' '};
+  readUnseenText(static_cast<unsigned char>(last) > ' ' && last != '\x7f', event);
 }
 
 }  // namespace
@@ -184,7 +187,18 @@ void KeyReader::read(const InputItem& item, const PtyModes& modes, TerminalEvent
 }
 
 void KeyReader::readUnknown(TerminalEvent& event) {
+  readUnseenText(true, event);
+}
+
+void KeyReader::readOpening(const InputItem& item, TerminalEvent& event) {
+  readUnseenText(false, event);
+  event.bytes = item.bytes;
+}
+
+void KeyReader::readClosing(const InputItem& item, TerminalEvent& event) {
   event.become(OuterLayout::kNoKey, 0);
+  text::appendScalar(item.scalar, event.payload);
+  event.bytes = item.bytes;
 }
 
 void KeyReader::readCharacter(const InputItem& item, TerminalEvent& event) {
@@ -195,7 +209,10 @@ void KeyReader::readCharacter(const InputItem& item, TerminalEvent& event) {
   }
   outer_.note(item.scalar);
   const auto key = outer_.keyFor(item.scalar);
-  event.become(key.code, key.shift ? flags::shift : 0);
+  // A tilde begins many a path, and ё is a letter: neither stands for a pause.
+  const bool isPauseKey = key.code == keyCodes::grave || key.code == keyCodes::isoSection;
+  const auto code = isPauseKey && key.character != U'`' ? OuterLayout::kNoKey : key.code;
+  event.become(code, key.shift ? flags::shift : 0);
   text::appendScalar(key.character, event.payload);
   if (key.character == item.scalar) {
     event.bytes = item.bytes;

@@ -19,6 +19,10 @@ class KeyReader final {
   /// Makes `event` a key of which nothing is known and which sends nothing: after it the word
   /// under the cursor is not known either.
   static void readUnknown(TerminalEvent& event);
+  /// Makes `event` a quotation mark, whatever its key types in the current layout: one behind which
+  /// a word begins, or one that ends it.
+  static void readOpening(const InputItem& item, TerminalEvent& event);
+  static void readClosing(const InputItem& item, TerminalEvent& event);
 
  private:
   void readCharacter(const InputItem& item, TerminalEvent& event);

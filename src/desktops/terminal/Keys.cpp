@@ -1,5 +1,11 @@
 #include "desktops/terminal/Keys.h"
 
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "desktops/terminal/CommandLine.h"
+#include "desktops/terminal/ForegroundProgram.h"
 #include "platform/EventFlags.h"
 #include "text/Text.h"
 #include "typing/KeyCodes.h"
@@ -10,24 +16,52 @@ namespace {
 
 using Kind = InputItem::Kind;
 
+/// So many letters of a line have to appear before the own layout has a say in it; one is enough
+/// where a line editor is known to be at work.
+constexpr std::size_t kLettersShown = 3;
+
 bool isLetterOrNumber(const InputItem& item) {
   return item.kind == Kind::character && (text::isLetter(item.bytes) || text::isNumber(item.bytes));
 }
 
-/// Whether a key may end a word, or change it.
-bool mayRetype(const InputItem& item) {
-  switch (item.kind) {
-    case Kind::character:
-      return !isLetterOrNumber(item);
-    case Kind::control:
-      return item.scalar == '\r' || item.scalar == '\n' || item.scalar == '\t';
-    case Kind::meta:
-      return item.scalar == U' ';
-    case Kind::sequence:
-      return item.bytes == "\x1bOM";
-    default:
-      return false;
+bool isReturn(const InputItem& item) {
+  return (item.kind == Kind::control && (item.scalar == '\r' || item.scalar == '\n')) ||
+         (item.kind == Kind::sequence && item.bytes == "\x1bOM");
+}
+
+/// Whether a key ends the line, whatever the program does with it: Return, and Control with C, D, Z
+/// or the backslash.
+bool endsLine(const InputItem& item) {
+  if (item.kind == Kind::paste) return item.bytes.find_first_of("\r\n") != std::string_view::npos;
+  if (isReturn(item) || item.bytes == "\x1b[13u") return true;
+  constexpr std::u32string_view kEnds = U"\x03\x04\x1a\x1c";
+  return item.kind == Kind::control && kEnds.find(item.scalar) != std::u32string_view::npos;
+}
+
+bool endsInWord(std::u32string_view typed) {
+  if (typed.empty()) return false;
+  std::string last;
+  text::appendScalar(typed.back(), last);
+  return text::isLetter(last) || text::isNumber(last);
+}
+
+/// The characters of what a key sends; empty when it sends anything that does not print.
+std::u32string charactersOf(std::string_view bytes) {
+  std::u32string characters;
+  while (!bytes.empty()) {
+    auto first = text::firstCharacter(bytes);
+    bytes.remove_prefix(first.size());
+    for (std::size_t size = 1; !first.empty(); ++size) {
+      if (size > first.size()) return {};
+      const auto scalar = text::singleScalar(first.substr(0, size));
+      if (!scalar) continue;
+      if (*scalar < 0x20 || *scalar == 0x7F) return {};
+      characters.push_back(*scalar);
+      first.remove_prefix(size);
+      size = 0;
+    }
   }
+  return characters;
 }
 
 }  // namespace
@@ -38,14 +72,30 @@ Keys::Keys(TerminalDesktop& desktop, const Pty& pty, ProgramOutput& output,
       pty_(pty),
       output_(output),
       toProgram_(toProgram),
-      outer_(desktop.inputSources()) {
+      hotKeys_([this](std::string_view key) { return desktop_.userDefaults().string(key); }),
+      outer_(desktop.inputSources()),
+      line_(output.screen()) {
   desktop_.eventTaps().setDelivery([this](const TerminalEvent& event) { deliver(event); });
+  desktop_.textContext().watch([this] { return partInHand(); });
+}
+
+// What the program shows.
+
+/// Whether a key may end a word, or change it.
+bool Keys::mayRetype(const InputItem& item) const {
+  if (item.kind == Kind::character) return !isLetterOrNumber(item);
+  return isReturn(item) || (item.kind == Kind::control && item.scalar == '\t') ||
+         hotKeys_.of(item).key == HotKeys::Key::manual;
 }
 
 bool Keys::needsEchoFirst(const InputItem& item) {
-  if (!mayRetype(item) || output_.isEchoComplete() || output_.isAlternateScreen()) return false;
+  if (!mayRetype(item) || line_.isHidden() || line_.isShown() || !line_.hasUnshownLetters()) {
+    return false;
+  }
   const auto modes = pty_.modes();
-  if (!modes || !modes->isRaw()) return false;
+  if (!modes || !modes->isRaw() || hasScreenForItself(&*modes)) return false;
+  // What goes out as it came needs nothing before it.
+  if (item.kind == Kind::character && goesAsItCame(*modes)) return false;
   if (expectsEcho_) return true;
   // It has not shown anything lately, and a person should not wait for that again and again.
   giveUpEcho();
@@ -54,67 +104,231 @@ bool Keys::needsEchoFirst(const InputItem& item) {
 
 void Keys::giveUpEcho() {
   expectsEcho_ = false;
-  output_.forgetEcho();
+  untranslated_.clear();
+  line_.hide();
   KeyReader::readUnknown(event_);
   send();
 }
 
+void Keys::noteOutput() {
+  line_.noteOutput();
+  if (output_.takePrompt()) {
+    expectsEcho_ = true;
+    homeIsDue_ = true;
+    addressingGroup_ = -1;
+  }
+  if (output_.takeAddressing()) {
+    const auto modes = pty_.modes();
+    if (modes && modes->isRaw()) addressingGroup_ = pty_.foregroundGroup();
+  }
+  if (output_.isAlternateScreen()) homeIsDue_ = true;
+  translateSent();
+}
+
+void Keys::settle() {
+  line_.settle();
+  translateSent();
+}
+
+bool Keys::mayTranslate() const {
+  const bool isLineEditor =
+      output_.wantsBrackets() || desktop_.inputSources().isSelectedByCorrector();
+  return line_.lettersShown() >= (isLineEditor ? 1 : kLettersShown);
+}
+
+bool Keys::goesAsItCame(const PtyModes& modes) const {
+  return modes.isRaw() && !outer_.agrees() && !mayTranslate();
+}
+
+void Keys::translateSent() {
+  if (untranslated_.empty() || !line_.isShown() || !mayTranslate()) return;
+  for (std::size_t i = 0; i < untranslated_.size(); ++i)
+    sendErase();
+  std::string translated;
+  for (const auto character : std::exchange(untranslated_, {}))
+    text::appendScalar(outer_.keyFor(character).character, translated);
+  sendText(translated);
+}
+
+// Lines, and the programs that they are for.
+
+void Keys::noticeProgram(const PtyModes* modes) {
+  auto reading = Reading::unknown;
+  if (modes != nullptr) {
+    reading = modes->isSecret()     ? Reading::secretLines
+              : modes->isUnedited() ? Reading::unedited
+              : modes->isRaw()      ? Reading::keys
+                                    : Reading::lines;
+  }
+  const auto group = pty_.foregroundGroup();
+  const bool isOther = reading != reading_ || group != readingGroup_;
+  if (isOther) homeIsDue_ = true;
+  if (reading != Reading::keys || group != addressingGroup_) addressingGroup_ = -1;
+  reading_ = reading;
+  if (group == std::exchange(readingGroup_, group)) return;
+  program_ = programOf(group);
+}
+
+bool Keys::isCommandLine() const {
+  // Shells edit their lines themselves; in any other way a script reads an answer.
+  return reading_ == Reading::keys &&
+         (isShell(program_) || (output_.wantsBrackets() && mayHoldShell(program_)));
+}
+
+platform::TextContext::Part Keys::partInHand() const {
+  if (!isCommandLine()) return platform::TextContext::Part::text;
+  return endOfCommandLine(line_.text(), line_.isWhole()).part;
+}
+
+void Keys::goHomeIfDue(const InputItem& item) {
+  if (!homeIsDue_) return;
+  // A word that is typed while the program starts to read it is not torn in two.
+  if (isLetterOrNumber(item) && endsInWord(line_.text())) return;
+  homeIsDue_ = false;
+  outer_.goHome();
+}
+
+void Keys::endLine() {
+  untranslated_.clear();
+  line_.end();
+  homeIsDue_ = false;
+  outer_.goHome();
+  desktop_.runLoop().runQueue();
+}
+
+bool Keys::hasScreenForItself(const PtyModes* modes) const {
+  if (output_.isAlternateScreen()) return true;
+  return modes != nullptr && modes->isRaw() && addressingGroup_ >= 0 &&
+         addressingGroup_ == pty_.foregroundGroup();
+}
+
+bool Keys::isPassedThrough(const InputItem& item, const PtyModes* modes) const {
+  return item.kind == Kind::answer || item.kind == Kind::pasteBracket || hasScreenForItself(modes);
+}
+
+// One item.
+
 void Keys::press(const InputItem& item) {
   const auto modes = pty_.modes();
-  if (output_.isAlternateScreen() || item.kind == Kind::answer || item.kind == Kind::pasteBracket) {
+  const auto* const known = modes ? &*modes : nullptr;
+  noticeProgram(known);
+  if (isPassedThrough(item, known)) {
+    if (item.kind != Kind::answer) line_.breakOff();
     toProgram_.add(item.bytes);
     return;
   }
+  goHomeIfDue(item);
+  if (modes) erase_ = modes->erase();
   // What the program makes of this key is not known, so neither is the word that it is part of.
-  if (!modes) return pressSecretly(item);
-  erase_ = modes->erase();
-  if (modes->isSecret()) {
-    pressSecretly(item);
+  const bool isHidden = !modes || modes->isSecret() || (modes->isRaw() && line_.isHidden());
+  if (isHidden) {
+    pressHidden(item, known);
   } else {
     pressKey(item, *modes);
   }
+  if (endsLine(item)) endLine();
 }
 
-void Keys::pressSecretly(const InputItem& item) {
-  output_.forgetEcho();
+void Keys::pressHidden(const InputItem& item, const PtyModes* modes) {
+  untranslated_.clear();
+  line_.hide();
+  // They belong to this program, and would be part of a password.
+  if (hotKeys_.of(item).key != HotKeys::Key::none) return;
+  if (modes != nullptr && !modes->isSecret() && endsLine(item)) {
+    reader_.read(item, *modes, event_);
+  } else {
+    KeyReader::readUnknown(event_);
+    event_.bytes = item.bytes;
+  }
+  send();
+}
+
+void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
+  const auto press = hotKeys_.of(item);
+  if (press.key == HotKeys::Key::layout) return pressHotKey(press);
+  // Nothing can be taken back there, by hand neither.
+  if (modes.isUnedited()) return pressUnknown(item);
+  if (press.key == HotKeys::Key::manual) return pressHotKey(press);
+  if (item.kind == Kind::character) {
+    outer_.note(item.scalar);
+    if (goesAsItCame(modes)) return pressAsItCame(item);
+    if (pressQuote(item)) return;
+    // The person has switched meanwhile, so what came before was meant as it is.
+    if (outer_.agrees()) untranslated_.clear();
+  }
+  if (modes.isRaw() && mayRetype(item) && line_.isShown() && line_.lettersShown() > 0) {
+    expectsEcho_ = true;
+  }
+  reader_.read(item, modes, event_);
+  const bool isMeta = item.kind == Kind::meta && event_.code == keyCodes::space;
+  if (isMeta || (event_.code == keyCodes::grave && !hotKeys_.pausesWithGrave())) {
+    // Left to the program.
+    event_.code = OuterLayout::kNoKey;
+  }
+  send();
+  followLine(item, modes);
+}
+
+void Keys::pressHotKey(HotKeys::Press press) {
+  if (press.phase == HotKeys::Phase::release) return;
+  // The tap sees it, as it sees the desktop's own shortcut; the program does not.
+  const bool isManual = press.key == HotKeys::Key::manual;
+  event_.become(keyCodes::space,
+                isManual ? platform::eventFlags::option : platform::eventFlags::control);
+  event_.autorepeat = press.phase == HotKeys::Phase::repeat;
+  send();
+  event_.autorepeat = false;
+  if (!isManual && press.phase == HotKeys::Phase::press) toggleLayout();
+}
+
+void Keys::toggleLayout() {
+  outer_.toggle();
+}
+
+bool Keys::typesRussian() const {
+  return !output_.isAlternateScreen() && desktop_.inputSources().isRussian();
+}
+
+void Keys::pressUnknown(const InputItem& item) {
+  line_.breakOff();
   KeyReader::readUnknown(event_);
   event_.bytes = item.bytes;
   send();
 }
 
-void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
-  if (modes.isRaw() && mayRetype(item) && output_.hasEchoed()) expectsEcho_ = true;
-  reader_.read(item, modes, event_);
-  const bool isControlSpace = item.kind == Kind::control && item.scalar == 0;
-  if (isControlSpace) return pressControlSpace();
-  if (modes.isUnedited()) return pressUnedited();
-  expectEcho(item, modes);
-  send();
-}
-
-void Keys::pressControlSpace() {
-  // The tap sees it, as it sees the desktop's own shortcut; the program does not.
-  event_.bytes.clear();
-  send();
-  auto& sources = desktop_.inputSources();
-  sources.setRussian(!sources.isRussian());
-}
-
-void Keys::pressUnedited() {
-  output_.forgetEcho();
-  // The layouts still say what the key types.
-  text_ = event_.bytes;
+void Keys::pressAsItCame(const InputItem& item) {
   KeyReader::readUnknown(event_);
-  event_.bytes = text_;
+  event_.bytes = item.bytes;
   send();
+  untranslated_.push_back(item.scalar);
 }
 
-void Keys::expectEcho(const InputItem& item, const PtyModes& modes) {
-  if (!modes.isRaw()) return output_.forgetEcho();
-  if (isLetterOrNumber(item)) return output_.expectEcho(event_.bytes);
-  if (event_.code == keyCodes::backspace && event_.modifiers == 0) return output_.expectErased();
-  output_.forgetEcho();
+bool Keys::pressQuote(const InputItem& item) {
+  if (item.scalar != U'"' && item.scalar != U'\'') return false;
+  if (!isCommandLine()) return false;
+  const auto quote = endOfCommandLine(line_.text(), line_.isWhole()).quote;
+  // Within another one it is a letter, or whatever its key types.
+  if (quote != 0 && quote != item.scalar) return false;
+  if (quote == 0) {
+    KeyReader::readOpening(item, event_);
+  } else {
+    KeyReader::readClosing(item, event_);
+  }
+  send();
+  return true;
 }
+
+void Keys::followLine(const InputItem& item, const PtyModes& modes) {
+  if (item.kind == Kind::character) return;
+  if (item.kind == Kind::control && item.bytes.front() == modes.erase()) {
+    if (!untranslated_.empty()) untranslated_.pop_back();
+    return;
+  }
+  untranslated_.clear();
+  line_.breakOff();
+}
+
+// What the program gets.
 
 void Keys::send() {
   // A change of layout that the key has brought about is to be known before the key itself.
@@ -126,11 +340,23 @@ void Keys::send() {
 
 void Keys::deliver(const TerminalEvent& event) {
   if (event.type == platform::EventType::keyUp) return;
-  if (!event.bytes.empty()) return toProgram_.add(event.bytes);
-  if (event.code == keyCodes::backspace) return toProgram_.add({&erase_, 1});
+  if (event.code == keyCodes::backspace && event.modifiers == 0) return sendErase();
+  if (!event.bytes.empty()) return sendText(event.bytes);
+  // Some keys of the person send nothing.
+  if (!event.isText) return;
   text::assignUtf16(event.payload, text_);
-  // Control+Space is the one key of the person that sends nothing, and it has no text either.
-  toProgram_.add(text_);
+  sendText(text_);
+}
+
+void Keys::sendErase() {
+  toProgram_.add({&erase_, 1});
+  line_.erase();
+}
+
+void Keys::sendText(std::string_view text) {
+  toProgram_.add(text);
+  for (const auto character : charactersOf(text))
+    line_.add(character);
 }
 
 }  // namespace tessarok::terminal

@@ -1,9 +1,12 @@
 #pragma once
 
-#include <functional>
-#include <optional>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <sys/types.h>
 
 #include "desktops/posix/WriteQueue.h"
+#include "desktops/terminal/HotKeys.h"
 #include "desktops/terminal/InputItem.h"
 #include "desktops/terminal/KeyReader.h"
 #include "desktops/terminal/OuterLayout.h"
@@ -11,19 +14,22 @@
 #include "desktops/terminal/Pty.h"
 #include "desktops/terminal/TerminalDesktop.h"
 #include "desktops/terminal/TerminalEvent.h"
+#include "desktops/terminal/TypedLine.h"
 
 namespace tessarok::terminal {
 
 /// What becomes of one input item: whether its key goes through the tap, and what the program in
 /// the pseudo-terminal gets for it. Main thread.
 ///
-/// Three kinds of bytes never see the tap: answers of the terminal, everything while the alternate
-/// screen is shown, and nothing but their existence is told of characters of a password, or of
-/// those that could not be taken back.
+/// Three kinds of bytes never see the tap: answers of the terminal, everything while a program has
+/// the screen for itself, and nothing but their existence is told of characters of a password, or
+/// of those that could not be taken back.
 ///
 /// A program that reads raw keys may be asking for a secret without saying so. There a word is
-/// judged only when all of its characters have appeared on the screen: `needsEchoFirst` says that
-/// some are still missing, and either the echo comes or `giveUpEcho` makes the word unknown.
+/// judged only when everything typed in the line has appeared on the screen: `needsEchoFirst` says
+/// that some is still missing, and either the echo comes or `giveUpEcho` hides the line. For the
+/// same reason the own layout, where it is not the outer one, has no say in such a line before some
+/// letters have appeared: until then they go out as they came, and are typed anew when they have.
 class Keys final {
  public:
   /// All outlive this object; what the program is to get is added to `toProgram`.
@@ -36,21 +42,54 @@ class Keys final {
   void giveUpEcho();
   void press(const InputItem& item);
 
+  /// The program has written something.
+  void noteOutput();
+  /// Everything typed has appeared.
+  [[nodiscard]] bool isEchoComplete() { return line_.isShown(); }
+  /// It seems to have; `settle` after a moment says so if nothing has changed.
+  [[nodiscard]] bool seemsEchoed() const { return line_.seemsShown(); }
+  void settle();
+
+  /// The person asks for the other layout, by a key or a command.
+  void toggleLayout();
+  /// The own layout types Russian into the program that reads the keys.
+  [[nodiscard]] bool typesRussian() const;
+
  private:
-  void pressSecretly(const InputItem& item);
+  /// How the program reads its terminal, as far as one way ends a line that was typed for another.
+  enum class Reading { unknown, lines, secretLines, keys, unedited };
+
+  [[nodiscard]] bool isPassedThrough(const InputItem& item, const PtyModes* modes) const;
+  [[nodiscard]] bool isCommandLine() const;
+  [[nodiscard]] platform::TextContext::Part partInHand() const;
+  [[nodiscard]] bool hasScreenForItself(const PtyModes* modes) const;
+  [[nodiscard]] bool mayTranslate() const;
+  [[nodiscard]] bool goesAsItCame(const PtyModes& modes) const;
+  void noticeProgram(const PtyModes* modes);
+  void goHomeIfDue(const InputItem& item);
+  void endLine();
+  void pressHidden(const InputItem& item, const PtyModes* modes);
   void pressKey(const InputItem& item, const PtyModes& modes);
-  void pressControlSpace();
-  void pressUnedited();
-  void expectEcho(const InputItem& item, const PtyModes& modes);
+  void pressHotKey(HotKeys::Press press);
+  [[nodiscard]] bool mayRetype(const InputItem& item) const;
+  void pressUnknown(const InputItem& item);
+  void pressAsItCame(const InputItem& item);
+  [[nodiscard]] bool pressQuote(const InputItem& item);
+  void translateSent();
+  void followLine(const InputItem& item, const PtyModes& modes);
   void send();
   void deliver(const TerminalEvent& event);
+  void sendErase();
+  void sendText(std::string_view text);
 
   TerminalDesktop& desktop_;
   const Pty& pty_;
   ProgramOutput& output_;
   posix::WriteQueue& toProgram_;
+  HotKeys hotKeys_;
   OuterLayout outer_;
   KeyReader reader_{outer_};
+  TypedLine line_;
   /// The key in hand; a member only to keep its storage.
   TerminalEvent event_;
   std::string text_;
@@ -58,6 +97,17 @@ class Keys final {
   char erase_ = 0;
   /// The program has shown what was typed lately, so it is worth waiting for.
   bool expectsEcho_ = true;
+  /// Characters at the end of the line that went out as they came, to be translated when shown.
+  std::u32string untranslated_;
+  Reading reading_ = Reading::unknown;
+  /// The process group that reads the keys.
+  pid_t readingGroup_ = -1;
+  /// The program that leads it.
+  std::string program_;
+  /// The one that moves the cursor about as programs do that fill the screen; -1 for none.
+  pid_t addressingGroup_ = -1;
+  /// The own layout is to go home as soon as no word is under way.
+  bool homeIsDue_ = false;
 };
 
 }  // namespace tessarok::terminal

@@ -23,7 +23,23 @@ void OuterLayout::note(char32_t character) {
   const auto russian = isRussianLetter(character);
   if (!russian || *russian == isRussian_) return;
   isRussian_ = *russian;
-  own_.setRussian(isRussian_);
+  const bool isThereAlready = own_.isRussian() == isRussian_ && own_.isSelectedByCorrector();
+  if (isThereAlready) {
+    toggle();
+  } else {
+    chosen_.reset();
+    own_.setRussian(isRussian_);
+  }
+}
+
+void OuterLayout::toggle() {
+  const bool russian = !own_.isRussian();
+  chosen_ = russian == isRussian_ ? std::nullopt : std::optional(russian);
+  own_.setRussian(russian);
+}
+
+void OuterLayout::goHome() {
+  own_.setRussian(chosen_.value_or(isRussian_));
 }
 
 OuterLayout::Key OuterLayout::keyFor(char32_t character) const {
@@ -33,10 +49,10 @@ OuterLayout::Key OuterLayout::keyFor(char32_t character) const {
     const auto other = TerminalInputSources::table(!isRussian_).strokeFor(character);
     return other ? Key{other->code, other->shift, character} : Key{kNoKey, false, character};
   }
-  const bool agree = isRussian_ == own_.isRussian();
   const auto typed =
-      agree ? std::nullopt
-            : TerminalInputSources::table(own_.isRussian()).character(stroke->code, stroke->shift);
+      agrees()
+          ? std::nullopt
+          : TerminalInputSources::table(own_.isRussian()).character(stroke->code, stroke->shift);
   return {stroke->code, stroke->shift, typed ? *typed : character};
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "desktops/terminal/TerminalInputSources.h"
 
@@ -13,11 +14,17 @@ namespace tessarok::terminal {
 /// or selected; the own one is what the program switches.
 ///
 /// Behaviour: the outer layout is of the alphabet of the last letter that came; before the first,
-/// English. When the alphabet changes, the person has switched the outer layout and means it: the
-/// own layout follows. When the program switches the own layout, the outer one stays where it is,
-/// and from then on the same keys type the other alphabet. So a character is typed as it came
-/// while both layouts agree; otherwise its key is looked up in the outer layout, and the own one
-/// says what it types. A character that the outer layout does not have is typed as it came.
+/// English. When the program switches the own layout, the outer one stays where it is, and from
+/// then on the same keys type the other alphabet. So a character is typed as it came while both
+/// layouts agree; otherwise its key is looked up in the outer layout, and the own one says what it
+/// types. A character that the outer layout does not have is typed as it came.
+///
+/// When the alphabet changes, the person has switched the outer layout and means it: the own layout
+/// follows. Only when the program had switched to that very layout before, the person means the
+/// other one, because a press that changes nothing was not meant.
+///
+/// What the program has switched goes home with the end of the line; what the person has chosen
+/// stays.
 class OuterLayout final {
  public:
   struct Key {
@@ -36,10 +43,20 @@ class OuterLayout final {
   /// may change by it.
   void note(char32_t character);
   [[nodiscard]] Key keyFor(char32_t character) const;
+  /// Both layouts agree, so that every character is typed as it came.
+  [[nodiscard]] bool agrees() const { return isRussian_ == own_.isRussian(); }
+  /// The person asks for the other one of the own layouts.
+  void toggle();
+  /// A line has ended: the own layout is the outer one again, or the one that the person has
+  /// chosen.
+  void goHome();
 
  private:
   TerminalInputSources& own_;
   bool isRussian_ = false;
+  /// Whether the layout that the person has chosen is Russian; absent while they have left it to
+  /// the outer one.
+  std::optional<bool> chosen_;
 };
 
 }  // namespace tessarok::terminal

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <system_error>
 #include <unistd.h>
@@ -52,6 +53,28 @@ OuterTerminal::~OuterTerminal() {
 
 bool OuterTerminal::isStandardInput() {
   return ::isatty(STDIN_FILENO) == 1;
+}
+
+std::optional<std::string> OuterTerminal::ask(std::string_view question, std::string_view before,
+                                              std::string_view after) {
+  constexpr int kPatienceMilliseconds = 1000;
+  OuterTerminal terminal;
+  terminal.makeRaw();
+  if (::write(STDIN_FILENO, question.data(), question.size()) < 0) return std::nullopt;
+  std::string answer;
+  pollfd waiting{STDIN_FILENO, POLLIN, 0};
+  while (::poll(&waiting, 1, kPatienceMilliseconds) > 0) {
+    char chunk[256];
+    const auto count = ::read(STDIN_FILENO, chunk, sizeof chunk);
+    if (count <= 0) return std::nullopt;
+    answer.append(chunk, static_cast<std::size_t>(count));
+    const auto begin = answer.find(before);
+    if (begin == std::string::npos) continue;
+    const auto end = answer.find(after, begin + before.size());
+    if (end == std::string::npos) continue;
+    return answer.substr(begin + before.size(), end - begin - before.size());
+  }
+  return std::nullopt;
 }
 
 int OuterTerminal::input() {

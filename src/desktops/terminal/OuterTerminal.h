@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+#include <string>
+#include <string_view>
 #include <sys/ioctl.h>
 #include <termios.h>
 
@@ -18,6 +21,12 @@ class OuterTerminal final {
   ~OuterTerminal();
 
   [[nodiscard]] static bool isStandardInput();
+  /// Writes a question to the terminal of this process and waits for what comes between `before`
+  /// and `after`; absent when that does not come within a second. Other bytes that come meanwhile
+  /// are lost, so this is for programs that want nothing else.
+  [[nodiscard]] static std::optional<std::string> ask(std::string_view question,
+                                                      std::string_view before,
+                                                      std::string_view after);
 
   /// As they were found.
   [[nodiscard]] const termios& settings() const { return settings_; }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "text/Text.h"
+
 namespace tessarok::terminal {
 
 namespace {
@@ -13,15 +15,28 @@ constexpr char kCancel = '\x18';
 constexpr char kSubstitute = '\x1a';
 /// Sequences with more than that set no mode that matters.
 constexpr std::size_t kMaxParameters = 64;
-/// More than a word is never waited for.
-constexpr std::size_t kMaxExpected = 1024;
+/// The beginning of a string tells what it is about.
+constexpr std::size_t kMaxString = 32;
+/// More requests at once than anybody makes.
+constexpr std::size_t kMaxRequests = 16;
+constexpr std::string_view kRequest = "]7717;";
+constexpr std::size_t kLongestCharacter = 4;
+constexpr char32_t kReplacement = U'\uFFFD';
 
 bool isContinuation(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80;
 }
 
-bool isPrinting(char byte) {
-  return static_cast<unsigned char>(byte) >= 0x20 && byte != '\x7f';
+bool isControl(char byte) {
+  return static_cast<unsigned char>(byte) < 0x20 || byte == '\x7f';
+}
+
+/// The bytes of the character that begins with this one.
+std::size_t sizeOf(char first) {
+  const auto byte = static_cast<unsigned char>(first);
+  if (byte < 0xC0) return 1;
+  if (byte < 0xE0) return 2;
+  return byte < 0xF0 ? 3 : kLongestCharacter;
 }
 
 bool isAlternateScreenMode(int mode) {
@@ -33,76 +48,109 @@ bool beginsString(char byte) {
   return std::string_view("]P_^Xk").find(byte) != std::string_view::npos;
 }
 
+/// Shells that mark their prompts say so when one begins.
+bool marksPrompt(std::string_view string) {
+  return string == "]133;A" || string.starts_with("]133;A;");
+}
+
+/// To the first place of the screen, which is cleared from there, by a line editor too.
+bool isHome(std::string_view parameters) {
+  return parameters.empty() || parameters == "1" || parameters == "1;1" || parameters == ";";
+}
+
 }  // namespace
 
 void ProgramOutput::feed(std::string_view bytes) {
   while (!bytes.empty()) {
-    // Most output is text that nobody waits for.
-    if (state_ == State::text && isEchoComplete()) {
-      const auto escape = bytes.find(kEscape);
-      if (escape == std::string_view::npos) return;
-      bytes.remove_prefix(escape);
+    if (state_ == State::text && character_.empty()) {
+      const auto text = bytes.substr(0, bytes.find(kEscape));
+      feedText(text);
+      bytes.remove_prefix(text.size());
+      if (bytes.empty()) return;
     }
     feedByte(bytes.front());
     bytes.remove_prefix(1);
   }
 }
 
+void ProgramOutput::feedText(std::string_view text) {
+  if (!screen_.remembers()) {
+    // Most output is text that nobody waits for: only its last line tells where the cursor is.
+    const auto lineStart = text.rfind('\r');
+    if (lineStart != std::string_view::npos) {
+      screen_.skipToColumn(0);
+      text.remove_prefix(lineStart + 1);
+    }
+  }
+  for (const char byte : text)
+    feedTextByte(byte);
+}
+
 void ProgramOutput::feedByte(char byte) {
   switch (state_) {
     case State::text:
-      return feedText(byte);
+      return feedTextByte(byte);
     case State::escape:
+    case State::intermediate:
       return feedEscape(byte);
     case State::sequence:
       return feedSequence(byte);
     case State::string:
-      if (byte == kEscape) state_ = State::stringEscape;
-      if (byte == kBell || byte == kCancel || byte == kSubstitute) state_ = State::text;
-      return;
+      return feedString(byte);
     case State::stringEscape:
       // ESC \ ends a string; any other ESC breaks it off and begins something of its own.
       state_ = State::text;
-      if (byte != '\\') feedEscape(byte);
-      return;
+      if (byte == '\\') return endString();
+      return feedEscape(byte);
   }
 }
 
-void ProgramOutput::feedText(char byte) {
+void ProgramOutput::feedTextByte(char byte) {
+  if (!isControl(byte)) return putByte(byte);
+  character_.clear();
   if (byte == kEscape) {
     state_ = State::escape;
-    return;
+  } else {
+    screen_.control(byte);
   }
-  if (!isPrinting(byte) || isEchoComplete()) return;
-  if (!isContinuation(byte)) {
-    // What was matched of a longer character was part of another one.
-    while (isContinuation(expected_[matched_]))
-      --matched_;
+}
+
+void ProgramOutput::putByte(char byte) {
+  if (static_cast<unsigned char>(byte) < 0x80) {
+    character_.clear();
+    return screen_.put(static_cast<char32_t>(byte));
   }
-  if (expected_[matched_] != byte) return;
-  ++matched_;
-  if (!isEchoComplete()) return;
-  forgetEcho();
-  hasEchoed_ = true;
+  if (!isContinuation(byte)) character_.clear();
+  character_.push_back(byte);
+  if (character_.size() < sizeOf(character_.front())) return;
+  const auto scalar = text::singleScalar(character_);
+  screen_.put(scalar.value_or(kReplacement));
+  character_.clear();
 }
 
 void ProgramOutput::feedEscape(char byte) {
   // Intermediate bytes, such as those that choose a character set.
   if (byte >= '\x20' && byte <= '\x2f') {
-    state_ = State::escape;
+    state_ = State::intermediate;
     return;
   }
+  const bool isPlain = state_ != State::intermediate;
   state_ = State::text;
-  if (byte == '[') {
+  if (byte == kEscape) {
+    state_ = State::escape;
+  } else if (!isPlain) {
+    return;
+  } else if (byte == '[') {
     parameters_.clear();
     state_ = State::sequence;
-  } else if (byte == kEscape) {
-    state_ = State::escape;
   } else if (beginsString(byte)) {
+    string_.assign(1, byte);
     state_ = State::string;
-  } else if (byte == 'c') {
+  } else {
+    if (byte == '7' || byte == '8') keepsPlace_ = byte == '7';
     // A full reset.
-    alternateScreen_ = false;
+    if (byte == 'c') alternateScreen_ = wantsBrackets_ = keepsPlace_ = false;
+    screen_.escape(byte);
   }
 }
 
@@ -114,15 +162,42 @@ void ProgramOutput::feedSequence(char byte) {
   } else if (byte >= '\x40' && byte <= '\x7e') {
     state_ = State::text;
     endSequence(byte);
-  } else if (byte >= '\x20' && parameters_.size() < kMaxParameters) {
+  } else if (isControl(byte)) {
+    // Terminals obey a control character in the midst of a sequence.
+    screen_.control(byte);
+  } else if (parameters_.size() < kMaxParameters) {
     parameters_.push_back(byte);
+  }
+}
+
+void ProgramOutput::feedString(char byte) {
+  if (byte == kEscape) {
+    state_ = State::stringEscape;
+  } else if (byte == kBell) {
+    state_ = State::text;
+    endString();
+  } else if (byte == kCancel || byte == kSubstitute) {
+    state_ = State::text;
+  } else if (string_.size() < kMaxString) {
+    string_.push_back(byte);
+  }
+}
+
+void ProgramOutput::endString() {
+  if (marksPrompt(string_)) sawPrompt_ = true;
+  if (string_.starts_with(kRequest) && requests_.size() < kMaxRequests) {
+    requests_.push_back(string_.substr(kRequest.size()));
   }
 }
 
 void ProgramOutput::endSequence(char final) {
   if ((final == 'h' || final == 'l') && parameters_.starts_with('?')) {
-    setPrivateModes(final == 'h');
+    return setPrivateModes(final == 'h');
   }
+  const bool isPlace = final == 'H' || final == 'f';
+  if ((final == 'd' || (isPlace && !isHome(parameters_))) && !keepsPlace_) sawAddressing_ = true;
+  if (parameters_.empty() && (final == 's' || final == 'u')) keepsPlace_ = final == 's';
+  screen_.sequence(parameters_, final);
 }
 
 void ProgramOutput::setPrivateModes(bool on) {
@@ -131,30 +206,18 @@ void ProgramOutput::setPrivateModes(bool on) {
   while (next < end) {
     int mode = 0;
     next = std::from_chars(next, end, mode).ptr;
-    if (isAlternateScreenMode(mode)) alternateScreen_ = on;
+    setPrivateMode(mode, on);
     next = std::find(next, end, ';');
     if (next != end) ++next;
   }
 }
 
-void ProgramOutput::expectEcho(std::string_view character) {
-  hasEchoed_ = false;
-  if (expected_.size() < kMaxExpected) expected_.append(character);
-}
-
-void ProgramOutput::expectErased() {
-  if (isEchoComplete()) return;
-  while (isContinuation(expected_.back()))
-    expected_.pop_back();
-  expected_.pop_back();
-  matched_ = std::min(matched_, expected_.size());
-  if (isEchoComplete()) forgetEcho();
-}
-
-void ProgramOutput::forgetEcho() {
-  expected_.clear();
-  matched_ = 0;
-  hasEchoed_ = false;
+void ProgramOutput::setPrivateMode(int mode, bool on) {
+  constexpr int kBracketedPaste = 2004;
+  if (isAlternateScreenMode(mode)) alternateScreen_ = on;
+  if (mode != kBracketedPaste) return;
+  wantsBrackets_ = on;
+  if (on) sawPrompt_ = true;
 }
 
 }  // namespace tessarok::terminal

@@ -3,48 +3,68 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
+
+#include "desktops/terminal/Screen.h"
 
 namespace tessarok::terminal {
 
-/// Watches what the program writes to the terminal, for the two things that a desktop without
-/// eyes has to know: whether the alternate screen is shown, and whether typed characters appear.
-/// Bytes may come in pieces of any size. Main thread.
+/// Watches what the program writes to the terminal, for what a desktop without eyes has to know:
+/// whether a program has the screen for itself, whether a line editor is at work, and what stands
+/// around the cursor. Bytes may come in pieces of any size. Main thread.
 class ProgramOutput final {
  public:
   void feed(std::string_view bytes);
+
   /// A program has the whole screen, such as an editor.
   [[nodiscard]] bool isAlternateScreen() const { return alternateScreen_; }
+  /// A program wants pastes in brackets, which is what line editors ask for.
+  [[nodiscard]] bool wantsBrackets() const { return wantsBrackets_; }
+  /// Whether a prompt has been shown since this was asked last.
+  [[nodiscard]] bool takePrompt() { return std::exchange(sawPrompt_, false); }
+  /// Whether the cursor has been moved to some place of the screen since this was asked last, as
+  /// programs do that fill the screen, and line editors do not.
+  [[nodiscard]] bool takeAddressing() { return std::exchange(sawAddressing_, false); }
 
-  /// A character was typed that ought to appear. Characters are looked for in the order in which
-  /// they were typed, with anything in between: line editors repaint and colour as they like.
-  void expectEcho(std::string_view character);
-  /// The last character that was typed was erased again.
-  void expectErased();
-  /// Nothing that was typed so far matters any more.
-  void forgetEcho();
-  /// The characters expected last have appeared, all of them.
-  [[nodiscard]] bool hasEchoed() const { return hasEchoed_; }
-  /// Every character expected has appeared.
-  [[nodiscard]] bool isEchoComplete() const { return matched_ == expected_.size(); }
+  /// Between two characters and outside of any sequence, so that something else may be written.
+  [[nodiscard]] bool isBetweenCharacters() const {
+    return state_ == State::text && character_.empty();
+  }
+  /// What a program asks of this one by a sequence of its own ("ESC ] 7717 ; … BEL"), oldest first.
+  [[nodiscard]] std::vector<std::string> takeRequests() { return std::exchange(requests_, {}); }
+
+  [[nodiscard]] Screen& screen() { return screen_; }
 
  private:
-  enum class State { text, escape, sequence, string, stringEscape };
+  enum class State { text, escape, intermediate, sequence, string, stringEscape };
 
+  void feedText(std::string_view text);
   void feedByte(char byte);
-  void feedText(char byte);
+  void feedTextByte(char byte);
   void feedEscape(char byte);
   void feedSequence(char byte);
+  void feedString(char byte);
   void endSequence(char final);
+  void endString();
   void setPrivateModes(bool on);
+  void setPrivateMode(int mode, bool on);
+  void putByte(char byte);
 
+  Screen screen_;
   State state_ = State::text;
   std::string parameters_;
+  /// The beginning of a string that is addressed to the terminal.
+  std::string string_;
+  /// Bytes of a character of which more are to come.
+  std::string character_;
+  std::vector<std::string> requests_;
   bool alternateScreen_ = false;
-  /// UTF-8 of what was typed and is not known to have appeared.
-  std::string expected_;
-  /// Bytes of `expected_` that have appeared: whole characters, and part of the next one.
-  std::size_t matched_ = 0;
-  bool hasEchoed_ = false;
+  bool wantsBrackets_ = false;
+  bool sawPrompt_ = false;
+  bool sawAddressing_ = false;
+  /// The place of the cursor was kept, to come back to: what happens meanwhile is decoration.
+  bool keepsPlace_ = false;
 };
 
 }  // namespace tessarok::terminal

@@ -50,6 +50,16 @@ int readError(int report) {
   return count == sizeof error ? error : 0;
 }
 
+/// As exec wants them.
+std::vector<char*> argumentsOf(const std::vector<std::string>& command) {
+  std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
+  for (const auto& word : command)
+    arguments.push_back(const_cast<char*>(word.c_str()));
+  arguments.push_back(nullptr);
+  return arguments;
+}
+
 bool makePrivate(int descriptor) {
   return ::fcntl(descriptor, F_SETFD, FD_CLOEXEC) == 0 &&
          ::fcntl(descriptor, F_SETFL, O_RDWR | O_NONBLOCK) == 0;
@@ -57,13 +67,14 @@ bool makePrivate(int descriptor) {
 
 }  // namespace
 
+Pty::Failure Pty::become(const std::vector<std::string>& command) {
+  ::execvp(command.front().c_str(), argumentsOf(command).data());
+  return failureToRun(command.front(), errno);
+}
+
 std::variant<Pty, Pty::Failure> Pty::start(const std::vector<std::string>& command,
                                            termios settings, const winsize& size) {
-  std::vector<char*> arguments;
-  arguments.reserve(command.size() + 1);
-  for (const auto& word : command)
-    arguments.push_back(const_cast<char*>(word.c_str()));
-  arguments.push_back(nullptr);
+  const auto arguments = argumentsOf(command);
   // Without it the kernel's line editor erases bytes, not characters.
   settings.c_iflag |= IUTF8;
 
@@ -90,6 +101,10 @@ std::optional<PtyModes> Pty::modes() const {
   termios settings{};
   if (::tcgetattr(descriptor_.get(), &settings) != 0) return std::nullopt;
   return PtyModes(settings);
+}
+
+pid_t Pty::foregroundGroup() const {
+  return ::tcgetpgrp(descriptor_.get());
 }
 
 void Pty::setSize(const winsize& size) {

@@ -26,11 +26,16 @@ class Pty final {
   [[nodiscard]] static std::variant<Pty, Failure> start(const std::vector<std::string>& command,
                                                         termios settings, const winsize& size);
 
+  /// Makes this process the program, without a terminal of its own; returns only when it cannot.
+  [[nodiscard]] static Failure become(const std::vector<std::string>& command);
+
   /// What the program writes is read here, and what is written here the program reads; without
   /// waiting.
   [[nodiscard]] int descriptor() const { return descriptor_.get(); }
   /// Absent when the terminal is gone.
   [[nodiscard]] std::optional<PtyModes> modes() const;
+  /// The process group that reads the keys; -1 when there is none.
+  [[nodiscard]] pid_t foregroundGroup() const;
   void setSize(const winsize& size);
   /// The program's exit status as a shell gives it, 128 and the signal for one that was killed;
   /// absent while it runs.

@@ -5,7 +5,6 @@
 #include <optional>
 
 #include "desktops/plain/FreeAccessibility.h"
-#include "desktops/plain/NoStatusBar.h"
 #include "desktops/plain/NoWorkspace.h"
 #include "desktops/plain/OnlyKeyboard.h"
 #include "desktops/plain/PlainEvents.h"
@@ -22,6 +21,8 @@
 #include "desktops/terminal/TerminalInputSources.h"
 #include "desktops/terminal/TerminalLog.h"
 #include "desktops/terminal/TerminalSecureInput.h"
+#include "desktops/terminal/TerminalStatusBar.h"
+#include "desktops/terminal/TerminalTextContext.h"
 #include "platform/Desktop.h"
 
 namespace tessarok::terminal {
@@ -51,8 +52,9 @@ class TerminalDesktop final : public platform::Desktop {
   posix::PollLoop& runLoop() override { return runLoop_; }
   TerminalSecureInput& secureInput() override { return secureInput_; }
   posix::ThreadQueues& serialQueues() override { return serialQueues_; }
-  platform::NoStatusBar& statusBar() override { return statusBar_; }
+  TerminalStatusBar& statusBar() override { return statusBar_; }
   TerminalLog& systemLog() override { return systemLog_; }
+  TerminalTextContext& textContext() override { return textContext_; }
   posix::SettingsFile& userDefaults() override { return userDefaults_; }
   platform::NoWorkspace& workspace() override { return workspace_; }
   posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
@@ -73,7 +75,8 @@ class TerminalDesktop final : public platform::Desktop {
   platform::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::ansi};
   TerminalSecureInput secureInput_;
   posix::ThreadQueues serialQueues_;
-  platform::NoStatusBar statusBar_;
+  TerminalStatusBar statusBar_;
+  TerminalTextContext textContext_;
   posix::SettingsFile userDefaults_;
   platform::NoWorkspace workspace_;
   posix::NotificationCentre workspaceNotifications_;

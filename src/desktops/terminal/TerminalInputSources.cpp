@@ -33,13 +33,19 @@ bool TerminalInputSources::select(platform::InputSourceHandle& source) {
   const auto identifier = source.identifier();
   for (const bool russian : {false, true}) {
     if (identifier != identifiers()[russian ? 1 : 0]) continue;
-    setRussian(russian);
+    isSelectedByCorrector_ = true;
+    change(russian);
     return true;
   }
   return false;
 }
 
 void TerminalInputSources::setRussian(bool russian) {
+  isSelectedByCorrector_ = false;
+  change(russian);
+}
+
+void TerminalInputSources::change(bool russian) {
   if (isRussian_ == russian) return;
   isRussian_ = russian;
   if (onSelected) onSelected();

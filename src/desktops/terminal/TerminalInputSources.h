@@ -19,6 +19,8 @@ class TerminalInputSources final : public platform::InputSources {
   bool select(platform::InputSourceHandle& source) override;
 
   [[nodiscard]] bool isRussian() const { return isRussian_; }
+  /// The current layout was selected by the corrector, and not by `setRussian`.
+  [[nodiscard]] bool isSelectedByCorrector() const { return isSelectedByCorrector_; }
   /// Makes a layout current, and tells so if it was not.
   void setRussian(bool russian);
   /// What the keys of a layout give.
@@ -28,7 +30,10 @@ class TerminalInputSources final : public platform::InputSources {
   std::function<void()> onSelected;
 
  private:
+  void change(bool russian);
+
   bool isRussian_ = false;
+  bool isSelectedByCorrector_ = false;
 };
 
 }  // namespace tessarok::terminal

@@ -16,6 +16,8 @@ constexpr double kEscapeDelay = 0.05;
 /// Seconds for which the echo of a word is waited for. It is there long before a person has
 /// pressed the next key, except through a slow connection.
 constexpr double kEchoDelay = 0.2;
+/// Seconds for which a cursor has to rest before what stands there is believed to be an echo.
+constexpr double kSettleDelay = 0.005;
 /// Bytes that come together only in a paste.
 constexpr std::size_t kPasteSize = 256;
 /// Bytes that hardly come together when typed; perhaps more of a paste follows at once.
@@ -61,7 +63,8 @@ TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer,
           [this](short) { flushScreen(); }),
       toProgram_(pty.descriptor()),
       toScreen_(outer.output()),
-      keys_(desktop, pty, output_, toProgram_) {
+      keys_(desktop, pty, output_, toProgram_),
+      sign_([&desktop](std::string_view key) { return desktop.userDefaults().string(key); }) {
   auto& loop = desktop_.runLoop();
   loop.add(signals_);
   loop.add(program_);
@@ -82,7 +85,7 @@ int TerminalSession::run() {
   desktop_.systemLog().hold();
   outer_.makeRaw();
   // The window may have changed while the program was starting.
-  pty_.setSize(outer_.size());
+  resize();
   endIfProgramEnded();
   desktop_.runLoop().run();
   tidyScreen();
@@ -101,12 +104,18 @@ void TerminalSession::handleSignal(int signal) {
       outer_.makeRaw();
       [[fallthrough]];
     case SIGWINCH:
-      return pty_.setSize(outer_.size());
+      return resize();
     default:
       isUntidy_ = true;
       isHurried_ = true;
       return end(kKilled + signal);
   }
+}
+
+void TerminalSession::resize() {
+  const auto size = outer_.size();
+  pty_.setSize(size);
+  output_.screen().setColumns(size.ws_col);
 }
 
 void TerminalSession::stop() {
@@ -132,6 +141,7 @@ void TerminalSession::end(int exitStatus) {
 }
 
 void TerminalSession::tidyScreen() {
+  toScreen_.add(sign_.show(LayoutSign::State::english));
   const bool isLeft = output_.isAlternateScreen();
   if (isLeft || isUntidy_) {
     toScreen_.add(isLeft ? kTidyScreen : kTidyScreen.substr(kLeaveAlternateScreen));
@@ -186,6 +196,7 @@ void TerminalSession::serveInput() {
     }
   }
   flushToProgram();
+  flushScreen();
   if (!isDrained_) return;
   burstUntil_ = desktop_.clock().uptime() + kBurstGap;
   if (decoder_.isWaiting()) waitForRest();
@@ -209,6 +220,16 @@ void TerminalSession::waitForEcho(const InputItem& item) {
     if (wait != echoWait_ || !held_) return;
     keys_.giveUpEcho();
     echoCame();
+  });
+}
+
+void TerminalSession::waitToSettle() {
+  const auto wait = echoWait_;
+  const auto place = output_.screen().cursor();
+  desktop_.runLoop().after(kSettleDelay, [this, wait, place] {
+    if (wait != echoWait_ || !held_ || place != output_.screen().cursor()) return;
+    keys_.settle();
+    if (keys_.isEchoComplete()) echoCame();
   });
 }
 
@@ -241,7 +262,15 @@ void TerminalSession::serveProgram(short events) {
   if ((events & (POLLIN | POLLHUP | POLLERR)) == 0) return;
   static_cast<void>(readProgram());
   flushScreen();
-  if (held_ && output_.isEchoComplete()) echoCame();
+  keys_.noteOutput();
+  answerRequests();
+  flushToProgram();
+  if (!held_) return;
+  if (keys_.isEchoComplete()) {
+    echoCame();
+  } else if (keys_.seemsEchoed()) {
+    waitToSettle();
+  }
 }
 
 void TerminalSession::programHasLeft() {
@@ -264,15 +293,39 @@ bool TerminalSession::readProgram() {
   const std::string_view bytes(chunk_.data(), static_cast<std::size_t>(count));
   const bool wasAlternateScreen = output_.isAlternateScreen();
   output_.feed(bytes);
-  if (output_.isAlternateScreen() != wasAlternateScreen) {
-    output_.forgetEcho();
-    desktop_.announceOtherProgram();
-  }
+  if (output_.isAlternateScreen() != wasAlternateScreen) desktop_.announceOtherProgram();
   toScreen_.add(bytes);
   return true;
 }
 
+void TerminalSession::showLayout() {
+  // What the program writes must not be torn apart.
+  if (!output_.isBetweenCharacters()) return;
+  auto state = LayoutSign::State::english;
+  if (!desktop_.statusBar().works()) {
+    state = LayoutSign::State::off;
+  } else if (keys_.typesRussian()) {
+    state = LayoutSign::State::russian;
+  }
+  toScreen_.add(sign_.show(state));
+}
+
+void TerminalSession::answerRequests() {
+  for (const auto& request : output_.takeRequests()) {
+    auto& bar = desktop_.statusBar();
+    if (request == "on" || request == "off") bar.setEnabled(request == "on");
+    if (request == "layout") keys_.toggleLayout();
+    // The answer tells nothing of what was typed.
+    const bool isKnown =
+        request == "on" || request == "off" || request == "layout" || request == "status";
+    if (!isKnown) continue;
+    toProgram_.add(std::string("\x1b]7717;tessarok;") + (bar.isEnabled() ? "on" : "off") + ";" +
+                   (desktop_.inputSources().isRussian() ? "ru" : "en") + "\x1b\\");
+  }
+}
+
 void TerminalSession::flushScreen() {
+  showLayout();
   if (!toScreen_.flush()) handleSignal(SIGHUP);
 }
 

@@ -10,6 +10,7 @@
 #include "desktops/posix/WriteQueue.h"
 #include "desktops/terminal/InputDecoder.h"
 #include "desktops/terminal/Keys.h"
+#include "desktops/terminal/LayoutSign.h"
 #include "desktops/terminal/OuterTerminal.h"
 #include "desktops/terminal/ProgramOutput.h"
 #include "desktops/terminal/Pty.h"
@@ -40,6 +41,7 @@ class TerminalSession final {
   [[nodiscard]] short programEvents() const;
 
   void handleSignal(int signal);
+  void resize();
   void stop();
   void endIfProgramEnded();
   void end(int exitStatus);
@@ -50,6 +52,7 @@ class TerminalSession final {
   [[nodiscard]] std::size_t readMore();
   void serveInput();
   void waitForEcho(const InputItem& item);
+  void waitToSettle();
   void echoCame();
   void waitForRest();
   void flushToProgram();
@@ -59,6 +62,8 @@ class TerminalSession final {
   /// False when there is nothing to read, now or ever.
   [[nodiscard]] bool readProgram();
   void flushScreen();
+  void showLayout();
+  void answerRequests();
 
   TerminalDesktop& desktop_;
   OuterTerminal& outer_;
@@ -72,6 +77,7 @@ class TerminalSession final {
   InputDecoder decoder_;
   ProgramOutput output_;
   Keys keys_;
+  LayoutSign sign_;
   /// The item that waits for an echo; nothing behind it is served.
   std::optional<InputItem> held_;
   /// Tells a time-out from those of earlier waits.

@@ -25,7 +25,8 @@ bool becomesRaw(const UserAtTerminal& user, bool raw) {
 /// A script that starts the program in the terminal that it is run in.
 void writeStarter(const std::filesystem::path& file) {
   std::ofstream script(file);
-  script << "exec '" TESSAROK_PROGRAM "' --resources '" TESSAROK_TEST_DATA
+  // It is the first one in this terminal as far as it knows.
+  script << "unset TESSAROK_TERMINAL; exec '" TESSAROK_PROGRAM "' --resources '" TESSAROK_TEST_DATA
             "' terminal -- sh -c 'stty -a; read line; echo \"got=$line\"'\n";
 }
 

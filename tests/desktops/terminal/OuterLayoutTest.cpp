@@ -22,6 +22,8 @@ class OuterLayoutTest : public ::testing::Test {
     return typed;
   }
 
+  void correctorSelects(bool russian) { own_.select(*own_.enabledLayouts()[russian ? 1 : 0]); }
+
   TerminalInputSources own_;
   OuterLayout outer_{own_};
   int selections_ = 0;
@@ -55,12 +57,40 @@ TEST_F(OuterLayoutTest, ACyrillicLetterMeansThatThePersonHasSwitched) {
   EXPECT_EQ(selections_, 2);
 }
 
-TEST_F(OuterLayoutTest, ThePersonFollowsTheProgramsSwitch) {
+TEST_F(OuterLayoutTest, APressAfterTheProgramsSwitchMeansTheOtherOne) {
   type(U"ghbdtn");
-  own_.setRussian(true);
-  EXPECT_EQ(type(U"мир"), U"мир");
-  EXPECT_TRUE(own_.isRussian());
-  EXPECT_EQ(selections_, 1);
+  correctorSelects(true);
+  // The program is in Russian already, so the press would change nothing.
+  EXPECT_EQ(type(U"руддщ"), U"hello");
+  EXPECT_FALSE(own_.isRussian());
+  // It was the person's choice, which stays until the next press.
+  outer_.goHome();
+  EXPECT_EQ(type(U"цщкдв"), U"world");
+  EXPECT_EQ(type(U"git"), U"git");
+  outer_.goHome();
+  EXPECT_EQ(type(U"git"), U"git");
+}
+
+TEST_F(OuterLayoutTest, WhatTheProgramSwitchedGoesHomeWithTheLine) {
+  type(U"ghbdtn");
+  correctorSelects(true);
+  EXPECT_EQ(type(U"vbh"), U"мир");
+  outer_.goHome();
+  EXPECT_EQ(type(U"git"), U"git");
+}
+
+TEST_F(OuterLayoutTest, WhatThePersonHasChosenStays) {
+  type(U"a");
+  outer_.toggle();
+  outer_.goHome();
+  EXPECT_EQ(type(U"vbh"), U"мир");
+  correctorSelects(false);
+  EXPECT_EQ(type(U"git"), U"git");
+  outer_.goHome();
+  EXPECT_EQ(type(U"vbh"), U"мир");
+  outer_.toggle();
+  outer_.goHome();
+  EXPECT_EQ(type(U"git"), U"git");
 }
 
 TEST_F(OuterLayoutTest, SignsTellNothingAboutTheLayout) {

@@ -31,49 +31,33 @@ TEST(ProgramOutput, KnowsTheAlternateScreen) {
   EXPECT_TRUE(showsAlternateScreen("\x1b]0;title\x1b\\\x1b(B\x1b[?1049h"));
 }
 
-TEST(ProgramOutput, WaitsForTheEcho) {
+TEST(ProgramOutput, KnowsPromptsOfLineEditors) {
   ProgramOutput output;
-  EXPECT_TRUE(output.isEchoComplete());
-  output.expectEcho("g");
-  output.expectEcho("п");
-  EXPECT_FALSE(output.isEchoComplete());
-  output.feed("g");
-  EXPECT_FALSE(output.isEchoComplete());
-  output.feed("\xd0");
-  EXPECT_FALSE(output.hasEchoed());
-  output.feed("\xbf");
-  EXPECT_TRUE(output.isEchoComplete());
-  EXPECT_TRUE(output.hasEchoed());
+  EXPECT_FALSE(output.takePrompt());
+  output.feed("\x1b[?2004h$ ");
+  EXPECT_TRUE(output.wantsBrackets());
+  EXPECT_TRUE(output.takePrompt());
+  EXPECT_FALSE(output.takePrompt());
+  output.feed("\x1b[?2004l");
+  EXPECT_FALSE(output.wantsBrackets());
+  EXPECT_FALSE(output.takePrompt());
+  output.feed("\x1b]133;A\a");
+  EXPECT_TRUE(output.takePrompt());
+  output.feed("\x1b]133;C\x1b\\\x1b]0;133;A\a");
+  EXPECT_FALSE(output.takePrompt());
 }
 
-TEST(ProgramOutput, FindsTheEchoAmongColoursAndOtherText) {
+TEST(ProgramOutput, KnowsProgramsThatMoveTheCursorAbout) {
   ProgramOutput output;
-  output.expectEcho("h");
-  output.expectEcho("о");
-  // The h in the sequence and the р, which begins like п but not like о, are none.
-  output.feed("\x1b[1;31h");
-  EXPECT_FALSE(output.isEchoComplete());
-  output.feed("\x1b[31mh\x1b[0m р\xd0\xbf\b\xd0\xbe");
-  EXPECT_TRUE(output.isEchoComplete());
-}
-
-TEST(ProgramOutput, AnErasedCharacterNeedNotAppear) {
-  ProgramOutput output;
-  output.expectEcho("a");
-  output.expectEcho("п");
-  output.feed("a");
-  output.expectErased();
-  EXPECT_TRUE(output.isEchoComplete());
-  output.expectErased();
-  EXPECT_TRUE(output.isEchoComplete());
-}
-
-TEST(ProgramOutput, ForgetsWhatItWaitsFor) {
-  ProgramOutput output;
-  output.expectEcho("a");
-  output.forgetEcho();
-  EXPECT_TRUE(output.isEchoComplete());
-  EXPECT_FALSE(output.hasEchoed());
+  // Clearing the screen, and a clock in a corner, are what line editors do as well.
+  output.feed(
+      "\x1b[H\x1b[2J\x1b[3C\x1b"
+      "7\x1b[1;70H12:00\x1b"
+      "8");
+  EXPECT_FALSE(output.takeAddressing());
+  output.feed("\x1b[5;1H");
+  EXPECT_TRUE(output.takeAddressing());
+  EXPECT_FALSE(output.takeAddressing());
 }
 
 }  // namespace

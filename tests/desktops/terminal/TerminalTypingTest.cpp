@@ -26,8 +26,8 @@ class TypingIntoCat : public ::testing::Test {
 
 TEST_F(TypingIntoCat, FixesWordsAndSwitchesTheLayout) {
   expectLine("ghbdtn vbh", "привет мир");
-  // The layout stays switched: the same keys go on typing Russian.
-  expectLine("vbh", "мир");
+  // With the line the layout goes home.
+  expectLine("ls", "ls");
 }
 
 TEST_F(TypingIntoCat, FixesTheOtherWay) {
@@ -125,6 +125,47 @@ TEST_F(TypingIntoBash, APasteWithBracketsIsNotTyped) {
   EXPECT_TRUE(user_.sees("\rghbdtn vbh\r\n")) << user_.screen();
 }
 
+TEST_F(TypingIntoBash, NamesOfCommandsStay) {
+  user_.type("jq() { echo called $1; }; clear\r");
+  ASSERT_TRUE(user_.sees("ready> "));
+  user_.type("jq jq\r");
+  EXPECT_TRUE(user_.sees("called jq")) << user_.screen();
+  user_.type("echo \"ghbdtn vbh\"\r");
+  EXPECT_TRUE(user_.sees("\rпривет мир\r\n")) << user_.screen();
+}
+
+TEST_F(TypingIntoBash, ThePersonsLayoutIsInForceWhenTheLineIsShown) {
+  user_.type(std::string("\0", 1));
+  user_.type("vbh");
+  EXPECT_TRUE(user_.sees("мир")) << user_.screen();
+}
+
+TEST_F(TypingIntoBash, SwitchesOffAndOnInBand) {
+  user_.type("printf '\\033]7717;off\\a'; read -rd \\\\ a; echo \"${a#*tessarok}\"\r");
+  ASSERT_TRUE(user_.sees(";off;en")) << user_.screen();
+  user_.type("echo ghbdtn vbh\r");
+  EXPECT_TRUE(user_.sees("\rghbdtn vbh\r\n")) << user_.screen();
+  user_.type("printf '\\033]7717;on\\a'; read -rd \\\\ a; echo \"${a#*tessarok}\"\r");
+  ASSERT_TRUE(user_.sees(";on;en")) << user_.screen();
+  user_.type("echo ghbdtn vbh\r");
+  EXPECT_TRUE(user_.sees("\rпривет мир\r\n")) << user_.screen();
+}
+
+TEST_F(TypingIntoBash, TheCursorShowsTheLayout) {
+  user_.type("echo ghbdtn ");
+  EXPECT_TRUE(user_.sees("\x1b]12;")) << user_.screen();
+  user_.type("\r");
+  EXPECT_TRUE(user_.sees("\x1b]112\a")) << user_.screen();
+}
+
+TEST(Nested, ASecondOneRunsTheProgramAsItIs) {
+  UserAtTerminal user({TESSAROK_PROGRAM, "terminal", "--", "sh", "-c", "echo started; cat"});
+  ASSERT_TRUE(user.sees("this terminal is corrected already; sh runs in it as it is"));
+  ASSERT_TRUE(user.sees("started"));
+  user.type("ghbdtn vbh\r");
+  EXPECT_TRUE(user.sees("\r\nпривет мир\r\n")) << user.screen();
+}
+
 /// Runs a prompt that prints "ready" and then, in brackets, what it was given.
 void expectUntouched(const std::string& prompt, std::string_view keys, std::string_view answer) {
   UserAtTerminal user({"sh", "-c", prompt});
@@ -140,9 +181,9 @@ TEST(Secrets, APasswordIsNotTouched) {
 }
 
 TEST(Secrets, APasswordIsNotTranslatedEither) {
-  // Alt+Space and Control+Space belong to the password as well.
+  // Alt+Space and Control+Space do nothing and are no part of it.
   expectUntouched("stty -echo -isig; printf ready; IFS= read -r x; printf '[%s]' \"$x\"",
-                  "ghbdtn\x1b vbh\r", "ghbdtn\x1b vbh");
+                  std::string("\0ghbdtn\x1b vbh\r", 13), "ghbdtnvbh");
 }
 
 TEST(Secrets, AFewSecretCharactersAreNotTouched) {
@@ -165,13 +206,17 @@ TEST(KeyByKey, WithoutALineEditorNothingIsRetyped) {
                   "ghbdtn\x1b vbh  ");
 }
 
-TEST(KeyByKey, TheLayoutStaysSwitched) {
-  UserAtTerminal user(
-      {"sh", "-c", "head -n1; stty -icanon; printf ready; printf '[%s]' \"$(head -c 6)\""});
-  user.type("ghbdtn \r");
-  ASSERT_TRUE(user.sees("ready")) << user.screen();
-  user.type("vbh");
-  EXPECT_TRUE(user.sees("[мир]")) << user.screen();
+TEST(KeyByKey, ThePersonsOwnLayoutHasNoSayEither) {
+  UserAtTerminal user({"sh", "-c",
+                       "stty -icanon; printf 'go on? '; printf '[%s]' \"$(head -c 1)\"; stty "
+                       "icanon; printf ready; cat"});
+  ASSERT_TRUE(user.sees("go on? "));
+  user.type(std::string("\0y", 2));
+  EXPECT_TRUE(user.sees("[y]")) << user.screen();
+  ASSERT_TRUE(user.sees("ready"));
+  // It is waiting all the same.
+  user.type("vbh\r");
+  EXPECT_TRUE(user.sees("\r\nмир\r\n")) << user.screen();
 }
 
 TEST(AlternateScreen, SwitchesOffUntilItIsLeft) {

@@ -70,8 +70,7 @@ TEST(TerminalInTmux, TheScreenShowsTheFixedWords) {
   EXPECT_TRUE(tmux.shows("ready> echo привет мир")) << tmux.screen();
   tmux.press("Enter");
   EXPECT_TRUE(tmux.shows("ready> echo привет мир\nпривет мир\nready>")) << tmux.screen();
-  // Back to the English layout, and a conversion by hand to and fro.
-  tmux.press("C-Space");
+  // The layout is the English one again, and a conversion by hand goes to and fro.
   tmux.press("-l 'echo vbh'");
   tmux.press("M-Space");
   EXPECT_TRUE(tmux.shows("ready> echo привет мир\nпривет мир\nready> echo мир")) << tmux.screen();

@@ -35,7 +35,8 @@ constexpr int kTurnMilliseconds = 50;
   ::setenv("PS1", "ready> ", 1);
   // A shell that outlives the test would write into a home that is gone.
   ::setenv("HISTFILE", "/dev/null", 1);
-  for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "TESSAROK_RES", "INPUTRC", "ENV"}) {
+  for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "TESSAROK_RES", "INPUTRC", "ENV",
+                           "TESSAROK_TERMINAL"}) {
     ::unsetenv(name);
   }
   std::vector<std::string> words = {TESSAROK_PROGRAM, "--resources", resources.string(), "terminal",

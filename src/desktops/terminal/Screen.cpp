@@ -1,0 +1,265 @@
+// Not followed: scrolling regions, insertion and deletion of whole lines, origin mode, and
+// tabulators other than every eight columns. A program that uses them where a person types is not
+// believed to have shown what was typed, and its words stay as they are.
+
+#include "desktops/terminal/Screen.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "text/Text.h"
+
+namespace tessarok::terminal {
+
+namespace {
+
+constexpr char32_t kNothing = U' ';
+/// The second half of a wide character.
+constexpr char32_t kSecondHalf = U'\0';
+constexpr std::int64_t kTabulator = 8;
+/// More rows than a line that is being typed takes.
+constexpr std::size_t kMostRows = 64;
+/// An absolute move leads so many rows on.
+constexpr std::int64_t kJump = 100000;
+/// A terminal is never wider; numbers in sequences are no larger.
+constexpr std::int64_t kMost = 10000;
+
+/// The numbers of a sequence; 0 for those that are left out.
+std::array<std::int64_t, 2> numbersOf(std::string_view parameters) {
+  std::array<std::int64_t, 2> numbers{};
+  const auto* next = parameters.data();
+  const auto* const end = next + parameters.size();
+  for (auto& number : numbers) {
+    next = std::from_chars(next, end, number).ptr;
+    number = std::clamp<std::int64_t>(number, 0, kMost);
+    next = std::find(next, end, ';');
+    if (next == end) break;
+    ++next;
+  }
+  return numbers;
+}
+
+}  // namespace
+
+void Screen::setColumns(int columns) {
+  if (columns <= 0 || columns == columns_) return;
+  columns_ = columns;
+  // Terminals differ in what they do with the text.
+  rows_.clear();
+  jump(std::min<std::int64_t>(column_, columns_ - 1));
+}
+
+void Screen::remember() {
+  remembers_ = true;
+}
+
+void Screen::forget() {
+  remembers_ = false;
+  rows_.clear();
+}
+
+char32_t Screen::at(std::int64_t row, std::int64_t column) const {
+  const auto found = rows_.find(row);
+  if (found == rows_.end() || column >= static_cast<std::int64_t>(found->second.size())) {
+    return kNothing;
+  }
+  return found->second[static_cast<std::size_t>(column)];
+}
+
+Screen::Row& Screen::row() {
+  if (rows_.size() > kMostRows) rows_.erase(rows_.begin());
+  auto& row = rows_[row_];
+  if (row.size() < static_cast<std::size_t>(columns_)) {
+    row.resize(static_cast<std::size_t>(columns_), kNothing);
+  }
+  return row;
+}
+
+void Screen::moveTo(std::int64_t row, std::int64_t column) {
+  row_ = row;
+  column_ = std::clamp<std::int64_t>(column, 0, columns_ - 1);
+}
+
+void Screen::jump(std::int64_t column) {
+  moveTo(row_ + kJump, column);
+}
+
+void Screen::lineFeed() {
+  ++row_;
+  column_ = std::min(column_, columns_ - 1);
+}
+
+void Screen::put(char32_t character) {
+  const auto width = text::columns(character);
+  // A mark on the character before.
+  if (width == 0) return;
+  if (column_ + width > columns_) moveTo(row_ + 1, 0);
+  if (remembers_) {
+    auto& cells = row();
+    const auto column = static_cast<std::size_t>(column_);
+    const auto size = static_cast<std::size_t>(width);
+    if (inserts_) {
+      cells.insert(column, size, kNothing);
+      cells.resize(static_cast<std::size_t>(columns_));
+    }
+    cells[column] = character;
+    if (size == 2) cells[column + 1] = kSecondHalf;
+  }
+  column_ += width;
+  last_ = character;
+}
+
+void Screen::control(char byte) {
+  switch (byte) {
+    case '\r':
+      column_ = 0;
+      return;
+    case '\n':
+    case '\v':
+    case '\f':
+      return lineFeed();
+    case '\b':
+      return moveTo(row_, std::min(column_, columns_ - 1) - 1);
+    case '\t':
+      return moveTo(row_, (column_ / kTabulator + 1) * kTabulator);
+    default:
+      return;
+  }
+}
+
+void Screen::skipToColumn(int column) {
+  moveTo(row_ + 1, column);
+}
+
+void Screen::escape(char byte) {
+  switch (byte) {
+    case '7':
+      savedRow_ = row_;
+      savedColumn_ = column_;
+      return;
+    case '8':
+      return moveTo(savedRow_, savedColumn_);
+    case 'D':
+      return lineFeed();
+    case 'E':
+      return moveTo(row_ + 1, 0);
+    case 'M':
+      return moveTo(row_ - 1, column_);
+    case 'c':
+      inserts_ = false;
+      return jump(0);
+    default:
+      return;
+  }
+}
+
+void Screen::sequence(std::string_view parameters, char final) {
+  // Private sequences and those with intermediate bytes do not move the cursor.
+  const auto isPlain = [](char byte) { return (byte >= '0' && byte <= '9') || byte == ';'; };
+  if (!std::all_of(parameters.begin(), parameters.end(), isPlain)) return;
+  const auto [first, second] = numbersOf(parameters);
+  const auto count = std::max<std::int64_t>(first, 1);
+  const auto column = std::min(column_, columns_ - 1);
+  switch (final) {
+    case 'A':
+      return moveTo(row_ - count, column);
+    case 'B':
+    case 'e':
+      return moveTo(row_ + count, column);
+    case 'C':
+    case 'a':
+      return moveTo(row_, column + count);
+    case 'D':
+      return moveTo(row_, column - count);
+    case 'E':
+      return moveTo(row_ + count, 0);
+    case 'F':
+      return moveTo(row_ - count, 0);
+    case 'G':
+    case '`':
+      return moveTo(row_, count - 1);
+    case 'H':
+    case 'f':
+      return jump(std::max<std::int64_t>(second, 1) - 1);
+    case 'd':
+      return jump(column);
+    case 's':
+      return escape('7');
+    case 'u':
+      return escape('8');
+    case 'h':
+    case 'l':
+      if (first == 4) inserts_ = final == 'h';
+      return;
+    case 'K':
+      return eraseLine(static_cast<int>(first));
+    case 'J':
+      return eraseDisplay(static_cast<int>(first));
+    case 'b':
+      for (std::int64_t i = 0; i < count; ++i)
+        put(last_);
+      return;
+    default:
+      break;
+  }
+  if (!remembers_ || column_ >= columns_) return;
+  auto& cells = row();
+  const auto from = static_cast<std::size_t>(column_);
+  const auto size = std::min(static_cast<std::size_t>(count), cells.size() - from);
+  if (final == '@') {
+    cells.insert(from, size, kNothing);
+  } else if (final == 'P') {
+    cells.erase(from, size);
+  } else if (final == 'X') {
+    std::fill_n(cells.begin() + column_, size, kNothing);
+  }
+  cells.resize(static_cast<std::size_t>(columns_), kNothing);
+}
+
+void Screen::eraseLine(int how) {
+  if (!remembers_) return;
+  auto& cells = row();
+  const auto cursor = std::min(column_, columns_);
+  const auto from = how == 0 ? cells.begin() + cursor : cells.begin();
+  const auto to = how == 1 ? cells.begin() + std::min(cursor + 1, columns_) : cells.end();
+  if (from < to) std::fill(from, to, kNothing);
+}
+
+void Screen::eraseDisplay(int how) {
+  if (how == 0) {
+    rows_.erase(rows_.upper_bound(row_), rows_.end());
+  } else if (how == 1) {
+    rows_.erase(rows_.begin(), rows_.lower_bound(row_));
+  } else {
+    rows_.clear();
+  }
+  if (how < 2) eraseLine(how);
+}
+
+bool Screen::endsWith(std::u32string_view text, Place place) const {
+  if (place < 0) return false;
+  auto row = place / columns_;
+  auto column = place % columns_;
+  for (const auto character : text) {
+    const auto width = text::columns(character);
+    // What stands on one cell with another cannot be told here.
+    if (width == 0) return false;
+    if (column + width > columns_) {
+      ++row;
+      column = 0;
+    }
+    if (at(row, column) != character) return false;
+    column += width;
+  }
+  return row * columns_ + column == cursor();
+}
+
+Screen::Place Screen::placeBeforeCursor(std::u32string_view text) const {
+  Place place = cursor();
+  for (const auto character : text)
+    place -= text::columns(character);
+  return place;
+}
+
+}  // namespace tessarok::terminal

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+#include <utility>
+
+#include "platform/TextContext.h"
+
+namespace tessarok::terminal {
+
+/// What words of a shell's command line are. Main thread.
+class TerminalTextContext final : public platform::TextContext {
+ public:
+  /// `part` is asked what the word in hand is; without it everything is text.
+  void watch(std::function<Part()> part) { part_ = std::move(part); }
+  Part part() override { return part_ ? part_() : Part::text; }
+  /// As a shell would find it, in the folders of the person's search path.
+  bool isProgram(std::string_view name) override;
+
+ private:
+  std::function<Part()> part_;
+};
+
+}  // namespace tessarok::terminal
