@@ -33,8 +33,8 @@ void runProgram() {
     static auto* const desktop = new MacDesktop(makeObjectiveCServices());
     platform::setDesktop(*desktop);
     application = NSApplication.sharedApplication;
-    applicationDelegate = [[TessarokApplicationDelegate alloc]
-        initWithDelegate:std::make_shared<AppDelegate>()];
+    applicationDelegate =
+        [[TessarokApplicationDelegate alloc] initWithDelegate:std::make_shared<AppDelegate>()];
     application.delegate = applicationDelegate;
     activity = beginActivity();
     static const auto* const signals =

@@ -18,9 +18,8 @@ TerminationSignals::TerminationSignals(std::function<void()> terminate)
     // Dispatch is told of ignored signals too; with the default action there would be no process
     // left to tell.
     if (std::signal(signal, SIG_IGN) == SIG_IGN) continue;
-    auto* const source = dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL,
-                                                static_cast<uintptr_t>(signal), 0,
-                                                dispatch_get_main_queue());
+    auto* const source = dispatch_source_create(
+        DISPATCH_SOURCE_TYPE_SIGNAL, static_cast<uintptr_t>(signal), 0, dispatch_get_main_queue());
     if (source == nullptr) {
       std::signal(signal, SIG_DFL);
       continue;

@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "desktops/posix/DiskFlush.h"
 #include "desktops/posix/FileDescriptor.h"
 #include "desktops/posix/MappingGuard.h"
 #include "desktops/posix/PersonsEnvironment.h"
@@ -214,7 +215,7 @@ class TemporaryFile {
     if (!descriptor_.isOpen()) return false;
     exists_ = true;
     keepMode(target);
-    if (!writeAll(descriptor_.get(), text) || ::fsync(descriptor_.get()) != 0) return false;
+    if (!writeAll(descriptor_.get(), text) || !flushToDisk(descriptor_.get())) return false;
     if (!descriptor_.close()) return false;
     if (::rename(name_.c_str(), target.c_str()) != 0) return false;
     exists_ = false;
@@ -253,7 +254,7 @@ void markAsLocked(int descriptor) {
 /// A rename is on the disk only when its folder is.
 void flushFolder(const fs::path& folder) {
   const auto descriptor = openFile(folder, O_RDONLY | O_DIRECTORY);
-  if (descriptor.isOpen()) ::fsync(descriptor.get());
+  if (descriptor.isOpen()) static_cast<void>(flushToDisk(descriptor.get()));
 }
 
 /// Where a write has to go so that a symbolic link at `file` stays one, whether or not there is

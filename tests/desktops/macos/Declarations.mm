@@ -225,9 +225,8 @@ static_assert(is<decltype(NSFontWeightRegular), const CGFloat>);
   url = [folders objectAtIndexedSubscript:Only<NSUInteger>()];
   NSDate* date = NSRunningApplication.currentApplication.launchDate;
   static_assert(is<decltype([date timeIntervalSinceReferenceDate]), NSTimeInterval>);
-  [[maybe_unused]] id<NSObject> token = [NSProcessInfo.processInfo
-      beginActivityWithOptions:Only<NSActivityOptions>()
-                        reason:text];
+  [[maybe_unused]] id<NSObject> token =
+      [NSProcessInfo.processInfo beginActivityWithOptions:Only<NSActivityOptions>() reason:text];
   text = NSHomeDirectory();
   NSLog(@"%@", text);
 }
@@ -263,8 +262,7 @@ static_assert(is<decltype(NSFontWeightRegular), const CGFloat>);
 }
 
 - (void)statusBar {
-  NSStatusItem* item =
-      [NSStatusBar.systemStatusBar statusItemWithLength:Only<CGFloat>()];
+  NSStatusItem* item = [NSStatusBar.systemStatusBar statusItemWithLength:Only<CGFloat>()];
   NSStatusBarButton* button = item.button;
   NSImage* image = [NSImage imageWithSystemSymbolName:@"keyboard"
                              accessibilityDescription:@"Tessarok"];

@@ -1,5 +1,5 @@
-// The whole program, Objective-C++ included, on a runtime and an AppKit of the tests: from its launch
-// to its end, and what it leaves behind.
+// The whole program, Objective-C++ included, on a runtime and an AppKit of the tests: from its
+// launch to its end, and what it leaves behind.
 
 #import <AppKit/AppKit.h>
 #include <csignal>
@@ -212,7 +212,8 @@ TEST_F(MacAppKitTest, ASignalIsAsGoodAsQuit) {
 TEST_F(MacAppKitTest, WorksAllTheTime) {
   run([] {
     ASSERT_EQ(fakeAppKit().activities.size(), 1U);
-    // Of what the system could do to a program that nobody looks at: nothing, but the Mac may sleep.
+    // Of what the system could do to a program that nobody looks at: nothing, but the Mac may
+    // sleep.
     EXPECT_EQ(fakeAppKit().activities.front().second, 0xEFFFFFU);
   });
   EXPECT_EQ(fakeAppKit().activities.size(), 1U);

@@ -343,7 +343,7 @@ const NSNotificationName NSWorkspaceSessionDidBecomeActiveNotification =
   if (_action == nullptr || target == nil || ![target respondsToSelector:_action]) return NO;
   using Action = void (*)(id, SEL, id);
   extern void send(void) __asm__("objc_msgSend");
-  reinterpret_cast<Action>(&send)(target, _action, self);
+  reinterpret_cast<Action> (&send)(target, _action, self);
   return YES;
 }
 @end

@@ -1,4 +1,5 @@
-// The root class, compiled without automatic reference counting: it is what the counting is made of.
+// The root class, compiled without automatic reference counting: it is what the counting is made
+// of.
 
 #import <Foundation/Foundation.h>
 

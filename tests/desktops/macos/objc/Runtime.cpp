@@ -171,7 +171,7 @@ void callForEach(Object* object, const char* name, const Class* type) {
     const auto methods = state().methods.find(type);
     if (methods == state().methods.end() || !methods->second.contains(selector)) continue;
     reinterpret_cast<void (*)(Object*, const char*)>(methods->second.at(selector))(object,
-                                                                                  selector);
+                                                                                   selector);
   }
 }
 
