@@ -2,12 +2,15 @@
 
 #include "app/AppDelegate.h"
 
+#include <chrono>
 #include <string>
+#include <thread>
 
 #include "platform/Desktop.h"
 #include "typing/InputSource.h"
 #include "typing/KeyTap.h"
 #include "words/BuiltinPacks.h"
+#include "words/Detector.h"
 #include "words/Dict.h"
 #include "words/FolderLock.h"
 #include "words/IgnoreList.h"
@@ -24,6 +27,9 @@ constexpr const char* kDefaultIdentifier = "app.tessarok";
 constexpr double kTickInterval = 2.0;
 constexpr double kTickTolerance = 0.5;
 constexpr double kSilenceLimit = 5.0;
+/// How long a launch waits for the person's lists, without which no word is put right. No key
+/// waits: there is no tap yet. On a disk that takes longer the first words stay as typed.
+constexpr auto kListPatience = std::chrono::milliseconds(200);
 
 /// After each of these the caret may be in another place.
 constexpr const char* kContextNotifications[] = {
@@ -68,6 +74,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   }
   loadPersistentData();
   warmUp();
+  waitForLists();
   makeStatusItem();
   desktop.accessibility().isProcessTrusted(true);
   KeyTap::shared().onPauseChange = [weak = weak_from_this()] {
@@ -131,6 +138,12 @@ void AppDelegate::warmUp() {
   static_cast<void>(Dict::ru().contains("привет"));
   Proto::load();
   InputSource::prepareLayoutMaps();
+}
+
+void AppDelegate::waitForLists() {
+  const auto deadline = std::chrono::steady_clock::now() + kListPatience;
+  while (Detector::isWaitingForLists() && std::chrono::steady_clock::now() < deadline)
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
 void AppDelegate::makeStatusItem() {

@@ -42,6 +42,7 @@ class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
   [[nodiscard]] bool mayRun();
   void loadPersistentData();
   void warmUp();
+  static void waitForLists();
   void makeStatusItem();
   void observe();
   void observeInputSources();

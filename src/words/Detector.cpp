@@ -275,13 +275,17 @@ const char* Detector::name(Confidence confidence) {
   return confidence == Confidence::high ? "high" : "medium";
 }
 
+bool Detector::isWaitingForLists() {
+  return IgnoreList::isLoading() || UserDict::isLoading() || BuiltinPacks::isLoading();
+}
+
 bool Detector::isExcluded(std::string_view lower) {
   const auto isListedAs = [](std::string_view word) {
     return blacklist().contains(word) || IgnoreList::contains(word) || UserDict::contains(word) ||
            BuiltinPacks::contains(word);
   };
   // Any word may be on a list that a slow disk has not given yet.
-  if (IgnoreList::isLoading() || UserDict::isLoading() || BuiltinPacks::isLoading()) return true;
+  if (isWaitingForLists()) return true;
   if (text::isSurelyComposed(lower)) return isListedAs(lower);
   return isListedAs(text::composed(lower));
 }

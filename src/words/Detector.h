@@ -47,6 +47,9 @@ class Detector {
   [[nodiscard]] static std::optional<Decision> decide(std::string_view word, std::int64_t streak,
                                                       std::int64_t enStreak,
                                                       DecisionTrace* trace = nullptr);
+  /// Whether a list of words that are never corrected is still being read; until then every word
+  /// may be on it.
+  [[nodiscard]] static bool isWaitingForLists();
   /// Whether a lower-case word is on any list of words that are never corrected.
   [[nodiscard]] static bool isExcluded(std::string_view lower);
 

@@ -262,6 +262,7 @@ TEST_F(IgnoreListTest, AFolderThatCannotBeMadeIsReportedWithTheWrite) {
 
 TEST_F(IgnoreListTest, LoadingTwiceReadsTheFilesOnce) {
   IgnoreList::load(Recovery::onDisk);
+  IgnoreList::flush();
   save("ignored.txt", "слово\n");
   IgnoreList::load(Recovery::onDisk);
   EXPECT_TRUE(IgnoreList::words().empty());

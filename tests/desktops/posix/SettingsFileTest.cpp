@@ -74,6 +74,7 @@ TEST_F(SettingsFileTest, DoesNotUndoWhatAnotherCopyHasSaved) {
   SettingsFile other(file_, files_, log_);
   EXPECT_EQ(one.boolean("pack.it"), std::nullopt);
   other.setBoolean("pack.chat", true);
+  other.flush();
   one.setBoolean("pack.it", true);
   one.flush();
   EXPECT_EQ(SettingsFile(file_, files_, log_).boolean("pack.chat"), true);

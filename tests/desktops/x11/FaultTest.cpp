@@ -25,6 +25,8 @@ std::string whatIsWrongWithErrors(const std::string& errors, int status, bool mu
   std::istringstream in(errors);
   std::set<std::string> lines;
   for (std::string line; std::getline(in, line);) {
+    // Xlib talks for itself, as often as it likes.
+    if (line.starts_with("Xlib: ")) continue;
     if (!lines.insert(line).second) return "it says it once";
   }
   if (mustCorrect && status != 0) return "an interruption is no failure";

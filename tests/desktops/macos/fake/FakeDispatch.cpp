@@ -82,7 +82,7 @@ void dispatch_release(dispatch_object_t object) {
 
 void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t work) {
   if (queue == &_dispatch_main_q) {
-    fakeSystem().mainQueue.push_back({0, context, work});
+    postToMainQueue({0, context, work});
     return;
   }
   jobsOf(queue).async([=] { work(context); });

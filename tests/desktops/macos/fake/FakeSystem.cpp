@@ -1,6 +1,7 @@
 #include "tests/desktops/macos/fake/FakeSystem.h"
 
 #include <algorithm>
+#include <mutex>
 #include <thread>
 #include <tuple>
 
@@ -13,8 +14,34 @@ FakeSystem& fakeSystem() {
   return *system;
 }
 
+namespace {
+
+/// What has come for the main queue since it was last turned.
+struct Inbox {
+  std::mutex mutex;
+  std::vector<FakeSystem::Delayed> works;
+};
+
+Inbox& inbox() {
+  static auto* const instance = new Inbox;
+  return *instance;
+}
+
+void takeInbox(std::deque<FakeSystem::Delayed>& queue) {
+  const std::lock_guard lock(inbox().mutex);
+  queue.insert(queue.end(), inbox().works.begin(), inbox().works.end());
+  inbox().works.clear();
+}
+
+}  // namespace
+
+void postToMainQueue(const FakeSystem::Delayed& work) {
+  const std::lock_guard lock(inbox().mutex);
+  inbox().works.push_back(work);
+}
+
 void FakeSystem::runMainQueue() {
-  while (!mainQueue.empty()) {
+  for (takeInbox(mainQueue); !mainQueue.empty(); takeInbox(mainQueue)) {
     const auto next = mainQueue.front();
     mainQueue.pop_front();
     next.work(next.context);

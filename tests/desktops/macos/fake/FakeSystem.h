@@ -228,6 +228,9 @@ class FakeSystem final {
 /// The one system of the process, for the main thread alone as the real one is.
 [[nodiscard]] FakeSystem& fakeSystem();
 
+/// Queues work for the main thread, from any thread: it runs when the main queue is next turned.
+void postToMainQueue(const FakeSystem::Delayed& work);
+
 /// The bytes of a layout that `UCKeyTranslate` understands.
 [[nodiscard]] std::vector<UInt8> layoutBytes(bool russian);
 
