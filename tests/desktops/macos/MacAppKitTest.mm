@@ -15,6 +15,7 @@
 #include "tests/desktops/macos/fake/FakeSystem.h"
 #include "tests/desktops/macos/objc/FakeAppKit.h"
 #include "tests/desktops/macos/objc/Runtime.h"
+#include "words/ListQueue.h"
 
 namespace tessarok::macos {
 namespace {
@@ -183,6 +184,9 @@ TEST_F(MacAppKitTest, ActsOnItsMenu) {
     EXPECT_NE(fakeAppKit().openMenu()[4].submenu[0].isOn, wasOn);
     ASSERT_TRUE(fakeAppKit().choose("Open Accessibility Settings…"));
     ASSERT_TRUE(fakeAppKit().choose("Open User Dictionary…"));
+    // It is laid out on a thread of its own first.
+    ListQueue::drain();
+    fakeSystem().runMainQueue();
     const auto folder = home.path() / "Library" / "Application Support" / "Tessarok";
     EXPECT_EQ(fakeAppKit().openedUrls,
               (std::vector<std::string>{"x-apple.systempreferences:com.apple.preference.security?"
