@@ -183,11 +183,23 @@ std::size_t TerminalSession::readMore() {
 
 void TerminalSession::serveInput() {
   isDrained_ = false;
+  // Where the program takes at once all that there was room for, nothing would call again.
+  while (!isDrained_ && !held_ && !isProgramGone_ && !toProgram_.isFull()) {
+    pressKeys();
+    flushToProgram();
+  }
+  flushScreen();
+  if (!isDrained_) return;
+  burstUntil_ = desktop_.clock().uptime() + kBurstGap;
+  if (decoder_.isWaiting()) waitForRest();
+}
+
+void TerminalSession::pressKeys() {
   while (!held_ && !toProgram_.isFull()) {
     const auto item = decoder_.next();
     if (!item) {
       isDrained_ = true;
-      break;
+      return;
     }
     if (keys_.needsEchoFirst(*item)) {
       waitForEcho(*item);
@@ -195,11 +207,6 @@ void TerminalSession::serveInput() {
       keys_.press(*item);
     }
   }
-  flushToProgram();
-  flushScreen();
-  if (!isDrained_) return;
-  burstUntil_ = desktop_.clock().uptime() + kBurstGap;
-  if (decoder_.isWaiting()) waitForRest();
 }
 
 void TerminalSession::waitForRest() {
@@ -255,11 +262,13 @@ short TerminalSession::programEvents() const {
 }
 
 void TerminalSession::serveProgram(short events) {
-  if ((events & POLLOUT) != 0) {
-    flushToProgram();
-    if (!isDrained_ && !held_) serveInput();
-  }
-  if ((events & (POLLIN | POLLHUP | POLLERR)) == 0) return;
+  if ((events & POLLOUT) != 0) flushToProgram();
+  if ((events & (POLLIN | POLLHUP | POLLERR)) != 0) serveOutput();
+  // What could not be taken for want of room goes on with whoever makes some.
+  if (!isDrained_ && !held_) serveInput();
+}
+
+void TerminalSession::serveOutput() {
   static_cast<void>(readProgram());
   flushScreen();
   keys_.noteOutput();

@@ -51,6 +51,7 @@ class TerminalSession final {
   /// The bytes that came; 0 when the terminal has gone.
   [[nodiscard]] std::size_t readMore();
   void serveInput();
+  void pressKeys();
   void waitForEcho(const InputItem& item);
   void waitToSettle();
   void echoCame();
@@ -58,6 +59,7 @@ class TerminalSession final {
   void flushToProgram();
 
   void serveProgram(short events);
+  void serveOutput();
   void programHasLeft();
   /// False when there is nothing to read, now or ever.
   [[nodiscard]] bool readProgram();

@@ -62,6 +62,10 @@ TEST_F(TerminalPrivacy, ARejectedWordIsKeptInTheLearnedListAlone) {
   EXPECT_EQ(filesWith(kSecrets, folder_.path()), std::vector<std::string>{learned.string()});
   const auto mode = fs::status(learned).permissions();
   EXPECT_EQ(mode, fs::perms::owner_read | fs::perms::owner_write);
+  // Folders are made as every program makes them.
+  fs::create_directory(folder_.path() / "plain");
+  EXPECT_EQ(fs::status(user.learned()).permissions(),
+            fs::status(folder_.path() / "plain").permissions());
 }
 
 }  // namespace
