@@ -55,6 +55,10 @@ void AtSpiSecureInput::listen() {
     const char* name = nullptr;
     if (sd_bus_message_read(&message, "s", &name) >= 0 && program_ == name) forget();
   });
+  newcomers_ = std::make_unique<AtSpiNewcomers>(
+      *bus_, loop_, [this](const std::string& program, const std::string& field) {
+        newcomerHas(program, field);
+      });
   // Programs send only the events that somebody has asked for.
   auto message =
       bus_->methodCall(kRegistry, "/org/a11y/atspi/registry", kRegistry, "RegisterEvent");
@@ -77,9 +81,21 @@ void AtSpiSecureInput::focusChanged(sd_bus_message& event) {
     if (known) forget();
     return;
   }
-  if (known) return;
-  program_ = sender;
-  field_ = path;
+  if (!known) take(sender, path);
+}
+
+void AtSpiSecureInput::newcomerHas(const std::string& program, const std::string& field) {
+  const bool known = program_ == program;
+  if (field.empty()) {
+    if (known) forget();
+    return;
+  }
+  if (!known || field_ != field) take(program, field);
+}
+
+void AtSpiSecureInput::take(const std::string& program, const std::string& field) {
+  program_ = program;
+  field_ = field;
   ask();
 }
 

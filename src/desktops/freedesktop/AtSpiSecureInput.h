@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "desktops/freedesktop/AtSpiNewcomers.h"
 #include "desktops/freedesktop/Bus.h"
 #include "platform/RunLoop.h"
 #include "platform/SecureInput.h"
@@ -35,6 +36,8 @@ class AtSpiSecureInput final : public platform::SecureInput {
   void busLost(const std::string& reason);
   void listen();
   void focusChanged(sd_bus_message& event);
+  void newcomerHas(const std::string& program, const std::string& field);
+  void take(const std::string& program, const std::string& field);
   void ask();
   void forget();
 
@@ -42,6 +45,7 @@ class AtSpiSecureInput final : public platform::SecureInput {
   platform::RunLoop& loop_;
   platform::SystemLog& log_;
   std::unique_ptr<Bus> bus_;
+  std::unique_ptr<AtSpiNewcomers> newcomers_;
   bool listening_ = false;
   State state_ = State::open;
   /// The field that has the focus: its program's name on the bus and its path there.
