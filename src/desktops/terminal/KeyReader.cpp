@@ -4,6 +4,7 @@
 #include <charconv>
 #include <string>
 
+#include "desktops/layouts/KeyTable.h"
 #include "platform/EventFlags.h"
 #include "text/Text.h"
 #include "typing/KeyCodes.h"
@@ -20,7 +21,7 @@ constexpr char16_t kNoBreakSpace = 0xA0;
 constexpr char16_t kObjectReplacement = 0xFFFC;
 
 std::int64_t englishKey(char32_t character) {
-  const auto stroke = TerminalInputSources::table(false).strokeFor(character);
+  const auto stroke = layouts::KeyTable::english().strokeFor(character);
   return stroke ? stroke->code : OuterLayout::kNoKey;
 }
 

@@ -286,7 +286,7 @@ void Keys::toggleLayout() {
 }
 
 bool Keys::typesRussian() const {
-  return !output_.isAlternateScreen() && desktop_.inputSources().isRussian();
+  return !output_.isAlternateScreen() && desktop_.inputSources().language() == Language::russian;
 }
 
 void Keys::pressUnknown(const InputItem& item) {

@@ -1,58 +1,60 @@
 #include "desktops/terminal/OuterLayout.h"
 
 #include <optional>
+#include <string>
+
+#include "desktops/layouts/KeyTable.h"
+#include "text/Text.h"
+#include "words/Letters.h"
 
 namespace tessarok::terminal {
 
 namespace {
 
-/// Whether a letter is Russian or English; absent for all other characters.
-std::optional<bool> isRussianLetter(char32_t character) {
-  if (character < 0x80) {
-    const char32_t lower = character | 0x20;
-    return lower >= 'a' && lower <= 'z' ? std::optional(false) : std::nullopt;
-  }
-  const bool isRussian =
-      (character >= U'А' && character <= U'я') || character == U'Ё' || character == U'ё';
-  return isRussian ? std::optional(true) : std::nullopt;
+using layouts::KeyTable;
+
+std::optional<Language> languageOf(char32_t character) {
+  std::string encoded;
+  text::appendScalar(character, encoded);
+  return letters::languageOf(encoded);
 }
 
 }  // namespace
 
 void OuterLayout::note(char32_t character) {
-  const auto russian = isRussianLetter(character);
-  if (!russian || *russian == isRussian_) return;
-  isRussian_ = *russian;
-  const bool isThereAlready = own_.isRussian() == isRussian_ && own_.isSelectedByCorrector();
+  const auto language = languageOf(character);
+  if (!language || *language == language_) return;
+  language_ = *language;
+  const bool isThereAlready = agrees() && own_.isSelectedByCorrector();
   if (isThereAlready) {
     toggle();
   } else {
     chosen_.reset();
-    own_.setRussian(isRussian_);
+    own_.setLanguage(language_);
   }
 }
 
 void OuterLayout::toggle() {
-  const bool russian = !own_.isRussian();
-  chosen_ = russian == isRussian_ ? std::nullopt : std::optional(russian);
-  own_.setRussian(russian);
+  const auto language = other(own_.language());
+  chosen_ = language == language_ ? std::nullopt : std::optional(language);
+  own_.setLanguage(language);
 }
 
 void OuterLayout::goHome() {
-  own_.setRussian(chosen_.value_or(isRussian_));
+  own_.setLanguage(chosen_.value_or(language_));
 }
 
 OuterLayout::Key OuterLayout::keyFor(char32_t character) const {
-  const auto stroke = TerminalInputSources::table(isRussian_).strokeFor(character);
+  const auto stroke = KeyTable::of(language_).strokeFor(character);
   if (!stroke) {
     // Perhaps the first sign of another outer layout, but only letters are sure ones.
-    const auto other = TerminalInputSources::table(!isRussian_).strokeFor(character);
-    return other ? Key{other->code, other->shift, character} : Key{kNoKey, false, character};
+    const auto otherStroke = KeyTable::of(other(language_)).strokeFor(character);
+    return otherStroke ? Key{otherStroke->code, otherStroke->shift, character}
+                       : Key{kNoKey, false, character};
   }
-  const auto typed =
-      agrees()
-          ? std::nullopt
-          : TerminalInputSources::table(own_.isRussian()).character(stroke->code, stroke->shift);
+  const auto typed = agrees()
+                         ? std::nullopt
+                         : KeyTable::of(own_.language()).character(stroke->code, stroke->shift);
   return {stroke->code, stroke->shift, typed ? *typed : character};
 }
 

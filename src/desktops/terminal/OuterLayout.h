@@ -44,7 +44,7 @@ class OuterLayout final {
   void note(char32_t character);
   [[nodiscard]] Key keyFor(char32_t character) const;
   /// Both layouts agree, so that every character is typed as it came.
-  [[nodiscard]] bool agrees() const { return isRussian_ == own_.isRussian(); }
+  [[nodiscard]] bool agrees() const { return language_ == own_.language(); }
   /// The person asks for the other one of the own layouts.
   void toggle();
   /// A line has ended: the own layout is the outer one again, or the one that the person has
@@ -53,10 +53,10 @@ class OuterLayout final {
 
  private:
   TerminalInputSources& own_;
-  bool isRussian_ = false;
-  /// Whether the layout that the person has chosen is Russian; absent while they have left it to
-  /// the outer one.
-  std::optional<bool> chosen_;
+  /// Of the outer layout.
+  Language language_ = Language::english;
+  /// Of the layout that the person has chosen; absent while they have left it to the outer one.
+  std::optional<Language> chosen_;
 };
 
 }  // namespace tessarok::terminal

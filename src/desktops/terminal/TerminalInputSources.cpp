@@ -1,58 +1,53 @@
 #include "desktops/terminal/TerminalInputSources.h"
 
-#include <array>
-
 #include "desktops/layouts/TableLayout.h"
 
 namespace tessarok::terminal {
 
 namespace {
 
-/// The English one, then the Russian one.
-const std::array<std::optional<std::string>, 2>& identifiers() {
-  static const std::array<std::optional<std::string>, 2> all = {"com.apple.keylayout.US",
-                                                                "com.apple.keylayout.RussianWin"};
-  return all;
+constexpr Language kLanguages[] = {Language::english, Language::russian};
+
+const std::optional<std::string>& identifierOf(Language language) {
+  static const std::optional<std::string> english = "com.apple.keylayout.US";
+  static const std::optional<std::string> russian = "com.apple.keylayout.RussianWin";
+  return language == Language::russian ? russian : english;
 }
 
 }  // namespace
 
 std::vector<std::shared_ptr<platform::InputSourceHandle>> TerminalInputSources::enabledLayouts() {
   std::vector<std::shared_ptr<platform::InputSourceHandle>> handles;
-  for (const auto& identifier : identifiers()) {
-    handles.push_back(std::make_shared<layouts::TableLayout>(*identifier));
+  for (const auto language : kLanguages) {
+    handles.push_back(std::make_shared<layouts::TableLayout>(*identifierOf(language)));
   }
   return handles;
 }
 
 const std::optional<std::string>& TerminalInputSources::current() {
-  return identifiers()[isRussian_ ? 1 : 0];
+  return identifierOf(language_);
 }
 
 bool TerminalInputSources::select(platform::InputSourceHandle& source) {
   const auto identifier = source.identifier();
-  for (const bool russian : {false, true}) {
-    if (identifier != identifiers()[russian ? 1 : 0]) continue;
+  for (const auto language : kLanguages) {
+    if (identifier != identifierOf(language)) continue;
     isSelectedByCorrector_ = true;
-    change(russian);
+    change(language);
     return true;
   }
   return false;
 }
 
-void TerminalInputSources::setRussian(bool russian) {
+void TerminalInputSources::setLanguage(Language language) {
   isSelectedByCorrector_ = false;
-  change(russian);
+  change(language);
 }
 
-void TerminalInputSources::change(bool russian) {
-  if (isRussian_ == russian) return;
-  isRussian_ = russian;
+void TerminalInputSources::change(Language language) {
+  if (language_ == language) return;
+  language_ = language;
   if (onSelected) onSelected();
-}
-
-const layouts::KeyTable& TerminalInputSources::table(bool russian) {
-  return russian ? layouts::KeyTable::russian() : layouts::KeyTable::english();
 }
 
 }  // namespace tessarok::terminal

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "desktops/layouts/KeyTable.h"
 #include "platform/InputSources.h"
+#include "words/Language.h"
 
 namespace tessarok::terminal {
 
@@ -18,21 +18,20 @@ class TerminalInputSources final : public platform::InputSources {
   const std::optional<std::string>& current() override;
   bool select(platform::InputSourceHandle& source) override;
 
-  [[nodiscard]] bool isRussian() const { return isRussian_; }
-  /// The current layout was selected by the corrector, and not by `setRussian`.
+  /// The language of the current layout.
+  [[nodiscard]] Language language() const { return language_; }
+  /// The current layout was selected by the corrector, and not by `setLanguage`.
   [[nodiscard]] bool isSelectedByCorrector() const { return isSelectedByCorrector_; }
   /// Makes a layout current, and tells so if it was not.
-  void setRussian(bool russian);
-  /// What the keys of a layout give.
-  [[nodiscard]] static const layouts::KeyTable& table(bool russian);
+  void setLanguage(Language language);
 
   /// Called after every change of the current layout.
   std::function<void()> onSelected;
 
  private:
-  void change(bool russian);
+  void change(Language language);
 
-  bool isRussian_ = false;
+  Language language_ = Language::english;
   bool isSelectedByCorrector_ = false;
 };
 

@@ -329,7 +329,8 @@ void TerminalSession::answerRequests() {
         request == "on" || request == "off" || request == "layout" || request == "status";
     if (!isKnown) continue;
     toProgram_.add(std::string("\x1b]7717;tessarok;") + (bar.isEnabled() ? "on" : "off") + ";" +
-                   (desktop_.inputSources().isRussian() ? "ru" : "en") + "\x1b\\");
+                   (desktop_.inputSources().language() == Language::russian ? "ru" : "en") +
+                   "\x1b\\");
   }
 }
 

@@ -22,7 +22,9 @@ class OuterLayoutTest : public ::testing::Test {
     return typed;
   }
 
-  void correctorSelects(bool russian) { own_.select(*own_.enabledLayouts()[russian ? 1 : 0]); }
+  void correctorSelects(Language language) {
+    own_.select(*own_.enabledLayouts()[language == Language::russian ? 1 : 0]);
+  }
 
   TerminalInputSources own_;
   OuterLayout outer_{own_};
@@ -36,33 +38,33 @@ TEST_F(OuterLayoutTest, TypesAsItComesWhileBothAgree) {
 
 TEST_F(OuterLayoutTest, TheSameKeysTypeRussianAfterAnOwnSwitch) {
   EXPECT_EQ(type(U"a"), U"a");
-  own_.setRussian(true);
+  own_.setLanguage(Language::russian);
   EXPECT_EQ(type(U"ghbdtn? Vbh;"), U"привет, Мирж");
-  EXPECT_TRUE(own_.isRussian());
+  EXPECT_EQ(own_.language(), Language::russian);
 }
 
 TEST_F(OuterLayoutTest, TheSameKeysTypeEnglishAfterAnOwnSwitch) {
   EXPECT_EQ(type(U"руддщ"), U"руддщ");
-  own_.setRussian(false);
+  own_.setLanguage(Language::english);
   EXPECT_EQ(type(U"цщкдв. Ё"), U"world/ ~");
-  EXPECT_FALSE(own_.isRussian());
+  EXPECT_EQ(own_.language(), Language::english);
 }
 
 TEST_F(OuterLayoutTest, ACyrillicLetterMeansThatThePersonHasSwitched) {
   EXPECT_EQ(type(U"abc где"), U"abc где");
-  EXPECT_TRUE(own_.isRussian());
+  EXPECT_EQ(own_.language(), Language::russian);
   EXPECT_EQ(selections_, 1);
   EXPECT_EQ(type(U" abc"), U" abc");
-  EXPECT_FALSE(own_.isRussian());
+  EXPECT_EQ(own_.language(), Language::english);
   EXPECT_EQ(selections_, 2);
 }
 
 TEST_F(OuterLayoutTest, APressAfterTheProgramsSwitchMeansTheOtherOne) {
   type(U"ghbdtn");
-  correctorSelects(true);
+  correctorSelects(Language::russian);
   // The program is in Russian already, so the press would change nothing.
   EXPECT_EQ(type(U"руддщ"), U"hello");
-  EXPECT_FALSE(own_.isRussian());
+  EXPECT_EQ(own_.language(), Language::english);
   // It was the person's choice, which stays until the next press.
   outer_.goHome();
   EXPECT_EQ(type(U"цщкдв"), U"world");
@@ -73,7 +75,7 @@ TEST_F(OuterLayoutTest, APressAfterTheProgramsSwitchMeansTheOtherOne) {
 
 TEST_F(OuterLayoutTest, WhatTheProgramSwitchedGoesHomeWithTheLine) {
   type(U"ghbdtn");
-  correctorSelects(true);
+  correctorSelects(Language::russian);
   EXPECT_EQ(type(U"vbh"), U"мир");
   outer_.goHome();
   EXPECT_EQ(type(U"git"), U"git");
@@ -84,7 +86,7 @@ TEST_F(OuterLayoutTest, WhatThePersonHasChosenStays) {
   outer_.toggle();
   outer_.goHome();
   EXPECT_EQ(type(U"vbh"), U"мир");
-  correctorSelects(false);
+  correctorSelects(Language::english);
   EXPECT_EQ(type(U"git"), U"git");
   outer_.goHome();
   EXPECT_EQ(type(U"vbh"), U"мир");
@@ -95,14 +97,14 @@ TEST_F(OuterLayoutTest, WhatThePersonHasChosenStays) {
 
 TEST_F(OuterLayoutTest, SignsTellNothingAboutTheLayout) {
   type(U"руддщ");
-  own_.setRussian(false);
+  own_.setLanguage(Language::english);
   // Of all these only the outer Russian layout decides which keys they are.
   EXPECT_EQ(type(U".,?1"), U"/?&1");
-  EXPECT_FALSE(own_.isRussian());
+  EXPECT_EQ(own_.language(), Language::english);
 }
 
 TEST_F(OuterLayoutTest, WhatTheOuterLayoutDoesNotHaveIsTypedAsItComes) {
-  own_.setRussian(true);
+  own_.setLanguage(Language::russian);
   EXPECT_EQ(type(U"№€é"), U"№€é");
   EXPECT_EQ(outer_.keyFor(U'№').code, 20);
   EXPECT_EQ(outer_.keyFor(U'€').code, OuterLayout::kNoKey);
