@@ -90,7 +90,7 @@ std::string Session::text() const {
 }
 
 bool Session::shows(const std::string& expected) const {
-  return waitUntil([&] { return text() == expected; });
+  return waitUntilGives([this] { return text(); }, expected);
 }
 
 std::string Session::typeUntilCorrected() {

@@ -56,7 +56,7 @@ std::string Application::text() const {
 }
 
 bool Application::shows(const std::string& expected, double patience) const {
-  return waitUntil([&] { return text() == expected; }, patience);
+  return waitUntilGives([this] { return text(); }, expected, patience);
 }
 
 Xterm::Xterm(XServer& server) : Application(server) {

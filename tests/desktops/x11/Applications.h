@@ -20,7 +20,7 @@ class Application {
 
   /// Everything typed so far, as far as the application hands it out.
   [[nodiscard]] std::string text() const;
-  /// Waits until the text is this, at most so many seconds.
+  /// Waits until the text is this, as long as it changes within so many seconds.
   [[nodiscard]] bool shows(const std::string& expected, double patience = kPatience) const;
   /// Types go here.
   void focus() { server_.focus(window_); }

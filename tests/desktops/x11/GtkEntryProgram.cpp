@@ -13,9 +13,15 @@ struct Page {
   std::string lines;
   GtkEntry* entry = nullptr;
   bool isSaveDue = false;
+  /// Microseconds of monotonic time.
+  gint64 saved = 0;
 };
 
-void save(const Page& page) {
+/// The longest time without a save while keys are waiting, microseconds.
+constexpr gint64 kLongest = 1'000'000;
+
+void save(Page& page) {
+  page.saved = g_get_monotonic_time();
   const auto text = page.lines + gtk_entry_get_text(page.entry);
   const auto temporary = page.file + ".new";
   auto* out = std::fopen(temporary.c_str(), "wb");
@@ -32,9 +38,11 @@ gboolean saveNow(gpointer data) {
   return G_SOURCE_REMOVE;
 }
 
-/// Not for every key while more are waiting.
+/// Not for every key while more are waiting; but on a busy machine that may be for very long, and
+/// whoever reads the file wants to see that the keys arrive.
 void changed(GtkEntry*, gpointer data) {
   auto& page = *static_cast<Page*>(data);
+  if (g_get_monotonic_time() - page.saved > kLongest) save(page);
   if (page.isSaveDue) return;
   page.isSaveDue = true;
   g_idle_add(&saveNow, &page);

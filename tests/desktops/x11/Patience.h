@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 #include <thread>
 
 namespace tessarok::testing {
@@ -16,6 +17,21 @@ template <typename Condition>
   while (!condition()) {
     if (Clock::now() > end) return condition();
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  return true;
+}
+
+/// Waits until `read` gives `expected`; whether it does in the end. A slow machine that gets on is
+/// waited for: given up is what has not changed for so many seconds.
+template <typename Read>
+[[nodiscard]] bool waitUntilGives(Read read, const std::string& expected,
+                                  double patience = kPatience) {
+  auto last = read();
+  while (last != expected) {
+    std::string next;
+    const auto changed = [&] { return (next = read()) != last; };
+    if (!waitUntil(changed, patience)) return false;
+    last = next;
   }
   return true;
 }
