@@ -22,6 +22,8 @@ namespace tessarok {
 
 namespace {
 
+using platform::Notification;
+
 constexpr const char* kDefaultIdentifier = "app.tessarok";
 /// Seconds between two maintenance ticks, and how late one may be.
 constexpr double kTickInterval = 2.0;
@@ -32,17 +34,17 @@ constexpr double kSilenceLimit = 5.0;
 constexpr auto kListPatience = std::chrono::milliseconds(200);
 
 /// After each of these the caret may be in another place.
-constexpr const char* kContextNotifications[] = {
-    "NSWorkspaceDidActivateApplicationNotification",
-    "NSWorkspaceWillSleepNotification",
-    "NSWorkspaceDidWakeNotification",
-    "NSWorkspaceScreensDidSleepNotification",
-    "NSWorkspaceSessionDidResignActiveNotification",
-    "NSWorkspaceSessionDidBecomeActiveNotification",
+constexpr Notification kContextNotifications[] = {
+    Notification::applicationActivated,
+    Notification::willSleep,
+    Notification::didWake,
+    Notification::screensDidSleep,
+    Notification::sessionResignedActive,
+    Notification::sessionBecameActive,
 };
-constexpr const char* kInputSourceNotifications[] = {
-    "kTISNotifySelectedKeyboardInputSourceChanged",
-    "kTISNotifyEnabledKeyboardInputSourcesChanged",
+constexpr Notification kInputSourceNotifications[] = {
+    Notification::selectedInputSourceChanged,
+    Notification::enabledInputSourcesChanged,
 };
 
 /// Whether `other` takes precedence over `self`: the older, and of two equally old or of unknown
@@ -153,15 +155,15 @@ void AppDelegate::makeStatusItem() {
 
 void AppDelegate::observe() {
   auto& centre = platform::desktop().workspaceNotifications();
-  for (const auto* name : kContextNotifications) {
-    workspaceObservers_.push_back(centre.observe(name, [this] { contextChanged(); }));
+  for (const auto notification : kContextNotifications) {
+    workspaceObservers_.push_back(centre.observe(notification, [this] { contextChanged(); }));
   }
 }
 
 void AppDelegate::observeInputSources() {
   auto& centre = platform::desktop().inputSourceNotifications();
-  for (const auto* name : kInputSourceNotifications) {
-    inputSourceObservers_.push_back(centre.observe(name, [weak = weak_from_this()] {
+  for (const auto notification : kInputSourceNotifications) {
+    inputSourceObservers_.push_back(centre.observe(notification, [weak = weak_from_this()] {
       if (const auto self = weak.lock()) self->inputSourcesChanged();
     }));
   }

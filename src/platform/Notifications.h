@@ -2,19 +2,19 @@
 
 #include <functional>
 #include <memory>
-#include <string_view>
 
+#include "platform/Notification.h"
 #include "platform/Observation.h"
 
 namespace tessarok::platform {
 
-/// A centre that announces named changes. Main thread; callbacks run on the main thread.
+/// A centre that announces changes. Main thread; callbacks run on the main thread.
 class Notifications {
  public:
   virtual ~Notifications() = default;
-  /// Calls `work` whenever `name` is announced, until the observation is destroyed. Null when
-  /// the desktop has no such notification.
-  [[nodiscard]] virtual std::unique_ptr<Observation> observe(std::string_view name,
+  /// Calls `work` whenever `notification` is announced, until the observation is destroyed. Null
+  /// when this centre announces no such thing.
+  [[nodiscard]] virtual std::unique_ptr<Observation> observe(Notification notification,
                                                              std::function<void()> work) = 0;
 };
 

@@ -206,7 +206,7 @@ TEST_F(AppDelegateTest, NothingRunsOnAfterTheEnd) {
   EXPECT_FALSE(KeyTap::shared().tapExists());
   const auto listings = desktop.inputSources().listings;
   desktop.runLoop().advance(60);
-  desktop.inputSourceNotifications().announce("kTISNotifySelectedKeyboardInputSourceChanged");
+  desktop.inputSourceNotifications().announce(platform::Notification::selectedInputSourceChanged);
   EXPECT_EQ(desktop.inputSources().listings, listings);
   EXPECT_FALSE(KeyTap::shared().tapExists());
   EXPECT_FALSE(KeyTap::shared().onPauseChange);
@@ -237,10 +237,10 @@ TEST_F(AppDelegateTest, AnAddedLayoutIsNoticedWithoutARestart) {
   delegate->applicationDidFinishLaunching();
   EXPECT_EQ(desktop.base().statusBar().icon().symbol, "keyboard.badge.ellipsis");
   sources.layouts.push_back(russian);
-  desktop.inputSourceNotifications().announce("kTISNotifyEnabledKeyboardInputSourcesChanged");
+  desktop.inputSourceNotifications().announce(platform::Notification::enabledInputSourcesChanged);
   EXPECT_EQ(desktop.base().statusBar().icon().symbol, "keyboard");
   sources.layouts.pop_back();
-  desktop.inputSourceNotifications().announce("kTISNotifyEnabledKeyboardInputSourcesChanged");
+  desktop.inputSourceNotifications().announce(platform::Notification::enabledInputSourcesChanged);
   EXPECT_EQ(desktop.base().statusBar().icon().symbol, "keyboard.badge.ellipsis");
 }
 

@@ -7,10 +7,8 @@ namespace tessarok::fcitx5 {
 
 namespace {
 
+using platform::Notification;
 using xkb::ManualKey;
-
-constexpr const char* kSelected = "kTISNotifySelectedKeyboardInputSourceChanged";
-constexpr const char* kEnabled = "kTISNotifyEnabledKeyboardInputSourcesChanged";
 
 using Open = std::unique_ptr<freedesktop::Bus>(platform::RunLoop&, std::string&);
 
@@ -42,7 +40,7 @@ FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, Guard& guard,
       programs_(runLoop_),
       workspace_(programs_, environment_, notice_) {
   keyFlow_.onOtherPlace = [this] {
-    workspaceNotifications_.announce("NSWorkspaceDidActivateApplicationNotification");
+    workspaceNotifications_.announce(Notification::applicationActivated);
   };
   readManualKey();
 }
@@ -68,15 +66,15 @@ void FcitxDesktop::focusIn(fcitx::InputContext& context) {
 void FcitxDesktop::inputMethodChanged() {
   if (announced_ == inputSources_.current()) return;
   announced_ = inputSources_.current();
-  announceLater(kSelected);
+  announceLater(Notification::selectedInputSourceChanged);
 }
 
 void FcitxDesktop::groupChanged() {
-  announceLater(kEnabled);
-  announceLater(kSelected);
+  announceLater(Notification::enabledInputSourcesChanged);
+  announceLater(Notification::selectedInputSourceChanged);
 }
 
-void FcitxDesktop::announceLater(const char* notification) {
+void FcitxDesktop::announceLater(Notification notification) {
   runLoop_.async([this, notification] { inputSourceNotifications_.announce(notification); });
 }
 

@@ -79,7 +79,7 @@ class FcitxDesktop final : public platform::Desktop {
   void readManualKey();
 
  private:
-  void announceLater(const char* notification);
+  void announceLater(platform::Notification notification);
 
   posix::MonotonicClock clock_;
   FcitxRunLoop runLoop_;

@@ -7,6 +7,8 @@ namespace tessarok::freedesktop {
 
 namespace {
 
+using platform::Notification;
+
 constexpr const char* kLogind = "org.freedesktop.login1";
 constexpr const char* kManagerPath = "/org/freedesktop/login1";
 constexpr const char* kManager = "org.freedesktop.login1.Manager";
@@ -48,8 +50,8 @@ void SessionWatch::watchSleep(Bus& system) {
       signalsOfLogind(kManagerPath, kManager, "PrepareForSleep"), [this](sd_bus_message& signal) {
         int sleeps = 0;
         if (sd_bus_message_read(&signal, "b", &sleeps) < 0) return;
-        surroundings_.centre.announce(sleeps != 0 ? "NSWorkspaceWillSleepNotification"
-                                                  : "NSWorkspaceDidWakeNotification");
+        surroundings_.centre.announce(sleeps != 0 ? Notification::willSleep
+                                                  : Notification::didWake);
       }));
 }
 
@@ -101,7 +103,7 @@ void SessionWatch::watchScreenSaver(Bus& session) {
         [this](sd_bus_message& signal) {
           int starts = 0;
           if (sd_bus_message_read(&signal, "b", &starts) < 0 || starts == 0) return;
-          surroundings_.centre.announce("NSWorkspaceScreensDidSleepNotification");
+          surroundings_.centre.announce(Notification::screensDidSleep);
         }));
   }
 }
@@ -132,8 +134,8 @@ void SessionWatch::announceSession() {
   const bool inFront = active_ && !locked_;
   if (inFront == announcedInFront_) return;
   announcedInFront_ = inFront;
-  surroundings_.centre.announce(inFront ? "NSWorkspaceSessionDidBecomeActiveNotification"
-                                        : "NSWorkspaceSessionDidResignActiveNotification");
+  surroundings_.centre.announce(inFront ? Notification::sessionBecameActive
+                                        : Notification::sessionResignedActive);
 }
 
 }  // namespace tessarok::freedesktop

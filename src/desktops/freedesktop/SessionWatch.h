@@ -10,15 +10,14 @@
 
 namespace tessarok::freedesktop {
 
-/// Announces what happens to the machine and to the person's session, under the names that the
-/// corrector observes. Main thread.
+/// Announces what happens to the machine and to the person's session. Main thread.
 ///
 /// | what happens | from | announced |
 /// | --- | --- | --- |
-/// | the machine goes to sleep, wakes | logind | `NSWorkspaceWillSleepNotification`, `…DidWake…` |
-/// | another session is in front, or this one is locked | logind | `…SessionDidResignActive…` |
-/// | this session is in front and not locked again | logind | `…SessionDidBecomeActive…` |
-/// | the screen saver starts | the session's screen saver | `…ScreensDidSleep…` |
+/// | the machine goes to sleep, wakes | logind | `willSleep`, `didWake` |
+/// | another session is in front, or this one is locked | logind | `sessionResignedActive` |
+/// | this session is in front and not locked again | logind | `sessionBecameActive` |
+/// | the screen saver starts | the session's screen saver | `screensDidSleep` |
 class SessionWatch final {
  public:
   /// Where the watch hears and announces. Everything outlives it.

@@ -9,22 +9,23 @@ namespace tessarok::macos {
 
 namespace {
 
-/// Null for a name that the system does not know.
-CFStringRef constantNamed(std::string_view name) {
-  if (name == "kTISNotifySelectedKeyboardInputSourceChanged") {
-    return kTISNotifySelectedKeyboardInputSourceChanged;
+/// Null for what this centre does not announce.
+CFStringRef nameOf(platform::Notification notification) {
+  switch (notification) {
+    case platform::Notification::selectedInputSourceChanged:
+      return kTISNotifySelectedKeyboardInputSourceChanged;
+    case platform::Notification::enabledInputSourcesChanged:
+      return kTISNotifyEnabledKeyboardInputSourcesChanged;
+    default:
+      return nullptr;
   }
-  if (name == "kTISNotifyEnabledKeyboardInputSourcesChanged") {
-    return kTISNotifyEnabledKeyboardInputSourcesChanged;
-  }
-  return nullptr;
 }
 
 }  // namespace
 
 std::unique_ptr<platform::Observation> MacInputSourceNotifications::observe(
-    std::string_view name, std::function<void()> work) {
-  return DistributedObserver::make(constantNamed(name), std::move(work));
+    platform::Notification notification, std::function<void()> work) {
+  return DistributedObserver::make(nameOf(notification), std::move(work));
 }
 
 }  // namespace tessarok::macos

@@ -8,8 +8,7 @@ namespace tessarok::macos {
 /// Observers are called on the main thread, which is the one that registers them.
 class MacInputSourceNotifications final : public platform::Notifications {
  public:
-  /// `name` is the name of the system's constant, which is not the text that it holds.
-  std::unique_ptr<platform::Observation> observe(std::string_view name,
+  std::unique_ptr<platform::Observation> observe(platform::Notification notification,
                                                  std::function<void()> work) override;
 };
 

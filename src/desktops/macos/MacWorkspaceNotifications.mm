@@ -23,32 +23,33 @@ class Observer final : public platform::Observation {
   id token_;
 };
 
-/// Nil for a name that the workspace does not announce.
-NSNotificationName constantNamed(std::string_view name) {
-  const std::pair<std::string_view, NSNotificationName> constants[] = {
-      {"NSWorkspaceDidActivateApplicationNotification",
-       NSWorkspaceDidActivateApplicationNotification},
-      {"NSWorkspaceWillSleepNotification", NSWorkspaceWillSleepNotification},
-      {"NSWorkspaceDidWakeNotification", NSWorkspaceDidWakeNotification},
-      {"NSWorkspaceScreensDidSleepNotification", NSWorkspaceScreensDidSleepNotification},
-      {"NSWorkspaceSessionDidResignActiveNotification",
-       NSWorkspaceSessionDidResignActiveNotification},
-      {"NSWorkspaceSessionDidBecomeActiveNotification",
-       NSWorkspaceSessionDidBecomeActiveNotification},
-  };
-  for (const auto& [known, constant] : constants) {
-    if (known == name) return constant;
+/// Nil for what the workspace does not announce.
+NSNotificationName nameOf(platform::Notification notification) {
+  switch (notification) {
+    case platform::Notification::applicationActivated:
+      return NSWorkspaceDidActivateApplicationNotification;
+    case platform::Notification::willSleep:
+      return NSWorkspaceWillSleepNotification;
+    case platform::Notification::didWake:
+      return NSWorkspaceDidWakeNotification;
+    case platform::Notification::screensDidSleep:
+      return NSWorkspaceScreensDidSleepNotification;
+    case platform::Notification::sessionResignedActive:
+      return NSWorkspaceSessionDidResignActiveNotification;
+    case platform::Notification::sessionBecameActive:
+      return NSWorkspaceSessionDidBecomeActiveNotification;
+    default:
+      return nil;
   }
-  return nil;
 }
 
 }  // namespace
 
 std::unique_ptr<platform::Observation> MacWorkspaceNotifications::observe(
-    std::string_view name, std::function<void()> work) {
-  NSNotificationName constant = constantNamed(name);
-  if (constant == nil) return nullptr;
-  return std::make_unique<Observer>(constant, std::move(work));
+    platform::Notification notification, std::function<void()> work) {
+  NSNotificationName name = nameOf(notification);
+  if (name == nil) return nullptr;
+  return std::make_unique<Observer>(name, std::move(work));
 }
 
 }  // namespace tessarok::macos

@@ -14,18 +14,18 @@ class NotificationCentre::Token final : public platform::Observation {
   std::uint64_t number_;
 };
 
-std::unique_ptr<platform::Observation> NotificationCentre::observe(std::string_view name,
-                                                                   std::function<void()> work) {
+std::unique_ptr<platform::Observation> NotificationCentre::observe(
+    platform::Notification notification, std::function<void()> work) {
   const auto number = ++lastNumber_;
-  observers_.emplace(number, Observer{std::string(name), std::move(work)});
+  observers_.emplace(number, Observer{notification, std::move(work)});
   return std::make_unique<Token>(*this, number);
 }
 
-void NotificationCentre::announce(std::string_view name) {
+void NotificationCentre::announce(platform::Notification notification) {
   // Observers may come and go while they are called.
   const auto observers = observers_;
   for (const auto& [number, observer] : observers) {
-    if (observer.name == name) observer.work();
+    if (observer.notification == notification) observer.work();
   }
 }
 

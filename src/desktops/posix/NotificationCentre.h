@@ -4,8 +4,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <string>
-#include <string_view>
 
 #include "platform/Notifications.h"
 
@@ -14,14 +12,14 @@ namespace tessarok::posix {
 /// A notification centre inside the process: what a desktop notices, it announces here.
 class NotificationCentre final : public platform::Notifications {
  public:
-  std::unique_ptr<platform::Observation> observe(std::string_view name,
+  std::unique_ptr<platform::Observation> observe(platform::Notification notification,
                                                  std::function<void()> work) override;
-  /// Calls every observer of `name`, in the order in which they came.
-  void announce(std::string_view name);
+  /// Calls every observer of `notification`, in the order in which they came.
+  void announce(platform::Notification notification);
 
  private:
   struct Observer {
-    std::string name;
+    platform::Notification notification;
     std::function<void()> work;
   };
   class Token;

@@ -10,15 +10,14 @@ TerminalDesktop::TerminalDesktop(std::optional<std::filesystem::path> resources)
                     systemLog_) {
   inputSources_.onSelected = [this] {
     runLoop_.async([this] {
-      inputSourceNotifications_.announce("kTISNotifySelectedKeyboardInputSourceChanged");
+      inputSourceNotifications_.announce(platform::Notification::selectedInputSourceChanged);
     });
   };
 }
 
 void TerminalDesktop::announceOtherProgram() {
-  runLoop_.async([this] {
-    workspaceNotifications_.announce("NSWorkspaceDidActivateApplicationNotification");
-  });
+  runLoop_.async(
+      [this] { workspaceNotifications_.announce(platform::Notification::applicationActivated); });
 }
 
 }  // namespace tessarok::terminal

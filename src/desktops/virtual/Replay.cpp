@@ -7,6 +7,7 @@
 
 #include "desktops/virtual/ReplayError.h"
 #include "desktops/virtual/ReplayValues.h"
+#include "desktops/virtual/WorkspaceNotifications.h"
 #include "text/Text.h"
 #include "typing/KeyTap.h"
 #include "words/IgnoreList.h"
@@ -289,7 +290,8 @@ void Replay::fail(const Json& value) {
 }
 
 void Replay::workspace(const Json& value) {
-  session_.desktop().announceToWorkspace(values::text(value, "\"workspace\""));
+  const auto notification = workspaceNotificationNamed(values::text(value, "\"workspace\""));
+  if (notification) session_.desktop().announceToWorkspace(*notification);
 }
 
 void Replay::menu(const Json& value) {

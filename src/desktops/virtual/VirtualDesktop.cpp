@@ -9,10 +9,8 @@ namespace tessarok::virtualdesktop {
 namespace {
 
 using platform::EventType;
+using platform::Notification;
 namespace flags = platform::eventFlags;
-
-constexpr const char* kSelectedChanged = "kTISNotifySelectedKeyboardInputSourceChanged";
-constexpr const char* kEnabledChanged = "kTISNotifyEnabledKeyboardInputSourcesChanged";
 
 }  // namespace
 
@@ -80,7 +78,8 @@ void VirtualDesktop::click(EventType button) {
 }
 
 void VirtualDesktop::queueSelectedNotification() {
-  runLoop_.async([this] { inputSourceNotifications_.announce(kSelectedChanged); });
+  runLoop_.async(
+      [this] { inputSourceNotifications_.announce(Notification::selectedInputSourceChanged); });
 }
 
 void VirtualDesktop::selectInputSource(const std::string& identifier) {
@@ -91,7 +90,8 @@ void VirtualDesktop::selectInputSource(const std::string& identifier) {
 
 void VirtualDesktop::enableInputSources(std::vector<std::string> identifiers) {
   inputSources_.enable(std::move(identifiers));
-  runLoop_.async([this] { inputSourceNotifications_.announce(kEnabledChanged); });
+  runLoop_.async(
+      [this] { inputSourceNotifications_.announce(Notification::enabledInputSourcesChanged); });
   endTurn();
 }
 
@@ -105,7 +105,7 @@ void VirtualDesktop::disableTap(EventType pseudoEvent) {
   endTurn();
 }
 
-void VirtualDesktop::announceToWorkspace(const std::string& notification) {
+void VirtualDesktop::announceToWorkspace(Notification notification) {
   runLoop_.async([this, notification] { workspaceNotifications_.announce(notification); });
   endTurn();
 }

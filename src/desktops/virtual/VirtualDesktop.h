@@ -60,7 +60,7 @@ class VirtualDesktop final : public platform::Desktop {
   void setTrusted(bool trusted);
   /// The system disables the tap and tells it so by such an event.
   void disableTap(platform::EventType pseudoEvent);
-  void announceToWorkspace(const std::string& notification);
+  void announceToWorkspace(platform::Notification notification);
   /// False when no menu has an item with this title.
   bool chooseMenuItem(const std::string& title);
   /// Lets time pass; what falls due in it is done.

@@ -79,18 +79,18 @@ xkb::ManualKey X11Desktop::manualKey() {
 void X11Desktop::connect() {
   layouts_.onSelected = [this] {
     runLoop_.async([this] {
-      inputSourceNotifications_.announce("kTISNotifySelectedKeyboardInputSourceChanged");
+      inputSourceNotifications_.announce(platform::Notification::selectedInputSourceChanged);
     });
   };
   layouts_.onEnabledChanged = [this] {
     runLoop_.async([this] {
-      inputSourceNotifications_.announce("kTISNotifyEnabledKeyboardInputSourcesChanged");
+      inputSourceNotifications_.announce(platform::Notification::enabledInputSourcesChanged);
     });
   };
   layouts_.onKeymapChanged = [this] { keymapChanged(); };
   layouts_.onControlsChanged = [this] { keyboards_.silenceSyntheticRepeats(); };
   focus_.onChange = [this] {
-    workspaceNotifications_.announce("NSWorkspaceDidActivateApplicationNotification");
+    workspaceNotifications_.announce(platform::Notification::applicationActivated);
   };
   eventTaps_->onRefused = [this](const std::string& reason) { report(reason); };
   eventTaps_->onHeld = [this](bool held) { keyboardsHeld(held); };

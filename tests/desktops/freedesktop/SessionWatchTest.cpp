@@ -15,20 +15,21 @@ constexpr const char* kManager = "org.freedesktop.login1.Manager";
 constexpr const char* kSession = "org.freedesktop.login1.Session";
 constexpr const char* kSessionPath = "/org/freedesktop/login1/session/_32";
 
-constexpr const char* kWillSleep = "NSWorkspaceWillSleepNotification";
-constexpr const char* kDidWake = "NSWorkspaceDidWakeNotification";
-constexpr const char* kScreensDidSleep = "NSWorkspaceScreensDidSleepNotification";
-constexpr const char* kResigned = "NSWorkspaceSessionDidResignActiveNotification";
-constexpr const char* kBecame = "NSWorkspaceSessionDidBecomeActiveNotification";
+constexpr auto kWillSleep = platform::Notification::willSleep;
+constexpr auto kDidWake = platform::Notification::didWake;
+constexpr auto kScreensDidSleep = platform::Notification::screensDidSleep;
+constexpr auto kResigned = platform::Notification::sessionResignedActive;
+constexpr auto kBecame = platform::Notification::sessionBecameActive;
 
 class SessionWatchTest : public ::testing::Test {
  protected:
-  using Heard = std::vector<std::string>;
+  using Heard = std::vector<platform::Notification>;
 
   void SetUp() override {
     ::unsetenv("XDG_SESSION_ID");
-    for (const auto* name : {kWillSleep, kDidWake, kScreensDidSleep, kResigned, kBecame}) {
-      observations_.push_back(centre_.observe(name, [this, name] { heard_.emplace_back(name); }));
+    for (const auto notification : {kWillSleep, kDidWake, kScreensDidSleep, kResigned, kBecame}) {
+      observations_.push_back(
+          centre_.observe(notification, [this, notification] { heard_.push_back(notification); }));
     }
     logind_.offer(kManagerPath, kManager, kTable, this);
     ASSERT_TRUE(logind_.own("org.freedesktop.login1"));

@@ -216,8 +216,8 @@ void Mac::disableTap(CGEventType pseudoEvent) {
   endTurn();
 }
 
-void Mac::announceToWorkspace(const std::string& name) {
-  services_.workspaceNotifications->announce(name);
+void Mac::announceToWorkspace(platform::Notification notification) {
+  services_.workspaceNotifications->announce(notification);
   endTurn();
 }
 

@@ -72,7 +72,7 @@ class Mac final {
   void announceEnabled();
   void setTrusted(bool trusted);
   void disableTap(CGEventType pseudoEvent);
-  void announceToWorkspace(const std::string& name);
+  void announceToWorkspace(platform::Notification notification);
   [[nodiscard]] bool choose(const std::string& title);
   void wait(double seconds);
 

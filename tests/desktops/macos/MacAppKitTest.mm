@@ -351,7 +351,9 @@ TEST_F(MacAppKitTest, WhatIsNoUrlIsNotOpened) {
 TEST_F(MacAppKitTest, WhatTheWorkspaceDoesNotAnnounceIsNotObserved) {
   const auto services = makeServices();
   @autoreleasepool {
-    EXPECT_EQ(services.workspaceNotifications->observe("NSWorkspaceSomething", [] {}), nullptr);
+    EXPECT_EQ(services.workspaceNotifications->observe(
+                  platform::Notification::selectedInputSourceChanged, [] {}),
+              nullptr);
   }
   EXPECT_EQ(fakeAppKit().observers(), 0U);
 }

@@ -309,7 +309,7 @@ TEST_F(MacProgramTest, KeepsTheSwitchesOfTheMenu) {
 TEST_F(MacProgramTest, ForgetsTheWordWithTheApplication) {
   mac.launch();
   mac.type("ghb");
-  mac.announceToWorkspace("NSWorkspaceDidActivateApplicationNotification");
+  mac.announceToWorkspace(platform::Notification::applicationActivated);
   mac.type("dtn ");
   EXPECT_EQ(mac.textField().text(), "ghbdtn ");
 }

@@ -197,9 +197,10 @@ TEST(MacInputSourceNotifications, ObservesBothUntilDestroyed) {
   MacInputSourceNotifications centre;
   int selected = 0;
   int enabled = 0;
-  auto first = centre.observe("kTISNotifySelectedKeyboardInputSourceChanged", [&] { ++selected; });
+  auto first =
+      centre.observe(platform::Notification::selectedInputSourceChanged, [&] { ++selected; });
   const auto second =
-      centre.observe("kTISNotifyEnabledKeyboardInputSourcesChanged", [&] { ++enabled; });
+      centre.observe(platform::Notification::enabledInputSourcesChanged, [&] { ++enabled; });
   ASSERT_NE(first, nullptr);
   ASSERT_NE(second, nullptr);
   fakeSystem().announce(kTISNotifySelectedKeyboardInputSourceChanged);
@@ -212,12 +213,12 @@ TEST(MacInputSourceNotifications, ObservesBothUntilDestroyed) {
 
 TEST(MacInputSourceNotifications, WhatTheSystemDoesNotKnowIsNotObserved) {
   MacInputSourceNotifications centre;
-  EXPECT_EQ(centre.observe("kTISNotifySomethingElse", [] {}), nullptr);
+  EXPECT_EQ(centre.observe(platform::Notification::willSleep, [] {}), nullptr);
   fakeSystem().hasDistributedCentre = false;
-  EXPECT_EQ(centre.observe("kTISNotifyEnabledKeyboardInputSourcesChanged", [] {}), nullptr);
+  EXPECT_EQ(centre.observe(platform::Notification::enabledInputSourcesChanged, [] {}), nullptr);
   fakeSystem().hasDistributedCentre = true;
   fakemac::forgetSelectedChangedConstant();
-  EXPECT_EQ(centre.observe("kTISNotifySelectedKeyboardInputSourceChanged", [] {}), nullptr);
+  EXPECT_EQ(centre.observe(platform::Notification::selectedInputSourceChanged, [] {}), nullptr);
   EXPECT_TRUE(fakeSystem().observers.empty());
 }
 

@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "desktops/virtual/ReplayValues.h"
+#include "desktops/virtual/WorkspaceNotifications.h"
 #include "text/Text.h"
 #include "typing/KeyTap.h"
 #include "words/IgnoreList.h"
@@ -87,7 +88,12 @@ void StoryPlayer::perform(const std::string& action, const Json& value) {
       {"trusted", [&] { mac_.setTrusted(value.get<bool>()); }},
       {"tap", [&] { tap(value.get<std::string>()); }},
       {"fail", [&] { fail(value.get<std::string>()); }},
-      {"workspace", [&] { mac_.announceToWorkspace(value.get<std::string>()); }},
+      {"workspace",
+       [&] {
+         const auto notification =
+             virtualdesktop::workspaceNotificationNamed(value.get<std::string>());
+         if (notification) mac_.announceToWorkspace(*notification);
+       }},
       {"menu",
        [&] {
          if (!mac_.choose(value.get<std::string>())) refuse("the menu item " + value.dump());
