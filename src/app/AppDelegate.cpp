@@ -30,8 +30,9 @@ constexpr double kTickInterval = 2.0;
 constexpr double kTickTolerance = 0.5;
 constexpr double kSilenceLimit = 5.0;
 /// How long a launch waits for the person's lists, without which no word is put right. No key
-/// waits: there is no tap yet. On a disk that takes longer the first words stay as typed.
-constexpr auto kListPatience = std::chrono::milliseconds(200);
+/// waits: there is no tap yet. Usually they take a millisecond; on a machine with much else to do,
+/// a fifth of a second was not enough. On a disk that takes longer the first words stay as typed.
+constexpr auto kListPatience = std::chrono::seconds(2);
 
 /// After each of these the caret may be in another place.
 constexpr Notification kContextNotifications[] = {

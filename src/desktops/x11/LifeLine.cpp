@@ -55,6 +55,10 @@ void LifeLine::letGo() {
   static_cast<void>(send(Watchdog::kFree));
 }
 
+void LifeLine::wind() const {
+  if (loop_ != nullptr && loop_->onTurn) setAlarm(Watchdog::kAlarmMilliseconds);
+}
+
 void LifeLine::hangUp() {
   // Once, and what is called may destroy this object.
   const auto lost = std::exchange(lost_, {});

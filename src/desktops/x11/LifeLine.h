@@ -11,9 +11,9 @@ namespace tessarok::x11 {
 /// What ties the process that holds the keyboards to the `Watchdog` that watches over it. This
 /// process's end; main thread.
 ///
-/// Behaviour. While the keyboards are held, every turn of the main loop winds an alarm clock that
-/// only the watchdog hears, and stops it before it waits: so a process that waits costs neither of
-/// them anything, and one that hangs is found out.
+/// Behaviour. While the keyboards are held, every turn of the main loop and every event in it winds
+/// an alarm clock that only the watchdog hears, and the loop stops it before it waits: so a process
+/// that waits costs neither of them anything, and one that hangs is found out.
 class LifeLine final {
  public:
   /// `line` is a socket to the watchdog, `alarm` a timer that it has too.
@@ -29,6 +29,9 @@ class LifeLine final {
   [[nodiscard]] bool hold();
   /// The keyboards are free.
   void letGo();
+  /// A part of this turn is done; the rest has as long as a turn of its own. On a machine that has
+  /// much else to do, the keys that have come at once take longer than one of them may.
+  void wind() const;
 
  private:
   [[nodiscard]] bool send(char message) const;

@@ -167,6 +167,7 @@ void X11Desktop::serve() {
   for (int i = 0; i < kEventsPerTurn && !connection_->isLost() && XPending(display) > 0; ++i) {
     XEvent event;
     XNextEvent(display, &event);
+    if (lifeLine_) lifeLine_->wind();
     dispatch(event);
     runLoop_.runQueue();
   }
