@@ -29,10 +29,12 @@ constexpr const char* kDefaultIdentifier = "app.tessarok";
 constexpr double kTickInterval = 2.0;
 constexpr double kTickTolerance = 0.5;
 constexpr double kSilenceLimit = 5.0;
-/// How long a launch waits for the person's lists, without which no word is put right. No key
-/// waits: there is no tap yet. Usually they take a millisecond; on a machine with much else to do,
-/// a fifth of a second was not enough. On a disk that takes longer the first words stay as typed.
-constexpr auto kListPatience = std::chrono::seconds(2);
+/// How long a launch waits for the person's lists, without which no word is put right. Usually they
+/// take a millisecond; on a machine with much else to do, a fifth of a second was not enough. On a
+/// disk that takes longer the first words stay as typed.
+constexpr auto kListPatience = std::chrono::milliseconds(2000);
+/// The same where keys wait meanwhile.
+constexpr auto kListPatienceWithKeys = std::chrono::milliseconds(200);
 
 /// After each of these the caret may be in another place.
 constexpr Notification kContextNotifications[] = {
@@ -58,13 +60,9 @@ bool goesFirst(const platform::RunningApplication& other,
   return other.processIdentifier < self.processIdentifier;
 }
 
-void log(const std::string& message) {
-  platform::desktop().systemLog().write("Tessarok: " + message);
-}
-
 }  // namespace
 
-AppDelegate::AppDelegate(Instances instances) : instances_(instances) {}
+AppDelegate::AppDelegate(Instances instances, Keys keys) : instances_(instances), keys_(keys) {}
 
 AppDelegate::~AppDelegate() = default;
 
@@ -109,7 +107,7 @@ bool AppDelegate::mayRun() {
   if (instances_ == Instances::many) return true;
   if (olderInstanceRuns()) return false;
   const auto obstacle = FolderLock::acquire(FolderLock::kInstance, instanceLock_);
-  if (obstacle) log(obstacle->message);
+  if (obstacle) platform::desktop().systemLog().write("Tessarok: " + obstacle->message);
   return !obstacle;
 }
 
@@ -143,8 +141,9 @@ void AppDelegate::warmUp() {
   InputSource::prepareLayoutMaps();
 }
 
-void AppDelegate::waitForLists() {
-  const auto deadline = std::chrono::steady_clock::now() + kListPatience;
+void AppDelegate::waitForLists() const {
+  const auto deadline = std::chrono::steady_clock::now() +
+                        (keys_ == Keys::wait ? kListPatienceWithKeys : kListPatience);
   while (Detector::isWaitingForLists() && std::chrono::steady_clock::now() < deadline)
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }

@@ -24,7 +24,15 @@ class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
     many,
   };
 
-  explicit AppDelegate(Instances instances = Instances::onlyOne);
+  /// What the person's keys do during the launch.
+  enum class Keys {
+    /// They go to their applications, by this process, until it has a tap.
+    passBy,
+    /// They come through this process's main thread and wait for it.
+    wait,
+  };
+
+  explicit AppDelegate(Instances instances = Instances::onlyOne, Keys keys = Keys::passBy);
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
   ~AppDelegate();
@@ -42,7 +50,7 @@ class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
   [[nodiscard]] bool mayRun();
   void loadPersistentData();
   void warmUp();
-  static void waitForLists();
+  void waitForLists() const;
   void makeStatusItem();
   void observe();
   void observeInputSources();
@@ -63,6 +71,7 @@ class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
   void updateIcon();
 
   Instances instances_;
+  Keys keys_;
   std::unique_ptr<platform::StatusItem> statusItem_;
   bool tapRunning_ = false;
   std::unique_ptr<platform::Timer> retryTimer_;

@@ -12,8 +12,8 @@ namespace tessarok::commands {
 /// through, may go next. Main thread.
 class Corrector {
  public:
-  explicit Corrector(AppDelegate::Instances instances)
-      : delegate_(std::make_shared<AppDelegate>(instances)) {}
+  Corrector(AppDelegate::Instances instances, AppDelegate::Keys keys)
+      : delegate_(std::make_shared<AppDelegate>(instances, keys)) {}
   Corrector(const Corrector&) = delete;
   Corrector& operator=(const Corrector&) = delete;
   ~Corrector() {

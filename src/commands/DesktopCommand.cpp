@@ -74,7 +74,7 @@ void sayWhatIsMissing() {
 
 int correctUntilStopped(X11Desktop& desktop) {
   auto& loop = desktop.runLoop();
-  Corrector corrector(AppDelegate::Instances::onlyOne);
+  Corrector corrector(AppDelegate::Instances::onlyOne, AppDelegate::Keys::passBy);
   corrector.launch();
   if (desktop.isServerLost()) return kNoDesktop;
   if (loop.isStopped()) {

@@ -82,7 +82,7 @@ class Start final {
 int correct(const Options& options, OuterTerminal& outer, Pty& pty) {
   TerminalDesktop desktop(options.resources);
   platform::setDesktop(desktop);
-  Corrector corrector(AppDelegate::Instances::many);
+  Corrector corrector(AppDelegate::Instances::many, AppDelegate::Keys::wait);
   Start start(desktop, corrector);
   TerminalSession session(desktop, outer, pty);
   return session.run();

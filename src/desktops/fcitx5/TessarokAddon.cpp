@@ -86,7 +86,8 @@ TessarokAddon::~TessarokAddon() {
 void TessarokAddon::launch() {
   if (instance_.inputMethodManager().groupCount() == 0) return tryAgainLater();
   hasStopped_ = false;
-  auto corrector = std::make_unique<commands::Corrector>(AppDelegate::Instances::onlyOne);
+  auto corrector = std::make_unique<commands::Corrector>(AppDelegate::Instances::onlyOne,
+                                                         AppDelegate::Keys::wait);
   corrector->launch();
   if (hasStopped_) return tryAgainLater();
   corrector_ = std::move(corrector);
