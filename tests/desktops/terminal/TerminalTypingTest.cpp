@@ -130,6 +130,7 @@ TEST_F(TypingIntoBash, NamesOfCommandsStay) {
   ASSERT_TRUE(user_.sees("ready> "));
   user_.type("jq jq\r");
   EXPECT_TRUE(user_.sees("called jq")) << user_.screen();
+  ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
   user_.type("echo \"ghbdtn vbh\"\r");
   EXPECT_TRUE(user_.sees("\rпривет мир\r\n")) << user_.screen();
 }
@@ -143,10 +144,13 @@ TEST_F(TypingIntoBash, ThePersonsLayoutIsInForceWhenTheLineIsShown) {
 TEST_F(TypingIntoBash, SwitchesOffAndOnInBand) {
   user_.type("printf '\\033]7717;off\\a'; read -rd \\\\ a; echo \"${a#*tessarok}\"\r");
   ASSERT_TRUE(user_.sees(";off;en")) << user_.screen();
+  ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
   user_.type("echo ghbdtn vbh\r");
   EXPECT_TRUE(user_.sees("\rghbdtn vbh\r\n")) << user_.screen();
+  ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
   user_.type("printf '\\033]7717;on\\a'; read -rd \\\\ a; echo \"${a#*tessarok}\"\r");
   ASSERT_TRUE(user_.sees(";on;en")) << user_.screen();
+  ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
   user_.type("echo ghbdtn vbh\r");
   EXPECT_TRUE(user_.sees("\rпривет мир\r\n")) << user_.screen();
 }
