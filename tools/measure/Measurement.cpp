@@ -44,6 +44,7 @@ CorpusReport emptyReport(const Corpus& corpus) {
   report.title = corpus.title;
   report.language = corpus.language;
   report.isCode = corpus.isCode;
+  report.occasion = corpus.occasion;
   return report;
 }
 
