@@ -40,7 +40,8 @@ TEST(Week, WeighsOccasionsAndCountsTextsOfOneAlike) {
       prose("b", Language::russian, Occasion::talk, 0, 970),
       prose("c", Language::russian, Occasion::letters, 0, 1'000),
       prose("d", Language::russian, Occasion::technical, 1, 1'000),
-      prose("e", Language::english, Occasion::talk, 9, 0), code(2)};
+      prose("e", Language::english, Occasion::talk, 9, 0),
+      code(2)};
   const auto week = weekOf(reports, {}, Language::russian);
   ASSERT_TRUE(week);
   EXPECT_NEAR(week->repairs, 0.6 * 20 + 0.2 * 0 + 0.15 * 3 + 0.05 * 6, 1e-9);

@@ -45,6 +45,7 @@ struct Options {
   std::filesystem::path writeBaseline;
   std::filesystem::path writeSentences;
   std::vector<std::string> texts;
+  std::string pauseKey = "grave";
   bool ceiling = false;
   std::filesystem::path ceilings;
 };
@@ -65,6 +66,9 @@ void declareOptions(CLI::App& app, Options& options) {
                  "corpora have")
       ->capture_default_str()
       ->check(CLI::IsMember({"judging", "making", "unseen", "all"}));
+  app.add_option("--pause-key", options.pauseKey, "The setting pauseKey of the one who types")
+      ->capture_default_str()
+      ->check(CLI::IsMember({"grave", "english-only", "section", "none"}));
   app.add_option("--words", options.words, "About so many words of each corpus; 0 for all")
       ->capture_default_str();
   app.add_option("--misses", options.misses, "Longest list of misses")->capture_default_str();
@@ -163,9 +167,13 @@ int compareWithBaseline(const std::vector<CorpusReport>& reports,
   return complaints.empty() ? kDone : kWorse;
 }
 
+SentenceTypist::Setup setupWith(const std::filesystem::path& resources, const Options& options) {
+  return {resources, tessarok::xkb::PauseKey::named(options.pauseKey).value()};
+}
+
 std::vector<CorpusReport> measureAll(const std::vector<Task>& tasks, const Options& options) {
   Progress progress;
-  return measure(tasks, options.resources, options.processes,
+  return measure(tasks, setupWith(options.resources, options), options.processes,
                  [&](std::size_t done, std::size_t all) { progress.show(done, all); });
 }
 
@@ -176,7 +184,7 @@ std::vector<CorpusReport> measureCeilings(const std::vector<Task>& tasks, const 
     const tessarok::virtualdesktop::TemporaryDirectory data;
     writeCeilingData(task.sentences, task.corpus.language, data.path());
     Progress progress;
-    auto report = measure({task}, data.path(), options.processes,
+    auto report = measure({task}, setupWith(data.path(), options), options.processes,
                           [&](std::size_t done, std::size_t all) { progress.show(done, all); });
     reports.push_back(std::move(report.front()));
   }

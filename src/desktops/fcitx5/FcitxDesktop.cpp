@@ -8,6 +8,7 @@ namespace tessarok::fcitx5 {
 namespace {
 
 using xkb::ManualKey;
+using xkb::PauseKey;
 
 constexpr const char* kSelected = "kTISNotifySelectedKeyboardInputSourceChanged";
 constexpr const char* kEnabled = "kTISNotifyEnabledKeyboardInputSourcesChanged";
@@ -45,6 +46,7 @@ FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, Guard& guard,
     workspaceNotifications_.announce("NSWorkspaceDidActivateApplicationNotification");
   };
   readManualKey();
+  readPauseKey();
 }
 
 FcitxDesktop::~FcitxDesktop() = default;
@@ -57,6 +59,17 @@ void FcitxDesktop::readManualKey() {
                      *value + "\", which is none of \"both\", \"alt-space\" and \"pause\"");
   }
   keyFlow_.setManualKey(key.value_or(ManualKey{}));
+}
+
+void FcitxDesktop::readPauseKey() {
+  const auto value = userDefaults_.string(PauseKey::kSetting);
+  const auto key = value ? PauseKey::named(*value) : PauseKey{};
+  if (!key) {
+    systemLog_.write(std::string("Tessarok: the setting \"") + PauseKey::kSetting + "\" is \"" +
+                     *value +
+                     "\", which is none of \"grave\", \"english-only\", \"section\" and \"none\"");
+  }
+  keyFlow_.setPauseKey(key.value_or(PauseKey{}));
 }
 
 void FcitxDesktop::focusIn(fcitx::InputContext& context) {
