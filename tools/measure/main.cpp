@@ -182,7 +182,7 @@ std::vector<CorpusReport> measureCeilings(const std::vector<Task>& tasks, const 
   std::vector<CorpusReport> reports;
   for (const auto& task : tasks) {
     const tessarok::virtualdesktop::TemporaryDirectory data;
-    writeCeilingData(task.sentences, task.corpus.language, data.path());
+    writeCeilingData(task.sentences, task.corpus.language, options.resources, data.path());
     Progress progress;
     auto report = measure({task}, setupWith(data.path(), options), options.processes,
                           [&](std::size_t done, std::size_t all) { progress.show(done, all); });
