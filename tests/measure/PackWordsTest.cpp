@@ -83,8 +83,8 @@ TEST_P(PackWordsTest, HoldsEnoughWordsAndEachOnce) {
 }
 
 TEST_P(PackWordsTest, LeavesTheCommonestPairsToBeFixed) {
-  // Measured: да, ты, ну and вы begin one message in nine, and what their keys spell in English is
-  // far rarer. Only who asks for a pack may lose one.
+  // Measured (docs/word-data.md): of the first words of dialogues, 92 in 100 are right with three
+  // of these in a pack, and 96 without. Only who asks for a pack may lose one.
   const auto& packs = BuiltinPacks::all();
   const auto pack =
       std::ranges::find(packs, std::string(GetParam()), &BuiltinPacks::Pack::resource);
