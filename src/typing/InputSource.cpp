@@ -202,6 +202,13 @@ bool InputSource::isInGroup(std::string_view identifier, Language language) {
   return language == Language::russian ? contains(kRussianGroup) : contains(kEnglishGroup);
 }
 
+std::optional<Language> InputSource::languageOf(const std::optional<std::string>& identifier) {
+  for (const auto language : kLanguages) {
+    if (identifier && isInGroup(*identifier, language)) return language;
+  }
+  return std::nullopt;
+}
+
 const std::optional<std::string>& InputSource::current() {
   return platform::desktop().inputSources().current();
 }

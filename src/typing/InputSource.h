@@ -34,6 +34,9 @@ class InputSource {
 
   /// Whether the identifier is exactly one of the language's group.
   [[nodiscard]] static bool isInGroup(std::string_view identifier, Language language);
+  /// The language of the group that the identifier is in; absent for none, and without one.
+  [[nodiscard]] static std::optional<Language> languageOf(
+      const std::optional<std::string>& identifier);
   /// The current source's identifier; absent when there is none.
   [[nodiscard]] static const std::optional<std::string>& current();
   [[nodiscard]] static std::vector<Handle> enabledLayouts();

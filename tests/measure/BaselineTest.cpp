@@ -68,10 +68,10 @@ TEST(CorpusReport, AddsUp) {
 }
 
 TEST(Reports, HoldTheFiguresAndTheMisses) {
-  const auto text = textReport({report()}, 10);
+  const auto text = textReport({report()}, {}, 10);
   EXPECT_NE(text.find("it. -> шею"), std::string::npos);
   EXPECT_NE(text.find("99.00"), std::string::npos);
-  const auto html = htmlReport({report()}, 10);
+  const auto html = htmlReport({report()}, {}, 10);
   EXPECT_NE(html.find("Russian &lt;texts>"), std::string::npos);
   EXPECT_NE(html.find("<svg"), std::string::npos);
   EXPECT_EQ(html.find("http"), std::string::npos);

@@ -25,6 +25,21 @@ TEST(Half, AreOfOneSize) {
   EXPECT_LT(making, 600);
 }
 
+TEST(Half, LeaveAThirdToTheEndThatIsOfBoth) {
+  int unseen = 0;
+  int unseenOfMaking = 0;
+  for (int i = 0; i < 3000; ++i) {
+    const auto sentence = "sentence number " + std::to_string(i);
+    if (!isOfUnseenThird(sentence)) continue;
+    ++unseen;
+    if (halfOf(sentence) == Half::making) ++unseenOfMaking;
+  }
+  EXPECT_GT(unseen, 900);
+  EXPECT_LT(unseen, 1100);
+  EXPECT_GT(unseenOfMaking, 400);
+  EXPECT_LT(unseenOfMaking, 600);
+}
+
 TEST(Half, HasAName) {
   EXPECT_EQ(halfNamed("making"), Half::making);
   EXPECT_EQ(halfNamed("judging"), Half::judging);

@@ -83,12 +83,15 @@ TEST_P(PackWordsTest, HoldsEnoughWordsAndEachOnce) {
 }
 
 TEST_P(PackWordsTest, LeavesTheCommonestPairsToBeFixed) {
-  // Measured: these three are most of the false fixes in programs and in books about them, and
-  // cost one first word in a hundred sentences; the fourth such pair, ds (вы), would cost more.
-  const std::set<std::string> kept = {"lf", "ns", "ye"};
-  for (const auto& word : wordsOf(GetParam())) {
-    EXPECT_TRUE(kept.contains(word) || !Detector::shortWhitelist().contains(word)) << word;
-  }
+  // Measured (docs/word-data.md): of the first words of dialogues, 92 in 100 are right with three
+  // of these in a pack, and 96 without. Only who asks for a pack may lose one.
+  const auto& packs = BuiltinPacks::all();
+  const auto pack =
+      std::ranges::find(packs, std::string(GetParam()), &BuiltinPacks::Pack::resource);
+  ASSERT_NE(pack, packs.end());
+  if (!pack->defaultOn) GTEST_SKIP() << "this pack is off by default";
+  for (const auto& word : wordsOf(GetParam()))
+    EXPECT_FALSE(Detector::shortWhitelist().contains(word)) << word;
 }
 
 INSTANTIATE_TEST_SUITE_P(Packs, PackWordsTest,

@@ -64,6 +64,16 @@ TEST(TextFormat, FindsNoTextInAFileThatIsNoCatalogue) {
   EXPECT_TRUE(paragraphsOf(catalog("One", "Кот").substr(0, 30), TextFormat::catalog).empty());
 }
 
+TEST(TextFormat, ReadsTheTextsOfScripts) {
+  const std::string script =
+      "dialogId(\"m-1\", \"My \\\"God\\\"!\")\n"
+      "dialogStr(\"О боже!\") -- it's \"\"\nleft(\"open\n";
+  EXPECT_EQ(paragraphsOf(script, TextFormat::strings),
+            (Paragraphs{"m-1", "My \"God\"!", "О боже!"}));
+  EXPECT_EQ(paragraphsOf("choice\n\t`\t\"Hello.\"`\n\t`a` `b`", TextFormat::backquoted),
+            (Paragraphs{"\"Hello.\"", "a", "b"}));
+}
+
 TEST(TextFormat, ReadsPlainTextAndLines) {
   EXPECT_EQ(paragraphsOf("one\ntwo\n\nthree\n", TextFormat::plain),
             (Paragraphs{"one two", "three"}));

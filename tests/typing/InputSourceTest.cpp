@@ -55,6 +55,10 @@ TEST_F(InputSourceTest, GroupsAreExact) {
   EXPECT_TRUE(InputSource::isInGroup("com.apple.keylayout.USInternational-PC", Language::english));
   EXPECT_TRUE(InputSource::isInGroup(kRussianWin, Language::russian));
   EXPECT_FALSE(InputSource::isInGroup(kUS, Language::russian));
+  EXPECT_EQ(InputSource::languageOf(kBritish), Language::english);
+  EXPECT_EQ(InputSource::languageOf(kRussian), Language::russian);
+  EXPECT_EQ(InputSource::languageOf(kUkrainian), std::nullopt);
+  EXPECT_EQ(InputSource::languageOf(std::nullopt), std::nullopt);
   EXPECT_FALSE(InputSource::isInGroup("com.apple.keylayout.us", Language::english));
   EXPECT_FALSE(InputSource::isInGroup("com.apple.keylayout.USExtended", Language::english));
   EXPECT_FALSE(InputSource::isInGroup("", Language::english));

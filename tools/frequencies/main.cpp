@@ -85,6 +85,7 @@ void run(const Options& options) {
   for (const auto& corpus : measure::readCorpora(options.corpora)) {
     for (const auto& sentence : measure::sentencesOf(corpus)) {
       if (measure::halfOf(sentence.text) != measure::Half::making) continue;
+      if (corpus.hasUnseenThird && measure::isOfUnseenThird(sentence.text)) continue;
       countSentence(corpus, sentence.text, counts);
     }
   }

@@ -137,7 +137,7 @@ constexpr double kOwnWord = 3;
 /// Words that people type and no packaged list holds: names, slang, abbreviations.
 constexpr std::size_t kFewestForDictionary = 3;
 /// Words of two and three letters as frequent as this, per million, may be conversions.
-constexpr double kFrequentShortWord = 12;
+constexpr double kFrequentShortWord = 6;
 
 bool isForDictionary(const FrequencyTable::Entry& entry) {
   return entry.place > 0 || entry.count >= kFewestForDictionary;
@@ -217,7 +217,8 @@ class Sources final {
         if (weight > 0) common_.emplace_back(encodeUtf8(lowerCase(form)), weight);
       });
     }
-    addOwnWords("add_en.txt", AffixTable(), Alphabet::english(), words);
+    for (const char* list : {"add_en.txt", "names_en.txt"})
+      addOwnWords(list, AffixTable(), Alphabet::english(), words);
     dropWords("drop_en.txt", Alphabet::english(), words);
     return words.take();
   }

@@ -1,13 +1,17 @@
 #include "CeilingData.h"
 
 #include <algorithm>
+#include <fstream>
 #include <set>
+#include <sstream>
+#include <stdexcept>
 #include <string>
 
 #include "make_data/ByteSort.h"
 #include "make_data/FileSetWriter.h"
 #include "make_data/KeyText.h"
 #include "text/Text.h"
+#include "words/BuiltinPacks.h"
 #include "words/Detector.h"
 #include "words/Letters.h"
 
@@ -46,6 +50,14 @@ Words pairsOfWhitelist() {
   return words;
 }
 
+std::string contentOf(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  std::ostringstream content;
+  content << stream.rdbuf();
+  if (!stream) throw std::runtime_error(file.string() + ": cannot be read");
+  return std::move(content).str();
+}
+
 void stage(const char* dictionary, const char* shortWords, const Words& words,
            makedata::FileSetWriter& writer) {
   std::vector<std::string> all(words.begin(), words.end());
@@ -62,7 +74,7 @@ void stage(const char* dictionary, const char* shortWords, const Words& words,
 }  // namespace
 
 void writeCeilingData(const std::vector<Sentence>& sentences, Language language,
-                      const std::filesystem::path& directory) {
+                      const std::filesystem::path& packs, const std::filesystem::path& directory) {
   Words own;
   for (const auto& sentence : sentences)
     addWords(sentence.text, language, own);
@@ -73,6 +85,10 @@ void writeCeilingData(const std::vector<Sentence>& sentences, Language language,
   makedata::FileSetWriter writer(directory);
   stage("dict_en.txt", "freq_short_en.txt", englishWords, writer);
   stage("dict_ru.txt", "freq_short_ru.txt", russianWords, writer);
+  for (const auto& pack : BuiltinPacks::all()) {
+    const auto name = pack.resource + ".txt";
+    writer.stage(name, contentOf(packs / name));
+  }
   writer.commit();
 }
 

@@ -53,6 +53,11 @@ Corpus corpusFrom(const Json& json) {
   }
   corpus.language = language == "ru" ? Language::russian : Language::english;
   corpus.isCode = language == "code";
+  if (json.contains("for")) {
+    corpus.occasion = occasionNamed(json["for"].get<std::string>());
+    if (!corpus.occasion) throw std::runtime_error("unknown occasion " + json["for"].dump());
+  }
+  corpus.hasUnseenThird = json.value("unseenThird", false);
   for (const auto& files : json.at("from"))
     corpus.files.push_back(filesFrom(files));
   return corpus;

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "Occasion.h"
 #include "Sentence.h"
 #include "TextFormat.h"
 #include "words/Language.h"
@@ -28,6 +30,10 @@ struct Corpus {
   Language language = Language::english;
   /// Programs, file names and commands: typed in the right layout only.
   bool isCode = false;
+  /// What a person types such a text for; absent when it counts for none of a week.
+  std::optional<Occasion> occasion;
+  /// Whether a third of its sentences is in neither half (`isOfUnseenThird`).
+  bool hasUnseenThird = false;
   std::vector<Files> files;
 };
 

@@ -110,6 +110,13 @@ double CorpusReport::secondRightShare() const {
   return share(secondRight, sentences, 100);
 }
 
+double CorpusReport::repairs() const {
+  constexpr double kFalseFix = 3;
+  constexpr double kWrongStarts = 0.1;
+  const double wrong = isCode ? 0 : share(longWords - longRight, longWords, 10000);
+  return kFalseFix * falseFixesPer10000() + (longWords == 0 ? 0 : wrong * kWrongStarts);
+}
+
 Json toJson(const CorpusReport& report, std::size_t misses) {
   Json json = {{"name", report.name},
                {"title", report.title},
@@ -119,7 +126,9 @@ Json toJson(const CorpusReport& report, std::size_t misses) {
                {"sentences", report.sentences},
                {"words", report.words},
                {"falseFixes", report.falseFixCount()},
-               {"falseFixesPer10000", report.falseFixesPer10000()}};
+               {"falseFixesPer10000", report.falseFixesPer10000()},
+               {"repairs", report.repairs()}};
+  if (report.occasion) json["for"] = nameOf(*report.occasion);
   if (!report.isCode) {
     json.update({{"longWords", report.longWords},
                  {"longRight", report.longRight},
@@ -147,6 +156,7 @@ CorpusReport reportFromJson(const Json& json) {
   report.title = json.at("title").get<std::string>();
   report.language = json.at("language") == "ru" ? Language::russian : Language::english;
   report.isCode = json.at("language") == "code";
+  if (json.contains("for")) report.occasion = occasionNamed(json["for"].get<std::string>());
   report.sentences = json.at("sentences").get<std::size_t>();
   report.words = json.at("words").get<std::size_t>();
   report.falseFixes = missesFromJson(json.at("falseFixList"));

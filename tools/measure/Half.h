@@ -12,6 +12,10 @@ enum class Half { making, judging };
 
 [[nodiscard]] Half halfOf(std::string_view sentence);
 
+/// Whether a sentence is of the third that is in neither half of some corpora. Nothing may be
+/// chosen by it: it tells at the end how good the choices are.
+[[nodiscard]] bool isOfUnseenThird(std::string_view sentence);
+
 /// "making" or "judging"; absent for any other word.
 [[nodiscard]] std::optional<Half> halfNamed(const std::string& name);
 

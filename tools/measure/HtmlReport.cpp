@@ -75,14 +75,19 @@ void addChart(std::ostringstream& out, const Chart& chart,
       << bars.str() << "</svg>\n";
 }
 
-void addTable(std::ostringstream& out, const std::vector<CorpusReport>& reports) {
+void addTable(std::ostringstream& out, const std::vector<CorpusReport>& reports,
+              const Ceilings& ceilings) {
   out << "<h2>All figures</h2>\n<table><tr><th>text</th><th>sentences</th><th>words</th>"
-         "<th>false fixes per 10,000 words</th><th>letters right, %</th>"
+         "<th>false fixes per 10,000 words</th><th>repairs per 10,000 words</th>"
+         "<th>possible</th><th>letters right, %</th>"
          "<th>one-letter words right, %</th><th>first word right, %</th>"
          "<th>first or second right, %</th></tr>\n";
   for (const auto& report : reports) {
     out << "<tr><td>" << escaped(report.title) << "</td><td>" << report.sentences << "</td><td>"
-        << report.words << "</td><td>" << number(report.falseFixesPer10000()) << "</td>";
+        << report.words << "</td><td>" << number(report.falseFixesPer10000()) << "</td><td>"
+        << number(report.repairs()) << "</td><td>";
+    const auto ceiling = ceilings.find(report.name);
+    out << (ceiling == ceilings.end() ? std::string("–") : number(ceiling->second)) << "</td>";
     if (!report.isCode) {
       out << "<td>" << number(report.lettersRight()) << "</td><td>"
           << number(report.oneLetterRightShare()) << "</td><td>" << number(report.firstRightShare())
@@ -91,6 +96,22 @@ void addTable(std::ostringstream& out, const std::vector<CorpusReport>& reports)
     out << "</tr>\n";
   }
   out << "</table>\n";
+}
+
+void addWeek(std::ostringstream& out, const char* title, const std::optional<Week>& week) {
+  if (!week) return;
+  out << "<p>Repairs in a person's week, " << title << ": " << number(week->repairs);
+  if (week->least) out << " where " << number(*week->least) << " are possible";
+  out << "</p>\n";
+}
+
+void addWeeks(std::ostringstream& out, const std::vector<CorpusReport>& reports,
+              const Ceilings& ceilings) {
+  const auto russian = weekOf(reports, ceilings, Language::russian);
+  const auto english = weekOf(reports, ceilings, Language::english);
+  addWeek(out, "Russian", russian);
+  addWeek(out, "English", english);
+  if (russian && english) addWeek(out, "both languages alike", bothOf(*russian, *english));
 }
 
 void addMisses(std::ostringstream& out, const char* heading, const nlohmann::ordered_json& list) {
@@ -112,7 +133,8 @@ void addRules(std::ostringstream& out, const CorpusReport& report) {
 
 }  // namespace
 
-std::string htmlReport(const std::vector<CorpusReport>& reports, std::size_t misses) {
+std::string htmlReport(const std::vector<CorpusReport>& reports, const Ceilings& ceilings,
+                       std::size_t misses) {
   double mostFalseFixes = 1;
   for (const auto& report : reports) {
     mostFalseFixes = std::max(mostFalseFixes, report.falseFixesPer10000());
@@ -132,7 +154,8 @@ std::string htmlReport(const std::vector<CorpusReport>& reports, std::size_t mis
   out << kHead;
   for (const auto& chart : charts)
     addChart(out, chart, reports);
-  addTable(out, reports);
+  addTable(out, reports, ceilings);
+  addWeeks(out, reports, ceilings);
   for (const auto& report : reports) {
     const auto json = toJson(report, misses);
     out << "<h2>" << escaped(report.title) << "</h2>\n";

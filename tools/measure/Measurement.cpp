@@ -14,8 +14,6 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "SentenceTypist.h"
-
 namespace tessarok::measure {
 
 namespace {
@@ -44,6 +42,7 @@ CorpusReport emptyReport(const Corpus& corpus) {
   report.title = corpus.title;
   report.language = corpus.language;
   report.isCode = corpus.isCode;
+  report.occasion = corpus.occasion;
   return report;
 }
 
@@ -55,9 +54,9 @@ void measureSentence(SentenceTypist& typist, const Sentence& sentence, CorpusRep
 }
 
 /// Types every `step`-th sentence from `first` on.
-Json measureShare(const std::vector<Task>& tasks, const std::filesystem::path& resources,
+Json measureShare(const std::vector<Task>& tasks, const SentenceTypist::Setup& setup,
                   std::size_t first, std::size_t step, int pipe) {
-  SentenceTypist typist(resources);
+  SentenceTypist typist(setup);
   Json reports = Json::array();
   std::size_t done = 0;
   for (const auto& task : tasks) {
@@ -80,12 +79,12 @@ struct Worker {
   bool isOpen = true;
 };
 
-[[noreturn]] void work(const std::vector<Task>& tasks, const std::filesystem::path& resources,
+[[noreturn]] void work(const std::vector<Task>& tasks, const SentenceTypist::Setup& setup,
                        std::size_t first, std::size_t step, int pipe) {
   int status = EXIT_SUCCESS;
   try {
     // A worker's part must not wait for a parent that is gone.
-    writeAll(pipe, measureShare(tasks, resources, first, step, pipe).dump());
+    writeAll(pipe, measureShare(tasks, setup, first, step, pipe).dump());
   } catch (const std::exception& error) {
     std::cerr << "measuring failed: " << error.what() << '\n';
     status = EXIT_FAILURE;
@@ -95,15 +94,15 @@ struct Worker {
   std::_Exit(status);
 }
 
-Worker start(const std::vector<Task>& tasks, const std::filesystem::path& resources,
-             std::size_t first, std::size_t step) {
+Worker start(const std::vector<Task>& tasks, const SentenceTypist::Setup& setup, std::size_t first,
+             std::size_t step) {
   std::array<int, 2> ends{};
   if (::pipe(ends.data()) != 0) throwError("pipe");
   const auto process = ::fork();
   if (process < 0) throwError("fork");
   if (process == 0) {
     ::close(ends[0]);
-    work(tasks, resources, first, step, ends[1]);
+    work(tasks, setup, first, step, ends[1]);
   }
   ::close(ends[1]);
   Worker worker;
@@ -163,11 +162,11 @@ void finish(Worker& worker) {
 }  // namespace
 
 std::vector<CorpusReport> measure(const std::vector<Task>& tasks,
-                                  const std::filesystem::path& resources, std::size_t processes,
+                                  const SentenceTypist::Setup& setup, std::size_t processes,
                                   const ProgressSink& progress) {
   std::vector<Worker> workers;
   for (std::size_t i = 0; i < processes; ++i) {
-    workers.push_back(start(tasks, resources, i, processes));
+    workers.push_back(start(tasks, setup, i, processes));
   }
   std::vector<CorpusReport> reports;
   std::size_t all = 0;

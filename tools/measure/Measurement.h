@@ -1,11 +1,11 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <vector>
 
 #include "Corpus.h"
 #include "CorpusReport.h"
+#include "SentenceTypist.h"
 
 namespace tessarok::measure {
 
@@ -22,7 +22,7 @@ using ProgressSink = std::function<void(std::size_t done, std::size_t all)>;
 /// out among `processes` processes, since the program's state is the process's. Throws
 /// std::runtime_error when one of them fails.
 [[nodiscard]] std::vector<CorpusReport> measure(const std::vector<Task>& tasks,
-                                                const std::filesystem::path& resources,
+                                                const SentenceTypist::Setup& setup,
                                                 std::size_t processes,
                                                 const ProgressSink& progress);
 

@@ -4,7 +4,9 @@
 #include <string>
 
 #include "Sentence.h"
+#include "desktops/layouts/KeyTable.h"
 #include "desktops/virtual/Session.h"
+#include "desktops/xkb/PauseKey.h"
 
 namespace tessarok::measure {
 
@@ -17,8 +19,14 @@ class SentenceTypist {
   /// program for some seconds.
   static constexpr double kKeyInterval = 0.2;
 
-  /// `resources` is the directory of the word data.
-  explicit SentenceTypist(const std::filesystem::path& resources);
+  struct Setup {
+    /// The directory of the word data.
+    std::filesystem::path resources;
+    /// Which key pauses: on a Mac the grave accent's, elsewhere what the person has chosen.
+    xkb::PauseKey pauseKey{xkb::PauseKey::Choice::grave};
+  };
+
+  explicit SentenceTypist(const Setup& setup);
 
   /// Types the keys that the sentence has on its language's keyboard, starting with that
   /// language's layout selected or with the other one, and never looking up. The answer is what is
@@ -26,7 +34,10 @@ class SentenceTypist {
   [[nodiscard]] std::string type(const Sentence& sentence, Layout layout);
 
  private:
+  void strike(const layouts::KeyTable::Stroke& stroke);
+
   virtualdesktop::Session session_;
+  xkb::PauseKey pauseKey_;
 };
 
 }  // namespace tessarok::measure

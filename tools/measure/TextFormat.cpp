@@ -74,6 +74,29 @@ std::vector<std::string> lineParagraphs(std::string_view text) {
   return paragraphs.take();
 }
 
+/// Every text between two of `mark`, on one line; a backslash takes the meaning off what follows
+/// it.
+std::vector<std::string> quotedParagraphs(std::string_view text, char mark) {
+  std::vector<std::string> all;
+  for (const auto line : linesOf(text)) {
+    std::optional<std::string> current;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+      if (line[i] == mark) {
+        if (current && !text::trimmed(*current).empty()) {
+          all.emplace_back(text::trimmed(*current));
+        }
+        current = current ? std::nullopt : std::optional<std::string>("");
+      } else if (line[i] == '\\' && i + 1 < line.size()) {
+        ++i;
+        if (current) *current += line[i] == 'n' ? ' ' : line[i];
+      } else if (current) {
+        *current += line[i];
+      }
+    }
+  }
+  return all;
+}
+
 /// The line without font changes and special characters of troff.
 std::string withoutEscapes(std::string_view line) {
   std::string plain;
@@ -308,6 +331,8 @@ std::optional<TextFormat> textFormatNamed(const std::string& name) {
   if (name == "lines") return TextFormat::lines;
   if (name == "catalog") return TextFormat::catalog;
   if (name == "catalog-originals") return TextFormat::catalogOriginals;
+  if (name == "strings") return TextFormat::strings;
+  if (name == "backquoted") return TextFormat::backquoted;
   return std::nullopt;
 }
 
@@ -327,6 +352,10 @@ std::vector<std::string> paragraphsOf(std::string_view text, TextFormat format) 
       return CatalogReader(text).read(false);
     case TextFormat::catalogOriginals:
       return CatalogReader(text).read(true);
+    case TextFormat::strings:
+      return quotedParagraphs(text, '"');
+    case TextFormat::backquoted:
+      return quotedParagraphs(text, '`');
   }
   return {};
 }

@@ -22,6 +22,10 @@ enum class TextFormat {
   catalog,
   /// What was translated in it.
   catalogOriginals,
+  /// What stands between double quotes in a script, such as the dialogues of a game.
+  strings,
+  /// What stands between grave accents.
+  backquoted,
 };
 
 /// Absent for an unknown name.

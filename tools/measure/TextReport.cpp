@@ -8,10 +8,16 @@ namespace tessarok::measure {
 
 namespace {
 
-void addRow(std::ostringstream& out, const CorpusReport& report) {
+void addRow(std::ostringstream& out, const CorpusReport& report, const Ceilings& ceilings) {
   out << std::left << std::setw(14) << report.name << std::right << std::setw(9) << report.sentences
       << std::setw(9) << report.words << std::fixed << std::setprecision(2) << std::setw(12)
-      << report.falseFixesPer10000();
+      << report.falseFixesPer10000() << std::setw(9) << report.repairs();
+  const auto ceiling = ceilings.find(report.name);
+  if (ceiling == ceilings.end()) {
+    out << std::setw(9) << "-";
+  } else {
+    out << std::setw(9) << ceiling->second;
+  }
   if (!report.isCode) {
     out << std::setw(12) << report.lettersRight() << std::setw(12) << report.oneLetterRightShare()
         << std::setw(11) << report.firstRightShare() << std::setw(11) << report.secondRightShare();
@@ -35,15 +41,38 @@ void addRules(std::ostringstream& out, const CorpusReport& report) {
   }
 }
 
+void addWeek(std::ostringstream& out, const char* title, const std::optional<Week>& week) {
+  if (!week) return;
+  out << title << std::setw(9) << week->repairs;
+  if (week->least) {
+    out << " where" << std::setw(9) << *week->least << " are possible, "
+        << week->repairs / *week->least << " times as many";
+  }
+  out << '\n';
+}
+
+void addWeeks(std::ostringstream& out, const std::vector<CorpusReport>& reports,
+              const Ceilings& ceilings) {
+  const auto russian = weekOf(reports, ceilings, Language::russian);
+  const auto english = weekOf(reports, ceilings, Language::english);
+  if (russian || english) out << "\nrepairs in a person's week, per 10,000 words\n";
+  addWeek(out, "  Russian ", russian);
+  addWeek(out, "  English ", english);
+  if (russian && english) addWeek(out, "  both    ", bothOf(*russian, *english));
+}
+
 }  // namespace
 
-std::string textReport(const std::vector<CorpusReport>& reports, std::size_t misses) {
+std::string textReport(const std::vector<CorpusReport>& reports, const Ceilings& ceilings,
+                       std::size_t misses) {
   std::ostringstream out;
-  out << "corpus        sentences    words  false fixes  letters %  one-letter %  first %   second "
-         "%\n"
-         "                               per 10,000 w.   (from the wrong layout)\n";
+  out << "corpus        sentences    words  false fixes  repairs possible  letters %  one-letter % "
+         " "
+         "first %   second %\n"
+         "                               per 10,000 w.                   (from the wrong layout)\n";
   for (const auto& report : reports)
-    addRow(out, report);
+    addRow(out, report, ceilings);
+  addWeeks(out, reports, ceilings);
   for (const auto& report : reports) {
     const auto json = toJson(report, misses);
     out << '\n' << report.title << '\n';

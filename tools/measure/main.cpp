@@ -45,7 +45,9 @@ struct Options {
   std::filesystem::path writeBaseline;
   std::filesystem::path writeSentences;
   std::vector<std::string> texts;
+  std::string pauseKey = "grave";
   bool ceiling = false;
+  std::filesystem::path ceilings;
 };
 
 void declareOptions(CLI::App& app, Options& options) {
@@ -57,9 +59,16 @@ void declareOptions(CLI::App& app, Options& options) {
                  "Measure this file instead of the corpora: ru:FILE, en:FILE or code:FILE");
   app.add_flag("--ceiling", options.ceiling,
                "With data made of the sentences themselves: the best that the rules allow");
-  app.add_option("--half", options.half, "Which sentences: judging, making or all")
+  app.add_option("--ceilings", options.ceilings,
+                 "Show the best figures beside, from a file written with --ceiling --json");
+  app.add_option("--half", options.half,
+                 "Which sentences: judging, making, all, or the unseen third that only some "
+                 "corpora have")
       ->capture_default_str()
-      ->check(CLI::IsMember({"judging", "making", "all"}));
+      ->check(CLI::IsMember({"judging", "making", "unseen", "all"}));
+  app.add_option("--pause-key", options.pauseKey, "The setting pauseKey of the one who types")
+      ->capture_default_str()
+      ->check(CLI::IsMember({"grave", "english-only", "section", "none"}));
   app.add_option("--words", options.words, "About so many words of each corpus; 0 for all")
       ->capture_default_str();
   app.add_option("--misses", options.misses, "Longest list of misses")->capture_default_str();
@@ -81,10 +90,17 @@ void writeFile(const std::filesystem::path& file, const std::string& content) {
   if (!stream) throw std::runtime_error(file.string() + ": cannot be written");
 }
 
+bool isOfPart(std::string_view sentence, const Corpus& corpus, const std::string& part) {
+  const bool isUnseen = corpus.hasUnseenThird && isOfUnseenThird(sentence);
+  if (isUnseen || part == "unseen") return isUnseen && part == "unseen";
+  return halfOf(sentence) == halfNamed(part);
+}
+
 std::vector<Sentence> chosenSentences(const Corpus& corpus, const Options& options) {
   auto sentences = sentencesOf(corpus);
-  if (const auto half = halfNamed(options.half)) {
-    std::erase_if(sentences, [&](const Sentence& s) { return halfOf(s.text) != *half; });
+  if (options.half != "all") {
+    std::erase_if(sentences,
+                  [&](const Sentence& s) { return !isOfPart(s.text, corpus, options.half); });
   }
   if (options.words == 0) return sentences;
   std::size_t words = 0;
@@ -123,7 +139,8 @@ std::vector<Task> makeTasks(const Options& options) {
   for (const auto& corpus : readCorpora(options.corpora)) {
     const bool isWanted =
         options.only.empty() || std::ranges::find(options.only, corpus.name) != options.only.end();
-    if (isWanted) tasks.push_back({corpus, chosenSentences(corpus, options)});
+    if (!isWanted || (options.half == "unseen" && !corpus.hasUnseenThird)) continue;
+    tasks.push_back({corpus, chosenSentences(corpus, options)});
   }
   if (tasks.empty()) throw std::runtime_error("there is no corpus of that name");
   return tasks;
@@ -150,9 +167,13 @@ int compareWithBaseline(const std::vector<CorpusReport>& reports,
   return complaints.empty() ? kDone : kWorse;
 }
 
+SentenceTypist::Setup setupWith(const std::filesystem::path& resources, const Options& options) {
+  return {resources, tessarok::xkb::PauseKey::named(options.pauseKey).value()};
+}
+
 std::vector<CorpusReport> measureAll(const std::vector<Task>& tasks, const Options& options) {
   Progress progress;
-  return measure(tasks, options.resources, options.processes,
+  return measure(tasks, setupWith(options.resources, options), options.processes,
                  [&](std::size_t done, std::size_t all) { progress.show(done, all); });
 }
 
@@ -161,9 +182,9 @@ std::vector<CorpusReport> measureCeilings(const std::vector<Task>& tasks, const 
   std::vector<CorpusReport> reports;
   for (const auto& task : tasks) {
     const tessarok::virtualdesktop::TemporaryDirectory data;
-    writeCeilingData(task.sentences, task.corpus.language, data.path());
+    writeCeilingData(task.sentences, task.corpus.language, options.resources, data.path());
     Progress progress;
-    auto report = measure({task}, data.path(), options.processes,
+    auto report = measure({task}, setupWith(data.path(), options), options.processes,
                           [&](std::size_t done, std::size_t all) { progress.show(done, all); });
     reports.push_back(std::move(report.front()));
   }
@@ -175,14 +196,16 @@ int run(const Options& options) {
   if (!options.writeSentences.empty()) return writeSentences(tasks, options.writeSentences);
   const auto reports =
       options.ceiling ? measureCeilings(tasks, options) : measureAll(tasks, options);
-  std::cout << textReport(reports, options.misses);
+  const auto ceilings =
+      options.ceilings.empty() ? Ceilings() : readCeilings(options.ceilings.string());
+  std::cout << textReport(reports, ceilings, options.misses);
   if (!options.json.empty()) {
     Json all = Json::array();
     for (const auto& report : reports)
       all.push_back(toJson(report, options.misses));
     writeFile(options.json, all.dump(1) + "\n");
   }
-  if (!options.html.empty()) writeFile(options.html, htmlReport(reports, options.misses));
+  if (!options.html.empty()) writeFile(options.html, htmlReport(reports, ceilings, options.misses));
   if (!options.writeBaseline.empty()) {
     writeFile(options.writeBaseline, baselineOf(reports).dump(2) + "\n");
   }

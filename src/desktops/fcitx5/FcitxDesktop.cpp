@@ -9,6 +9,7 @@ namespace {
 
 using platform::Notification;
 using xkb::ManualKey;
+using xkb::PauseKey;
 
 using Open = std::unique_ptr<freedesktop::Bus>(platform::RunLoop&, std::string&);
 
@@ -43,6 +44,7 @@ FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, Guard& guard,
     workspaceNotifications_.announce(Notification::applicationActivated);
   };
   readManualKey();
+  readPauseKey();
 }
 
 FcitxDesktop::~FcitxDesktop() = default;
@@ -55,6 +57,17 @@ void FcitxDesktop::readManualKey() {
                      *value + "\", which is none of \"both\", \"alt-space\" and \"pause\"");
   }
   keyFlow_.setManualKey(key.value_or(ManualKey{}));
+}
+
+void FcitxDesktop::readPauseKey() {
+  const auto value = userDefaults_.string(PauseKey::kSetting);
+  const auto key = value ? PauseKey::named(*value) : PauseKey{};
+  if (!key) {
+    systemLog_.write(std::string("Tessarok: the setting \"") + PauseKey::kSetting + "\" is \"" +
+                     *value +
+                     "\", which is none of \"grave\", \"english-only\", \"section\" and \"none\"");
+  }
+  keyFlow_.setPauseKey(key.value_or(PauseKey{}));
 }
 
 void FcitxDesktop::focusIn(fcitx::InputContext& context) {

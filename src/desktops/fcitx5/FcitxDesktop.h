@@ -77,6 +77,7 @@ class FcitxDesktop final : public platform::Desktop {
   void groupChanged();
   /// The setting that says which keys convert by hand is read again.
   void readManualKey();
+  void readPauseKey();
 
  private:
   void announceLater(platform::Notification notification);

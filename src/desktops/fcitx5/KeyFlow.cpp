@@ -12,6 +12,7 @@
 #include "desktops/xkb/HardwareKeys.h"
 #include "platform/EventFlags.h"
 #include "text/Text.h"
+#include "typing/InputSource.h"
 
 namespace tessarok::fcitx5 {
 
@@ -62,6 +63,7 @@ KeyFlow::Press KeyFlow::describe(const Key& key) const {
   const bool isShortcut = (event.modifiers & kShortcut) != 0;
   if (!isShortcut && keyNames::isPrintable(key)) press.text = Key::keySymToUTF8(key.sym());
   applyManualKey(event, key);
+  applyPauseKey(event);
   return press;
 }
 
@@ -74,6 +76,13 @@ void KeyFlow::applyManualKey(FcitxEvent& event, const Key& key) const {
              (event.modifiers & eventFlags::option) != 0) {
     event.code = hardwareKeys::kNoKey;
   }
+}
+
+void KeyFlow::applyPauseKey(FcitxEvent& event) const {
+  if (!xkb::PauseKey::isOne(event.code)) return;
+  const auto layout = InputSource::languageOf(parts_.inputSources.current());
+  // The corrector knows the keys that pause by their codes; this one is a letter.
+  if (!pauseKey_.pauses(event.code, layout)) event.code = hardwareKeys::kNoKey;
 }
 
 bool KeyFlow::isComposing(InputContext& context) {

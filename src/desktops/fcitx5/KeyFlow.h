@@ -18,6 +18,7 @@
 #include "desktops/fcitx5/ModifierWatch.h"
 #include "desktops/plain/PlainKeyboard.h"
 #include "desktops/xkb/ManualKey.h"
+#include "desktops/xkb/PauseKey.h"
 #include "platform/Clock.h"
 #include "typing/KeyCodes.h"
 
@@ -58,6 +59,7 @@ class KeyFlow final {
   void finish();
 
   void setManualKey(xkb::ManualKey key) { manualKey_ = key; }
+  void setPauseKey(xkb::PauseKey key) { pauseKey_ = key; }
   /// The text field in which keys are being typed; null for none.
   [[nodiscard]] fcitx::InputContext* context() const { return context_.get(); }
   /// Whether passwords, or nothing for an input method, are typed there.
@@ -106,6 +108,7 @@ class KeyFlow final {
   /// The same, after which the tap does not take the key for what it types alone.
   [[nodiscard]] bool markComposed(fcitx::InputContext& context, Press& press);
   void applyManualKey(FcitxEvent& event, const fcitx::Key& key) const;
+  void applyPauseKey(FcitxEvent& event) const;
   [[nodiscard]] bool mustWait(ClientField::Way way);
   void hold(fcitx::KeyEvent& event);
   /// Whether the key is to go on.
@@ -142,6 +145,7 @@ class KeyFlow final {
 
   Parts parts_;
   xkb::ManualKey manualKey_;
+  xkb::PauseKey pauseKey_;
   fcitx::TrackableObjectReference<fcitx::InputContext> context_;
   ClientField field_;
   ModifierWatch modifiers_;

@@ -63,6 +63,27 @@ ManualKeyChoice choiceOf(const std::optional<std::string>& name) {
   return ManualKeyChoice::Both;
 }
 
+const char* nameOf(PauseKeyChoice choice) {
+  switch (choice) {
+    case PauseKeyChoice::Grave:
+      return "grave";
+    case PauseKeyChoice::Section:
+      return "section";
+    case PauseKeyChoice::None:
+      return "none";
+    case PauseKeyChoice::EnglishOnly:
+      break;
+  }
+  return "english-only";
+}
+
+PauseKeyChoice pauseChoiceOf(const std::optional<std::string>& name) {
+  for (const auto choice : {PauseKeyChoice::Grave, PauseKeyChoice::Section, PauseKeyChoice::None}) {
+    if (name == nameOf(choice)) return choice;
+  }
+  return PauseKeyChoice::EnglishOnly;
+}
+
 }  // namespace
 
 TessarokAddon::TessarokAddon(fcitx::Instance& instance) : instance_(instance) {
@@ -161,6 +182,7 @@ void TessarokAddon::readSettings() const {
   auto& settings = desktop_->userDefaults();
   config_.shiftFix.setValue(settings.boolean(KeyTap::kShiftFixKey).value_or(true));
   config_.manualKey.setValue(choiceOf(settings.string(xkb::ManualKey::kSetting)));
+  config_.pauseKey.setValue(pauseChoiceOf(settings.string(xkb::PauseKey::kSetting)));
   const auto& packs = BuiltinPacks::all();
   config_.packIt.setValue(BuiltinPacks::isEnabled(packs[0]));
   config_.packChat.setValue(BuiltinPacks::isEnabled(packs[1]));
@@ -190,6 +212,9 @@ void TessarokAddon::setConfig(const fcitx::RawConfig& raw) {
     if (*config_.manualKey != *before.manualKey) {
       settings.setString(xkb::ManualKey::kSetting, nameOf(*config_.manualKey));
     }
+    if (*config_.pauseKey != *before.pauseKey) {
+      settings.setString(xkb::PauseKey::kSetting, nameOf(*config_.pauseKey));
+    }
     applySettings();
   });
 }
@@ -204,6 +229,7 @@ void TessarokAddon::reloadConfig() {
 
 void TessarokAddon::applySettings() {
   desktop_->readManualKey();
+  desktop_->readPauseKey();
   if (!corrector_) return;
   auto& keyTap = KeyTap::shared();
   keyTap.shiftFixEnabled = desktop_->userDefaults().boolean(KeyTap::kShiftFixKey).value_or(true);

@@ -77,7 +77,9 @@ Press HotKeys::of(const InputItem& item) const {
 }
 
 bool HotKeys::pausesWithGrave() const {
-  return settings_("pauseKey") != "none";
+  // Of the keys beside the left Shift a terminal tells nothing, and ё never pauses.
+  const auto key = settings_("pauseKey");
+  return key != "none" && key != "section";
 }
 
 }  // namespace tessarok::terminal

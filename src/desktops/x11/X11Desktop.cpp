@@ -46,7 +46,7 @@ X11Desktop::X11Desktop(std::unique_ptr<XConnection> connection, std::unique_ptr<
       keyboards_(*connection_),
       typist_(*connection_, layouts_, runLoop_),
       eventTaps_(std::make_unique<X11EventTaps>(
-          X11EventTaps::Parts{keyboards_, layouts_, typist_, runLoop_}, manualKey())),
+          X11EventTaps::Parts{keyboards_, layouts_, typist_, runLoop_}, manualKey(), pauseKey())),
       keyboard_(clock_, layouts_),
       services_(makeServices
                     ? makeServices({runLoop_, environment_, systemLog_, workspaceNotifications_})
@@ -74,6 +74,18 @@ xkb::ManualKey X11Desktop::manualKey() {
                      "\", which is none of \"both\", \"alt-space\" and \"pause\"");
   }
   return key.value_or(xkb::ManualKey{});
+}
+
+xkb::PauseKey X11Desktop::pauseKey() {
+  const auto value = userDefaults_.string(xkb::PauseKey::kSetting);
+  if (!value) return {};
+  const auto key = xkb::PauseKey::named(*value);
+  if (!key) {
+    systemLog_.write(std::string("Tessarok: the setting \"") + xkb::PauseKey::kSetting +
+                     "\" is \"" + *value +
+                     "\", which is none of \"grave\", \"english-only\", \"section\" and \"none\"");
+  }
+  return key.value_or(xkb::PauseKey{});
 }
 
 void X11Desktop::connect() {

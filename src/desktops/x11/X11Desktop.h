@@ -76,6 +76,7 @@ class X11Desktop final : public platform::Desktop {
 
  private:
   [[nodiscard]] xkb::ManualKey manualKey();
+  [[nodiscard]] xkb::PauseKey pauseKey();
   void connect();
   void serverLost();
   [[nodiscard]] bool hasEvents() const;

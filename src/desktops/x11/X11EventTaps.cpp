@@ -5,6 +5,7 @@
 
 #include "desktops/xkb/HardwareKeys.h"
 #include "platform/EventFlags.h"
+#include "typing/InputSource.h"
 
 namespace tessarok::x11 {
 
@@ -83,8 +84,11 @@ class X11EventTaps::Tap final : public platform::EventTap {
   bool isEnabled_ = false;
 };
 
-X11EventTaps::X11EventTaps(const Parts& parts, xkb::ManualKey manualKey)
-    : parts_(parts), manualKey_(manualKey), proxy_(std::make_unique<Proxy>(*this)) {
+X11EventTaps::X11EventTaps(const Parts& parts, xkb::ManualKey manualKey, xkb::PauseKey pauseKey)
+    : parts_(parts),
+      manualKey_(manualKey),
+      pauseKey_(pauseKey),
+      proxy_(std::make_unique<Proxy>(*this)) {
   parts_.keyboards.onGone = [this](int device) { releaseKeysOf(device); };
 }
 
@@ -180,6 +184,10 @@ void X11EventTaps::prepare(std::uint8_t key, bool repeats) {
     event_.modifiers |= eventFlags::option;
   } else if (event_.code == keyCodes::space && !manualKey_.altSpace &&
              (event_.modifiers & eventFlags::option) != 0) {
+    event_.code = xkb::hardwareKeys::kNoKey;
+  } else if (xkb::PauseKey::isOne(event_.code) &&
+             !pauseKey_.pauses(event_.code, InputSource::languageOf(parts_.layouts.current()))) {
+    // The corrector knows the keys that pause by their codes; this one is a letter.
     event_.code = xkb::hardwareKeys::kNoKey;
   }
 }

@@ -14,6 +14,7 @@
 #include "desktops/x11/Typist.h"
 #include "desktops/x11/X11Event.h"
 #include "desktops/xkb/ManualKey.h"
+#include "desktops/xkb/PauseKey.h"
 #include "platform/EventTaps.h"
 
 namespace tessarok::x11 {
@@ -33,7 +34,7 @@ class X11EventTaps final : public platform::EventTaps {
     posix::PollLoop& runLoop;
   };
 
-  X11EventTaps(const Parts& parts, xkb::ManualKey manualKey);
+  X11EventTaps(const Parts& parts, xkb::ManualKey manualKey, xkb::PauseKey pauseKey);
   ~X11EventTaps() override;
 
   /// The callback gets keys and buttons, whatever the mask. Null when the keyboards cannot be
@@ -80,6 +81,7 @@ class X11EventTaps final : public platform::EventTaps {
 
   Parts parts_;
   xkb::ManualKey manualKey_;
+  xkb::PauseKey pauseKey_;
   std::unique_ptr<Proxy> proxy_;
   Tap* tap_ = nullptr;
   std::map<std::uint8_t, Held> held_;

@@ -30,6 +30,7 @@ std::string play(const FcitxHome& home, const std::vector<json>& steps) {
 json page(const json& changes = json::object()) {
   json shown = {{"ShiftFix", "True"},
                 {"ManualKey", "Alt+Space and Pause"},
+                {"PauseKey", "Grave accent in the English layout"},
                 {"PackIt", "True"},
                 {"PackChat", "True"},
                 {"PackGaming", "False"}};
@@ -85,6 +86,16 @@ TEST_F(Fcitx5Page, TheKeyForConversionsByHandIsChosen) {
   EXPECT_EQ(
       play(home_, {{{"configure", {{"ManualKey", "Pause"}}}}, types("hello", "hello"), after}), "");
   EXPECT_EQ(settings(), (json{{"manualKey", "pause"}}));
+}
+
+TEST_F(Fcitx5Page, TheKeyThatPausesIsChosen) {
+  // One that pauses lets nothing be put right for five seconds.
+  EXPECT_EQ(play(home_, {types("` vbh ", "` vbh ")}), "");
+  EXPECT_EQ(
+      play(home_, {{{"configure", {{"PauseKey", "None"}}}, {"page", page({{"PauseKey", "None"}})}},
+                   types("cfvjk`n ", "самолёт ")}),
+      "");
+  EXPECT_EQ(settings(), (json{{"pauseKey", "none"}}));
 }
 
 TEST_F(Fcitx5Page, ValuesThatAreNoneChangeNothing) {

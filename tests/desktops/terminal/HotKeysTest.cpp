@@ -65,8 +65,14 @@ TEST_F(HotKeysTest, AreLeftToTheProgramsWhereThePersonSaysSo) {
   EXPECT_EQ(of(Kind::meta, "\x1b ", U' ').key, Key::none);
   EXPECT_EQ(keyOf("\x1b[32;5u"), Key::none);
   EXPECT_TRUE(hotKeys_.pausesWithGrave());
-  settings_["pauseKey"] = "none";
-  EXPECT_FALSE(hotKeys_.pausesWithGrave());
+  for (const auto* choice : {"none", "section"}) {
+    settings_["pauseKey"] = choice;
+    EXPECT_FALSE(hotKeys_.pausesWithGrave()) << choice;
+  }
+  for (const auto* choice : {"grave", "english-only"}) {
+    settings_["pauseKey"] = choice;
+    EXPECT_TRUE(hotKeys_.pausesWithGrave()) << choice;
+  }
 }
 
 }  // namespace

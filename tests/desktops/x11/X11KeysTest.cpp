@@ -22,6 +22,9 @@ constexpr std::uint8_t kControl = 37;
 constexpr std::uint8_t kSpace = 65;
 constexpr std::uint8_t kPause = 127;
 constexpr std::uint8_t kLeft = 113;
+/// Grave accent or ё, and the key beside the left Shift.
+constexpr std::uint8_t kGrave = 49;
+constexpr std::uint8_t kBesideShift = 94;
 
 /// Events that another program got, of one kind.
 int take(Display* display, int type) {
@@ -161,6 +164,68 @@ TEST(X11Keys, AnUnknownManualKeyIsReported) {
   XServer server;
   Tessarok program(server, {.settings = R"({"manualKey": "F13"})", .home = {}});
   EXPECT_TRUE(program.says("\"manualKey\" is \"F13\"")) << program.errors();
+}
+
+TEST(X11Keys, TheGraveAccentPausesAndYoDoesNot) {
+  XServer server;
+  GtkEntry window(server);
+  const Tessarok program(server);
+  server.lockGroup(1);
+  server.tap(kGrave);
+  server.type(" ");
+  EXPECT_TRUE(window.shows("ё ")) << window.text();
+  server.lockGroup(0);
+  server.type("ghbdtn ");
+  EXPECT_TRUE(window.shows("ё привет ")) << window.text();
+  server.lockGroup(0);
+  server.tap(kGrave);
+  server.type(" vbh ");
+  EXPECT_TRUE(window.shows("ё привет ` vbh ")) << window.text();
+}
+
+TEST(X11Keys, YoPausesTooWhereThePersonSaysSo) {
+  XServer server;
+  GtkEntry window(server);
+  Tessarok program(server, {.settings = R"({"pauseKey": "grave"})", .home = {}});
+  ASSERT_TRUE(program.says("correcting")) << program.errors();
+  server.lockGroup(1);
+  server.tap(kGrave);
+  server.type(" ");
+  EXPECT_TRUE(window.shows("ё ")) << window.text();
+  server.lockGroup(0);
+  server.type("vbh ");
+  EXPECT_TRUE(window.shows("ё vbh ")) << window.text();
+}
+
+TEST(X11Keys, AWordWithYoIsPutRightWhereItsKeyDoesNotPause) {
+  for (const auto* setting : {R"({"pauseKey": "none"})", R"({"pauseKey": "section"})"}) {
+    XServer server;
+    GtkEntry window(server);
+    Tessarok program(server, {.settings = setting, .home = {}});
+    ASSERT_TRUE(program.says("correcting")) << program.errors();
+    server.type("cfvjk`n ");
+    EXPECT_TRUE(window.shows("самолёт ")) << setting << window.text();
+  }
+}
+
+TEST(X11Keys, TheKeyBesideShiftPausesUnlessNoKeyDoes) {
+  for (const auto* setting : {"english-only", "section", "none"}) {
+    XServer server;
+    GtkEntry window(server);
+    Tessarok program(
+        server, {.settings = R"({"pauseKey": ")" + std::string(setting) + R"("})", .home = {}});
+    ASSERT_TRUE(program.says("correcting")) << program.errors();
+    server.tap(kBesideShift);
+    server.type(" vbh ");
+    const bool pauses = std::string(setting) != "none";
+    EXPECT_TRUE(window.shows(pauses ? "< vbh " : "< мир ")) << setting << window.text();
+  }
+}
+
+TEST(X11Keys, AnUnknownPauseKeyIsReported) {
+  XServer server;
+  Tessarok program(server, {.settings = R"({"pauseKey": "F13"})", .home = {}});
+  EXPECT_TRUE(program.says("\"pauseKey\" is \"F13\"")) << program.errors();
 }
 
 TEST(X11Keys, AnArrowMakesTheWordUnknown) {
