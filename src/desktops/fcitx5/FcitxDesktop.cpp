@@ -3,6 +3,8 @@
 #include <string>
 #include <utility>
 
+#include "desktops/xkb/KeySetting.h"
+
 namespace tessarok::fcitx5 {
 
 namespace {
@@ -43,31 +45,14 @@ FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, Guard& guard,
   keyFlow_.onOtherPlace = [this] {
     workspaceNotifications_.announce(Notification::applicationActivated);
   };
-  readManualKey();
-  readPauseKey();
+  readKeySettings();
 }
 
 FcitxDesktop::~FcitxDesktop() = default;
 
-void FcitxDesktop::readManualKey() {
-  const auto value = userDefaults_.string(ManualKey::kSetting);
-  const auto key = value ? ManualKey::named(*value) : ManualKey{};
-  if (!key) {
-    systemLog_.write(std::string("Tessarok: the setting \"") + ManualKey::kSetting + "\" is \"" +
-                     *value + "\", which is none of \"both\", \"alt-space\" and \"pause\"");
-  }
-  keyFlow_.setManualKey(key.value_or(ManualKey{}));
-}
-
-void FcitxDesktop::readPauseKey() {
-  const auto value = userDefaults_.string(PauseKey::kSetting);
-  const auto key = value ? PauseKey::named(*value) : PauseKey{};
-  if (!key) {
-    systemLog_.write(std::string("Tessarok: the setting \"") + PauseKey::kSetting + "\" is \"" +
-                     *value +
-                     "\", which is none of \"grave\", \"english-only\", \"section\" and \"none\"");
-  }
-  keyFlow_.setPauseKey(key.value_or(PauseKey{}));
+void FcitxDesktop::readKeySettings() {
+  keyFlow_.setManualKey(xkb::keySetting<ManualKey>(userDefaults_, systemLog_));
+  keyFlow_.setPauseKey(xkb::keySetting<PauseKey>(userDefaults_, systemLog_));
 }
 
 void FcitxDesktop::focusIn(fcitx::InputContext& context) {

@@ -75,9 +75,8 @@ class FcitxDesktop final : public platform::Desktop {
   /// The input method of a text field, or the list of them, is another.
   void inputMethodChanged();
   void groupChanged();
-  /// The setting that says which keys convert by hand is read again.
-  void readManualKey();
-  void readPauseKey();
+  /// The settings that say which keys convert by hand and which pause are read again.
+  void readKeySettings();
 
  private:
   void announceLater(platform::Notification notification);

@@ -228,8 +228,7 @@ void TessarokAddon::reloadConfig() {
 }
 
 void TessarokAddon::applySettings() {
-  desktop_->readManualKey();
-  desktop_->readPauseKey();
+  desktop_->readKeySettings();
   if (!corrector_) return;
   auto& keyTap = KeyTap::shared();
   keyTap.shiftFixEnabled = desktop_->userDefaults().boolean(KeyTap::kShiftFixKey).value_or(true);

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "desktops/xkb/KeySetting.h"
+
 namespace tessarok::x11 {
 
 namespace {
@@ -46,7 +48,9 @@ X11Desktop::X11Desktop(std::unique_ptr<XConnection> connection, std::unique_ptr<
       keyboards_(*connection_),
       typist_(*connection_, layouts_, runLoop_),
       eventTaps_(std::make_unique<X11EventTaps>(
-          X11EventTaps::Parts{keyboards_, layouts_, typist_, runLoop_}, manualKey(), pauseKey())),
+          X11EventTaps::Parts{keyboards_, layouts_, typist_, runLoop_},
+          xkb::keySetting<xkb::ManualKey>(userDefaults_, systemLog_),
+          xkb::keySetting<xkb::PauseKey>(userDefaults_, systemLog_))),
       keyboard_(clock_, layouts_),
       services_(makeServices
                     ? makeServices({runLoop_, environment_, systemLog_, workspaceNotifications_})
@@ -62,30 +66,6 @@ X11Desktop::X11Desktop(std::unique_ptr<XConnection> connection, std::unique_ptr<
 X11Desktop::~X11Desktop() {
   connection_->onLost = nullptr;
   runLoop_.remove(source_);
-}
-
-xkb::ManualKey X11Desktop::manualKey() {
-  const auto value = userDefaults_.string(xkb::ManualKey::kSetting);
-  if (!value) return {};
-  const auto key = xkb::ManualKey::named(*value);
-  if (!key) {
-    systemLog_.write(std::string("Tessarok: the setting \"") + xkb::ManualKey::kSetting +
-                     "\" is \"" + *value +
-                     "\", which is none of \"both\", \"alt-space\" and \"pause\"");
-  }
-  return key.value_or(xkb::ManualKey{});
-}
-
-xkb::PauseKey X11Desktop::pauseKey() {
-  const auto value = userDefaults_.string(xkb::PauseKey::kSetting);
-  if (!value) return {};
-  const auto key = xkb::PauseKey::named(*value);
-  if (!key) {
-    systemLog_.write(std::string("Tessarok: the setting \"") + xkb::PauseKey::kSetting +
-                     "\" is \"" + *value +
-                     "\", which is none of \"grave\", \"english-only\", \"section\" and \"none\"");
-  }
-  return key.value_or(xkb::PauseKey{});
 }
 
 void X11Desktop::connect() {

@@ -75,8 +75,6 @@ class X11Desktop final : public platform::Desktop {
   [[nodiscard]] bool isServerLost() { return connection_->isLost(); }
 
  private:
-  [[nodiscard]] xkb::ManualKey manualKey();
-  [[nodiscard]] xkb::PauseKey pauseKey();
   void connect();
   void serverLost();
   [[nodiscard]] bool hasEvents() const;
