@@ -30,8 +30,8 @@ constexpr double kTickInterval = 2.0;
 constexpr double kTickTolerance = 0.5;
 constexpr double kSilenceLimit = 5.0;
 /// How long a launch waits for the person's lists, without which no word is put right. Usually they
-/// take a millisecond; on a machine with much else to do, a fifth of a second was not enough. On a
-/// disk that takes longer the first words stay as typed.
+/// take a millisecond; with a fifth of a second, first words stayed as typed now and then beside
+/// eleven programs that compute. On a disk that takes longer they still do.
 constexpr auto kListPatience = std::chrono::milliseconds(2000);
 /// The same where keys wait meanwhile.
 constexpr auto kListPatienceWithKeys = std::chrono::milliseconds(200);
