@@ -59,20 +59,19 @@ class MemoryFiles final : public platform::Files {
     auto found = text(file);
     return found ? std::make_unique<Copy>(std::move(*found)) : nullptr;
   }
-  std::optional<std::string> createDirectories(const std::filesystem::path&) override {
-    return std::nullopt;
+  platform::Failure createDirectories(const std::filesystem::path&) override {
+    return platform::Failure::none();
   }
-  std::optional<std::string> writeAtomically(const std::filesystem::path& file,
-                                             std::string_view text) override {
+  platform::Failure writeAtomically(const std::filesystem::path& file,
+                                    std::string_view text) override {
     put(file, std::string(text));
-    return std::nullopt;
+    return platform::Failure::none();
   }
   bool remove(const std::filesystem::path& file) override {
     const std::lock_guard lock(mutex_);
     files_.erase(file.string());
     return true;
   }
-  void removeLeftovers(const std::filesystem::path&) override {}
   void appendToLog(const std::filesystem::path&, std::string_view, std::uint64_t) override {}
   platform::FileLockResult lockExclusively(const std::filesystem::path&) override {
     return std::make_unique<platform::FileLock>();

@@ -51,7 +51,7 @@ class Checker {
   /// `findFault` judges the file's content.
   template <typename FindFault>
   void check(const std::string& name, FindFault findFault) {
-    const auto location = ResourceLocator::url(name);
+    const auto location = ResourceLocator::find(name);
     if (!location) return report(name + ".txt", {0, "the file is missing"});
     // As the program itself takes the largest of them; there is no limit to their size.
     const auto file = platform::desktop().files().map(*location);

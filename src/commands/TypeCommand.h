@@ -12,10 +12,10 @@ namespace tessarok::commands {
 /// What `tessarok type` understands.
 struct TypeOptions {
   /// Whose layout is selected at the start; absent: that of the first letter.
-  std::optional<Language> from;
+  std::optional<Language> from{};
   Lists lists = Lists::persons;
   /// Absent for standard input.
-  std::optional<std::string> text;
+  std::optional<std::string> text{};
 };
 
 /// `tessarok type`: types a text on the virtual desktop and prints the screen. Returns the exit

@@ -12,7 +12,7 @@ namespace tessarok::commands {
 namespace {
 
 void requireFile(const std::string& name) {
-  if (ResourceLocator::url(name)) return;
+  if (ResourceLocator::find(name)) return;
   throw CommandError("the data file " + name + ".txt is missing; see tessarok check-data");
 }
 

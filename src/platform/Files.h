@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Failure.h"
 #include "platform/FileLock.h"
 #include "platform/FileStamp.h"
 #include "platform/MappedFile.h"
@@ -20,10 +21,6 @@ class Files {
  public:
   virtual ~Files() = default;
 
-  /// A larger file is not read whole; what is read is lists of words, and a file of this size in
-  /// their place is a mistake that would fill the memory. In bytes: 1 GiB.
-  static constexpr std::uint64_t kMostRead = std::uint64_t{1024} * 1024 * 1024;
-
   [[nodiscard]] virtual std::filesystem::path homeDirectory() = 0;
   /// The folder that holds every program's own data of this person; absent when unknown.
   [[nodiscard]] virtual std::optional<std::filesystem::path> applicationSupportDirectory() = 0;
@@ -33,8 +30,8 @@ class Files {
   [[nodiscard]] virtual bool isReadable(const std::filesystem::path& file) = 0;
   /// Absent when the file's attributes cannot be read.
   [[nodiscard]] virtual std::optional<FileStamp> stamp(const std::filesystem::path& file) = 0;
-  /// The whole file, if it is one and not larger than `kMostRead`; absent on failure, with the
-  /// reason in `error` when that is given.
+  /// The whole file, if it is one and of a size that can be a person's own list; absent on failure,
+  /// with the reason in `error` when that is given.
   [[nodiscard]] virtual std::optional<std::string> read(const std::filesystem::path& file,
                                                         std::string* error = nullptr) = 0;
   /// The names in a folder, in no order; those that could be read.
@@ -42,19 +39,13 @@ class Files {
   /// Null when the file cannot be opened or mapped.
   [[nodiscard]] virtual std::unique_ptr<MappedFile> map(const std::filesystem::path& file) = 0;
 
-  /// Creates a folder with all folders above it, with default permissions; absent on success, else
-  /// the reason.
-  [[nodiscard]] virtual std::optional<std::string> createDirectories(
-      const std::filesystem::path& folder) = 0;
+  /// Creates a folder with all folders above it, with default permissions.
+  virtual Failure createDirectories(const std::filesystem::path& folder) = 0;
   /// Replaces the file's content at once: a reader, or the next start after a crash, finds the
-  /// old or the new text, never half of one. Absent on success, else the reason.
-  [[nodiscard]] virtual std::optional<std::string> writeAtomically(
-      const std::filesystem::path& file, std::string_view text) = 0;
+  /// old or the new text, never half of one.
+  virtual Failure writeAtomically(const std::filesystem::path& file, std::string_view text) = 0;
   /// Removes a file, a link itself rather than what is at its end; whether it is gone now.
   [[nodiscard]] virtual bool remove(const std::filesystem::path& file) = 0;
-  /// Removes what writes of this program that were cut off, by a crash or a power failure, have
-  /// left in a folder, and nothing else. Failures are ignored.
-  virtual void removeLeftovers(const std::filesystem::path& folder) = 0;
   /// Adds to the end of a log file, creating it with default permissions when it is missing and
   /// emptying it first when it is longer than `restartAbove` bytes. The path is taken as given: it
   /// may be a link, a device or a pipe. Failures are ignored.

@@ -92,7 +92,7 @@ void BuiltinPacks::rebuild() {
   if (!std::exchange(all.wasAsked, true)) all.isLoading = true;
   std::vector<Enabled> enabled;
   for (const auto& pack : BuiltinPacks::all()) {
-    if (isEnabled(pack)) enabled.push_back({pack.id, ResourceLocator::url(pack.resource)});
+    if (isEnabled(pack)) enabled.push_back({pack.id, ResourceLocator::find(pack.resource)});
   }
   ListQueue::async([&all, enabled = std::move(enabled)] {
     const ClearedFlag done(all.isLoading);

@@ -108,7 +108,7 @@ std::size_t lineNumber(std::string_view data, std::size_t start) {
 }  // namespace
 
 DictFile::DictFile(const std::string& resource) : resource_(resource) {
-  const auto location = ResourceLocator::url(resource);
+  const auto location = ResourceLocator::find(resource);
   if (!location) return;
   auto file = platform::desktop().files().map(*location);
   if (!file) return;

@@ -25,8 +25,8 @@ std::optional<FolderLock::Obstacle> FolderLock::acquire(const char* name,
                                                         std::unique_ptr<platform::FileLock>& lock) {
   auto& files = platform::desktop().files();
   const auto folder = UserDict::directory();
-  if (const auto error = files.createDirectories(folder)) {
-    return Obstacle{"could not create instance lock directory: " + *error};
+  if (const auto failure = files.createDirectories(folder)) {
+    return Obstacle{"could not create instance lock directory: " + failure.reason()};
   }
   auto result = files.lockExclusively(folder / name);
   if (const auto* failure = std::get_if<platform::FileLockFailure>(&result)) {

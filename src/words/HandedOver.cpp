@@ -66,12 +66,12 @@ std::optional<std::string> readTitled(std::string_view name, std::string_view ti
 
 }  // namespace
 
-std::optional<std::string> HandedOver::write(const LearnedLists::Counts& rejections) {
+platform::Failure HandedOver::write(const LearnedLists::Counts& rejections) {
   try {
     return files().writeAtomically(pathOf(newName()),
                                    std::string(kTitle) + LearnedLists::linesOf(rejections));
   } catch (const std::exception& noNumber) {
-    return noNumber.what();
+    return platform::Failure(noNumber.what());
   }
 }
 
@@ -122,7 +122,7 @@ std::optional<HandedOver::Receipt> HandedOver::readReceipt() {
   return receipt;
 }
 
-std::optional<std::string> HandedOver::writeReceipt(const Receipt& receipt) {
+platform::Failure HandedOver::writeReceipt(const Receipt& receipt) {
   std::string text(kReceiptTitle);
   for (const auto& name : receipt.names)
     text.append(name).push_back('\n');

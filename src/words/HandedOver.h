@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Failure.h"
 #include "words/LearnedLists.h"
 
 namespace tessarok {
@@ -31,8 +32,8 @@ class HandedOver {
     std::string rejects;
   };
 
-  /// Writes rejections into a new file; absent on success, else why it could not be written.
-  [[nodiscard]] static std::optional<std::string> write(const LearnedLists::Counts& rejections);
+  /// Writes rejections into a new file.
+  static platform::Failure write(const LearnedLists::Counts& rejections);
   /// The names of all such files.
   [[nodiscard]] static Names find();
   /// The rejections of one; absent when it cannot be read or holds something else.
@@ -41,7 +42,7 @@ class HandedOver {
   [[nodiscard]] static Names remove(const Names& names);
 
   [[nodiscard]] static std::optional<Receipt> readReceipt();
-  [[nodiscard]] static std::optional<std::string> writeReceipt(const Receipt& receipt);
+  static platform::Failure writeReceipt(const Receipt& receipt);
   static void removeReceipt();
 };
 

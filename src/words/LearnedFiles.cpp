@@ -63,7 +63,6 @@ std::optional<FolderLock::Obstacle> LearnedFiles::claimAsOneOfMany() {
 }
 
 void LearnedFiles::load(Recovery recovery) {
-  if (recovery == Recovery::onDisk) files().removeLeftovers(UserDict::directory());
   bool hasRecovered = false;
   lists_ = readLists(hasRecovered);
   isLoaded_ = true;
@@ -123,8 +122,8 @@ void LearnedFiles::keep(const std::string& word, std::int64_t rejections) {
 
 void LearnedFiles::handOver() {
   if (unsaved_.empty()) return;
-  if (const auto error = HandedOver::write(unsaved_)) {
-    return complain("could not save what was learned: " + *error);
+  if (const auto failure = HandedOver::write(unsaved_)) {
+    return complain("could not save what was learned: " + failure.reason());
   }
   unsaved_.clear();
 }
@@ -206,8 +205,8 @@ void LearnedFiles::saveRejects() {
 }
 
 void LearnedFiles::saveCounted(const std::string& text) {
-  if (const auto error = HandedOver::writeReceipt({counted_, text})) {
-    return complain("could not save rejects.txt: " + *error);
+  if (const auto failure = HandedOver::writeReceipt({counted_, text})) {
+    return complain("could not save rejects.txt: " + failure.reason());
   }
   if (!save(rejectsFile(), text)) return;
   counted_ = HandedOver::remove(counted_);
@@ -221,13 +220,13 @@ bool LearnedFiles::save(const std::filesystem::path& file, const std::string& te
   static_cast<void>(files().createDirectories(file.parent_path()));
   // A word that begins with such a character would lose it at the next start.
   const bool isMarked = markedFiles_.contains(file) || text.starts_with(WordLines::kByteOrderMark);
-  const auto error = files().writeAtomically(
+  const auto failure = files().writeAtomically(
       file, isMarked ? std::string(WordLines::kByteOrderMark) + text : text);
-  if (!error) {
+  if (!failure) {
     lastComplaint_.clear();
     return true;
   }
-  complain("could not save " + file.filename().string() + ": " + *error);
+  complain("could not save " + file.filename().string() + ": " + failure.reason());
   return false;
 }
 

@@ -52,7 +52,7 @@ std::string_view readSymbols(std::string_view line, const Proto::Kind& kind,
 }
 
 NGramSet loadSet(const Proto::Kind& kind) {
-  const auto location = ResourceLocator::url(kind.resource);
+  const auto location = ResourceLocator::find(kind.resource);
   if (!location) return {};
   const auto text = platform::desktop().files().read(*location);
   if (!text || !text::isValidUtf8(*text)) return {};

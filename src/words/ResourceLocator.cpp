@@ -23,7 +23,7 @@ std::vector<std::filesystem::path> developmentDirectories() {
 
 }  // namespace
 
-std::optional<std::filesystem::path> ResourceLocator::url(std::string_view name) {
+std::optional<std::filesystem::path> ResourceLocator::find(std::string_view name) {
   auto& bundle = platform::desktop().bundle();
   if (auto found = bundle.resource(name, "txt")) return found;
   if (bundle.isApplication()) return std::nullopt;

@@ -13,7 +13,7 @@ class ResourceLocator {
   ResourceLocator() = delete;
   /// Where `name`.txt lies; absent when it is nowhere. An installed program looks only in its own
   /// resources, a bare executable in $TESSAROK_RES, ./Resources and the source tree's Resources.
-  [[nodiscard]] static std::optional<std::filesystem::path> url(std::string_view name);
+  [[nodiscard]] static std::optional<std::filesystem::path> find(std::string_view name);
 };
 
 }  // namespace tessarok

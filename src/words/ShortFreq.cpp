@@ -27,7 +27,7 @@ std::string_view problemOf(std::string_view word, Language language) {
 }
 
 WordSet load(std::string_view resource, Language language) {
-  const auto location = ResourceLocator::url(resource);
+  const auto location = ResourceLocator::find(resource);
   if (!location) return {};
   const auto text = platform::desktop().files().read(*location);
   if (!text || !text::isValidUtf8(*text)) return {};

@@ -58,7 +58,7 @@ class AppDelegateTest : public ::testing::Test {
   }
   /// Another copy of the kind of which there may be many, which writes what is learned.
   platform::FileLockResult holdLearning() {
-    EXPECT_FALSE(desktop.files().createDirectories(desktop.folder()).has_value());
+    EXPECT_FALSE(desktop.files().createDirectories(desktop.folder()));
     return desktop.files().lockExclusively(desktop.folder() / ".learning.lock");
   }
   [[nodiscard]] int filesHandedOver() const {
@@ -143,7 +143,7 @@ TEST_F(AppDelegateTest, AStaleLockFileDoesNotBlockAStart) {
 }
 
 TEST_F(AppDelegateTest, AHeldLockEndsTheLaunchBeforeAnyDataIsTouched) {
-  ASSERT_FALSE(desktop.files().createDirectories(desktop.folder()).has_value());
+  ASSERT_FALSE(desktop.files().createDirectories(desktop.folder()));
   const auto held = desktop.files().lockExclusively(desktop.folder() / "instance.lock");
   delegate->applicationDidFinishLaunching();
   EXPECT_TRUE(desktop.application().terminationRequested);

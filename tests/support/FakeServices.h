@@ -82,10 +82,10 @@ class FakeFiles final : public posix::PosixFiles {
     ++reads[file.filename().string()];
     return PosixFiles::map(file);
   }
-  std::optional<std::string> writeAtomically(const std::filesystem::path& file,
-                                             std::string_view text) override {
+  platform::Failure writeAtomically(const std::filesystem::path& file,
+                                    std::string_view text) override {
     ++writes[file.filename().string()];
-    if (std::exchange(failsNextWrite, false)) return "the disk is full";
+    if (std::exchange(failsNextWrite, false)) return platform::Failure("the disk is full");
     return PosixFiles::writeAtomically(file, text);
   }
   platform::FileLockResult lockExclusively(const std::filesystem::path& file) override {

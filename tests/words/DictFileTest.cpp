@@ -50,7 +50,7 @@ TEST(DictFile, CutShortWhileInUseIsUnavailableAndSaidSoOnce) {
   const DictFile dictionary("dict_en");
   ASSERT_TRUE(dictionary.contains("zzz"));
   EXPECT_FALSE(dictionary.noticeChange());
-  std::filesystem::resize_file(*ResourceLocator::url("dict_en"), 0);
+  std::filesystem::resize_file(*ResourceLocator::find("dict_en"), 0);
   EXPECT_FALSE(dictionary.contains("zzz"));
   EXPECT_FALSE(dictionary.isAvailable());
   EXPECT_TRUE(dictionary.noticeChange());
@@ -64,7 +64,7 @@ TEST(DictFile, WrittenInPlaceItIsUnavailableWhenThatIsNoticed) {
   FakeDesktop desktop;
   desktop.addResource("dict_en", "a\nb\n");
   const DictFile dictionary("dict_en");
-  testing::writeFile(*ResourceLocator::url("dict_en"), "a\nb\nc\n");
+  testing::writeFile(*ResourceLocator::find("dict_en"), "a\nb\nc\n");
   EXPECT_TRUE(dictionary.noticeChange());
   EXPECT_FALSE(dictionary.isAvailable());
   EXPECT_FALSE(dictionary.contains("a"));
@@ -74,8 +74,8 @@ TEST(DictFile, ReplacedByAnotherFileItStaysWhatItWas) {
   FakeDesktop desktop;
   desktop.addResource("dict_en", "a\nb\n");
   const DictFile dictionary("dict_en");
-  const auto file = *ResourceLocator::url("dict_en");
-  ASSERT_FALSE(desktop.files().writeAtomically(file, "c\n").has_value());
+  const auto file = *ResourceLocator::find("dict_en");
+  ASSERT_FALSE(desktop.files().writeAtomically(file, "c\n"));
   EXPECT_FALSE(dictionary.noticeChange());
   EXPECT_TRUE(dictionary.contains("a"));
 }

@@ -248,11 +248,11 @@ class DeadlyFiles final : public posix::PosixFiles {
  public:
   using PosixFiles::PosixFiles;
 
-  std::optional<std::string> writeAtomically(const fs::path& file, std::string_view text) override {
+  platform::Failure writeAtomically(const fs::path& file, std::string_view text) override {
     step();
-    auto error = PosixFiles::writeAtomically(file, text);
+    auto failure = PosixFiles::writeAtomically(file, text);
     step();
-    return error;
+    return failure;
   }
   bool remove(const fs::path& file) override {
     step();

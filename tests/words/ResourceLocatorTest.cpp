@@ -29,7 +29,7 @@ class ResourceLocatorTest : public ::testing::Test {
 
 TEST_F(ResourceLocatorTest, TheBundlesAnswerIsTakenUnchecked) {
   desktop.bundle().resources["dict_en.txt"] = "/nowhere/dict_en.txt";
-  EXPECT_EQ(ResourceLocator::url("dict_en"), fs::path("/nowhere/dict_en.txt"));
+  EXPECT_EQ(ResourceLocator::find("dict_en"), fs::path("/nowhere/dict_en.txt"));
 }
 
 TEST_F(ResourceLocatorTest, AnInstalledProgramLooksNowhereElse) {
@@ -37,35 +37,35 @@ TEST_F(ResourceLocatorTest, AnInstalledProgramLooksNowhereElse) {
   writeFile(named.path() / "dict_en.txt", "a\n");
   writeFile(work.path() / "Resources" / "dict_en.txt", "a\n");
   desktop.environment().variables["TESSAROK_RES"] = named.path();
-  EXPECT_FALSE(ResourceLocator::url("dict_en").has_value());
+  EXPECT_FALSE(ResourceLocator::find("dict_en").has_value());
 }
 
 TEST_F(ResourceLocatorTest, TheNamedDirectoryComesBeforeTheWorkingDirectory) {
   writeFile(named.path() / "dict_en.txt", "a\n");
   writeFile(work.path() / "Resources" / "dict_en.txt", "a\n");
   desktop.environment().variables["TESSAROK_RES"] = named.path();
-  EXPECT_EQ(ResourceLocator::url("dict_en"), named.path() / "dict_en.txt");
+  EXPECT_EQ(ResourceLocator::find("dict_en"), named.path() / "dict_en.txt");
 }
 
 TEST_F(ResourceLocatorTest, TheEnvironmentIsReadAfreshOnEveryCall) {
   writeFile(named.path() / "private_list.txt", "a\n");
-  EXPECT_FALSE(ResourceLocator::url("private_list").has_value());
+  EXPECT_FALSE(ResourceLocator::find("private_list").has_value());
   desktop.environment().variables["TESSAROK_RES"] = named.path();
-  EXPECT_EQ(ResourceLocator::url("private_list"), named.path() / "private_list.txt");
+  EXPECT_EQ(ResourceLocator::find("private_list"), named.path() / "private_list.txt");
   desktop.environment().variables.clear();
-  EXPECT_FALSE(ResourceLocator::url("private_list").has_value());
+  EXPECT_FALSE(ResourceLocator::find("private_list").has_value());
 }
 
 TEST_F(ResourceLocatorTest, TheWorkingDirectoryComesBeforeTheSourceTree) {
   writeFile(work.path() / "Resources" / "dict_en.txt", "a\n");
-  const auto found = ResourceLocator::url("dict_en");
+  const auto found = ResourceLocator::find("dict_en");
   ASSERT_TRUE(found.has_value());
   EXPECT_EQ(fs::canonical(*found), fs::canonical(work.path() / "Resources" / "dict_en.txt"));
 }
 
 TEST_F(ResourceLocatorTest, TheSourceTreeIsTheLastResort) {
   // The hand-written lists lie in every checkout.
-  const auto found = ResourceLocator::url("pack_it");
+  const auto found = ResourceLocator::find("pack_it");
   ASSERT_TRUE(found.has_value());
   EXPECT_TRUE(fs::exists(*found));
   EXPECT_EQ(found->parent_path().filename(), "Resources");
@@ -77,7 +77,7 @@ TEST_F(ResourceLocatorTest, AFileThatIsNotReadableIsSkipped) {
   writeFile(work.path() / "Resources" / "private_list.txt", "a\n");
   // A link to nowhere exists but cannot be read, not even by the superuser.
   fs::create_symlink("/nowhere/at/all", named.path() / "private_list.txt");
-  EXPECT_EQ(ResourceLocator::url("private_list"), fs::path("Resources/private_list.txt"));
+  EXPECT_EQ(ResourceLocator::find("private_list"), fs::path("Resources/private_list.txt"));
 }
 
 TEST_F(ResourceLocatorTest, AFileWithoutReadPermissionIsSkipped) {
@@ -85,19 +85,19 @@ TEST_F(ResourceLocatorTest, AFileWithoutReadPermissionIsSkipped) {
   desktop.environment().variables["TESSAROK_RES"] = named.path();
   writeFile(named.path() / "private_list.txt", "a\n");
   fs::permissions(named.path() / "private_list.txt", fs::perms::none);
-  EXPECT_FALSE(ResourceLocator::url("private_list").has_value());
+  EXPECT_FALSE(ResourceLocator::find("private_list").has_value());
 }
 
 TEST_F(ResourceLocatorTest, AnEmptyNamedDirectoryIsTheWorkingDirectory) {
   desktop.environment().variables["TESSAROK_RES"] = "";
   writeFile(work.path() / "private_list.txt", "a\n");
-  const auto found = ResourceLocator::url("private_list");
+  const auto found = ResourceLocator::find("private_list");
   ASSERT_TRUE(found.has_value());
   EXPECT_EQ(fs::canonical(*found), fs::canonical(work.path() / "private_list.txt"));
 }
 
 TEST_F(ResourceLocatorTest, WhatIsNowhereIsAbsent) {
-  EXPECT_FALSE(ResourceLocator::url("no_such_list").has_value());
+  EXPECT_FALSE(ResourceLocator::find("no_such_list").has_value());
 }
 
 }  // namespace

@@ -13,14 +13,6 @@ using platform::Notification;
 using xkb::ManualKey;
 using xkb::PauseKey;
 
-using Open = std::unique_ptr<freedesktop::Bus>(platform::RunLoop&, std::string&);
-
-/// Null without a bus: then nothing tells of sleep or of other sessions.
-std::unique_ptr<freedesktop::Bus> opened(Open open, platform::RunLoop& loop) {
-  std::string reason;
-  return open(loop, reason);
-}
-
 }  // namespace
 
 FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, Guard& guard,
@@ -35,8 +27,8 @@ FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, Guard& guard,
                {}),
       secureInput_(keyFlow_),
       statusBar_(instance, guard),
-      sessionBus_(opened(freedesktop::Bus::openSession, runLoop_)),
-      systemBus_(opened(freedesktop::Bus::openSystem, runLoop_)),
+      sessionBus_(freedesktop::Bus::openSession(runLoop_)),
+      systemBus_(freedesktop::Bus::openSystem(runLoop_)),
       sessionWatch_(systemBus_.get(), sessionBus_.get(),
                     {environment_, workspaceNotifications_, systemLog_}),
       notice_(nullptr, systemLog_),

@@ -35,13 +35,15 @@ int ignore(sd_bus_message*, void*, sd_bus_error*) noexcept {
 
 }  // namespace
 
-std::unique_ptr<Bus> Bus::openSession(platform::RunLoop& loop, std::string& reason) {
+std::unique_ptr<Bus> Bus::openSession(platform::RunLoop& loop) {
+  std::string reason;
   sd_bus* bus = nullptr;
   const int result = sd_bus_open_user(&bus);
   return started(loop, result, bus, reason);
 }
 
-std::unique_ptr<Bus> Bus::openSystem(platform::RunLoop& loop, std::string& reason) {
+std::unique_ptr<Bus> Bus::openSystem(platform::RunLoop& loop) {
+  std::string reason;
   sd_bus* bus = nullptr;
   const int result = sd_bus_open_system(&bus);
   return started(loop, result, bus, reason);

@@ -24,11 +24,10 @@ class Bus final : public posix::PollSource {
   /// Seconds that a bus may take to let the program in.
   static constexpr double kConnectPatience = 10.0;
 
-  /// Each is null when there is no such bus, with the reason in `reason`. `loop` outlives the bus.
-  [[nodiscard]] static std::unique_ptr<Bus> openSession(platform::RunLoop& loop,
-                                                        std::string& reason);
-  [[nodiscard]] static std::unique_ptr<Bus> openSystem(platform::RunLoop& loop,
-                                                       std::string& reason);
+  /// Each is null when there is no such bus. `loop` outlives the bus.
+  [[nodiscard]] static std::unique_ptr<Bus> openSession(platform::RunLoop& loop);
+  [[nodiscard]] static std::unique_ptr<Bus> openSystem(platform::RunLoop& loop);
+  /// Null with the reason in `reason`.
   [[nodiscard]] static std::unique_ptr<Bus> openAddress(platform::RunLoop& loop,
                                                         const std::string& address,
                                                         std::string& reason);

@@ -73,18 +73,22 @@ std::string readErrorText(int number) {
   return errorText(number);
 }
 
+/// What is read are lists of words: a file beyond this size, in bytes, is there in their place by
+/// mistake and would fill the memory.
+constexpr std::uint64_t kMostRead = std::uint64_t{1024} * 1024 * 1024;
+
 /// The error number of a failed read; 0 on success.
 int readAll(int descriptor, std::string& text) {
   struct stat status {};
   // What is far too large is not begun with; what grows meanwhile is stopped below.
   if (::fstat(descriptor, &status) == 0) {
     const auto size = static_cast<std::uint64_t>(status.st_size);
-    if (size > platform::Files::kMostRead) return EFBIG;
+    if (size > kMostRead) return EFBIG;
     text.reserve(size);
   }
   std::vector<char> chunk(65536);
   while (true) {
-    if (text.size() > platform::Files::kMostRead) return EFBIG;
+    if (text.size() > kMostRead) return EFBIG;
     const auto count = ::read(descriptor, chunk.data(), chunk.size());
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return errno;
@@ -353,30 +357,38 @@ std::unique_ptr<platform::MappedFile> PosixFiles::map(const fs::path& file) {
   return std::make_unique<Mapping>(address, *content, std::move(descriptor));
 }
 
-std::optional<std::string> PosixFiles::createDirectories(const fs::path& folder) {
+platform::Failure PosixFiles::createDirectories(const fs::path& folder) {
   fs::path made;
   for (const auto& part : folder) {
     made /= part;
     if (::mkdir(made.c_str(), kDefaultFolderMode) == 0) continue;
     const int number = errno;
     std::error_code error;
-    if (!fs::is_directory(made, error)) return errorText(number);
+    if (!fs::is_directory(made, error)) return platform::Failure(errorText(number));
   }
-  return std::nullopt;
+  return platform::Failure::none();
 }
 
-std::optional<std::string> PosixFiles::writeAtomically(const fs::path& file,
-                                                       std::string_view text) {
+platform::Failure PosixFiles::writeAtomically(const fs::path& file, std::string_view text) {
   const WriteSignalsBlocked errorsInstead;
   const auto target = linkTarget(file);
+  tidyUpOnce(target.parent_path());
   TemporaryFile temporary(target);
-  if (!temporary.replace(target, text)) return errorText(errno);
+  if (!temporary.replace(target, text)) return platform::Failure(errorText(errno));
   flushFolder(target.parent_path());
-  return std::nullopt;
+  return platform::Failure::none();
 }
 
 bool PosixFiles::remove(const fs::path& file) {
   return ::unlink(file.c_str()) == 0 || errno == ENOENT;
+}
+
+void PosixFiles::tidyUpOnce(const fs::path& folder) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (!tidiedUp_.insert(folder).second) return;
+  }
+  removeLeftovers(folder);
 }
 
 void PosixFiles::removeLeftovers(const fs::path& folder) {

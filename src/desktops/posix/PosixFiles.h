@@ -2,7 +2,9 @@
 
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -32,19 +34,27 @@ class PosixFiles : public platform::Files {
   std::optional<std::string> read(const std::filesystem::path& file, std::string* error) override;
   std::vector<std::string> list(const std::filesystem::path& folder) override;
   std::unique_ptr<platform::MappedFile> map(const std::filesystem::path& file) override;
-  std::optional<std::string> createDirectories(const std::filesystem::path& folder) override;
-  std::optional<std::string> writeAtomically(const std::filesystem::path& file,
-                                             std::string_view text) override;
+  platform::Failure createDirectories(const std::filesystem::path& folder) override;
+  platform::Failure writeAtomically(const std::filesystem::path& file,
+                                    std::string_view text) override;
   bool remove(const std::filesystem::path& file) override;
-  void removeLeftovers(const std::filesystem::path& folder) override;
   void appendToLog(const std::filesystem::path& file, std::string_view text,
                    std::uint64_t restartAbove) override;
   platform::FileLockResult lockExclusively(const std::filesystem::path& file) override;
   bool isLockedByAnother(const std::filesystem::path& file) override;
 
+  /// Removes what writes of this program that were cut off, by a crash or a power failure, have
+  /// left in a folder, and nothing else. Failures are ignored. The first write into a folder does
+  /// it.
+  static void removeLeftovers(const std::filesystem::path& folder);
+
  private:
+  void tidyUpOnce(const std::filesystem::path& folder);
+
   std::filesystem::path home_;
   std::optional<std::filesystem::path> applicationSupport_;
+  std::mutex mutex_;
+  std::set<std::filesystem::path> tidiedUp_;
 };
 
 }  // namespace tessarok::posix

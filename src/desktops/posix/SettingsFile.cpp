@@ -92,7 +92,6 @@ void SettingsFile::set(std::string_view key, Value value) {
 
 void SettingsFile::prepare() {
   if (isLoaded_) return;
-  files_.removeLeftovers(file_.parent_path());
   load();
   isLoaded_ = true;
 }
@@ -148,16 +147,16 @@ void SettingsFile::save() {
     unsaved_.swap(saved);
     read = values_;
   }
-  const auto error = write(*read);
-  if (!error) return;
-  report("could not save settings " + file_.string() + ": " + *error);
+  const auto failure = write(*read);
+  if (!failure) return;
+  report("could not save settings " + file_.string() + ": " + failure.reason());
   const std::lock_guard lock(mutex_);
   // What has been changed again meanwhile is newer.
   unsaved_.merge(saved);
 }
 
-std::optional<std::string> SettingsFile::write(const Values& values) {
-  if (auto error = files_.createDirectories(file_.parent_path())) return error;
+platform::Failure SettingsFile::write(const Values& values) {
+  if (auto failure = files_.createDirectories(file_.parent_path())) return failure;
   auto object = nlohmann::json::object();
   for (const auto& [key, value] : values) {
     std::visit([&, &name = key](const auto& plain) { object[name] = plain; }, value);

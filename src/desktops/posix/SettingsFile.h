@@ -10,6 +10,7 @@
 #include <variant>
 
 #include "desktops/posix/ThreadQueue.h"
+#include "platform/Failure.h"
 #include "platform/Files.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
@@ -53,7 +54,7 @@ class SettingsFile final : public platform::UserDefaults {
   [[nodiscard]] std::optional<Values> readFile();
   void set(std::string_view key, Value value);
   void save();
-  [[nodiscard]] std::optional<std::string> write(const Values& values);
+  platform::Failure write(const Values& values);
   void report(const std::string& problem);
 
   std::filesystem::path file_;

@@ -186,9 +186,9 @@ void Replay::setKeyboard(const Json& value) {
 void Replay::writeFile(const std::string& name, const std::string& text) {
   auto& files = session_.desktop().files();
   const auto file = UserDict::directory() / name;
-  auto error = files.createDirectories(file.parent_path());
-  if (!error) error = files.saveAsEditor(file, text);
-  if (error) throw ReplayError("cannot write " + file.string() + ": " + *error);
+  auto failure = files.createDirectories(file.parent_path());
+  if (!failure) failure = files.saveAsEditor(file, text);
+  if (failure) throw ReplayError("cannot write " + file.string() + ": " + failure.reason());
 }
 
 void Replay::keys(const Json& value) {

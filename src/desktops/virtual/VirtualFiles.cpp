@@ -9,11 +9,12 @@ namespace tessarok::virtualdesktop {
 VirtualFiles::VirtualFiles(const std::filesystem::path& home)
     : PosixFiles(home, defaultDataHome(home)) {}
 
-std::optional<std::string> VirtualFiles::writeAtomically(const std::filesystem::path& file,
-                                                         std::string_view text) {
+platform::Failure VirtualFiles::writeAtomically(const std::filesystem::path& file,
+                                                std::string_view text) {
   {
     const std::lock_guard lock(mutex_);
-    if (std::exchange(failsNextWrite_, false)) return "the write was made to fail";
+    if (std::exchange(failsNextWrite_, false))
+      return platform::Failure("the write was made to fail");
   }
   return PosixFiles::writeAtomically(file, text);
 }
@@ -34,17 +35,16 @@ std::vector<std::string> VirtualFiles::takeLog() {
   return std::exchange(log_, {});
 }
 
-std::optional<std::string> VirtualFiles::saveAsEditor(const std::filesystem::path& file,
-                                                      std::string_view text) {
-  if (auto error = PosixFiles::writeAtomically(file, text)) return error;
+platform::Failure VirtualFiles::saveAsEditor(const std::filesystem::path& file,
+                                             std::string_view text) {
+  if (auto failure = PosixFiles::writeAtomically(file, text)) return failure;
   // A freed inode may be used again and a fast run fits into one tick of the file system's
   // clock, so two saves could look alike: their times are set apart by hand.
   ++saves_;
   std::error_code error;
   const auto time = std::filesystem::last_write_time(file, error);
   if (!error) std::filesystem::last_write_time(file, time + std::chrono::seconds(saves_), error);
-  if (error) return error.message();
-  return std::nullopt;
+  return error ? platform::Failure(error.message()) : platform::Failure::none();
 }
 
 }  // namespace tessarok::virtualdesktop

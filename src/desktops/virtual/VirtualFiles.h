@@ -14,8 +14,8 @@ class VirtualFiles final : public posix::PosixFiles {
  public:
   explicit VirtualFiles(const std::filesystem::path& home);
 
-  std::optional<std::string> writeAtomically(const std::filesystem::path& file,
-                                             std::string_view text) override;
+  platform::Failure writeAtomically(const std::filesystem::path& file,
+                                    std::string_view text) override;
   void appendToLog(const std::filesystem::path& file, std::string_view text,
                    std::uint64_t restartAbove) override;
 
@@ -23,10 +23,8 @@ class VirtualFiles final : public posix::PosixFiles {
   void failNextWrite();
   /// The diagnostic log's lines since the last call.
   [[nodiscard]] std::vector<std::string> takeLog();
-  /// Writes a file as an editor does that saves by renaming: its stamp always changes. Absent on
-  /// success, else the reason.
-  [[nodiscard]] std::optional<std::string> saveAsEditor(const std::filesystem::path& file,
-                                                        std::string_view text);
+  /// Writes a file as an editor does that saves by renaming: its stamp always changes.
+  platform::Failure saveAsEditor(const std::filesystem::path& file, std::string_view text);
 
  private:
   std::mutex mutex_;

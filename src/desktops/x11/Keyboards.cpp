@@ -121,19 +121,21 @@ void Keyboards::letGo(Keyboard& keyboard) {
   XIUngrabDevice(connection_.display(), keyboard.device, CurrentTime);
 }
 
-std::optional<std::string> Keyboards::hold() {
+platform::Failure Keyboards::hold() {
   findKeyboards({});
   // One that another program holds is attached to nothing, and cannot be told from one that a
   // person has taken out of use.
-  if (keyboards_.empty()) return "there is no keyboard that another program does not hold";
+  if (keyboards_.empty())
+    return platform::Failure("there is no keyboard that another program does not hold");
   isHolding_ = true;
   for (auto& keyboard : keyboards_) {
     if (keyboard.isHeld || hold(keyboard)) continue;
     letGo();
-    return "another program holds the keyboard \"" + nameOf(keyboard.device) + "\"";
+    return platform::Failure("another program holds the keyboard \"" + nameOf(keyboard.device) +
+                             "\"");
   }
   silenceSyntheticRepeats();
-  return std::nullopt;
+  return platform::Failure::none();
 }
 
 void Keyboards::letGo() {
@@ -175,15 +177,15 @@ void Keyboards::findKeyboards(const std::vector<int>& changed) {
   }
 }
 
-std::optional<std::string> Keyboards::update(const std::vector<int>& changed) {
-  if (connection_.isLost()) return std::nullopt;
+platform::Failure Keyboards::update(const std::vector<int>& changed) {
+  if (connection_.isLost()) return platform::Failure::none();
   auto* display = connection_.display();
   // Nobody must disable a keyboard between the look at it and the rest.
   XGrabServer(display);
   findKeyboards(changed);
   const bool isComplete = std::all_of(keyboards_.begin(), keyboards_.end(),
                                       [](const Keyboard& keyboard) { return keyboard.isHeld; });
-  std::optional<std::string> refusal;
+  auto refusal = platform::Failure::none();
   if (isHolding_ && !isComplete) refusal = hold();
   if (!connection_.isLost()) XUngrabServer(display);
   connection_.flush();

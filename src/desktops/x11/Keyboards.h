@@ -2,11 +2,11 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "desktops/x11/XConnection.h"
+#include "platform/Failure.h"
 
 namespace tessarok::x11 {
 
@@ -26,7 +26,7 @@ class Keyboards final {
   ~Keyboards();
 
   /// Holds every keyboard; why not, when the server refuses one. Then none is held.
-  [[nodiscard]] std::optional<std::string> hold();
+  platform::Failure hold();
   void letGo();
   [[nodiscard]] bool isHolding() const { return isHolding_; }
   /// No key of any keyboard is down. One that went down before the keyboards were held would come
@@ -36,7 +36,7 @@ class Keyboards final {
   /// Something was plugged in, pulled out, enabled or disabled; `changed` are the devices that
   /// were, even if they are now what they were before. While keyboards are held, why one could not
   /// be; then none is held any more.
-  [[nodiscard]] std::optional<std::string> update(const std::vector<int>& changed);
+  platform::Failure update(const std::vector<int>& changed);
   /// Gives the held keyboards the server's keymap.
   void copyKeymap();
   /// Repetitions come from the keyboards themselves, so synthetic keys must not repeat as well.

@@ -123,7 +123,7 @@ bool X11EventTaps::hold() {
   if (onHeld) onHeld(true);
   if (isClosed_) return false;
   if (const auto refusal = parts_.keyboards.hold()) {
-    refuse(*refusal);
+    refuse(refusal.reason());
     return false;
   }
   parts_.layouts.markStateStale();
@@ -154,7 +154,7 @@ void X11EventTaps::close() {
 }
 
 void X11EventTaps::updateKeyboards(const std::vector<int>& changed) {
-  if (const auto refusal = parts_.keyboards.update(changed)) refuse(*refusal);
+  if (const auto refusal = parts_.keyboards.update(changed)) refuse(refusal.reason());
 }
 
 std::uint64_t X11EventTaps::flags() const {

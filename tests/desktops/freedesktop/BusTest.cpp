@@ -170,8 +170,8 @@ TEST_F(BusOnLoop, SaysWhyThereIsNone) {
 TEST_F(BusOnLoop, TakesTheBusesOfTheEnvironment) {
   ::setenv("DBUS_SESSION_BUS_ADDRESS", daemon_.address().c_str(), 1);
   ::setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
-  EXPECT_TRUE(Bus::openSession(loop_, reason_));
-  EXPECT_FALSE(Bus::openSystem(loop_, reason_));
+  EXPECT_TRUE(Bus::openSession(loop_));
+  EXPECT_FALSE(Bus::openSystem(loop_));
 }
 
 }  // namespace

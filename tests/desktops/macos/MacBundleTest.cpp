@@ -61,12 +61,12 @@ class LookupTest : public testing::Test {
 };
 
 TEST_F(LookupTest, AnApplicationTakesDataFromItsBundleAlone) {
-  EXPECT_EQ(ResourceLocator::url("dict_en"), std::nullopt);
+  EXPECT_EQ(ResourceLocator::find("dict_en"), std::nullopt);
 }
 
 TEST_F(LookupTest, ABareExecutableLooksFurther) {
   fakeSystem().bundlePath = "/usr/local/bin";
-  EXPECT_EQ(ResourceLocator::url("dict_en"), named_.path() / "dict_en.txt");
+  EXPECT_EQ(ResourceLocator::find("dict_en"), named_.path() / "dict_en.txt");
 }
 
 }  // namespace

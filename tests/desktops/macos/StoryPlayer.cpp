@@ -184,8 +184,8 @@ void StoryPlayer::writeFiles(const Json& files) {
       continue;
     }
     std::filesystem::create_directories(file.parent_path());
-    if (const auto error = mac_.files().saveAsEditor(file, content.get<std::string>())) {
-      throw std::runtime_error("cannot write " + file.string() + ": " + *error);
+    if (const auto failure = mac_.files().saveAsEditor(file, content.get<std::string>())) {
+      throw std::runtime_error("cannot write " + file.string() + ": " + failure.reason());
     }
   }
 }

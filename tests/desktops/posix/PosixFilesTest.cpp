@@ -22,6 +22,7 @@ namespace tessarok::posix {
 namespace {
 
 namespace fs = std::filesystem;
+using platform::Failure;
 using platform::FileLockFailure;
 using testing::readFile;
 using testing::writeFile;
@@ -61,7 +62,7 @@ int inChild(Work work) {
 }
 
 TEST_F(PosixFilesTest, ANewFileIsItsOwnersAlone) {
-  EXPECT_FALSE(files.writeAtomically(folder / "new.txt", "text\n").has_value());
+  EXPECT_FALSE(files.writeAtomically(folder / "new.txt", "text\n"));
   EXPECT_EQ(readFile(folder / "new.txt"), "text\n");
   EXPECT_EQ(modeOf(folder / "new.txt"), 0600u);
   EXPECT_EQ(names(), std::vector<std::string>{"new.txt"});
@@ -70,7 +71,7 @@ TEST_F(PosixFilesTest, ANewFileIsItsOwnersAlone) {
 TEST_F(PosixFilesTest, AReplacedFileKeepsItsMode) {
   writeFile(folder / "a.txt", "a long old text\n");
   ::chmod((folder / "a.txt").c_str(), 0644);
-  EXPECT_FALSE(files.writeAtomically(folder / "a.txt", "new\n").has_value());
+  EXPECT_FALSE(files.writeAtomically(folder / "a.txt", "new\n"));
   EXPECT_EQ(readFile(folder / "a.txt"), "new\n");
   EXPECT_EQ(modeOf(folder / "a.txt"), 0644u);
 }
@@ -78,7 +79,7 @@ TEST_F(PosixFilesTest, AReplacedFileKeepsItsMode) {
 TEST_F(PosixFilesTest, ASymbolicLinkToNothingYetStaysOne) {
   fs::create_directory(folder / "elsewhere");
   fs::create_symlink("elsewhere/new.txt", folder / "link.txt");
-  EXPECT_EQ(files.writeAtomically(folder / "link.txt", "text"), std::nullopt);
+  EXPECT_FALSE(files.writeAtomically(folder / "link.txt", "text"));
   EXPECT_TRUE(fs::is_symlink(folder / "link.txt"));
   EXPECT_EQ(files.read(folder / "elsewhere" / "new.txt", nullptr), "text");
 }
@@ -87,7 +88,7 @@ TEST_F(PosixFilesTest, ASymbolicLinkStaysOne) {
   fs::create_directory(folder / "elsewhere");
   writeFile(folder / "elsewhere" / "real.txt", "old\n");
   fs::create_symlink("elsewhere/real.txt", folder / "link.txt");
-  EXPECT_FALSE(files.writeAtomically(folder / "link.txt", "new\n").has_value());
+  EXPECT_FALSE(files.writeAtomically(folder / "link.txt", "new\n"));
   EXPECT_TRUE(fs::is_symlink(folder / "link.txt"));
   EXPECT_EQ(readFile(folder / "elsewhere" / "real.txt"), "new\n");
 }
@@ -101,19 +102,19 @@ TEST_F(PosixFilesTest, ALinkToItselfIsAnError) {
 
 TEST_F(PosixFilesTest, WritingAnEmptyTextEmptiesTheFile) {
   writeFile(folder / "a.txt", "old\n");
-  EXPECT_FALSE(files.writeAtomically(folder / "a.txt", "").has_value());
+  EXPECT_FALSE(files.writeAtomically(folder / "a.txt", ""));
   EXPECT_EQ(readFile(folder / "a.txt"), "");
 }
 
 TEST_F(PosixFilesTest, WritingIntoAMissingFolderSaysSo) {
-  EXPECT_EQ(files.writeAtomically(folder / "no" / "a.txt", "x"), errorText(ENOENT));
+  EXPECT_EQ(files.writeAtomically(folder / "no" / "a.txt", "x"), Failure(errorText(ENOENT)));
   writeFile(folder / "file", "");
-  EXPECT_EQ(files.writeAtomically(folder / "file" / "a.txt", "x"), errorText(ENOTDIR));
+  EXPECT_EQ(files.writeAtomically(folder / "file" / "a.txt", "x"), Failure(errorText(ENOTDIR)));
 }
 
 TEST_F(PosixFilesTest, WritingOverAFolderFailsAndLeavesNothingTemporary) {
   fs::create_directory(folder / "taken");
-  EXPECT_EQ(files.writeAtomically(folder / "taken", "x"), errorText(EISDIR));
+  EXPECT_EQ(files.writeAtomically(folder / "taken", "x"), Failure(errorText(EISDIR)));
   EXPECT_EQ(names(), std::vector<std::string>{"taken"});
 }
 
@@ -125,7 +126,7 @@ TEST_F(PosixFilesTest, AWriteThatRunsOutOfSpaceLeavesTheOldFileAndNothingTempora
     const rlimit limit{1024, 1024};
     if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 2;
     const auto error = files.writeAtomically(folder / "a.txt", std::string(5000, 'x'));
-    return error == errorText(EFBIG) ? 0 : 1;
+    return error == Failure(errorText(EFBIG)) ? 0 : 1;
   });
   EXPECT_EQ(answer, 0);
   EXPECT_EQ(readFile(folder / "a.txt"), "old\n");
@@ -137,7 +138,7 @@ TEST_F(PosixFilesTest, AWriteWithoutDescriptorsLeavesTheOldFile) {
   const auto answer = inChild([&] {
     const rlimit limit{0, 0};
     if (::setrlimit(RLIMIT_NOFILE, &limit) != 0) return 2;
-    return files.writeAtomically(folder / "a.txt", "new") == errorText(EMFILE) ? 0 : 1;
+    return files.writeAtomically(folder / "a.txt", "new") == Failure(errorText(EMFILE)) ? 0 : 1;
   });
   EXPECT_EQ(answer, 0);
   EXPECT_EQ(readFile(folder / "a.txt"), "old\n");
@@ -148,7 +149,7 @@ TEST_F(PosixFilesTest, AReadOnlyFolderLeavesTheOldFile) {
   if (::geteuid() == 0) GTEST_SKIP() << "the superuser may write everywhere";
   writeFile(folder / "a.txt", "old\n");
   fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
-  EXPECT_EQ(files.writeAtomically(folder / "a.txt", "new"), errorText(EACCES));
+  EXPECT_EQ(files.writeAtomically(folder / "a.txt", "new"), Failure(errorText(EACCES)));
   EXPECT_EQ(readFile(folder / "a.txt"), "old\n");
   fs::permissions(folder, fs::perms::owner_all);
 }
@@ -199,7 +200,7 @@ TEST_F(PosixFilesTest, MapsFiles) {
 TEST_F(PosixFilesTest, AMapOutlivesItsReplacedFile) {
   writeFile(folder / "a.txt", "text");
   const auto mapped = files.map(folder / "a.txt");
-  EXPECT_FALSE(files.writeAtomically(folder / "a.txt", "").has_value());
+  EXPECT_FALSE(files.writeAtomically(folder / "a.txt", ""));
   EXPECT_EQ(mapped->bytes(), "text");
 }
 
@@ -222,10 +223,10 @@ TEST_F(PosixFilesTest, AMapOfAFileThatIsCutShortCanBeReadOn) {
 
 TEST_F(PosixFilesTest, AMapTellsWritingInPlaceFromReplacing) {
   writeFile(folder / "words", "aaaa\n");
-  ASSERT_EQ(files.writeAtomically(folder / "replaced", "bbbb\n"), std::nullopt);
+  ASSERT_FALSE(files.writeAtomically(folder / "replaced", "bbbb\n"));
   const auto words = files.map(folder / "words");
   const auto replaced = files.map(folder / "replaced");
-  ASSERT_EQ(files.writeAtomically(folder / "replaced", "cccc and more\n"), std::nullopt);
+  ASSERT_FALSE(files.writeAtomically(folder / "replaced", "cccc and more\n"));
   EXPECT_TRUE(replaced->isUnchanged());
   fs::remove(folder / "replaced");
   EXPECT_TRUE(replaced->isUnchanged());
@@ -317,28 +318,28 @@ TEST_F(PosixFilesTest, AStampTellsStatesOfAFileApart) {
 
 TEST_F(PosixFilesTest, CreatesFoldersWithThoseAbove) {
   const auto mask = ::umask(027);
-  EXPECT_FALSE(files.createDirectories(folder / "a" / "b" / "c").has_value());
+  EXPECT_FALSE(files.createDirectories(folder / "a" / "b" / "c"));
   ::umask(mask);
   EXPECT_TRUE(fs::is_directory(folder / "a" / "b" / "c"));
   // As of any new folder; what is private in it is so by itself.
   EXPECT_EQ(modeOf(folder / "a"), 0750u);
   EXPECT_EQ(modeOf(folder / "a" / "b" / "c"), 0750u);
-  EXPECT_FALSE(files.createDirectories(folder / "a" / "b" / "c").has_value());
-  EXPECT_FALSE(files.createDirectories(folder / "a" / "d" / "").has_value());
+  EXPECT_FALSE(files.createDirectories(folder / "a" / "b" / "c"));
+  EXPECT_FALSE(files.createDirectories(folder / "a" / "d" / ""));
 }
 
 TEST_F(PosixFilesTest, FoldersAboveMayBeLinks) {
   fs::create_directory(folder / "real");
   fs::create_directory_symlink(folder / "real", folder / "link");
-  EXPECT_FALSE(files.createDirectories(folder / "link" / "new").has_value());
+  EXPECT_FALSE(files.createDirectories(folder / "link" / "new"));
   EXPECT_TRUE(fs::is_directory(folder / "real" / "new"));
 }
 
 TEST_F(PosixFilesTest, AFolderThatCannotBeMadeSaysWhy) {
   writeFile(folder / "file", "");
-  EXPECT_EQ(files.createDirectories(folder / "file"), errorText(EEXIST));
-  EXPECT_EQ(files.createDirectories(folder / "file" / "a"), errorText(EEXIST));
-  EXPECT_EQ(files.createDirectories("/proc/no/such"), errorText(ENOENT));
+  EXPECT_EQ(files.createDirectories(folder / "file"), Failure(errorText(EEXIST)));
+  EXPECT_EQ(files.createDirectories(folder / "file" / "a"), Failure(errorText(EEXIST)));
+  EXPECT_EQ(files.createDirectories("/proc/no/such"), Failure(errorText(ENOENT)));
 }
 
 TEST_F(PosixFilesTest, KnowsWhatExistsAndCanBeRead) {
@@ -466,6 +467,14 @@ TEST_F(PosixFilesTest, WhatACutOffWriteHasLeftGoes) {
   EXPECT_TRUE(names().empty());
 }
 
+TEST_F(PosixFilesTest, TheFirstWriteIntoAFolderRemovesWhatACutOffOneHasLeft) {
+  const auto name = nameOfAWriteOf(files, folder);
+  fs::last_write_time(folder / name, fs::file_time_type::clock::now() - std::chrono::hours(1));
+  PosixFiles nextStart{folder, folder / "data"};
+  EXPECT_FALSE(nextStart.writeAtomically(folder / "a.txt", "text"));
+  EXPECT_EQ(names(), std::vector<std::string>{"a.txt"});
+}
+
 TEST_F(PosixFilesTest, NoFileThatAPersonHasMadeIsTakenForALeftover) {
   const auto ours = nameOfAWriteOf(files, folder);
   fs::remove(folder / ours);
@@ -507,7 +516,7 @@ TEST_F(PosixFilesTest, NoFileThatAPersonHasMadeIsTakenForALeftover) {
 
 TEST_F(PosixFilesTest, ATargetWithTheLongestOfNamesIsWritten) {
   const std::string name(255, 'n');
-  EXPECT_EQ(files.writeAtomically(folder / name, "text"), std::nullopt);
+  EXPECT_FALSE(files.writeAtomically(folder / name, "text"));
   EXPECT_EQ(names(), std::vector<std::string>{name});
 }
 
