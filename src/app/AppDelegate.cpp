@@ -188,6 +188,7 @@ void AppDelegate::tick() {
   UserDict::reloadIfChanged();
   IgnoreList::tick();
   if (Dict::noticeChanges()) updateIcon();
+  Dict::askAnew();
   if (InputSource::refreshKeyboardTypeIfNeeded()) {
     KeyTap::shared().invalidateInputSourceContext(WordState::ArmedRejection::keepBetweenWords);
     updateIcon();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace tessarok::platform {
@@ -20,6 +21,12 @@ class MappedFile {
   /// Whether the file is, as far as its length and date tell, still as it was mapped. Asks the
   /// system. Any thread.
   [[nodiscard]] virtual bool isUnchanged() const { return true; }
+  /// Whether the bytes from one place up to another can be read now. What memory does not hold any
+  /// more is waited for shortly, then fetched while nobody waits: until it is there the answer is
+  /// no. Any thread.
+  [[nodiscard]] virtual bool isAtHand(std::size_t, std::size_t) { return true; }
+  /// What was at hand need not be any more. Any thread.
+  virtual void askAnew() {}
 };
 
 }  // namespace tessarok::platform

@@ -301,6 +301,7 @@ std::optional<Decision> Detector::decide(std::string_view word, std::int64_t str
     context.note("a dictionary is missing");
     return std::nullopt;
   }
+  const auto misses = Dict::misses();
   ScratchText scratch;
   auto lowered = scratch.string();
   text::appendLowercased(word, lowered);
@@ -316,8 +317,9 @@ std::optional<Decision> Detector::decide(std::string_view word, std::int64_t str
     decision = decideCore(word, lower, context);
     if (decision) decision->trim = trim;
   }
-  // What a dictionary did not know because it went meanwhile is no reason to convert.
-  if (!Dict::areAvailable()) return std::nullopt;
+  // What a dictionary did not know because it went meanwhile, or because the disk is slow, is no
+  // reason to convert.
+  if (!Dict::areAvailable() || Dict::misses() != misses) return std::nullopt;
   return decision;
 }
 

@@ -105,8 +105,9 @@ bool Detector::isShortEnCandidate(std::string_view word) {
   ScratchText scratch;
   auto lower = scratch.string();
   text::appendLowercased(word, lower);
+  const auto misses = Dict::misses();
   if (isExcluded(lower) || Dict::ru().contains(std::string_view(lower))) return false;
-  return convertsToFrequentWord(word, Language::english);
+  return Dict::misses() == misses && convertsToFrequentWord(word, Language::english);
 }
 
 std::optional<std::string> Detector::fixShiftLag(std::string_view word) {

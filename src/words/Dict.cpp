@@ -18,4 +18,9 @@ bool Dict::noticeChanges() {
   return english || russian;
 }
 
+void Dict::askAnew() {
+  en().askAnew();
+  ru().askAnew();
+}
+
 }  // namespace tessarok

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "words/DictFile.h"
 #include "words/Language.h"
 
@@ -17,6 +19,10 @@ class Dict {
   [[nodiscard]] static bool areAvailable() { return en().isAvailable() && ru().isAvailable(); }
   /// Looks whether a file was written to in place. True when one is unavailable since just now.
   static bool noticeChanges();
+  /// How many look-ups have had no answer, because a disk would have had to be waited for.
+  [[nodiscard]] static std::uint64_t misses() { return en().misses() + ru().misses(); }
+  /// Memory may have lost parts of the files since the last call. To be called now and then.
+  static void askAnew();
 };
 
 }  // namespace tessarok

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,8 +27,13 @@ class DictFile {
   /// Looks whether the file was written to in place since it was validated. True when that is news,
   /// which is said in the system log.
   bool noticeChange() const;
-  /// Whether `word` is one whole line, byte for byte. False when unavailable.
+  /// Whether `word` is one whole line, byte for byte. False when unavailable, and when the disk
+  /// would have to be waited for: then `misses` grows.
   [[nodiscard]] bool contains(std::string_view word) const;
+  /// How many look-ups have had no answer.
+  [[nodiscard]] std::uint64_t misses() const { return misses_.load(std::memory_order_relaxed); }
+  /// Memory may have lost parts of the file since the last call. To be called now and then.
+  void askAnew() const;
   /// The whole list; empty when unavailable.
   [[nodiscard]] std::string_view data() const;
 
@@ -41,6 +47,7 @@ class DictFile {
   std::unique_ptr<platform::MappedFile> file_;
   /// Set once, by whoever notices.
   mutable std::atomic<bool> isChanged_{false};
+  mutable std::atomic<std::uint64_t> misses_{0};
 };
 
 }  // namespace tessarok

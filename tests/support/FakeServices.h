@@ -63,6 +63,21 @@ class FakeEnvironment final : public platform::Environment {
   std::map<std::string, std::string, std::less<>> variables;
 };
 
+/// A mapped file whose pages memory may have lost.
+class FakeMapping final : public platform::MappedFile {
+ public:
+  FakeMapping(std::unique_ptr<platform::MappedFile> file, const bool& isAtHand)
+      : file_(std::move(file)), isAtHand_(isAtHand) {}
+  [[nodiscard]] std::string_view bytes() const override { return file_->bytes(); }
+  [[nodiscard]] bool hasLostPart() const override { return file_->hasLostPart(); }
+  [[nodiscard]] bool isUnchanged() const override { return file_->isUnchanged(); }
+  [[nodiscard]] bool isAtHand(std::size_t, std::size_t) override { return isAtHand_; }
+
+ private:
+  std::unique_ptr<platform::MappedFile> file_;
+  const bool& isAtHand_;
+};
+
 /// Real files; counts reads and writes, and lets a test step in between. The counts are read
 /// after the queues were drained.
 class FakeFiles final : public posix::PosixFiles {
@@ -80,7 +95,8 @@ class FakeFiles final : public posix::PosixFiles {
   }
   std::unique_ptr<platform::MappedFile> map(const std::filesystem::path& file) override {
     ++reads[file.filename().string()];
-    return PosixFiles::map(file);
+    auto mapping = PosixFiles::map(file);
+    return mapping ? std::make_unique<FakeMapping>(std::move(mapping), mapsAreAtHand) : nullptr;
   }
   platform::Failure writeAtomically(const std::filesystem::path& file,
                                     std::string_view text) override {
@@ -98,6 +114,7 @@ class FakeFiles final : public posix::PosixFiles {
   std::function<void(const std::filesystem::path& file)> afterRead;
   std::optional<platform::FileLockFailure> lockFailure;
   bool failsNextWrite = false;
+  bool mapsAreAtHand = true;
   bool knowsApplicationSupport = true;
 };
 

@@ -71,6 +71,20 @@ TEST_F(SlowDisk, TheWordsStayAsTheyWereWhileAChangedFileIsRead) {
   EXPECT_FALSE(isPutRight("ckjdj"));
 }
 
+TEST_F(SlowDisk, NoWordIsPutRightWhileADictionaryHasToBeReadAgain) {
+  launch();
+  queues.letGo();
+  EXPECT_TRUE(isPutRight("ghbdtn"));
+  desktop.files().mapsAreAtHand = false;
+  for (const auto* word : {"ghbdtn", "ghbdtn.", "руддщ", "hello", "xyzzyghbdtn"})
+    EXPECT_FALSE(isPutRight(word)) << word;
+  // By its short words alone it could be converted.
+  EXPECT_FALSE(Detector::isShortEnCandidate("рш"));
+  desktop.files().mapsAreAtHand = true;
+  EXPECT_TRUE(Detector::isShortEnCandidate("рш"));
+  EXPECT_TRUE(isPutRight("ghbdtn"));
+}
+
 TEST_F(SlowDisk, AWordThatWasRejectedIsLeftAloneAtOnce) {
   launch();
   queues.letGo();

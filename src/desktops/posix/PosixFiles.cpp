@@ -18,6 +18,7 @@
 #include "desktops/posix/DiskFlush.h"
 #include "desktops/posix/FileDescriptor.h"
 #include "desktops/posix/MappingGuard.h"
+#include "desktops/posix/PagesAtHand.h"
 #include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/WriteSignals.h"
 
@@ -124,7 +125,8 @@ class Mapping final : public platform::MappedFile {
         size_(static_cast<std::size_t>(content.size)),
         content_(content),
         descriptor_(std::move(descriptor)),
-        guard_(address, size_) {}
+        guard_(address, size_),
+        pages_(descriptor_.get(), size_) {}
   ~Mapping() override {
     if (size_ > 0) ::munmap(address_, size_);
   }
@@ -137,6 +139,10 @@ class Mapping final : public platform::MappedFile {
     const auto now = contentOf(descriptor_.get());
     return !hasLostPart() && (!now || *now == content_);
   }
+  [[nodiscard]] bool isAtHand(std::size_t from, std::size_t to) override {
+    return pages_.contain(from, to);
+  }
+  void askAnew() override { pages_.askAnew(); }
 
  private:
   void* address_;
@@ -144,6 +150,7 @@ class Mapping final : public platform::MappedFile {
   Content content_;
   FileDescriptor descriptor_;
   MappingGuard guard_;
+  PagesAtHand pages_;
 };
 
 class Lock final : public platform::FileLock {

@@ -20,11 +20,13 @@ class X11Session::Keyboard final : public Hands {
   XServer& server_;
 };
 
-X11Session::X11Session() : keyboard_(std::make_unique<Keyboard>(server_)) {
+X11Session::X11Session(const std::map<std::string, std::string>& variables)
+    : keyboard_(std::make_unique<Keyboard>(server_)) {
   environment_ = {{"DISPLAY", server_.name()},     {"DBUS_SESSION_BUS_ADDRESS", bus_.address()},
                   {"GDK_BACKEND", "x11"},          {"GTK_IM_MODULE", "fcitx"},
                   {"QT_QPA_PLATFORM", "xcb"},      {"QT_IM_MODULE", "fcitx"},
                   {"GSETTINGS_BACKEND", "memory"}, {"NO_AT_BRIDGE", "1"}};
+  environment_.insert(variables.begin(), variables.end());
   addons_ = "dbus,dbusfrontend,xcb";
   startFcitx();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 
@@ -12,7 +13,9 @@ namespace tessarok::testing {
 /// An X server without a window manager. GTK programs speak to Fcitx over the message bus.
 class X11Session final : public Session {
  public:
-  X11Session();
+  X11Session() : X11Session({}) {}
+  /// With more variables for every program.
+  explicit X11Session(const std::map<std::string, std::string>& variables);
   ~X11Session() override;
 
   [[nodiscard]] Hands& hands() override;
