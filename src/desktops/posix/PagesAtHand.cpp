@@ -90,8 +90,8 @@ bool PagesAtHand::waitFor(std::size_t page) {
   std::unique_lock lock(mutex_);
   const bool isThere =
       answered_.wait_for(lock, patience_, [this, request] { return answers_ >= request; });
-  patience_ -= std::min<std::chrono::nanoseconds>(patience_,
-                                                  std::chrono::steady_clock::now() - start);
+  patience_ -=
+      std::min<std::chrono::nanoseconds>(patience_, std::chrono::steady_clock::now() - start);
   if (!isThere && !isReadingAll_.exchange(true)) reader_.async([this] { readAll(); });
   return isThere;
 }

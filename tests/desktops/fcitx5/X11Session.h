@@ -13,9 +13,8 @@ namespace tessarok::testing {
 /// An X server without a window manager. GTK programs speak to Fcitx over the message bus.
 class X11Session final : public Session {
  public:
-  X11Session() : X11Session({}) {}
   /// With more variables for every program.
-  explicit X11Session(const std::map<std::string, std::string>& variables);
+  explicit X11Session(const std::map<std::string, std::string>& variables = {});
   ~X11Session() override;
 
   [[nodiscard]] Hands& hands() override;

@@ -36,7 +36,9 @@ class X11SlowStorage : public ::testing::Test {
     fs::remove(waits_);
   }
   /// Whether a call waits for the disk.
-  [[nodiscard]] bool isWaiting() const { return waitUntil([this] { return fs::exists(waits_); }); }
+  [[nodiscard]] bool isWaiting() const {
+    return waitUntil([this] { return fs::exists(waits_); });
+  }
 
   /// Types a line with the English layout on; what it is in the window.
   [[nodiscard]] std::string line(const std::string& keys) {
