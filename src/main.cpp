@@ -12,6 +12,7 @@
 #include "commands/DesktopCommand.h"
 #endif
 #include "commands/ExplainCommand.h"
+#include "commands/LearnedCommand.h"
 #include "commands/ReplayCommand.h"
 #include "commands/TerminalCommand.h"
 #include "commands/TerminalControlCommand.h"
@@ -43,6 +44,7 @@ class CommandLine {
         ->type_name("DIR");
     addType();
     addExplain();
+    addLearned();
     addReplay();
     addTerminal();
     addTerminalControl("on", "switch the correction of this terminal on");
@@ -98,6 +100,18 @@ class CommandLine {
         return runExplain(options_, explain_);
       };
     });
+  }
+
+  void addLearned() {
+    auto* learned = app_.add_subcommand(
+        "learned", "list the words that are left alone because you took their correction back");
+    learned->add_flag("--json", learned_.json, "one JSON object a word");
+    learned->callback([this] {
+      if (!command_) command_ = [this] { return runLearned(options_, learned_); };
+    });
+    auto* forget = learned->add_subcommand("forget", "take words back, also in running programs");
+    forget->add_option("WORD", words_, "the words as typed")->required();
+    forget->callback([this] { command_ = [this] { return runForget(options_, words_); }; });
   }
 
   void addNoLists(CLI::App& command) {
@@ -172,6 +186,7 @@ class CommandLine {
   std::string from_;
   std::vector<std::string> words_;
   ExplainOptions explain_;
+  LearnedOptions learned_;
   ReplayOptions replay_;
   TerminalOptions terminal_;
   std::optional<std::filesystem::path> checkDirectory_;

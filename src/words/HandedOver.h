@@ -1,12 +1,11 @@
 #pragma once
 
-#include <filesystem>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 
 #include "platform/Failure.h"
+#include "words/FolderNotes.h"
 #include "words/LearnedLists.h"
 
 namespace tessarok {
@@ -23,8 +22,7 @@ class HandedOver {
  public:
   HandedOver() = delete;
 
-  /// File names in the folder.
-  using Names = std::set<std::string, std::less<>>;
+  using Names = FolderNotes::Names;
 
   /// What is counted but not yet known to be in "rejects.txt".
   struct Receipt {

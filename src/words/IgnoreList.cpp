@@ -3,6 +3,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <utility>
 
@@ -24,6 +25,9 @@ struct State {
   WordSet learned;
   /// The queue's.
   LearnedFiles files;
+  /// Taken back by the queue, and not yet from what was learned.
+  std::mutex forgottenMutex;
+  WordSet forgotten;
   std::atomic<bool> isLoading = false;
   std::atomic<bool> isTicking = false;
   bool wasLoaded = false;
@@ -52,6 +56,14 @@ void onQueue(std::function<void(LearnedFiles&)> job) {
 
 void publish(const LearnedFiles& files) {
   state().listed.publish(WordList::of(files.lists().words()));
+}
+
+void takeBackForgotten() {
+  auto& all = state();
+  const std::lock_guard lock(all.forgottenMutex);
+  for (const auto& word : all.forgotten)
+    all.learned.erase(word);
+  all.forgotten.clear();
 }
 
 /// The lists as they are when everything that was asked for is done.
@@ -118,12 +130,15 @@ void IgnoreList::add(std::string_view added) {
 
 void IgnoreList::tick() {
   auto& all = state();
+  takeBackForgotten();
   // A slow disk is not asked again before it has answered.
   if (all.isTicking.exchange(true)) return;
   onQueue([&all](LearnedFiles& files) {
     const ClearedFlag done(all.isTicking);
     all.listed.forgetOld();
     if (files.tick()) publish(files);
+    const std::lock_guard lock(all.forgottenMutex);
+    all.forgotten.merge(files.takeForgotten());
   });
 }
 

@@ -4,6 +4,7 @@
 
 #include "platform/Desktop.h"
 #include "text/Text.h"
+#include "words/ForgetRequest.h"
 #include "words/UserDict.h"
 #include "words/WordLines.h"
 
@@ -12,6 +13,12 @@ namespace tessarok {
 namespace {
 
 using Effect = LearnedLists::Effect;
+
+/// How many ticks a request to forget is left for other copies to see, which look at each of
+/// theirs.
+constexpr int kTicksToObey = 5;
+/// In place of a number of ticks: the file is no request.
+constexpr int kForeign = -1;
 
 std::filesystem::path ignoredFile() {
   return UserDict::directory() / "ignored.txt";
@@ -137,8 +144,9 @@ bool LearnedFiles::tick() {
   } else if (!tryToWrite() && role_ == Role::guest) {
     handOver();
   }
+  const bool hasForgotten = obeyForgetRequests();
   report_ = Report::always;
-  return lists_.words().size() != before;
+  return hasForgotten || lists_.words().size() != before;
 }
 
 bool LearnedFiles::tryToWrite() {
@@ -186,6 +194,47 @@ bool LearnedFiles::countHandedOver() {
   return true;
 }
 
+platform::Failure LearnedFiles::forget(const WordSet& words) {
+  if (role_ == Role::inMemory) return platform::Failure("the lists cannot be locked");
+  if (role_ == Role::guest) return ForgetRequest::write(words);
+  if (!protectedFiles_.empty()) return platform::Failure("the lists cannot be read");
+  return forgetHere(words) ? platform::Failure::none() : platform::Failure(lastComplaint_);
+}
+
+bool LearnedFiles::obeyForgetRequests() {
+  const auto requests = ForgetRequest::find();
+  std::erase_if(obeyed_, [&](const auto& seen) { return !requests.contains(seen.first); });
+  bool hasForgotten = false;
+  for (const auto& name : requests) {
+    const auto [seen, isNew] = obeyed_.try_emplace(name, 0);
+    if (!isNew) {
+      if (seen->second != kForeign) ++seen->second;
+      if (seen->second > kTicksToObey && role_ == Role::writer) ForgetRequest::remove(name);
+      continue;
+    }
+    const auto words = ForgetRequest::read(name);
+    if (!words) {
+      seen->second = kForeign;
+      continue;
+    }
+    forgetHere(*words);
+    hasForgotten = true;
+  }
+  return hasForgotten;
+}
+
+bool LearnedFiles::forgetHere(const WordSet& words) {
+  bool hasForgotten = false;
+  for (const auto& word : words) {
+    hasForgotten = lists_.forget(word) || hasForgotten;
+    unsaved_.erase(word);
+  }
+  forgotten_.insert(words.begin(), words.end());
+  if (!hasForgotten || role_ != Role::writer) return true;
+  // The counts first: with three rejections a word would be put on its list again.
+  return saveRejects() && saveIgnored();
+}
+
 void LearnedFiles::leave() {
   if (company_ == Company::ignored) return;
   tick();
@@ -193,25 +242,27 @@ void LearnedFiles::leave() {
   company_ = Company::ignored;
 }
 
-void LearnedFiles::saveIgnored() {
-  save(ignoredFile(), lists_.ignoredText());
+bool LearnedFiles::saveIgnored() {
+  return save(ignoredFile(), lists_.ignoredText());
 }
 
-void LearnedFiles::saveRejects() {
+bool LearnedFiles::saveRejects() {
   lists_.prune();
   const auto text = lists_.rejectsText();
   if (!counted_.empty()) return saveCounted(text);
-  save(rejectsFile(), text);
+  return save(rejectsFile(), text);
 }
 
-void LearnedFiles::saveCounted(const std::string& text) {
+bool LearnedFiles::saveCounted(const std::string& text) {
   if (const auto failure = HandedOver::writeReceipt({counted_, text})) {
-    return complain("could not save rejects.txt: " + failure.reason());
+    complain("could not save rejects.txt: " + failure.reason());
+    return false;
   }
-  if (!save(rejectsFile(), text)) return;
+  if (!save(rejectsFile(), text)) return false;
   counted_ = HandedOver::remove(counted_);
   // What could not be removed must not be counted again, by nobody.
   if (counted_.empty()) HandedOver::removeReceipt();
+  return true;
 }
 
 bool LearnedFiles::save(const std::filesystem::path& file, const std::string& text) {

@@ -2,15 +2,18 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/FileLock.h"
 #include "words/FolderLock.h"
 #include "words/HandedOver.h"
 #include "words/LearnedLists.h"
+#include "words/WordSet.h"
 
 namespace tessarok {
 
@@ -45,8 +48,13 @@ class LearnedFiles final {
   void reject(const std::string& word);
   void add(const std::string& word);
   /// Counts what other copies have handed over, or takes the writer's place, if there is something
-  /// to do. Whether words have come to the list.
+  /// to do; does what `ForgetRequest`s say. Whether words have come to the list or gone from it.
   bool tick();
+  /// The words that had to be forgotten since the last call.
+  [[nodiscard]] WordSet takeForgotten() { return std::exchange(forgotten_, {}); }
+  /// Takes words back in every copy: at once in the files where no other copy writes them, else by
+  /// asking the others to.
+  [[nodiscard]] platform::Failure forget(const WordSet& words);
   /// The last thing in a run: what was learned is in the files or handed over, and another copy
   /// may write.
   void leave();
@@ -73,9 +81,11 @@ class LearnedFiles final {
   [[nodiscard]] LearnedLists readLists(bool& recovered);
   [[nodiscard]] std::optional<std::string> read(const std::filesystem::path& file);
   bool save(const std::filesystem::path& file, const std::string& text);
-  void saveIgnored();
-  void saveRejects();
-  void saveCounted(const std::string& text);
+  bool saveIgnored();
+  bool saveRejects();
+  bool saveCounted(const std::string& text);
+  bool obeyForgetRequests();
+  bool forgetHere(const WordSet& words);
   void complain(const std::string& message);
 
   Company company_ = Company::ignored;
@@ -90,6 +100,9 @@ class LearnedFiles final {
   HandedOver::Names counted_;
   /// Named like what was handed over, and something else.
   HandedOver::Names foreign_;
+  /// The requests that were obeyed, and how many ticks ago.
+  std::map<std::string, int, std::less<>> obeyed_;
+  WordSet forgotten_;
   /// Files that exist but could not be read: never written in this run.
   std::set<std::filesystem::path> protectedFiles_;
   /// Files that began with a byte-order mark, and are to do so when they are written again.

@@ -89,6 +89,15 @@ bool LearnedLists::add(std::string word) {
   return words_.insert(std::move(word)).second;
 }
 
+bool LearnedLists::forget(const std::string& word) {
+  const bool wasListed = words_.erase(word) > 0;
+  const auto counted = counts_.find(word);
+  if (counted == counts_.end()) return wasListed;
+  pending_.erase({counted->second, word});
+  counts_.erase(counted);
+  return true;
+}
+
 void LearnedLists::prune() {
   while (pending_.size() > kPendingCap)
     counts_.erase(pending_.extract(pending_.begin()).value().second);

@@ -41,6 +41,8 @@ class LearnedLists final {
   Effect reject(const std::string& word, std::int64_t times);
   /// Puts a normalised word on the list; false when it is there already.
   bool add(std::string word);
+  /// Takes a word back, and how often it was rejected; false when there was nothing of it.
+  bool forget(const std::string& word);
   /// Forgets the words with the fewest rejections beyond the cap.
   void prune();
 

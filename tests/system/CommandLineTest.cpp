@@ -83,6 +83,7 @@ TEST(CommandLine, WrongCallsAreRefused) {
            Arguments{"type", "--from"},
            Arguments{"type", "--no-such-option"},
            Arguments{"explain"},
+           Arguments{"learned", "forget"},
            Arguments{"explain", "--ru-streak", "many", "x"},
            Arguments{"replay", "a", "b"},
            Arguments{"check-data", "a", "b"},
@@ -363,6 +364,36 @@ TEST(CommandLine, TypingAndExplainingKnowTheSameLists) {
   EXPECT_FALSE(pack.empty());
   writeFile(home.path() / ".config/Tessarok/settings.json", "{\"pack.it\": false}");
   EXPECT_TRUE(bothFix({}, "ghbdtn"));
+}
+
+TEST(CommandLine, WhatWasLearnedIsListedAndTakenBack) {
+  const TemporaryDirectory home;
+  const auto folder = home.path() / ".local" / "share" / "Tessarok";
+  const auto run = [&](Arguments arguments) {
+    return runProgram(arguments, {},
+                      {{"HOME", home.path()}, {"XDG_DATA_HOME", ""}, {"XDG_CONFIG_HOME", ""}});
+  };
+  expectOutput(run({"learned"}), "nothing has been learned yet\n");
+  expectOutput(run({"learned", "--json"}), "");
+  writeFile(folder / "ignored.txt", "ghbdtn\nvjcrdf\n");
+  writeFile(folder / "rejects.txt", "ckjdj\t1\ndjn\t2\n");
+  expectOutput(run({"learned"}),
+               "ckjdj: its correction was rejected once; left alone until the program that saw it "
+               "ends, and for ever after two more\n"
+               "djn: its correction was rejected twice; left alone until the program that saw it "
+               "ends, and for ever after one more\n"
+               "ghbdtn: never corrected: it stands on the list (ignored.txt)\n"
+               "vjcrdf: never corrected: it stands on the list (ignored.txt)\n");
+  const auto lines = run({"learned", "--json"}).out;
+  EXPECT_EQ(json::parse(lines.substr(0, lines.find('\n'))),
+            json::parse(R"({"word": "ckjdj", "list": false, "rejections": 1})"));
+  expectOutput(run({"learned", "forget", "Ghbdtn", "djn"}), "");
+  EXPECT_EQ(testing::readFile(folder / "ignored.txt"), "vjcrdf\n");
+  EXPECT_EQ(testing::readFile(folder / "rejects.txt"), "ckjdj\t1\n");
+  const auto unknown = run({"learned", "forget", "xyz", "ckjdj"});
+  EXPECT_EQ(unknown.status, 1);
+  EXPECT_EQ(unknown.err, "tessarok: xyz has not been learned\n");
+  EXPECT_EQ(testing::readFile(folder / "rejects.txt"), "\n");
 }
 
 TEST(CommandLine, HelpSaysWhichListsCount) {

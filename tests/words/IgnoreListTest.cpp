@@ -2,6 +2,7 @@
 
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/TestFiles.h"
+#include "words/ForgetRequest.h"
 #include "words/IgnoreList.h"
 
 namespace tessarok {
@@ -28,6 +29,23 @@ class IgnoreListTest : public ::testing::Test {
 
   FakeDesktop desktop;
 };
+
+TEST_F(IgnoreListTest, WhatAnotherProgramWantsForgottenIsNotLeftAloneAnyMore) {
+  IgnoreList::join(IgnoreList::Company::onlyOne);
+  IgnoreList::load(Recovery::onDisk);
+  IgnoreList::add("список");
+  IgnoreList::recordRejection("слово");
+  IgnoreList::flush();
+  EXPECT_FALSE(ForgetRequest::write({"слово", "список"}));
+  IgnoreList::tick();
+  IgnoreList::flush();
+  // What was learned since the start is taken back by the next tick.
+  IgnoreList::tick();
+  for (const auto* word : {"слово", "список"})
+    EXPECT_FALSE(IgnoreList::contains(word)) << word;
+  EXPECT_EQ(saved("ignored.txt"), "\n");
+  EXPECT_EQ(saved("rejects.txt"), "\n");
+}
 
 TEST_F(IgnoreListTest, StartsEmptyWithoutFiles) {
   IgnoreList::load(Recovery::onDisk);

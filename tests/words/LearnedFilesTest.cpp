@@ -117,6 +117,70 @@ TEST_F(LearnedFilesTest, TheLastToLeaveCountsWhatIsLeft) {
   EXPECT_TRUE(extraFiles().empty());
 }
 
+TEST_F(LearnedFilesTest, WhatIsForgottenGoesFromTheFilesAndEveryCopy) {
+  const auto writer = copy();
+  const auto guest = copy();
+  reject(*writer, "слово", 3);
+  reject(*guest, "слово");
+  reject(*guest, "другое");
+  EXPECT_FALSE(copy()->forget({"слово", "другое"}));
+  writer->tick();
+  EXPECT_EQ(rejects(), "\n");
+  EXPECT_EQ(ignored(), "\n");
+  EXPECT_TRUE(guest->tick());
+  for (auto* one : {writer.get(), guest.get()}) {
+    EXPECT_EQ(one->takeForgotten(), (WordSet{"другое", "слово"}));
+    EXPECT_TRUE(one->takeForgotten().empty());
+    EXPECT_TRUE(one->lists().counts().empty());
+  }
+  // It is learned anew like any other.
+  reject(*guest, "слово");
+  writer->tick();
+  EXPECT_EQ(rejects(), "слово\t1\n");
+  for (int ticks = 0; ticks < 6; ++ticks)
+    writer->tick();
+  EXPECT_EQ(rejects(), "слово\t1\n");
+  EXPECT_TRUE(extraFiles().empty());
+}
+
+TEST_F(LearnedFilesTest, WhereNoOtherCopyRunsWordsAreForgottenAtOnce) {
+  writeFile(file("ignored.txt"), "другое\nслово\n");
+  writeFile(file("rejects.txt"), "слово\t3\nтретье\t2\n");
+  EXPECT_FALSE(copy()->forget({"слово", "никакое"}));
+  EXPECT_EQ(ignored(), "другое\n");
+  EXPECT_EQ(rejects(), "третье\t2\n");
+  EXPECT_TRUE(extraFiles().empty());
+}
+
+TEST_F(LearnedFilesTest, ARequestToForgetThatNobodyHasSeenIsObeyedByTheNextCopy) {
+  {
+    const auto writer = copy();
+    reject(*writer, "слово", 3);
+    EXPECT_FALSE(copy()->forget({"слово"}));
+  }
+  const auto next = copy();
+  next->tick();
+  EXPECT_EQ(ignored(), "\n");
+  EXPECT_EQ(rejects(), "\n");
+}
+
+TEST_F(LearnedFilesTest, WhatOnlyIsNamedLikeARequestToForgetStays) {
+  const auto writer = copy();
+  reject(*writer, "слово");
+  const std::string name = ".forget-0123456789abcdef.txt";
+  writeFile(file(name), "слово\n");
+  for (int ticks = 0; ticks < 10; ++ticks)
+    writer->tick();
+  EXPECT_EQ(rejects(), "слово\t1\n");
+  EXPECT_EQ(extraFiles(), Log{name});
+}
+
+TEST_F(LearnedFilesTest, ListsThatCannotBeWrittenForgetNothing) {
+  writeFile(file("ignored.txt"), "слово\n");
+  desktop.files().failsNextWrite = true;
+  EXPECT_EQ(copy()->forget({"слово"}).reason(), "could not save rejects.txt: the disk is full");
+}
+
 TEST_F(LearnedFilesTest, ACopyWithoutCompanyOverwritesWhatWasEditedByHand) {
   const auto only = copy();
   reject(*only, "слово");

@@ -1,0 +1,105 @@
+#include "commands/LearnedCommand.h"
+
+#include <iostream>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "commands/CommandError.h"
+#include "commands/Input.h"
+#include "desktops/terminal/TerminalDesktop.h"
+#include "platform/Desktop.h"
+#include "text/Text.h"
+#include "words/LearnedFiles.h"
+
+namespace tessarok::commands {
+
+namespace {
+
+/// By the number of rejections.
+constexpr const char* kTimes[] = {"never", "once", "twice"};
+/// By the number of those that are missing until it is for ever.
+constexpr const char* kMore[] = {"", "one more", "two more"};
+
+/// A word, whether it stands on the list, and how often its correction was rejected.
+struct Entry {
+  std::string_view word;
+  bool isListed = false;
+  std::int64_t rejections = 0;
+};
+
+std::vector<Entry> entriesOf(const LearnedLists& lists) {
+  std::map<std::string_view, Entry> entries;
+  for (const auto& word : lists.words())
+    entries[word] = {.word = word, .isListed = true};
+  for (const auto& [word, rejections] : lists.counts()) {
+    auto& entry = entries[word];
+    entry.word = word;
+    entry.rejections = rejections;
+  }
+  std::vector<Entry> all;
+  for (const auto& [word, entry] : entries)
+    all.push_back(entry);
+  return all;
+}
+
+std::string reasonFor(const Entry& entry) {
+  if (entry.isListed) return "never corrected: it stands on the list (ignored.txt)";
+  const auto missing = LearnedLists::kPromotionThreshold - entry.rejections;
+  return std::string("its correction was rejected ") + kTimes[entry.rejections] +
+         "; left alone until the program that saw it ends, and for ever after " + kMore[missing];
+}
+
+void print(const Entry& entry, bool json) {
+  if (json) {
+    std::cout << nlohmann::json{{"word", entry.word},
+                                {"list", entry.isListed},
+                                {"rejections", entry.rejections}}
+              << '\n';
+  } else {
+    std::cout << entry.word << ": " << reasonFor(entry) << '\n';
+  }
+}
+
+}  // namespace
+
+int runLearned(const Options& options, const LearnedOptions& learned) {
+  terminal::TerminalDesktop desktop(options.resources);
+  platform::setDesktop(desktop);
+  LearnedFiles files;
+  files.load(LearnedFiles::Recovery::inMemory);
+  const auto entries = entriesOf(files.lists());
+  for (const auto& entry : entries)
+    print(entry, learned.json);
+  if (entries.empty() && !learned.json) std::cout << "nothing has been learned yet\n";
+  return 0;
+}
+
+int runForget(const Options& options, const std::vector<std::string>& words) {
+  for (const auto& word : words)
+    requireUtf8(word, "the word");
+  terminal::TerminalDesktop desktop(options.resources);
+  platform::setDesktop(desktop);
+  LearnedFiles files;
+  files.join(LearnedFiles::Company::many);
+  files.load(LearnedFiles::Recovery::onDisk);
+  WordSet known;
+  int status = 0;
+  for (const auto& typed : words) {
+    const auto word = text::normalizedWord(text::lowercased(typed));
+    if (files.lists().words().contains(word) || files.lists().counts().contains(word)) {
+      known.insert(word);
+      continue;
+    }
+    std::cerr << "tessarok: " << typed << " has not been learned\n";
+    status = 1;
+  }
+  if (!known.empty()) {
+    if (const auto failure = files.forget(known)) {
+      throw CommandError("nothing is forgotten: " + failure.reason());
+    }
+  }
+  files.leave();
+  return status;
+}
+
+}  // namespace tessarok::commands
