@@ -1,9 +1,11 @@
 // The command line.
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "commands/CheckDataCommand.h"
@@ -57,7 +59,7 @@ class CommandLine {
 
   int run(int argc, char** argv) {
     try {
-      app_.parse(argc, argv);
+      app_.parse(argumentsOf(argc, argv));
     } catch (const CLI::Success& success) {
       return app_.exit(success);
     } catch (const CLI::ParseError& error) {
@@ -67,6 +69,38 @@ class CommandLine {
   }
 
  private:
+  /// Whether an argument of a command that takes text is a part of that: there are no options of
+  /// one letter but -h, and a word may begin with a hyphen.
+  [[nodiscard]] static bool isHyphenatedWord(std::string_view argument) {
+    return argument.size() > 1 && argument[0] == '-' && argument[1] != '-' && argument != "-h";
+  }
+
+  /// The first argument that is neither an option of a command nor the value of one.
+  template <typename Iterator>
+  [[nodiscard]] static Iterator behindOptions(const CLI::App& command, Iterator from,
+                                              Iterator end) {
+    while (from != end && from->starts_with("--") && *from != "--") {
+      const auto* option = command.get_option_no_throw(*from++);
+      const bool hasValue = option != nullptr && option->get_items_expected_max() > 0;
+      if (hasValue && from != end) ++from;
+    }
+    return from;
+  }
+
+  /// The arguments, with the text of a command marked as such when a word of it begins with a
+  /// hyphen. In the order in which CLI11 wants them, the last first.
+  [[nodiscard]] std::vector<std::string> argumentsOf(int argc, char** argv) const {
+    std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    const auto command = behindOptions(app_, arguments.begin(), end);
+    const bool takesText = command != end && (*command == "type" || *command == "explain");
+    if (takesText && std::any_of(command, end, isHyphenatedWord)) {
+      arguments.insert(behindOptions(*app_.get_subcommand(*command), command + 1, end), "--");
+    }
+    std::reverse(arguments.begin(), arguments.end());
+    return arguments;
+  }
+
   void addType() {
     auto* type = app_.add_subcommand("type", "type a text and print the screen");
     addNoLists(*type);

@@ -8,6 +8,7 @@
 #include "desktops/virtual/Session.h"
 #include "text/Text.h"
 #include "typing/KeyCodes.h"
+#include "typing/KeyTap.h"
 #include "words/Letters.h"
 
 namespace tessarok::commands {
@@ -21,6 +22,10 @@ constexpr const char* kEnglishLayout = "com.apple.keylayout.US";
 constexpr const char* kRussianLayout = "com.apple.keylayout.RussianWin";
 /// A key of no layout; characters that no key types, such as emoji, come with it.
 constexpr KeyCode kCharacterPalette = 0xFFFF;
+
+/// Seconds from key to key in a pause, as of somebody who types 300 characters a minute. Else the
+/// clock stands still: in a second of work a day of typing would go by, with all its ticks.
+constexpr double kKeyInterval = 0.2;
 
 /// The language of the first letter.
 Language languageAtStart(std::string_view text) {
@@ -75,8 +80,11 @@ int runType(const Options& options, const TypeOptions& type) {
   for (const auto& message : desktop.systemLog().take())
     std::cerr << message << '\n';
   Typist typist(desktop, start);
-  for (const auto character : text::Characters(text))
+  for (const auto character : text::Characters(text)) {
     typist.type(character);
+    const bool isPaused = desktop.clock().uptime() < KeyTap::shared().pausedUntil();
+    if (isPaused) desktop.wait(kKeyInterval);
+  }
   const auto screen = desktop.textField().text();
   std::cout << screen;
   if (!screen.ends_with('\n')) std::cout << '\n';

@@ -255,6 +255,20 @@ TEST(CommandLine, JoinsTheWordsOfItsArguments) {
   expectOutput(type({"ghbdtn", "vbh", "z"}), "привет мир я\n");
 }
 
+TEST(CommandLine, AWordMayBeginWithAHyphen) {
+  expectOutput(type({"-ghbdtn", "vbh"}), "-привет мир\n");
+  expectOutput(type({"--from", "en", "z", "-z", "-"}), "z -z -\n");
+  expectOutput(type({"--", "-ghbdtn", "z"}), "-привет я\n");
+  expectOutput(type({"--no-lists", "--from=en", "-ghbdtn", "--from"}), "-привет --акщь\n");
+  EXPECT_EQ(explain({"-ghbdtn"}).at(0)["word"], "-ghbdtn");
+}
+
+TEST(CommandLine, APauseEndsWhileTextIsTyped) {
+  // The grave accent stands for five seconds, in which 25 keys are typed.
+  const std::string paused(24, 'z');
+  expectOutput(type({"`ghbdtn " + paused + " ghbdtn "}), "`ghbdtn " + paused + " привет \n");
+}
+
 TEST(CommandLine, TypesStandardInput) {
   expectOutput(type({}, "ghbdtn\nhello\n"), "привет\nhello\n");
   expectOutput(type({}, ""), "\n");
