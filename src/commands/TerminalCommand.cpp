@@ -1,10 +1,15 @@
 #include "commands/TerminalCommand.h"
 
 #include <chrono>
+#include <clocale>
 #include <cstdlib>
 #include <future>
 #include <iostream>
+#include <langinfo.h>
 #include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <variant>
 
 #include "app/Corrector.h"
@@ -32,16 +37,35 @@ using terminal::TerminalSession;
 void warnIfDataIsMissing(TerminalDesktop& desktop) {
   if (Dict::en().isAvailable() && Dict::ru().isAvailable()) return;
   desktop.systemLog().write(
-      "Tessarok: the word data is missing; automatic correction is off, ⌥Space works");
+      "Tessarok: the word data is missing; automatic correction is off, Alt+Space works");
 }
 
 /// In the environment of what runs in a corrected terminal.
 constexpr const char* kNested = "TESSAROK_TERMINAL";
 
-/// Becomes the program: two correctors, one in the other, would fix every word twice.
-int runPlainly(const std::vector<std::string>& command) {
-  std::cerr << "tessarok: this terminal is corrected already; " << command.front()
-            << " runs in it as it is" << std::endl;
+/// Whether programs here take text for UTF-8. Others erase a Russian letter in two steps.
+bool isUtf8Locale() {
+  const std::string own = std::setlocale(LC_CTYPE, nullptr);
+  // With one that is named but not there programs go on with the plainest, as this one does now.
+  static_cast<void>(std::setlocale(LC_CTYPE, ""));
+  const bool isUtf8 = std::string_view(::nl_langinfo(CODESET)) == "UTF-8";
+  static_cast<void>(std::setlocale(LC_CTYPE, own.c_str()));
+  return isUtf8;
+}
+
+/// Why nothing is to be corrected in this terminal; absent when there is no reason.
+std::optional<std::string> obstacle() {
+  // Two correctors, one in the other, would fix every word twice.
+  if (posix::personsVariable(kNested).value_or("") != "")
+    return "this terminal is corrected already";
+  if (!isUtf8Locale()) return "the locale (LC_ALL, LC_CTYPE or LANG) is not one with UTF-8";
+  return std::nullopt;
+}
+
+/// Becomes the program.
+int runPlainly(const std::vector<std::string>& command, const std::string& reason) {
+  std::cerr << "tessarok: " << reason << "; " << command.front() << " runs in it as it is"
+            << std::endl;
   const auto failure = Pty::become(command);
   std::cerr << "tessarok: " << failure.reason << '\n';
   return failure.exitStatus;
@@ -98,7 +122,7 @@ int runTerminal(const Options& options, const TerminalOptions& terminal) {
   if (!isTerminal()) throw CommandError("standard input is not a terminal");
   const auto command =
       terminal.command.empty() ? std::vector{terminal::loginShell()} : terminal.command;
-  if (posix::personsVariable(kNested).value_or("") != "") return runPlainly(command);
+  if (const auto reason = obstacle()) return runPlainly(command, *reason);
   posix::ignoreWriteSignals();
   OuterTerminal outer;
   ::setenv(kNested, "1", 1);

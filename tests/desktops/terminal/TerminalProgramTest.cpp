@@ -167,7 +167,7 @@ TEST(TerminalProgram, WithoutWordDataAltSpaceStillWorks) {
   UserAtTerminal::Setup setup;
   setup.resources = empty.path();
   UserAtTerminal user({"sh", "-c", "printf started; cat"}, setup);
-  ASSERT_TRUE(user.sees("automatic correction is off, ⌥Space works\r\n")) << user.screen();
+  ASSERT_TRUE(user.sees("automatic correction is off, Alt+Space works\r\n")) << user.screen();
   ASSERT_TRUE(user.sees("started"));
   user.type("ghbdtn \r");
   EXPECT_TRUE(user.sees("\r\nghbdtn \r\n")) << user.screen();

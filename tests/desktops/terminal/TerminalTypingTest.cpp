@@ -170,6 +170,20 @@ TEST(Nested, ASecondOneRunsTheProgramAsItIs) {
   EXPECT_TRUE(user.sees("\r\nпривет мир\r\n")) << user.screen();
 }
 
+TEST(Locale, WhereTextIsNotUtf8TheProgramRunsAsItIs) {
+  const auto refuses = [](const std::string& locale) {
+    UserAtTerminal user({"env", "-u", "TESSAROK_TERMINAL", locale, TESSAROK_PROGRAM, "terminal",
+                         "--", "sh", "-c", "echo started; cat"});
+    EXPECT_TRUE(user.sees("started")) << user.screen();
+    return user.screen().find(
+               "the locale (LC_ALL, LC_CTYPE or LANG) is not one with UTF-8; sh "
+               "runs in it as it is") != std::string::npos;
+  };
+  EXPECT_TRUE(refuses("LC_ALL=C"));
+  EXPECT_TRUE(refuses("LC_ALL=no_SUCH.UTF-8"));
+  EXPECT_FALSE(refuses("LC_ALL=C.UTF-8"));
+}
+
 /// Runs a prompt that prints "ready" and then, in brackets, what it was given.
 void expectUntouched(const std::string& prompt, std::string_view keys, std::string_view answer) {
   UserAtTerminal user({"sh", "-c", prompt});
