@@ -42,6 +42,15 @@ class Characters {
   std::string_view text_;
 };
 
+/// Whether a predicate holds for every Character of a text; also for none.
+template <typename Predicate>
+[[nodiscard]] bool allCharacters(std::string_view text, const Predicate& predicate) {
+  for (const auto character : Characters(text)) {
+    if (!predicate(character)) return false;
+  }
+  return true;
+}
+
 [[nodiscard]] std::size_t count(std::string_view text);
 /// The last Character; empty for an empty text.
 [[nodiscard]] std::string_view lastCharacter(std::string_view text);

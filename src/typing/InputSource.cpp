@@ -66,8 +66,9 @@ std::uint32_t keyboardType() {
 constexpr std::array<Language, 2> kLanguages = {Language::english, Language::russian};
 
 bool isKnown(std::string_view identifier) {
-  return std::ranges::any_of(
-      kLanguages, [&](Language language) { return InputSource::isInGroup(identifier, language); });
+  return std::any_of(kLanguages.begin(), kLanguages.end(), [&](Language language) {
+    return InputSource::isInGroup(identifier, language);
+  });
 }
 
 /// Remembers a layout as the last one used of its group.

@@ -64,10 +64,6 @@ struct Candidate {
   }
 };
 
-bool allLetters(std::string_view word) {
-  return std::ranges::all_of(text::Characters(word), &text::isLetter);
-}
-
 bool protoFavorsSwap(const Candidate& candidate) {
   const auto to = candidate.to;
   if (candidate.length < kShortestPrototypeWord) return false;
@@ -186,7 +182,7 @@ std::optional<Decision> decideSwap(std::string_view word, std::string_view lower
   auto converted = scratch.string();
   LayoutMap::appendConverted(word, other(to), converted);
   context.note("the same keys in the other layout give \"", converted, "\"");
-  if (!allLetters(converted)) {
+  if (!text::allCharacters(converted, &text::isLetter)) {
     context.note("which is not all letters");
     return std::nullopt;
   }

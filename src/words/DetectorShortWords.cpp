@@ -1,7 +1,5 @@
 // The rules of `Detector` for words of two letters and for a Shift key held too long.
 
-#include <algorithm>
-
 #include "text/ScratchText.h"
 #include "text/Text.h"
 #include "words/Detector.h"
@@ -40,7 +38,7 @@ bool convertsToFrequentWord(std::string_view word, Language to) {
   LayoutMap::appendConverted(word, other(to), converted);
   auto lower = scratch.string();
   text::appendLowercased(converted, lower);
-  if (!std::ranges::all_of(text::Characters(lower), &text::isLetter)) return false;
+  if (!text::allCharacters(lower, &text::isLetter)) return false;
   return ShortFreq::of(to).contains(std::string_view(lower));
 }
 
@@ -55,9 +53,8 @@ std::string_view withoutLetterKeys(std::string_view word) {
 /// The language that all Characters of a word are letters of; absent when there is none.
 std::optional<Language> languageOf(std::string_view word) {
   const auto language = letters::languageOf(text::firstCharacter(word));
-  const bool isUniform = std::ranges::all_of(
-      text::Characters(word),
-      [&](std::string_view character) { return letters::languageOf(character) == language; });
+  const bool isUniform = text::allCharacters(
+      word, [&](std::string_view character) { return letters::languageOf(character) == language; });
   return isUniform ? language : std::nullopt;
 }
 

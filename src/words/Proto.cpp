@@ -25,9 +25,10 @@ Sets& sets() {
 }
 
 const NGramSet& setOf(Language language, std::size_t length, bool boundary) {
-  const auto* const kind = std::ranges::find_if(Proto::kKinds, [&](const Proto::Kind& each) {
-    return each.language == language && each.length == length && each.boundary == boundary;
-  });
+  const auto* const kind = std::find_if(
+      std::begin(Proto::kKinds), std::end(Proto::kKinds), [&](const Proto::Kind& each) {
+        return each.language == language && each.length == length && each.boundary == boundary;
+      });
   return sets().byKind[static_cast<std::size_t>(kind - std::begin(Proto::kKinds))];
 }
 

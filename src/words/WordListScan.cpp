@@ -15,7 +15,8 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
-#include <future>
+#include <system_error>
+#include <thread>
 
 #include "text/ByteScan.h"
 
@@ -162,6 +163,17 @@ std::size_t goodPrefixAlone(std::string_view data) {
   return scan.line();
 }
 
+/// A thread that does some work; none where none is to be had. Not `std::async`, which would do the
+/// work later then: in one of the two libraries in use it waits for ever instead.
+template <typename Work>
+std::thread threadOf(const Work& work) {
+  try {
+    return std::thread(work);
+  } catch (const std::system_error&) {
+    return {};
+  }
+}
+
 /// Another thread judges the first half, down to the end of the line that the second half starts
 /// with: so that line is good, as it has to be, and in its place. Where no line starts in the
 /// second half, that is all of the list.
@@ -172,10 +184,16 @@ std::size_t goodPrefixInHalves(std::string_view data) {
   if (limit == std::string_view::npos) return goodPrefixAlone<Letters>(data);
   Scan<Letters> first(data);
   Scan<Letters> second(data.substr(half));
-  // Where no thread is to be had, it is done when it is asked for.
-  auto isFirstGood = std::async([&first, limit] { return first.judgeTo(limit); });
+  bool isFirstGood = false;
+  const auto judgeFirst = [&] { isFirstGood = first.judgeTo(limit); };
+  auto helper = threadOf(judgeFirst);
   second.judgeTo(data.size());
-  return isFirstGood.get() ? half + second.line() : first.line();
+  if (helper.joinable()) {
+    helper.join();
+  } else {
+    judgeFirst();
+  }
+  return isFirstGood ? half + second.line() : first.line();
 }
 
 template <typename Letters>
