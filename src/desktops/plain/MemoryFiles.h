@@ -10,14 +10,15 @@
 
 #include "platform/Files.h"
 
-namespace tessarok::fuzz {
+namespace tessarok::platform {
 
-/// Files that are on no disk, so that thousands can be parsed in a second. Any thread.
-class MemoryFiles final : public platform::Files {
+/// Files that are on no disk: of a desktop that has none, or to parse thousands in a second. What
+/// is mapped shares the text of the file. Any thread.
+class MemoryFiles final : public Files {
  public:
   void put(const std::filesystem::path& file, std::string text) {
     const std::lock_guard lock(mutex_);
-    files_[file.string()] = {std::move(text), ++writes_};
+    files_[file.string()] = {std::make_shared<const std::string>(std::move(text)), ++writes_};
   }
   void clear() {
     const std::lock_guard lock(mutex_);
@@ -27,19 +28,22 @@ class MemoryFiles final : public platform::Files {
   [[nodiscard]] std::optional<std::string> text(const std::filesystem::path& file) {
     const std::lock_guard lock(mutex_);
     const auto found = files_.find(file.string());
-    return found == files_.end() ? std::nullopt : std::optional(found->second.text);
+    return found == files_.end() ? std::nullopt : std::optional(*found->second.text);
   }
 
   std::filesystem::path homeDirectory() override { return "/home"; }
   std::optional<std::filesystem::path> applicationSupportDirectory() override { return "/support"; }
-  bool exists(const std::filesystem::path& file) override { return text(file).has_value(); }
+  bool exists(const std::filesystem::path& file) override {
+    const std::lock_guard lock(mutex_);
+    return files_.contains(file.string());
+  }
   bool isReadable(const std::filesystem::path& file) override { return exists(file); }
-  std::optional<platform::FileStamp> stamp(const std::filesystem::path& file) override {
+  std::optional<FileStamp> stamp(const std::filesystem::path& file) override {
     const std::lock_guard lock(mutex_);
     const auto found = files_.find(file.string());
     if (found == files_.end()) return std::nullopt;
-    return platform::FileStamp{
-        .modified = found->second.number, .size = found->second.text.size(), .inode = 0};
+    return FileStamp{
+        .modified = found->second.number, .size = found->second.text->size(), .inode = 0};
   }
   std::optional<std::string> read(const std::filesystem::path& file, std::string* error) override {
     auto found = text(file);
@@ -55,9 +59,10 @@ class MemoryFiles final : public platform::Files {
     }
     return names;
   }
-  std::unique_ptr<platform::MappedFile> map(const std::filesystem::path& file) override {
-    auto found = text(file);
-    return found ? std::make_unique<Copy>(std::move(*found)) : nullptr;
+  std::unique_ptr<MappedFile> map(const std::filesystem::path& file) override {
+    const std::lock_guard lock(mutex_);
+    const auto found = files_.find(file.string());
+    return found == files_.end() ? nullptr : std::make_unique<Share>(found->second.text);
   }
   platform::Failure createDirectories(const std::filesystem::path&) override {
     return platform::Failure::none();
@@ -73,23 +78,23 @@ class MemoryFiles final : public platform::Files {
     return true;
   }
   void appendToLog(const std::filesystem::path&, std::string_view, std::uint64_t) override {}
-  platform::FileLockResult lockExclusively(const std::filesystem::path&) override {
-    return std::make_unique<platform::FileLock>();
+  FileLockResult lockExclusively(const std::filesystem::path&) override {
+    return std::make_unique<FileLock>();
   }
   bool isLockedByAnother(const std::filesystem::path&) override { return false; }
 
  private:
   struct File {
-    std::string text;
+    std::shared_ptr<const std::string> text;
     std::int64_t number = 0;
   };
-  class Copy final : public platform::MappedFile {
+  class Share final : public MappedFile {
    public:
-    explicit Copy(std::string text) : text_(std::move(text)) {}
-    [[nodiscard]] std::string_view bytes() const override { return text_; }
+    explicit Share(std::shared_ptr<const std::string> text) : text_(std::move(text)) {}
+    [[nodiscard]] std::string_view bytes() const override { return *text_; }
 
    private:
-    std::string text_;
+    std::shared_ptr<const std::string> text_;
   };
 
   std::mutex mutex_;
@@ -97,4 +102,4 @@ class MemoryFiles final : public platform::Files {
   std::int64_t writes_ = 0;
 };
 
-}  // namespace tessarok::fuzz
+}  // namespace tessarok::platform
