@@ -9,11 +9,9 @@
 #include "commands/WordData.h"
 #include "desktops/virtual/TemporaryDirectory.h"
 #include "desktops/virtual/VirtualDesktop.h"
-#include "text/Text.h"
 #include "words/BuiltinPacks.h"
-#include "words/Detector.h"
+#include "words/Explanation.h"
 #include "words/IgnoreList.h"
-#include "words/LayoutMap.h"
 #include "words/ListQueue.h"
 #include "words/Proto.h"
 #include "words/UserDict.h"
@@ -21,35 +19,6 @@
 namespace tessarok::commands {
 
 namespace {
-
-/// Everything that the program thinks of one word.
-struct Explanation {
-  std::string word;
-  std::optional<Detector::Decision> decision;
-  /// The whole new word with the kept tail, by the layouts alone.
-  std::optional<std::string> converted;
-  std::optional<std::string> shiftLag;
-  bool shortRuCandidate = false;
-  bool shortEnCandidate = false;
-  std::vector<std::string> steps;
-};
-
-Explanation explainWord(std::string_view word, const ExplainOptions& options) {
-  DecisionTrace trace;
-  Explanation explanation;
-  explanation.word = word;
-  explanation.decision = Detector::decide(word, options.ruStreak, options.enStreak, &trace);
-  if (const auto& decision = explanation.decision) {
-    explanation.converted =
-        LayoutMap::convert(text::withoutLast(word, decision->trim), decision->from());
-    explanation.converted->append(text::last(word, decision->trim));
-  }
-  explanation.shiftLag = Detector::fixShiftLag(word);
-  explanation.shortRuCandidate = Detector::isShortRuCandidate(word);
-  explanation.shortEnCandidate = Detector::isShortEnCandidate(word);
-  explanation.steps = trace.steps();
-  return explanation;
-}
 
 nlohmann::json orNull(const std::optional<std::string>& value) {
   return value ? nlohmann::json(*value) : nlohmann::json();
@@ -101,7 +70,7 @@ void explainAll(std::string_view lines, const ExplainOptions& options) {
     auto word = lines.substr(0, end);
     lines = end == std::string_view::npos ? std::string_view() : lines.substr(end + 1);
     if (word.ends_with('\r')) word.remove_suffix(1);
-    const auto explanation = explainWord(word, options);
+    const auto explanation = Explanation::of(word, options.ruStreak, options.enStreak);
     options.json ? printJson(explanation) : printText(explanation);
   }
 }
@@ -137,7 +106,7 @@ int runExplain(const Options& options, const ExplainOptions& explain) {
   for (const auto& word : explain.words)
     requireUtf8(word, "the word");
   for (const auto& word : explain.words) {
-    const auto explanation = explainWord(word, explain);
+    const auto explanation = Explanation::of(word, explain.ruStreak, explain.enStreak);
     explain.json ? printJson(explanation) : printText(explanation);
   }
   return 0;
