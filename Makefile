@@ -11,7 +11,7 @@ THOROUGH_TESTS := ^(Crash|LockRace|Property)\.|^(Text\.ShortCuts.*|UserDict\.AHu
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-apps test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app install clean mutate faults soak
+.PHONY: help run build data test test-apps test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app page page-files test-page install clean mutate faults soak
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -140,6 +140,23 @@ coverage: data ## Measure the corrector's branch coverage: build/coverage/report
 macos-app: data ## Compile, link and check Tessarok.app for both kinds of Mac
 	@scripts/install-packages macos
 	@packaging/macos/cross-compile build/macos-app
+
+page: page-files ## Build the page to try it in a browser, build/page/, and serve it
+	@packaging/web/serve build/page
+
+page-files: data
+	@scripts/install-packages page
+	@source=$$(scripts/get-utf8proc build/page-module) && \
+	  cmake --preset page -DTESSAROK_UTF8PROC_SOURCE="$$source" > /dev/null
+	@cmake --build build/page-module --target tessarok_page
+	@cmake --build --preset release --target tessarok-pack-page
+	@$(BUILD)/tools/tessarok-pack-page build/page-module/words Resources/*.txt
+	@packaging/web/build build/page-module/tessarok.wasm build/page-module/words build/page
+
+test-page: page-files build ## Type into the page in Chromium and Firefox (installs both)
+	@scripts/install-packages test-page
+	@cmake --build --preset release --target tessarok_page_sentences
+	@tests/desktops/web/check-page build/page $(BUILD)/tessarok Resources $(BUILD)/tests/desktops/web/tessarok_page_sentences
 
 install: build data ## Install under DESTDIR and the configured prefix
 	@cmake --install $(BUILD)
