@@ -42,7 +42,7 @@ async function keepForOffline(cache) {
   await Promise.all(['./', 'tessarok.js?' + FILES.version].map((file) => cache.add(file)));
   for (const name of await caches.keys())
     if (name.startsWith('tessarok-') && name !== CACHE) await caches.delete(name);
-  await navigator.serviceWorker.register('tessarok.js?' + FILES.version);
+  await navigator.serviceWorker.register('tessarok.js?' + FILES.version, {updateViaCache: 'all'});
 }
 
 // ── The module ───────────────────────────────────────────────────────────────────────────────────
@@ -151,6 +151,8 @@ class Corrector {
 
 // ── The text fields ──────────────────────────────────────────────────────────────────────────────
 
+/** Changes that an undo may come back to. */
+const MOST_REPLACED = 200;
 const TEXT_INPUTS = new Set(['text', 'search']);
 const MODIFIER_KEYS = new Set(['Shift', 'Control', 'Alt', 'Meta', 'AltGraph', 'CapsLock', 'Fn', 'NumLock', 'ScrollLock']);
 
@@ -166,6 +168,8 @@ class Fields {
     /** The key in hand has gone through the corrector; what the browser does with it is known. */
     this.isTold = false;
     this.composed = null;
+    /** What was erased, and where. */
+    this.replaced = [];
     this.systemLayout = null;
     const on = (type, handler) => document.addEventListener(type, (event) => {
       const field = Fields.fieldOf(event.target);
@@ -283,6 +287,9 @@ class Fields {
 
   onInput(event, field) {
     if (this.isOurs || event.isComposing) return;
+    // `onCompositionEnd` has it, which comes before this in some browsers and after it in others.
+    if (event.inputType === 'insertCompositionText') return this.remember(field);
+    if (event.inputType === 'historyUndo') this.dropOwnSelection(field);
     if (this.pending) {
       const characters = this.pending;
       this.pending = null;
@@ -336,9 +343,20 @@ class Fields {
   /** One step for the browser's undo. */
   replaceBeforeCaret(field, erase, text) {
     if (erase === 0 && text === '') return;
-    const caret = field.selectionStart;
-    if (erase > 0) field.setSelectionRange(Math.max(0, caret - erase), field.selectionEnd);
+    const end = field.selectionEnd;
+    const start = Math.max(0, field.selectionStart - erase);
+    this.replaced.push({start, text: field.value.slice(start, end)});
+    if (this.replaced.length > MOST_REPLACED) this.replaced.shift();
+    field.setSelectionRange(start, end);
     this.insert(field, text);
+  }
+  /** An undo selects again what was selected for the change. What this script selected it takes for
+      the person's text, which the next key must not type over. */
+  dropOwnSelection(field) {
+    const {selectionStart: start, selectionEnd: end} = field;
+    const text = field.value.slice(start, end);
+    if (this.replaced.some((each) => each.start === start && each.text === text))
+      field.setSelectionRange(end, end);
   }
   /** Puts a text in the place of the selection so that the browser can take it back. */
   insert(field, text) {
@@ -390,7 +408,7 @@ const TEXTS = {
     heading: 'Type without looking at the layout',
     lead: 'Type ghbdtn and a space, as if it were привет. Wrong words are put right as they end, in both directions.',
     field: 'A field to type in', placeholder: 'ghbdtn',
-    layout: 'Layout', english: 'English layout', russian: 'Russian layout',
+    layout: 'Layout', english: 'EN: English layout', russian: 'RU: Russian layout',
     convert: 'Convert the last word', examples: 'Or watch', lastWord: 'The last word',
     none: 'Type a word and a space: here it says what was decided, and why.',
     converted: 'typed in the wrong layout, put right', guessed: 'in no dictionary; its letters speak for this, and the layout stays',
@@ -411,7 +429,7 @@ const TEXTS = {
     heading: 'Печатайте, не глядя на раскладку',
     lead: 'Наберите ghbdtn и пробел, как будто это привет. Слова не в той раскладке исправляются, как только закончатся, в обе стороны.',
     field: 'Поле для набора', placeholder: 'ghbdtn',
-    layout: 'Раскладка', english: 'Английская раскладка', russian: 'Русская раскладка',
+    layout: 'Раскладка', english: 'EN: английская раскладка', russian: 'RU: русская раскладка',
     convert: 'Переключить последнее слово', examples: 'Или посмотрите', lastWord: 'Последнее слово',
     none: 'Наберите слово и пробел: здесь будет сказано, что решено и почему.',
     converted: 'набрано не в той раскладке, исправлено', guessed: 'в словарях нет, но буквы говорят за это; раскладка остаётся',
@@ -653,7 +671,7 @@ class Page {
       if (key === '\n') fields.selectLayout(example.isRussian);
       if (!isStill) await new Promise((done) => setTimeout(done, EXAMPLE_PACE));
     }
-    this.playing = null;
+    if (this.playing === playing) this.playing = null;
   }
 
   /** Off the path of the key. */
