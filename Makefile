@@ -11,7 +11,7 @@ THOROUGH_TESTS := ^(Crash|LockRace|Property)\.|^(Text\.ShortCuts.*|UserDict\.AHu
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-apps test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app page page-files test-page install clean mutate faults soak
+.PHONY: help run build data test test-apps test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app page page-files test-page bench-page install clean mutate faults soak
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -157,6 +157,10 @@ test-page: page-files build ## Type into the page in Chromium and Firefox (insta
 	@scripts/install-packages test-page
 	@cmake --build --preset release --target tessarok_page_sentences
 	@tests/desktops/web/check-page build/page $(BUILD)/tessarok Resources $(BUILD)/tests/desktops/web/tessarok_page_sentences
+
+bench-page: page-files build ## Measure the page in both browsers, beside the program: build/page.json
+	@scripts/install-packages test-page
+	@tests/desktops/web/check-page build/page $(BUILD)/tessarok Resources - --figures build/page.json
 
 install: build data ## Install under DESTDIR and the configured prefix
 	@cmake --install $(BUILD)

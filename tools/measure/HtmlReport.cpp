@@ -6,18 +6,19 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "StyleSheet.h"
+
 namespace tessarok::measure {
 
 namespace {
 
 constexpr const char* kHead = R"(<!DOCTYPE html>
-<html lang="en"><head><meta charset="utf-8"><title>Tessarok: what typing whole sentences shows</title>
+<html lang="en"><head><meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1">
+<title>Tessarok: what typing whole sentences shows</title>
 <style>
-body { font: 15px/1.5 sans-serif; max-width: 70em; margin: 2em auto; padding: 0 1em; color: #222; }
-table { border-collapse: collapse; } th, td { padding: .2em .8em; text-align: right; }
-th:first-child, td:first-child { text-align: left; } tr:nth-child(even) { background: #f3f5f8; }
-.lists { columns: 3 18em; } .lists p { margin: 0; } svg { display: block; margin: 1em 0 2em; }
-</style></head><body>
+)";
+constexpr const char* kBody = R"(</style></head><body class="report">
 <h1>What typing whole sentences shows</h1>
 )";
 
@@ -65,8 +66,8 @@ void addChart(std::ostringstream& out, const Chart& chart,
     const int y = rows++ * kRow;
     bars << "<text x=\"" << kLabel - 8 << "\" y=\"" << y + 17 << "\" text-anchor=\"end\">"
          << escaped(report.title) << "</text><rect x=\"" << kLabel << "\" y=\"" << y + 4
-         << "\" width=\"" << part * kWidth + 1 << "\" height=\"" << kRow - 8 << "\" fill=\""
-         << (report.language == Language::russian ? "#c8553d" : "#3d6fc8") << "\"/><text x=\""
+         << "\" width=\"" << part * kWidth + 1 << "\" height=\"" << kRow - 8 << "\" class=\""
+         << (report.language == Language::russian ? "russian" : "english") << "\"/><text x=\""
          << kLabel + part * kWidth + 8 << "\" y=\"" << y + 17 << "\">" << number(value)
          << "</text>\n";
   }
@@ -151,7 +152,7 @@ std::string htmlReport(const std::vector<CorpusReport>& reports, const Ceilings&
       {"Sentences whose first or second such word is right, % (from 80)", 80, 100, false,
        &CorpusReport::secondRightShare}};
   std::ostringstream out;
-  out << kHead;
+  out << kHead << kStyleSheet << kBody;
   for (const auto& chart : charts)
     addChart(out, chart, reports);
   addTable(out, reports, ceilings);

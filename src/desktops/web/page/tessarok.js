@@ -406,10 +406,10 @@ const TEXTS = {
   en: {
     title: 'Tessarok: type without looking at the layout',
     heading: 'Type without looking at the layout',
-    lead: 'Type ghbdtn and a space, as if it were привет. Wrong words are put right as they end, in both directions.',
+    lead: 'Type `ghbdtn` and a space, as if it were `привет`. Wrong words are put right as they end, in both directions.',
     field: 'A field to type in', placeholder: 'ghbdtn',
     layout: 'Layout', english: 'EN: English layout', russian: 'RU: Russian layout',
-    convert: 'Convert the last word', examples: 'Or watch', lastWord: 'The last word',
+    convert: 'Convert the word', examples: 'Or watch', lastWord: 'The last word',
     none: 'Type a word and a space: here it says what was decided, and why.',
     converted: 'typed in the wrong layout, put right', guessed: 'in no dictionary; its letters speak for this, and the layout stays',
     unshifted: 'Shift was held too long', waits: 'stays for now: the next word tells its language', stays: 'stays as typed',
@@ -427,10 +427,10 @@ const TEXTS = {
   ru: {
     title: 'Tessarok: печатайте, не глядя на раскладку',
     heading: 'Печатайте, не глядя на раскладку',
-    lead: 'Наберите ghbdtn и пробел, как будто это привет. Слова не в той раскладке исправляются, как только закончатся, в обе стороны.',
+    lead: 'Наберите `ghbdtn` и пробел, как будто это `привет`. Слова не в той раскладке исправляются, как только закончатся, в обе стороны.',
     field: 'Поле для набора', placeholder: 'ghbdtn',
     layout: 'Раскладка', english: 'EN: английская раскладка', russian: 'RU: русская раскладка',
-    convert: 'Переключить последнее слово', examples: 'Или посмотрите', lastWord: 'Последнее слово',
+    convert: 'Переключить слово', examples: 'Или посмотрите', lastWord: 'Последнее слово',
     none: 'Наберите слово и пробел: здесь будет сказано, что решено и почему.',
     converted: 'набрано не в той раскладке, исправлено', guessed: 'в словарях нет, но буквы говорят за это; раскладка остаётся',
     unshifted: 'Shift был отпущен поздно', waits: 'пока остаётся: язык покажет следующее слово', stays: 'остаётся как набрано',
@@ -535,7 +535,7 @@ class Page {
   writeTexts() {
     document.title = this.texts.title;
     for (const element of document.querySelectorAll('[data-text]'))
-      element.textContent = this.texts[element.dataset.text];
+      element.replaceChildren(...Page.withWords(this.texts[element.dataset.text]));
     for (const element of document.querySelectorAll('[data-label]'))
       element.setAttribute('aria-label', this.texts[element.dataset.label]);
     this.field.placeholder = this.texts.placeholder;
@@ -544,6 +544,16 @@ class Page {
       element.textContent = isMac ? '⌥ Space' : 'Alt + Space';
     for (const element of document.querySelectorAll('.undo-key'))
       element.textContent = isMac ? '⌘ Z' : 'Ctrl + Z';
+  }
+
+  /** What stands between grave accents in a text is a word as it is typed. */
+  static withWords(text) {
+    return text.split('`').map((part, i) => {
+      if (i % 2 === 0) return part;
+      const word = document.createElement('code');
+      word.textContent = part;
+      return word;
+    });
   }
 
   prepareAppearance() {
