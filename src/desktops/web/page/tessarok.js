@@ -29,7 +29,8 @@ function serveOffline() {
       try {
         return await fetch(event.request);
       } catch (error) {
-        const page = kept ?? (event.request.mode === 'navigate' ? await cache.match('./') : null);
+        const isPage = url.pathname.endsWith('/') || url.pathname.endsWith('/index.html');
+        const page = kept ?? (isPage ? await cache.match('./') : null);
         if (page) return page;
         throw error;
       }
@@ -151,6 +152,9 @@ class Corrector {
 
 // ── The text fields ──────────────────────────────────────────────────────────────────────────────
 
+/** What keys do to a field that have gone through the corrector. */
+const TYPING = new Set(['insertText', 'insertLineBreak', 'insertParagraph', 'deleteContentBackward',
+  'deleteContentForward']);
 /** Changes that an undo may come back to. */
 const MOST_REPLACED = 200;
 const TEXT_INPUTS = new Set(['text', 'search']);
@@ -158,9 +162,11 @@ const MODIFIER_KEYS = new Set(['Shift', 'Control', 'Alt', 'Meta', 'AltGraph', 'C
 
 /** The keys of every text field of the document, on their way through the corrector. */
 class Fields {
-  constructor(corrector, onChange) {
+  /** `onFailure` is called once, when the corrector has failed; from then on the fields are ordinary. */
+  constructor(corrector, onChange, onFailure) {
     this.corrector = corrector;
     this.onChange = onChange;
+    this.hasFailed = false;
     /** Where the corrector believes the caret to be. */
     this.known = {field: null, caret: 0, length: 0};
     /** Changes that this script makes are no news. */
@@ -172,8 +178,16 @@ class Fields {
     this.replaced = [];
     this.systemLayout = null;
     const on = (type, handler) => document.addEventListener(type, (event) => {
-      const field = Fields.fieldOf(event.target);
-      if (field) handler.call(this, event, field);
+      const field = this.hasFailed ? null : Fields.fieldOf(event.target);
+      if (!field) return;
+      try {
+        handler.call(this, event, field);
+      } catch (error) {
+        // The key goes on to the field.
+        this.hasFailed = true;
+        this.isOurs = false;
+        onFailure(error);
+      }
     }, true);
     on('keydown', this.onKeyDown);
     on('keyup', this.onKeyUp);
@@ -184,7 +198,7 @@ class Fields {
     on('pointerdown', () => { this.corrector.click(); });
     on('focusin', (_, field) => { this.corrector.focusMoved(); this.remember(field); });
     on('focusout', () => { this.corrector.focusMoved(); this.isTold = false; });
-    window.addEventListener('blur', () => this.corrector.focusMoved());
+    window.addEventListener('blur', () => { if (!this.hasFailed) this.corrector.focusMoved(); });
   }
 
   static fieldOf(element) {
@@ -294,7 +308,7 @@ class Fields {
       const characters = this.pending;
       this.pending = null;
       this.takeTyped(field, characters);
-    } else if (!this.isTold) {
+    } else if (!this.isTold || !TYPING.has(event.inputType)) {
       this.onOtherChange(field);
     }
     if (this.composed === null) this.isTold = false;
@@ -528,6 +542,8 @@ class Page {
       await this.load();
     } catch (error) {
       console.error(error);
+      // What cannot be used is not to be found again at the next visit.
+      globalThis.caches?.delete(CACHE).catch(() => {});
       this.fail(typeof WebAssembly === 'undefined' || error instanceof WebAssembly.CompileError ? 'old' : 'failed');
     }
   }
@@ -572,23 +588,26 @@ class Page {
 
   fail(text) {
     this.root.dataset.state = 'failed';
+    for (const control of document.querySelectorAll('[data-needs-corrector]')) control.disabled = true;
     this.byId('progress').hidden = true;
     this.byId('status').textContent = this.texts[text];
   }
 
   async load() {
     const cache = await Page.openCache();
+    /** What is being written into the cache, while it is used already. */
+    this.keeping = [];
     const [moduleFile, words] = await Promise.all([
-      Page.fetchKept(cache, FILES.wasm), this.fetchWords(cache)]);
+      this.fetchKept(cache, FILES.wasm), this.fetchWords(cache)]);
     this.corrector = await Corrector.load(moduleFile);
     if (!this.corrector.launch(words)) throw new Error('the words cannot be used');
-    this.fields = new Fields(this.corrector, () => this.show());
+    this.fields = new Fields(this.corrector, () => this.show(), (error) => {
+      console.error(error);
+      this.fail('failed');
+    });
     this.prepareControls();
-    if (cache) await keepForOffline(cache).catch((error) => console.warn(error));
+    if (cache) await Promise.all(this.keeping).then(() => keepForOffline(cache)).catch((error) => console.warn(error));
     Page.closeDoors();
-    this.root.dataset.state = 'ready';
-    this.byId('progress').hidden = true;
-    this.byId('status').textContent = '';
     performance.mark('tessarok-closed');
   }
 
@@ -596,16 +615,16 @@ class Page {
   static async openCache() {
     try { return await caches.open(CACHE); } catch { return null; }
   }
-  static async fetchKept(cache, file) {
+  async fetchKept(cache, file) {
     const kept = await cache?.match(file);
     if (kept) return kept;
     const response = await fetch(file);
     if (!response.ok) throw new Error(file + ': ' + response.status);
-    await cache?.put(file, response.clone());
+    if (cache) this.keeping.push(cache.put(file, response.clone()));
     return response;
   }
   async fetchWords(cache) {
-    const response = await Page.fetchKept(cache, FILES.words);
+    const response = await this.fetchKept(cache, FILES.words);
     const progress = this.byId('progress');
     progress.max = WORDS_SIZE;
     let loaded = 0;
@@ -654,10 +673,13 @@ class Page {
       if (event.isTrusted) this.playing = null;
     }, true);
     setInterval(() => {
-      if (document.hidden) return;
+      if (document.hidden || this.fields.hasFailed) return;
       this.corrector.tick();
       this.show();
     }, TICK);
+    this.root.dataset.state = 'ready';
+    this.byId('progress').hidden = true;
+    this.byId('status').textContent = '';
     this.show();
     performance.mark('tessarok-ready');
   }
@@ -690,6 +712,7 @@ class Page {
     this.isShowing = true;
     setTimeout(() => {
       this.isShowing = false;
+      if (this.fields.hasFailed) return;
       this.showLayout();
       this.showExplanation();
     });
