@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 
 namespace tessarok::web {
@@ -41,10 +42,6 @@ struct Alphabet {
 
 constexpr Alphabet kLatin{1, 26};
 constexpr Alphabet kCyrillic{2, 33};
-
-const Alphabet& alphabetOf(Form form) {
-  return form == Form::latin ? kLatin : kCyrillic;
-}
 
 void addLength(std::size_t length, std::string& out) {
   for (std::size_t i = 0; i < kLength; ++i)
@@ -126,40 +123,76 @@ class Reader {
   std::string_view rest_;
 };
 
+/// Takes the words of a list out of their packed form. A page waits for it, so what is known when
+/// it is compiled is not asked again for every letter.
+template <std::size_t kStep>
+class WordUnpacker {
+ public:
+  WordUnpacker(std::string_view packed, const Alphabet& alphabet, std::string& text)
+      : packed_(packed), alphabet_(alphabet), text_(text) {
+    for (std::size_t number = 1; number <= alphabet.letters; ++number)
+      letters_[number] = alphabet.letter(number);
+  }
+
+  [[nodiscard]] bool isAtEnd() const { return at_ == packed_.size(); }
+  /// Whether all of the text has been written.
+  [[nodiscard]] bool isFull() const { return end_ == text_.size(); }
+
+  /// The next word; false when there is none that fits. Not inlined: a browser makes a function
+  /// fast between two calls of it, never while it runs.
+  [[gnu::noinline]] bool next() {
+    char* const out = text_.data();
+    const auto room = text_.size();
+    const auto shared = kStep * static_cast<unsigned char>(packed_[at_++]);
+    const auto start = end_;
+    if (shared > length_ || shared > room - end_) return false;
+    std::memcpy(out + start, out + word_, shared);
+    end_ += shared;
+    while (at_ < packed_.size() && packed_[at_] != kEndOfWord) {
+      const auto number = static_cast<unsigned char>(packed_[at_++]);
+      if (number > alphabet_.letters || room - end_ < kStep) return false;
+      std::memcpy(out + end_, letters_[number].data(), kStep);
+      end_ += kStep;
+    }
+    if (isAtEnd() || isFull()) return false;
+    ++at_;
+    word_ = start;
+    length_ = end_ - start;
+    // The line break stands there already.
+    ++end_;
+    return true;
+  }
+
+ private:
+  std::string_view packed_;
+  const Alphabet& alphabet_;
+  std::string& text_;
+  std::array<std::array<char, 2>, 34> letters_{};
+  std::size_t at_ = 0;
+  std::size_t end_ = 0;
+  /// The word before.
+  std::size_t word_ = 0;
+  std::size_t length_ = 0;
+};
+
 /// The list of which `size` bytes were packed; absent when these are others.
+template <std::size_t kStep>
 std::optional<std::string> unpackWords(std::string_view packed, const Alphabet& alphabet,
                                        std::size_t size) {
-  const auto step = alphabet.letterSize;
   // No room for what so few bytes cannot spell.
-  if (size / (step * kMostShared + 1) > packed.size()) return std::nullopt;
-  std::array<std::array<char, 2>, 34> letters{};
-  for (std::size_t number = 1; number <= alphabet.letters; ++number)
-    letters[number] = alphabet.letter(number);
+  if (size / (kStep * kMostShared + 1) > packed.size()) return std::nullopt;
   std::string text(size, '\n');
-  std::size_t end = 0;
-  std::size_t previous = 0;
-  std::size_t previousLength = 0;
-  for (std::size_t at = 0; at < packed.size();) {
-    const auto shared = step * static_cast<unsigned char>(packed[at++]);
-    const auto start = end;
-    if (shared > previousLength || shared > size - end) return std::nullopt;
-    std::copy_n(text.begin() + static_cast<std::ptrdiff_t>(previous), shared,
-                text.begin() + static_cast<std::ptrdiff_t>(start));
-    end += shared;
-    while (at < packed.size() && packed[at] != kEndOfWord) {
-      const auto number = static_cast<unsigned char>(packed[at++]);
-      if (number > alphabet.letters || size - end < step) return std::nullopt;
-      for (std::size_t i = 0; i < step; ++i)
-        text[end++] = letters[number][i];
-    }
-    if (at == packed.size() || end == size) return std::nullopt;
-    ++at;
-    previous = start;
-    previousLength = end - start;
-    // The line break stands there already.
-    ++end;
+  WordUnpacker<kStep> words(packed, alphabet, text);
+  while (!words.isAtEnd()) {
+    if (!words.next()) return std::nullopt;
   }
-  return end == size ? std::optional(std::move(text)) : std::nullopt;
+  return words.isFull() ? std::optional(std::move(text)) : std::nullopt;
+}
+
+std::optional<std::string> unpackedText(std::string_view packed, Form form, std::size_t size) {
+  if (form == Form::latin) return unpackWords<kLatin.letterSize>(packed, kLatin, size);
+  if (form == Form::cyrillic) return unpackWords<kCyrillic.letterSize>(packed, kCyrillic, size);
+  return size == packed.size() ? std::optional(std::string(packed)) : std::nullopt;
 }
 
 std::optional<PackedFiles::File> readFile(Reader& reader, std::size_t room) {
@@ -170,11 +203,7 @@ std::optional<PackedFiles::File> readFile(Reader& reader, std::size_t room) {
   const auto packed = reader.bytes(reader.length().value_or(0));
   if (!form || *form > static_cast<unsigned char>(Form::cyrillic)) return std::nullopt;
   if (!nameSize || !name || !size || !packed || *size > room) return std::nullopt;
-  if (static_cast<Form>(*form) == Form::plain) {
-    if (*size != packed->size()) return std::nullopt;
-    return PackedFiles::File{std::string(*name), std::string(*packed)};
-  }
-  auto text = unpackWords(*packed, alphabetOf(static_cast<Form>(*form)), *size);
+  auto text = unpackedText(*packed, static_cast<Form>(*form), *size);
   if (!text) return std::nullopt;
   return PackedFiles::File{std::string(*name), std::move(*text)};
 }

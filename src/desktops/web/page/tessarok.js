@@ -72,10 +72,14 @@ class Corrector {
       return 0;
     };
     const stop = () => { throw new Error('the module has ended'); };
-    const {instance} = await WebAssembly.instantiate(await response.arrayBuffer(), {
+    const imports = {
       env: {emscripten_notify_memory_growth: () => {}, getentropy: random},
       wasi_snapshot_preview1: {clock_time_get: clock, proc_exit: stop},
-    });
+    };
+    // As a stream the browser keeps what it has compiled; not every host knows the type.
+    const isTyped = response.headers.get('content-type') === 'application/wasm';
+    const {instance} = isTyped ? await WebAssembly.instantiateStreaming(response, imports) :
+        await WebAssembly.instantiate(await response.arrayBuffer(), imports);
     memory = instance.exports.memory;
     instance.exports._initialize();
     return new Corrector(instance.exports);
@@ -597,9 +601,9 @@ class Page {
     const cache = await Page.openCache();
     /** What is being written into the cache, while it is used already. */
     this.keeping = [];
-    const [moduleFile, words] = await Promise.all([
-      this.fetchKept(cache, FILES.wasm), this.fetchWords(cache)]);
-    this.corrector = await Corrector.load(moduleFile);
+    const [corrector, words] = await Promise.all([
+      this.fetchKept(cache, FILES.wasm).then(Corrector.load), this.fetchWords(cache)]);
+    this.corrector = corrector;
     if (!this.corrector.launch(words)) throw new Error('the words cannot be used');
     this.fields = new Fields(this.corrector, () => this.show(), (error) => {
       console.error(error);
