@@ -524,6 +524,9 @@ class Page {
     this.texts = TEXTS[this.isRussianText ? 'ru' : 'en'];
     this.root.lang = this.isRussianText ? 'ru' : 'en';
     this.setAppearance(Page.storedAppearance());
+    // While the browser still reads the page.
+    this.parts = location.protocol === 'file:' ? null : this.fetchParts();
+    this.parts?.catch(() => { /* `load` meets it again */ });
     document.addEventListener('DOMContentLoaded', () => this.start());
   }
 
@@ -597,12 +600,17 @@ class Page {
     this.byId('status').textContent = this.texts[text];
   }
 
-  async load() {
+  /** The cache or null, the corrector and the words. */
+  async fetchParts() {
     const cache = await Page.openCache();
     /** What is being written into the cache, while it is used already. */
     this.keeping = [];
-    const [corrector, words] = await Promise.all([
-      this.fetchKept(cache, FILES.wasm).then(Corrector.load), this.fetchWords(cache)]);
+    return Promise.all([
+      cache, this.fetchKept(cache, FILES.wasm).then(Corrector.load), this.fetchWords(cache)]);
+  }
+
+  async load() {
+    const [cache, corrector, words] = await this.parts;
     this.corrector = corrector;
     if (!this.corrector.launch(words)) throw new Error('the words cannot be used');
     this.fields = new Fields(this.corrector, () => this.show(), (error) => {
@@ -629,18 +637,23 @@ class Page {
   }
   async fetchWords(cache) {
     const response = await this.fetchKept(cache, FILES.words);
-    const progress = this.byId('progress');
-    progress.max = WORDS_SIZE;
     let loaded = 0;
     const counter = new TransformStream({
       transform: (chunk, controller) => {
         loaded += chunk.length;
-        progress.value = loaded;
+        this.showProgress(loaded);
         controller.enqueue(chunk);
       },
     });
     const stream = response.body.pipeThrough(counter).pipeThrough(new DecompressionStream('gzip'));
     return new Uint8Array(await new Response(stream).arrayBuffer());
+  }
+
+  showProgress(loaded) {
+    const progress = this.byId('progress');
+    if (!progress) return;
+    progress.max = WORDS_SIZE;
+    progress.value = loaded;
   }
 
   /** From now on not even the page's own files can be asked for. */
