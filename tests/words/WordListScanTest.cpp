@@ -5,8 +5,11 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <memory>
+#include <pthread.h>
 #include <random>
 #include <string>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 #include "words/DictFile.h"
@@ -275,6 +278,23 @@ TEST(WordListScan, ALineLongerThanAPieceIsJudgedToo) {
   expectSameFault(longLine, Language::english, "a single line");
   expectSameFault(longLine + "B" + longLine, Language::english, "a capital");
 }
+
+#ifdef __GLIBC__
+TEST(WordListScan, WhereNoThreadIsToBeHadALongListIsJudgedAllTheSame) {
+  // No address space has room for such a stack.
+  pthread_attr_t attributes;
+  ASSERT_EQ(::pthread_attr_init(&attributes), 0);
+  ASSERT_EQ(::pthread_attr_setstacksize(&attributes, std::size_t{1} << 50), 0);
+  ASSERT_EQ(::pthread_setattr_default_np(&attributes), 0);
+  ::pthread_attr_destroy(&attributes);
+  ASSERT_THROW(std::thread([] {}), std::system_error);
+  Random random(23);
+  auto list = randomList(random, 1'000'000, Language::russian);
+  EXPECT_GT(WordListScan::goodPrefix(list, Language::russian), list.size() - 9'000);
+  list[200'000] = 'b';
+  expectSameFault(list, Language::russian, "a wrong letter in the first half");
+}
+#endif
 
 TEST(WordListScan, LeavesLittleOfAGoodListToThePlainCheck) {
   Random random(22);

@@ -300,6 +300,8 @@ class Fields {
     const edit = this.corrector.textTyped(text);
     if (!edit.passes) event.preventDefault();
     this.replaceBeforeCaret(field, edit.erase, edit.text);
+    // Of what was prevented no event comes.
+    this.isTold = edit.passes;
     this.onChange();
   }
 
