@@ -323,10 +323,10 @@ class Fields {
   }
   /** Characters that are in the field already. */
   takeTyped(field, characters) {
-    for (const character of characters) {
+    for (const [i, character] of characters.entries()) {
       const edit = this.corrector.textTyped(character);
       if (edit.passes) continue;
-      if (character === characters.at(-1)) {
+      if (i === characters.length - 1) {
         this.replaceBeforeCaret(field, edit.erase + character.length, edit.text);
       } else {
         this.corrector.textTyped('');
