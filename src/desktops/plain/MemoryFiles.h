@@ -64,13 +64,13 @@ class MemoryFiles final : public Files {
     const auto found = files_.find(file.string());
     return found == files_.end() ? nullptr : std::make_unique<Share>(found->second.text);
   }
-  platform::Failure createDirectories(const std::filesystem::path&) override {
-    return platform::Failure::none();
+  Failure createDirectories(const std::filesystem::path&) override {
+    return Failure::none();
   }
-  platform::Failure writeAtomically(const std::filesystem::path& file,
+  Failure writeAtomically(const std::filesystem::path& file,
                                     std::string_view text) override {
     put(file, std::string(text));
-    return platform::Failure::none();
+    return Failure::none();
   }
   bool remove(const std::filesystem::path& file) override {
     const std::lock_guard lock(mutex_);
