@@ -9,5 +9,5 @@ add_library(PkgConfig::utf8proc ALIAS utf8proc)
 
 # The browser's own exceptions, which cost nothing where none is thrown, and its vectors of 16 bytes:
 # every browser has both since 2023.
-add_compile_options(-fwasm-exceptions -msimd128 -mbulk-memory)
+add_compile_options(-fwasm-exceptions -msimd128 -msse2 -mbulk-memory)
 add_link_options(-fwasm-exceptions)

@@ -64,11 +64,8 @@ class MemoryFiles final : public Files {
     const auto found = files_.find(file.string());
     return found == files_.end() ? nullptr : std::make_unique<Share>(found->second.text);
   }
-  Failure createDirectories(const std::filesystem::path&) override {
-    return Failure::none();
-  }
-  Failure writeAtomically(const std::filesystem::path& file,
-                                    std::string_view text) override {
+  Failure createDirectories(const std::filesystem::path&) override { return Failure::none(); }
+  Failure writeAtomically(const std::filesystem::path& file, std::string_view text) override {
     put(file, std::string(text));
     return Failure::none();
   }

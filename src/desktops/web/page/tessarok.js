@@ -638,7 +638,12 @@ class Page {
     return response;
   }
   async fetchWords(cache) {
-    const response = await this.fetchKept(cache, FILES.words);
+    const kept = await cache?.match(FILES.words);
+    const packed = kept ? kept.body : this.counted((await this.fetchKept(cache, FILES.words)).body);
+    return new Uint8Array(await new Response(packed.pipeThrough(new DecompressionStream('gzip'))).arrayBuffer());
+  }
+  /** The same stream, and the bar shows how far it has come. */
+  counted(stream) {
     let loaded = 0;
     const counter = new TransformStream({
       transform: (chunk, controller) => {
@@ -647,8 +652,7 @@ class Page {
         controller.enqueue(chunk);
       },
     });
-    const stream = response.body.pipeThrough(counter).pipeThrough(new DecompressionStream('gzip'));
-    return new Uint8Array(await new Response(stream).arrayBuffer());
+    return stream.pipeThrough(counter);
   }
 
   showProgress(loaded) {
