@@ -28,7 +28,7 @@ bool isShell(const std::string& program) {
 bool mayHoldShell(const std::string& program) {
   return isOneOf(program, {"ssh", "mosh-client", "docker", "podman", "kubectl", "lxc", "nsenter",
                            "chroot", "script", "su", "sudo", "doas", "machinectl", "systemd-run",
-                           "tessarok", "toolbox"});
+                           "tessarok", "tessarok-cli", "toolbox"});
 }
 
 }  // namespace tessarok::terminal
