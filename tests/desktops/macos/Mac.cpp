@@ -31,9 +31,8 @@ std::unique_ptr<Service> make(Service*& pointer) {
 /// What keys carry that type nothing: F1 to F20 one and the same control character, Help and Clear
 /// one each. Empty for other keys.
 std::u16string controlCharacter(std::int64_t code) {
-  constexpr std::array<std::int64_t, 20> kFunctionKeys = {122, 120, 99,  118, 96, 97,  98,
-                                                          100, 101, 109, 103, 111, 105, 107,
-                                                          113, 106, 64,  79,  80, 90};
+  constexpr std::array<std::int64_t, 20> kFunctionKeys = {
+      122, 120, 99, 118, 96, 97, 98, 100, 101, 109, 103, 111, 105, 107, 113, 106, 64, 79, 80, 90};
   constexpr std::int64_t kHelp = 114;
   constexpr std::int64_t kClear = 71;
   if (code == kHelp) return u"\u0005";
