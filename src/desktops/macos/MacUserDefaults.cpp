@@ -41,8 +41,8 @@ MacUserDefaults::MacUserDefaults(std::string_view application)
 
 std::optional<bool> MacUserDefaults::boolean(std::string_view key) {
   const auto name = cfString::make(key);
-  const auto value = CfRef<CFPropertyListRef>::adopt(
-      CFPreferencesCopyAppValue(name.get(), application_.get()));
+  const auto value =
+      CfRef<CFPropertyListRef>::adopt(CFPreferencesCopyAppValue(name.get(), application_.get()));
   if (!value) return std::nullopt;
   return booleanOf(value.get());
 }

@@ -11,8 +11,7 @@ namespace tessarok::macos {
 class MacUserDefaults final : public platform::UserDefaults {
  public:
   /// Those of this process's own application.
-  MacUserDefaults()
-      : application_(CfRef<CFStringRef>::retain(kCFPreferencesCurrentApplication)) {}
+  MacUserDefaults() : application_(CfRef<CFStringRef>::retain(kCFPreferencesCurrentApplication)) {}
   /// Those of another one, which a command that belongs to it wants to know.
   explicit MacUserDefaults(std::string_view application);
 
