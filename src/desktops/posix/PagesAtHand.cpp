@@ -18,7 +18,8 @@ std::size_t pagesOf(std::size_t size) {
   return (size + kPageSize - 1) / kPageSize;
 }
 
-#ifdef __linux__
+// Linux has it, and not every C library there.
+#ifdef RWF_NOWAIT
 bool isCached(int descriptor, std::size_t place) {
   char byte = 0;
   const iovec part{&byte, 1};
