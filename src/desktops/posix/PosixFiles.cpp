@@ -127,7 +127,7 @@ class Mapping final : public platform::MappedFile {
         content_(content),
         descriptor_(std::move(descriptor)),
         guard_(address, size_),
-        pages_(descriptor_.get(), size_) {}
+        pages_(descriptor_.get(), bytes()) {}
   ~Mapping() override {
     if (size_ > 0) ::munmap(address_, size_);
   }
