@@ -11,7 +11,7 @@ THOROUGH_TESTS := ^(Crash|LockRace|Property)\.|^(Text\.ShortCuts.*|UserDict\.AHu
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-apps test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app page page-files test-page bench-page install clean mutate faults soak
+.PHONY: help run build data test test-apps test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app page page-files test-page bench-page install clean mutate mutate-macos faults soak
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -74,6 +74,11 @@ mutate: build ## Make 100 mistakes in the corrector, one at a time, and see that
 	@scripts/install-packages test
 	@cmake --build --preset release --target tessarok_text_tests tessarok_words_tests tessarok_typing_tests tessarok_app_tests tessarok_story_check
 	@scripts/mutate
+
+mutate-macos: $(BUILD)/build.ninja ## Make mistakes that would show only on a Mac, and see that the tests notice
+	@scripts/install-packages test
+	@cmake --build --preset release --target tessarok_appkit_tests tessarok_macos_tests
+	@tests/desktops/macos/check-mistakes $(BUILD)
 
 measure: data build/ceiling.json ## Type thousands of sentences and report how they come out: build/measure.html
 	@scripts/install-packages measure

@@ -110,7 +110,8 @@ class CommandLine {
     type->add_option("TEXT", words_, "what to type; standard input without it");
     type->callback([this] {
       command_ = [this] {
-        TypeOptions options{.lists = lists()};
+        TypeOptions options;
+        options.lists = lists();
         if (!from_.empty()) options.from = from_ == "ru" ? Language::russian : Language::english;
         if (!words_.empty()) options.text = joined(words_);
         return runType(options_, options);

@@ -1,5 +1,6 @@
 """What signing and checking need to know of Mach-O files."""
 
+import hashlib
 import re
 import struct
 import subprocess
@@ -54,6 +55,19 @@ class Slice:
             if number == LC_CODE_SIGNATURE:
                 return (place, *struct.unpack_from("<II", self.data, place + 8))
         return None
+
+    def code_directory(self):
+        """The part of the signature that holds all checksums."""
+        _, start, _ = self.signature()
+        count, = struct.unpack_from(">I", self.data, start + 8)
+        slots = dict(struct.unpack_from(">II", self.data, start + 12 + 8 * i) for i in range(count))
+        directory = start + slots[0]
+        size, = struct.unpack_from(">I", self.data, directory + 4)
+        return bytes(self.data[directory:directory + size])
+
+    def code_hash(self):
+        """What the system knows the signed program by."""
+        return hashlib.sha256(self.code_directory()).digest()[:20]
 
     def first_section(self):
         """Where the content behind the load commands starts."""

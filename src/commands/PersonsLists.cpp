@@ -4,8 +4,8 @@
 #include <iostream>
 #include <system_error>
 
+#include "commands/PersonsSwitches.h"
 #include "desktops/posix/PosixFiles.h"
-#include "desktops/posix/SettingsFile.h"
 #include "desktops/posix/StandardErrorLog.h"
 #include "words/BuiltinPacks.h"
 #include "words/UserDict.h"
@@ -37,10 +37,10 @@ void copyFiles(platform::Files& files) {
 
 void copySwitches(platform::Files& files, platform::UserDefaults& to) {
   posix::StandardErrorLog log;
-  posix::SettingsFile settings(posix::SettingsFile::locationFor(files.homeDirectory()), files, log);
+  const auto switches = personsSwitches(files, log);
   for (const auto& pack : BuiltinPacks::all()) {
     const auto key = BuiltinPacks::defaultsKey(pack);
-    if (const auto on = settings.boolean(key)) to.setBoolean(key, *on);
+    if (const auto on = switches->boolean(key)) to.setBoolean(key, *on);
   }
 }
 

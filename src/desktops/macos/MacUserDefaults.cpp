@@ -36,10 +36,13 @@ bool booleanOf(CFTypeRef value) {
 
 }  // namespace
 
+MacUserDefaults::MacUserDefaults(std::string_view application)
+    : application_(cfString::make(application)) {}
+
 std::optional<bool> MacUserDefaults::boolean(std::string_view key) {
   const auto name = cfString::make(key);
-  const auto value = CfRef<CFPropertyListRef>::adopt(
-      CFPreferencesCopyAppValue(name.get(), kCFPreferencesCurrentApplication));
+  const auto value =
+      CfRef<CFPropertyListRef>::adopt(CFPreferencesCopyAppValue(name.get(), application_.get()));
   if (!value) return std::nullopt;
   return booleanOf(value.get());
 }
@@ -47,9 +50,9 @@ std::optional<bool> MacUserDefaults::boolean(std::string_view key) {
 void MacUserDefaults::setBoolean(std::string_view key, bool value) {
   const auto name = cfString::make(key);
   CFPreferencesSetAppValue(name.get(), value ? kCFBooleanTrue : kCFBooleanFalse,
-                           kCFPreferencesCurrentApplication);
+                           application_.get());
   // Else a logout may come before the value is saved.
-  CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication);
+  CFPreferencesAppSynchronize(application_.get());
 }
 
 }  // namespace tessarok::macos

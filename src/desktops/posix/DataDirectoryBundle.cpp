@@ -1,7 +1,10 @@
 #include "desktops/posix/DataDirectoryBundle.h"
 
 #include <system_error>
+#include <unistd.h>
 #include <utility>
+
+#include "desktops/posix/Processes.h"
 
 namespace tessarok::posix {
 
@@ -10,11 +13,14 @@ namespace {
 namespace fs = std::filesystem;
 
 std::optional<fs::path> directoryBesideExecutable() {
+  const auto executable = programFileOf(::getpid());
+  if (!executable) return std::nullopt;
+  const auto folder = executable->parent_path();
+  fs::path directory;
+  if (folder.filename() == "bin") directory = folder.parent_path() / "share" / "tessarok";
+  if (folder.filename() == "MacOS") directory = folder.parent_path() / "Resources";
   std::error_code error;
-  const auto executable = fs::read_symlink("/proc/self/exe", error);
-  if (error || executable.parent_path().filename() != "bin") return std::nullopt;
-  auto directory = executable.parent_path().parent_path() / "share" / "tessarok";
-  if (!fs::is_directory(directory, error)) return std::nullopt;
+  if (directory.empty() || !fs::is_directory(directory, error)) return std::nullopt;
   return directory;
 }
 

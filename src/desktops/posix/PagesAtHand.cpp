@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <sys/mman.h>
 #include <sys/uio.h>
 #include <unistd.h>
 #include <utility>
@@ -18,14 +19,25 @@ std::size_t pagesOf(std::size_t size) {
   return (size + kPageSize - 1) / kPageSize;
 }
 
-#ifdef __linux__
-bool isCached(int descriptor, std::size_t place) {
+// Linux has it, and not every C library there.
+#ifdef RWF_NOWAIT
+/// What every file system can answer, but only to whoever may write the file: others are told that
+/// all of it is in memory.
+bool isResident(std::string_view mapping, std::size_t place) {
+  unsigned char answer = 0;
+  const auto* const page = mapping.data() + place;
+  const bool isAnswered = ::mincore(const_cast<char*>(page), 1, &answer) == 0;
+  return !isAnswered || (answer & 1) != 0;
+}
+
+bool isInMemory(int descriptor, std::string_view mapping, std::size_t place) {
   char byte = 0;
   const iovec part{&byte, 1};
-  return ::preadv2(descriptor, &part, 1, static_cast<off_t>(place), RWF_NOWAIT) == 1;
+  if (::preadv2(descriptor, &part, 1, static_cast<off_t>(place), RWF_NOWAIT) >= 0) return true;
+  return errno != EAGAIN && isResident(mapping, place);
 }
 #else
-bool isCached(int, std::size_t) {
+bool isInMemory(int, std::string_view, std::size_t) {
   return true;
 }
 #endif
@@ -44,9 +56,9 @@ void readPart(int descriptor, std::size_t from, std::size_t to) {
 
 }  // namespace
 
-PagesAtHand::PagesAtHand(int descriptor, std::size_t size)
+PagesAtHand::PagesAtHand(int descriptor, std::string_view mapping)
     : PagesAtHand(
-          size, [descriptor](std::size_t place) { return isCached(descriptor, place); },
+          mapping.size(), [=](std::size_t place) { return isInMemory(descriptor, mapping, place); },
           [descriptor](std::size_t from, std::size_t to) { readPart(descriptor, from, to); }) {}
 
 PagesAtHand::PagesAtHand(std::size_t size, Ask ask, Read read)

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string_view>
 
 #include "desktops/posix/ThreadQueue.h"
 
@@ -22,8 +23,9 @@ namespace tessarok::posix {
 /// and until it is there nothing is at hand. What was found is believed until `askAnew`.
 ///
 /// Operational notes: the question is a call of the system that some file systems cannot answer
-/// (FUSE, NFS); there each page is read once by the other thread. Elsewhere than on Linux nothing
-/// can be asked, and everything counts as being at hand. Any thread.
+/// (tmpfs, overlays, FUSE, NFS). There another call tells, if the person may write the file; of a
+/// file that they may only read everything counts as being at hand there, and elsewhere than on
+/// Linux of every file. Any thread.
 class PagesAtHand {
  public:
   /// How long may be waited between two calls of `askAnew`. There are two dictionaries, and a
@@ -32,11 +34,11 @@ class PagesAtHand {
 
   /// Reads a part of the file, from one byte to another, for nothing but its being in memory then.
   using Read = std::function<void(std::size_t from, std::size_t to)>;
-  /// Whether the byte at a place is in memory; false when that is not known.
+  /// Whether the byte at a place is in memory; true also when that cannot be known.
   using Ask = std::function<bool(std::size_t place)>;
 
-  /// The file behind `descriptor`, which outlives the object, has `size` bytes.
-  PagesAtHand(int descriptor, std::size_t size);
+  /// For a file that is mapped as a whole. Both outlive the object.
+  PagesAtHand(int descriptor, std::string_view mapping);
   /// With other ways to ask and to read.
   PagesAtHand(std::size_t size, Ask ask, Read read);
 

@@ -9,6 +9,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "desktops/posix/DescriptorWait.h"
+
 namespace tessarok::posix {
 
 class PollLoop::RepeatingTimer final : public platform::Timer {
@@ -132,7 +134,7 @@ void PollLoop::serveDescriptors() {
   if (wakeReader_.isOpen()) descriptors_.push_back({wakeReader_.get(), POLLIN, 0});
   const int timeout = mayWait ? millisecondsToWait() : 0;
   if (timeout != 0 && onTurn) onTurn(true);
-  const int count = ::poll(descriptors_.data(), descriptors_.size(), timeout);
+  const int count = waitFor(descriptors_, timeout);
   const int error = errno;
   if (onTurn) onTurn(false);
   if (count < 0 && error != EINTR) throw std::system_error(error, std::generic_category(), "poll");

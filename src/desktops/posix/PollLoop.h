@@ -15,8 +15,8 @@
 
 namespace tessarok::posix {
 
-/// The main thread's loop of a program that waits with poll(2): file descriptors, the main queue,
-/// delayed calls and timers. Main thread, but for `async`.
+/// The main thread's loop of a program that waits as poll(2) does: for file descriptors, the main
+/// queue, delayed calls and timers. Main thread, but for `async`.
 class PollLoop final : public platform::RunLoop {
  public:
   /// `clock` outlives the loop.

@@ -20,6 +20,7 @@
 #include "desktops/posix/MappingGuard.h"
 #include "desktops/posix/PagesAtHand.h"
 #include "desktops/posix/PersonsEnvironment.h"
+#include "desktops/posix/PersonsFolders.h"
 #include "desktops/posix/WriteSignals.h"
 
 namespace tessarok::posix {
@@ -126,7 +127,7 @@ class Mapping final : public platform::MappedFile {
         content_(content),
         descriptor_(std::move(descriptor)),
         guard_(address, size_),
-        pages_(descriptor_.get(), size_) {}
+        pages_(descriptor_.get(), bytes()) {}
   ~Mapping() override {
     if (size_ > 0) ::munmap(address_, size_);
   }
@@ -295,10 +296,7 @@ PosixFiles::PosixFiles(fs::path home, std::optional<fs::path> applicationSupport
 
 std::unique_ptr<PosixFiles> PosixFiles::ofUser() {
   const auto home = homeOfUser();
-  // A relative path there is to be ignored, as the base directory rules say.
-  const auto named = personsVariable("XDG_DATA_HOME");
-  const bool isUsable = named && named->starts_with('/');
-  return std::make_unique<PosixFiles>(home, isUsable ? fs::path(*named) : defaultDataHome(home));
+  return std::make_unique<PosixFiles>(home, dataHome(home));
 }
 
 fs::path PosixFiles::defaultDataHome(const fs::path& home) {

@@ -18,10 +18,10 @@ class PosixFiles : public platform::Files {
   /// `applicationSupport` is where programs keep a person's data; absent when unknown.
   PosixFiles(std::filesystem::path home, std::optional<std::filesystem::path> applicationSupport);
 
-  /// The files of the person who runs the program: $HOME (or the user database), and
-  /// $XDG_DATA_HOME or ~/.local/share for programs' own data.
+  /// The files of the person who runs the program: $HOME (or the user database), and `dataHome`
+  /// for programs' own data.
   [[nodiscard]] static std::unique_ptr<PosixFiles> ofUser();
-  /// Where programs keep data under a home directory when nothing else is said.
+  /// Where programs keep data under a home directory on Linux when nothing else is said.
   [[nodiscard]] static std::filesystem::path defaultDataHome(const std::filesystem::path& home);
 
   std::filesystem::path homeDirectory() override { return home_; }

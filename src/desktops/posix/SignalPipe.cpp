@@ -1,11 +1,12 @@
 #include "desktops/posix/SignalPipe.h"
 
 #include <cerrno>
-#include <fcntl.h>
 #include <poll.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
+
+#include "desktops/posix/Pipe.h"
 
 namespace tessarok::posix {
 
@@ -27,13 +28,11 @@ extern "C" void writeSignal(int signal) {
 
 SignalPipe::SignalPipe(std::initializer_list<int> signals, Handler handler)
     : handler_(std::move(handler)) {
-  int ends[2];
-  if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) {
-    throw std::system_error(errno, std::generic_category(), "pipe");
-  }
-  reader_ = FileDescriptor(ends[0]);
-  writer_ = FileDescriptor(ends[1]);
-  pipeOfHandler = ends[1];
+  auto pipe = openPipe(PipeMode::nonBlocking);
+  if (!pipe) throw std::system_error(errno, std::generic_category(), "pipe");
+  reader_ = std::move(pipe->reader);
+  writer_ = std::move(pipe->writer);
+  pipeOfHandler = writer_.get();
   for (const int signal : signals)
     catchSignal(signal);
 }
@@ -52,7 +51,8 @@ void SignalPipe::catchSignal(int signal) {
   struct sigaction action {};
   action.sa_handler = &writeSignal;
   action.sa_flags = SA_RESTART;
-  ::sigemptyset(&action.sa_mask);
+  // A macro on a Mac.
+  sigemptyset(&action.sa_mask);
   if (::sigaction(signal, &action, nullptr) == 0) former_.push_back(former);
 }
 

@@ -5,6 +5,8 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "desktops/posix/DescriptorWait.h"
+
 namespace tessarok::posix {
 
 namespace {
@@ -39,7 +41,7 @@ bool WriteQueue::flush(int milliseconds) {
 
 WriteQueue::Step WriteQueue::writeSome(int milliseconds) {
   pollfd waiting{descriptor_, POLLOUT, 0};
-  const int count = ::poll(&waiting, 1, milliseconds);
+  const int count = waitFor({&waiting, 1}, milliseconds);
   if (count < 0) return errno == EINTR ? Step::progress : Step::broken;
   if (count == 0) return Step::wouldBlock;
   const auto size = std::min(bytes_.size() - done_, kChunk);

@@ -1,9 +1,10 @@
 #include "desktops/terminal/ForegroundProgram.h"
 
 #include <algorithm>
-#include <fstream>
 #include <initializer_list>
 #include <string_view>
+
+#include "desktops/posix/Processes.h"
 
 namespace tessarok::terminal {
 
@@ -16,11 +17,7 @@ bool isOneOf(std::string_view name, std::initializer_list<std::string_view> name
 }  // namespace
 
 std::string programOf(pid_t group) {
-  if (group <= 0) return {};
-  std::ifstream file("/proc/" + std::to_string(group) + "/comm");
-  std::string name;
-  std::getline(file, name);
-  return name;
+  return group > 0 ? posix::programNameOf(group) : std::string();
 }
 
 bool isShell(const std::string& program) {
@@ -31,7 +28,7 @@ bool isShell(const std::string& program) {
 bool mayHoldShell(const std::string& program) {
   return isOneOf(program, {"ssh", "mosh-client", "docker", "podman", "kubectl", "lxc", "nsenter",
                            "chroot", "script", "su", "sudo", "doas", "machinectl", "systemd-run",
-                           "tessarok", "toolbox"});
+                           "tessarok", "tessarok-cli", "toolbox"});
 }
 
 }  // namespace tessarok::terminal

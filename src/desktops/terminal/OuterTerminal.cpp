@@ -7,6 +7,8 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "desktops/posix/DescriptorWait.h"
+
 namespace tessarok::terminal {
 
 namespace {
@@ -63,7 +65,7 @@ std::optional<std::string> OuterTerminal::ask(std::string_view question, std::st
   if (::write(STDIN_FILENO, question.data(), question.size()) < 0) return std::nullopt;
   std::string answer;
   pollfd waiting{STDIN_FILENO, POLLIN, 0};
-  while (::poll(&waiting, 1, kPatienceMilliseconds) > 0) {
+  while (posix::waitFor({&waiting, 1}, kPatienceMilliseconds) > 0) {
     char chunk[256];
     const auto count = ::read(STDIN_FILENO, chunk, sizeof chunk);
     if (count <= 0) return std::nullopt;

@@ -2,13 +2,18 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#ifdef __APPLE__
+#include <util.h>
+#else
 #include <pty.h>
+#endif
 #include <signal.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
 
+#include "desktops/posix/Pipe.h"
 #include "desktops/posix/WriteSignals.h"
 
 namespace tessarok::terminal {
@@ -78,18 +83,16 @@ std::variant<Pty, Pty::Failure> Pty::start(const std::vector<std::string>& comma
   // Without it the kernel's line editor erases bytes, not characters.
   settings.c_iflag |= IUTF8;
 
-  int report[2];
-  if (::pipe2(report, O_CLOEXEC) != 0) return failureOf("pipe", errno, kNotExecutable);
-  const FileDescriptor reader(report[0]);
-  FileDescriptor writer(report[1]);
+  auto report = posix::openPipe(posix::PipeMode::waiting);
+  if (!report) return failureOf("pipe", errno, kNotExecutable);
   int master = -1;
   auto copyOfSize = size;
   const pid_t program = ::forkpty(&master, nullptr, &settings, &copyOfSize);
   if (program < 0) return failureOf("pseudo-terminal", errno, kNotExecutable);
-  if (program == 0) run(arguments.data(), report[1]);
+  if (program == 0) run(arguments.data(), report->writer.get());
   Pty pty(FileDescriptor(master), program);
-  writer = FileDescriptor();
-  if (const int error = readError(report[0]); error != 0) {
+  report->writer = FileDescriptor();
+  if (const int error = readError(report->reader.get()); error != 0) {
     ::waitpid(program, nullptr, 0);
     return failureToRun(command.front(), error);
   }

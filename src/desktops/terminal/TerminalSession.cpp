@@ -7,6 +7,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "desktops/posix/DescriptorWait.h"
+
 namespace tessarok::terminal {
 
 namespace {
@@ -41,7 +43,7 @@ constexpr std::size_t kLeaveAlternateScreen = 8;
 
 bool isReadable(int descriptor, int milliseconds) {
   pollfd waiting{descriptor, POLLIN, 0};
-  return ::poll(&waiting, 1, milliseconds) > 0;
+  return posix::waitFor({&waiting, 1}, milliseconds) > 0;
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <stdlib.h>
 #include <string>
 #include <system_error>
+// On a Mac mkdtemp is declared there.
+#include <unistd.h>
 
 namespace tessarok::virtualdesktop {
 

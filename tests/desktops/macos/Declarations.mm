@@ -6,8 +6,10 @@
 #include <ApplicationServices/ApplicationServices.h>
 #include <Carbon/Carbon.h>
 #include <CoreFoundation/CoreFoundation.h>
+#include <termios.h>
 #include <time.h>
 #include <type_traits>
+#include <util.h>
 
 namespace {
 
@@ -37,6 +39,9 @@ static_assert(sizeof(UInt8) == 1 && sizeof(UInt32) == 4 && sizeof(OSStatus) == 4
 static_assert(is<CFTimeInterval, double> && is<CFAbsoluteTime, double> && is<CGFloat, double>);
 static_assert(is<CGKeyCode, uint16_t> && sizeof(CGEventMask) == 8 && sizeof(CGEventFlags) == 8);
 static_assert(is<NSInteger, long> && is<NSUInteger, unsigned long> && is<NSTimeInterval, double>);
+
+// Pseudo-terminals, for the command line.
+static_assert(is<decltype(forkpty), pid_t(int*, char*, termios*, winsize*)>);
 
 // Core Foundation.
 static_assert(number(kCFStringEncodingUTF8) == 0x08000100);

@@ -1,6 +1,7 @@
 #include "tests/desktops/macos/Mac.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "desktops/layouts/KeyText.h"
@@ -25,6 +26,20 @@ std::unique_ptr<Service> make(Service*& pointer) {
   auto made = std::make_unique<Service>();
   pointer = made.get();
   return made;
+}
+
+/// What keys carry that type nothing: F1 to F20 one and the same control character, Help and Clear
+/// one each. Empty for other keys.
+std::u16string controlCharacter(std::int64_t code) {
+  constexpr std::array<std::int64_t, 20> kFunctionKeys = {
+      122, 120, 99, 118, 96, 97, 98, 100, 101, 109, 103, 111, 105, 107, 113, 106, 64, 79, 80, 90};
+  constexpr std::int64_t kHelp = 114;
+  constexpr std::int64_t kClear = 71;
+  if (code == kHelp) return u"\u0005";
+  if (code == kClear) return u"\u001b";
+  const bool isFunctionKey =
+      std::find(kFunctionKeys.begin(), kFunctionKeys.end(), code) != kFunctionKeys.end();
+  return isFunctionKey ? u"\u0010" : u"";
 }
 
 virtualdesktop::VirtualEvent asVirtual(const fakemac::Event& event) {
@@ -171,7 +186,10 @@ void Mac::send(CGEventType type, const Key& key) {
   event.flags = key.flags;
   event.autorepeat = key.autorepeat ? 1 : 0;
   event.userData = key.userData;
-  event.text = key.text ? *key.text : layouts::keyText(currentTable(), key.code, key.flags);
+  event.text = key.text.value_or(controlCharacter(key.code));
+  if (event.text.empty() && !key.text) {
+    event.text = layouts::keyText(currentTable(), key.code, key.flags);
+  }
   fakeSystem().send(event);
 }
 
@@ -185,6 +203,8 @@ void Mac::deliver(const fakemac::Event& event) {
   delivered_.push_back(describe(values));
   if (event.type == kCGEventKeyUp) return;
   if (event.type != kCGEventKeyDown) return textField_.moveCaretToEnd();
+  // A text field takes such a key for no text, whatever it carries.
+  if (!controlCharacter(event.keyCode).empty()) return;
   textField_.keyDown(values);
 }
 

@@ -92,6 +92,37 @@ TEST_F(MacProgramTest, PostsBackspacesThenTextThenTheHeldKey) {
   }
 }
 
+TEST_F(MacProgramTest, AFunctionKeyEndsAWordByTheControlCharacterThatItCarries) {
+  mac.launch();
+  for (const auto& [code, text] : {std::pair{96, u"\u0010"}, std::pair{122, u"\u0010"},
+                                   std::pair{114, u"\u0005"}, std::pair{71, u"\u001b"}}) {
+    SCOPED_TRACE(code);
+    const auto before = mac.textField().text();
+    mac.select("com.apple.keylayout.US");
+    mac.type("ghbdtn");
+    mac.keyDown({.code = code});
+    mac.keyUp({.code = code});
+    EXPECT_EQ(mac.textField().text(), before + "привет");
+    // The key itself comes after the word, and is no text.
+    ASSERT_GE(mac.postedEvents.size(), 2U);
+    const auto& last = mac.postedEvents[mac.postedEvents.size() - 2];
+    EXPECT_EQ(last.keyCode, code);
+    EXPECT_EQ(last.text, text);
+    // Not by the change of the layout, which would be the end of this word as well.
+    mac.keyDown({.code = 36});
+  }
+}
+
+// In the middle of a word it is a boundary, as a comma would be.
+TEST_F(MacProgramTest, AFunctionKeyInAWordDividesIt) {
+  mac.launch();
+  mac.type("ghbd");
+  mac.keyDown({.code = 122});
+  mac.keyUp({.code = 122});
+  mac.type("tn ");
+  EXPECT_EQ(mac.textField().text(), "ghbdtn ");
+}
+
 TEST_F(MacProgramTest, SwallowsTheKeyThatItPostsAgain) {
   mac.launch();
   mac.type("ghbdtn");

@@ -234,6 +234,15 @@ TEST(MacUserDefaults, RemembersSwitches) {
   EXPECT_EQ(liveObjects(), 0U);
 }
 
+// The commands want to know the application's switches, and are no application.
+TEST(MacUserDefaults, AreAlsoFoundByTheNameOfTheApplication) {
+  fakeSystem().bundleIdentifier = "app.tessarok";
+  MacUserDefaults().setBoolean("pack.it", false);
+  EXPECT_EQ(MacUserDefaults("app.tessarok").boolean("pack.it"), false);
+  EXPECT_EQ(MacUserDefaults("app.tessarok").boolean("pack.chat"), std::nullopt);
+  EXPECT_EQ(liveObjects(), 0U);
+}
+
 TEST(MacUserDefaults, UnderstandsWhatPeopleWriteByHand) {
   const auto read = [](CFTypeRef value) {
     fakeSystem().setPreference("key", value);

@@ -119,7 +119,7 @@ TEST(PagesAtHand, AFileThatMemoryHasLostIsReadAgain) {
   std::vector<unsigned char> isResident(kPages);
   ASSERT_EQ(::mincore(mapping, kSize, isResident.data()), 0);
   if ((isResident[3] & 1) != 0) GTEST_SKIP() << "this file system keeps its files in memory";
-  PagesAtHand pages(descriptor.get(), kSize);
+  PagesAtHand pages(descriptor.get(), {static_cast<const char*>(mapping), kSize});
   EXPECT_TRUE(pages.contain(3 * kPage, 3 * kPage + 1));
   ASSERT_EQ(::mincore(mapping, kSize, isResident.data()), 0);
   EXPECT_EQ(isResident[3] & 1, 1);

@@ -15,7 +15,9 @@ const CFStringRef kCFPreferencesCurrentApplication =
 namespace {
 
 void requireOwn(CFStringRef application) {
-  if (application != kCFPreferencesCurrentApplication) misuse("another program's preferences");
+  if (application == kCFPreferencesCurrentApplication) return;
+  const auto& own = fakeSystem().bundleIdentifier;
+  if (!own || as<String>(application).text != *own) misuse("another program's preferences");
 }
 
 void requireMain(CFBundleRef bundle) {
