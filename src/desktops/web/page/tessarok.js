@@ -178,6 +178,8 @@ class Fields {
     /** The key in hand has gone through the corrector; what the browser does with it is known. */
     this.isTold = false;
     this.composed = null;
+    /** A composition that has ended and that the corrector has not been told of. */
+    this.ended = null;
     /** What was erased, and where. */
     this.replaced = [];
     this.systemLayout = null;
@@ -232,6 +234,7 @@ class Fields {
   onKeyDown(event, field) {
     this.isTold = false;
     if (event.defaultPrevented || MODIFIER_KEYS.has(event.key)) return;
+    this.tellComposition();
     // What an input method, a dead key or the third level of a layout makes of it comes as text.
     if (event.isComposing || event.keyCode === 229 || event.key === 'Dead' ||
         event.key === 'Process' || event.getModifierState('AltGraph')) return;
@@ -278,6 +281,7 @@ class Fields {
 
   onBeforeInput(event, field) {
     if (this.isOurs || this.isTold || event.isComposing) return;
+    this.tellComposition();
     if (event.inputType === 'insertText' && event.data) {
       this.onText(event, field, event.data);
     } else if (event.inputType === 'insertLineBreak' || event.inputType === 'insertParagraph') {
@@ -342,6 +346,7 @@ class Fields {
   }
 
   onCompositionStart(event, field) {
+    this.tellComposition();
     this.checkCaret(field);
     this.composed = event.data;
     // An input method that takes a word up again writes it anew.
@@ -349,15 +354,21 @@ class Fields {
   }
   onCompositionEnd(event, field) {
     this.composed = null;
-    const characters = [...(event.data ?? '')];
     this.remember(field);
+    const ended = {field, characters: [...(event.data ?? '')]};
+    this.ended = ended;
     // The browser is not done with it yet.
-    setTimeout(() => {
-      if (this.known.field !== field || this.known.caret !== field.selectionEnd) return;
-      this.takeTyped(field, characters);
-      this.remember(field);
-      this.onChange();
-    });
+    setTimeout(() => { if (this.ended === ended) this.tellComposition(); });
+  }
+  /** At the latest when the next key comes, and never behind it: it would stand in the wrong word. */
+  tellComposition() {
+    if (this.ended === null) return;
+    const {field, characters} = this.ended;
+    this.ended = null;
+    if (this.known.field !== field || this.known.caret !== field.selectionEnd) return;
+    this.takeTyped(field, characters);
+    this.remember(field);
+    this.onChange();
   }
 
   /** One step for the browser's undo. */
