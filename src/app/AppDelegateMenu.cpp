@@ -44,7 +44,7 @@ struct Status {
   bool tapRunning;
   bool canProcess = InputSource::canProcessCurrentLayout();
   bool enabled = KeyTap::shared().enabled;
-  bool paused = platform::desktop().clock().uptime() < KeyTap::shared().pausedUntil();
+  bool paused = KeyTap::shared().isPaused();
 
   [[nodiscard]] bool works() const { return tapRunning && canProcess; }
 };

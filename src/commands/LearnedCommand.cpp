@@ -15,48 +15,40 @@ namespace tessarok::commands {
 
 namespace {
 
-/// By the number of rejections.
-constexpr const char* kTimes[] = {"never", "once", "twice"};
-/// By the number of those that are missing until it is for ever.
-constexpr const char* kMore[] = {"", "one more", "two more"};
-
-/// A word, whether it stands on the list, and how often its correction was rejected.
+/// Whether a word stands on the list, and how often its correction was rejected.
 struct Entry {
-  std::string_view word;
   bool isListed = false;
   std::int64_t rejections = 0;
 };
 
-std::vector<Entry> entriesOf(const LearnedLists& lists) {
-  std::map<std::string_view, Entry> entries;
+using Entries = std::map<std::string_view, Entry>;
+
+Entries entriesOf(const LearnedLists& lists) {
+  Entries entries;
   for (const auto& word : lists.words())
-    entries[word] = {.word = word, .isListed = true};
-  for (const auto& [word, rejections] : lists.counts()) {
-    auto& entry = entries[word];
-    entry.word = word;
-    entry.rejections = rejections;
-  }
-  std::vector<Entry> all;
-  for (const auto& [word, entry] : entries)
-    all.push_back(entry);
-  return all;
+    entries[word].isListed = true;
+  for (const auto& [word, rejections] : lists.counts())
+    entries[word].rejections = rejections;
+  return entries;
 }
 
 std::string reasonFor(const Entry& entry) {
   if (entry.isListed) return "never corrected: it stands on the list (ignored.txt)";
-  const auto missing = LearnedLists::kPromotionThreshold - entry.rejections;
-  return std::string("its correction was rejected ") + kTimes[entry.rejections] +
-         "; left alone until the program that saw it ends, and for ever after " + kMore[missing];
+  // With a third one it is on the list.
+  const bool isFirst = entry.rejections == 1;
+  return std::string("its correction was rejected ") + (isFirst ? "once" : "twice") +
+         "; left alone until the program that saw it ends, and for ever after " +
+         (isFirst ? "two more" : "one more");
 }
 
-void print(const Entry& entry, bool json) {
+void print(std::string_view word, const Entry& entry, bool json) {
   if (json) {
-    std::cout << nlohmann::json{{"word", entry.word},
+    std::cout << nlohmann::json{{"word", word},
                                 {"list", entry.isListed},
                                 {"rejections", entry.rejections}}
               << '\n';
   } else {
-    std::cout << entry.word << ": " << reasonFor(entry) << '\n';
+    std::cout << word << ": " << reasonFor(entry) << '\n';
   }
 }
 
@@ -68,8 +60,8 @@ int runLearned(const Options& options, const LearnedOptions& learned) {
   LearnedFiles files;
   files.load(LearnedFiles::Recovery::inMemory);
   const auto entries = entriesOf(files.lists());
-  for (const auto& entry : entries)
-    print(entry, learned.json);
+  for (const auto& [word, entry] : entries)
+    print(word, entry, learned.json);
   if (entries.empty() && !learned.json) std::cout << "nothing has been learned yet\n";
   return 0;
 }

@@ -18,8 +18,6 @@ namespace {
 using layouts::KeyTable;
 using virtualdesktop::VirtualDesktop;
 
-constexpr const char* kEnglishLayout = "com.apple.keylayout.US";
-constexpr const char* kRussianLayout = "com.apple.keylayout.RussianWin";
 /// A key of no layout; characters that no key types, such as emoji, come with it.
 constexpr KeyCode kCharacterPalette = 0xFFFF;
 
@@ -75,15 +73,14 @@ int runType(const Options& options, const TypeOptions& type) {
   requireWordData(type.lists == Lists::none ? Packs::unused : Packs::needed);
   auto& desktop = session.desktop();
   copyLists(desktop, type.lists);
-  desktop.inputSources().setCurrent(start == Language::russian ? kRussianLayout : kEnglishLayout);
+  desktop.inputSources().setCurrent(start);
   session.launch();
   for (const auto& message : desktop.systemLog().take())
     std::cerr << message << '\n';
   Typist typist(desktop, start);
   for (const auto character : text::Characters(text)) {
     typist.type(character);
-    const bool isPaused = desktop.clock().uptime() < KeyTap::shared().pausedUntil();
-    if (isPaused) desktop.wait(kKeyInterval);
+    if (KeyTap::shared().isPaused()) desktop.wait(kKeyInterval);
   }
   const auto screen = desktop.textField().text();
   std::cout << screen;

@@ -114,6 +114,7 @@ class KeyTap final : public std::enable_shared_from_this<KeyTap> {
   [[nodiscard]] double lastKeyEventAt() const { return lastKeyEventAt_; }
   /// Uptime at which the current pause ends; in the past when there is none.
   [[nodiscard]] double pausedUntil() const { return pausedUntil_; }
+  [[nodiscard]] bool isPaused() const;
 
   /// Automatic correction is switched on.
   bool enabled = true;

@@ -131,7 +131,7 @@ Event* KeyTap::handleKeyDown(Event* event, KeyCode keyCode) {
     return event;
   }
   if (startsPause(key)) startPause();
-  if (uptime() < pausedUntil_) {
+  if (isPaused()) {
     ignoreWhilePaused(key);
     return event;
   }
@@ -200,6 +200,10 @@ bool KeyTap::startsPause(const KeyPress& key) const {
   return !key.isShortcut() && contains(kPauseKeys, key.code) && !key.event->isAutorepeat();
 }
 
+bool KeyTap::isPaused() const {
+  return uptime() < pausedUntil_;
+}
+
 void KeyTap::startPause() {
   pausedUntil_ = uptime() + kPauseDuration;
   word_.forget();
@@ -215,7 +219,7 @@ void KeyTap::startPause() {
 
 void KeyTap::endPauseIfOver() {
   // The pause key pressed again has moved the end on; its own check will find it over.
-  if (uptime() < pausedUntil_) return;
+  if (isPaused()) return;
   dbg([] { return "*** PAUSE over — auto-fix on ***"; });
   if (onPauseChange) onPauseChange();
 }

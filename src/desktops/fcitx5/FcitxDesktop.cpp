@@ -1,6 +1,5 @@
 #include "desktops/fcitx5/FcitxDesktop.h"
 
-#include <string>
 #include <utility>
 
 #include "desktops/xkb/KeySetting.h"

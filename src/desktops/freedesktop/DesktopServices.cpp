@@ -1,10 +1,6 @@
 #include "desktops/freedesktop/DesktopServices.h"
 
-#include <string>
-
 namespace tessarok::freedesktop {
-
-namespace {}  // namespace
 
 DesktopServices::DesktopServices(platform::RunLoop& loop, platform::Environment& environment,
                                  platform::SystemLog& log, posix::NotificationCentre& centre)

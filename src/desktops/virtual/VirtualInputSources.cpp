@@ -7,8 +7,14 @@
 
 namespace tessarok::virtualdesktop {
 
-VirtualInputSources::VirtualInputSources()
-    : enabled_{"com.apple.keylayout.US", "com.apple.keylayout.RussianWin"} {
+namespace {
+
+constexpr const char* kEnglish = "com.apple.keylayout.US";
+constexpr const char* kRussian = "com.apple.keylayout.RussianWin";
+
+}  // namespace
+
+VirtualInputSources::VirtualInputSources() : enabled_{kEnglish, kRussian} {
   setCurrent(enabled_.front());
 }
 
@@ -31,6 +37,10 @@ bool VirtualInputSources::select(platform::InputSourceHandle& source) {
 
 bool VirtualInputSources::isEnabled(const std::string& identifier) const {
   return std::find(enabled_.begin(), enabled_.end(), identifier) != enabled_.end();
+}
+
+void VirtualInputSources::setCurrent(Language language) {
+  setCurrent(language == Language::russian ? kRussian : kEnglish);
 }
 
 void VirtualInputSources::setCurrent(std::string identifier) {

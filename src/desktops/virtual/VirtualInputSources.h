@@ -6,6 +6,7 @@
 
 #include "desktops/layouts/KeyTable.h"
 #include "platform/InputSources.h"
+#include "words/Language.h"
 
 namespace tessarok::virtualdesktop {
 
@@ -24,6 +25,8 @@ class VirtualInputSources final : public platform::InputSources {
   [[nodiscard]] bool isEnabled(const std::string& identifier) const;
   /// Makes a layout current without a word to anybody.
   void setCurrent(std::string identifier);
+  /// The same for the first layout of a language.
+  void setCurrent(Language language);
   /// What the keys of the current layout give.
   [[nodiscard]] const KeyTable& table() const { return *table_; }
   void failNextSelection() { failsNextSelection_ = true; }

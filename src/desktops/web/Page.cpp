@@ -97,7 +97,7 @@ void Page::togglePack(std::size_t index) {
 }
 
 bool Page::isPaused() const {
-  return KeyTap::shared().pausedUntil() > platform::desktop().clock().uptime();
+  return KeyTap::shared().isPaused();
 }
 
 }  // namespace tessarok::web

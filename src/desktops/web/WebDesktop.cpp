@@ -15,8 +15,6 @@ using platform::EventType;
 using platform::Notification;
 namespace flags = platform::eventFlags;
 
-constexpr const char* kEnglishLayout = "com.apple.keylayout.US";
-constexpr const char* kRussianLayout = "com.apple.keylayout.RussianWin";
 /// A key of no layout, for what comes as text.
 constexpr KeyCode kTextKey = 0xFFFF;
 /// A page that was asleep for longer has no use for all the ticks that it has missed, seconds.
@@ -81,7 +79,7 @@ void WebDesktop::focusMoved() {
 }
 
 void WebDesktop::selectLayout(Language language) {
-  inputSources_.setCurrent(language == Language::russian ? kRussianLayout : kEnglishLayout);
+  inputSources_.setCurrent(language);
   queueSelectedNotification();
   runLoop_.runQueue();
 }

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
 
 #include "desktops/virtual/TemporaryDirectory.h"
@@ -52,6 +53,15 @@ class X11SlowStorage : public ::testing::Test {
     return window_.text().substr(before.size());
   }
 
+  /// With a disk that answers, and a first word put right.
+  [[nodiscard]] std::unique_ptr<Tessarok> started() {
+    answer();
+    auto program = std::make_unique<Tessarok>(server_, setup());
+    EXPECT_TRUE(program->says("correcting in every application")) << program->errors();
+    EXPECT_TRUE(waitUntil([this] { return line("ghbdtn ") == "привет \n"; }));
+    return program;
+  }
+
   XServer server_;
   GtkEntry window_{server_};
   virtualdesktop::TemporaryDirectory home_;
@@ -71,26 +81,20 @@ TEST_F(X11SlowStorage, AHomeFolderThatDoesNotAnswerAtTheStartDelaysNoKey) {
 }
 
 TEST_F(X11SlowStorage, AHomeFolderThatStopsAnsweringDelaysNoKey) {
-  answer();
-  const Tessarok program(server_, setup());
-  ASSERT_TRUE(program.says("correcting in every application")) << program.errors();
-  ASSERT_TRUE(waitUntil([this] { return line("ghbdtn ") == "привет \n"; }));
-  const auto worker = program.worker();
+  const auto program = started();
+  const auto worker = program->worker();
   stopAnswering();
   // A tick asks for the lists.
   ASSERT_TRUE(isWaiting());
   // Longer than the watchdog lets a program hang.
   for (int lines = 0; lines < 20; ++lines)
     EXPECT_EQ(line("ghbdtn "), "привет \n");
-  EXPECT_EQ(program.worker(), worker);
+  EXPECT_EQ(program->worker(), worker);
 }
 
 TEST_F(X11SlowStorage, WordDataThatMemoryHasLostAreNotWaitedFor) {
-  answer();
-  const Tessarok program(server_, setup());
-  ASSERT_TRUE(program.says("correcting in every application")) << program.errors();
-  ASSERT_TRUE(waitUntil([this] { return line("ghbdtn ") == "привет \n"; }));
-  const auto worker = program.worker();
+  const auto program = started();
+  const auto worker = program->worker();
   stopAnswering();
   writeFile(lost_, "");
   // What was seen in memory is believed until the next tick.
@@ -99,7 +103,7 @@ TEST_F(X11SlowStorage, WordDataThatMemoryHasLostAreNotWaitedFor) {
   EXPECT_EQ(line("ghbdtn "), "ghbdtn \n");
   answer();
   EXPECT_TRUE(waitUntil([this] { return line("ghbdtn ") == "привет \n"; }));
-  EXPECT_EQ(program.worker(), worker);
+  EXPECT_EQ(program->worker(), worker);
 }
 
 }  // namespace
