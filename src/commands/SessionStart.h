@@ -1,0 +1,11 @@
+#pragma once
+
+namespace tessarok::commands {
+
+/// Whether in this session what is typed does not go through an X server alone, so that correcting
+/// there would do nothing, or would keep from its work what corrects: a Wayland session, or one
+/// whose programs take their text from Fcitx5, where the addon of this program is installed.
+/// By the environment that the session gives its programs. Main thread.
+[[nodiscard]] bool isServedWithoutX11();
+
+}  // namespace tessarok::commands
