@@ -52,8 +52,9 @@ std::vector<std::string> obstaclesWithoutDesktop() {
         "fcitx5, with an English and a Russian keyboard among its input methods"};
   }
   if (isSet("DISPLAY")) {
-    return {"no corrector runs on this display: start tessarok, or log in anew when it is just "
-            "installed"};
+    return {
+        "no corrector runs on this display: start tessarok, or log in anew when it is just "
+        "installed"};
   }
   return {"this session has no display: tessarok terminal corrects in a terminal"};
 }

@@ -157,4 +157,14 @@ std::optional<std::string_view> FieldHistory::last(std::size_t characters) const
   return slice;
 }
 
+std::optional<std::ptrdiff_t> FieldHistory::lengthWithout(std::size_t characters) const {
+  const auto erased = last(characters);
+  const auto length = states_.back().length;
+  // As many bytes as a report that is not cut may have at least.
+  if (!hasReport_ || !erased || !length || *length * 2 >= std::ptrdiff_t{kWholeReport}) {
+    return std::nullopt;
+  }
+  return *length - scalars(*erased);
+}
+
 }  // namespace tessarok::fcitx5
