@@ -160,12 +160,12 @@ TEST(Fcitx5Client, OneThatTakesBytesForCharactersLosesNothingOnWayland) {
 TEST(Fcitx5Client, AFieldThatACorrectionDamagesIsLeftAlone) {
   const FcitxHome home({"keyboard-us", "keyboard-ru"});
   const json client = {{"reports", "all"}, {"deletesBytes", true}};
-  EXPECT_EQ(driveFcitx(home, {{"client", client},
-                              {"steps",
-                               {types("lf ghbdtn ", "да привет "),
-                                // Five letters more than those of the word are gone.
-                                types("hello ", "да прhello "),
-                                types("ghbdtn ", "да прhello ghbdtn ")}}}),
+  EXPECT_EQ(driveFcitx(
+                home, {{"client", client},
+                       {"steps",
+                        {types("lf ghbdtn ", "да привет "),
+                         // Five letters more than those of the word are gone.
+                         types("hello ", "да прhello "), types("ghbdtn ", "да прhello ghbdtn ")}}}),
             "");
 }
 
