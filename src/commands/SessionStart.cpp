@@ -5,25 +5,15 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/Processes.h"
 
 namespace tessarok::commands {
 
 namespace {
 
-std::string variable(const char* name) {
-  return posix::personsVariable(name).value_or("");
-}
-
-bool isWayland() {
-  // Each is missing from some sessions: the first where a display manager knows of none, the
-  // second where the compositor starts programs of the session before it says its name.
-  return variable("XDG_SESSION_TYPE") == "wayland" || !variable("WAYLAND_DISPLAY").empty();
-}
-
 /// What toolkits and the X library are told to take their text from.
-bool isTypedThroughFcitx() {
+bool isTypedThroughFcitx(platform::Environment& environment) {
+  const auto variable = [&](const char* name) { return environment.variable(name).value_or(""); };
   return variable("XMODIFIERS").find("@im=fcitx") != std::string::npos ||
          variable("GTK_IM_MODULE").starts_with("fcitx") ||
          variable("QT_IM_MODULE").starts_with("fcitx");
@@ -40,8 +30,15 @@ bool isAddonInstalled() {
 
 }  // namespace
 
-bool isServedWithoutX11() {
-  return isWayland() || (isTypedThroughFcitx() && isAddonInstalled());
+bool isWaylandSession(platform::Environment& environment) {
+  // Each is missing from some sessions: one where a display manager knows of none, the other
+  // where the compositor starts programs of the session before it has a name.
+  return environment.variable("WAYLAND_DISPLAY").value_or("") != "" ||
+         environment.variable("XDG_SESSION_TYPE").value_or("") == "wayland";
+}
+
+bool isServedWithoutX11(platform::Environment& environment) {
+  return isWaylandSession(environment) || (isTypedThroughFcitx(environment) && isAddonInstalled());
 }
 
 }  // namespace tessarok::commands

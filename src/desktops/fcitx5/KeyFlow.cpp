@@ -102,8 +102,9 @@ bool KeyFlow::markComposed(InputContext& context, Press& press) {
 
 bool KeyFlow::isSecret() const {
   const auto* context = context_.get();
-  return context != nullptr && context->capabilityFlags().testAny(fcitx::CapabilityFlags{
-                                   CapabilityFlag::Password, CapabilityFlag::Disable});
+  if (context == nullptr) return false;
+  const fcitx::CapabilityFlags secret{CapabilityFlag::Password, CapabilityFlag::Disable};
+  return context->capabilityFlags().testAny(secret) || leftAlone_.contains(context->uuid());
 }
 
 // What Fcitx tells.
@@ -228,6 +229,7 @@ void KeyFlow::focusOut(InputContext& context) {
 }
 
 void KeyFlow::destroyed(InputContext& context) {
+  leftAlone_.erase(context.uuid());
   if (context_.get() != &context) return;
   context_.unwatch();
   steps_.clear();
@@ -263,9 +265,20 @@ void KeyFlow::textReported(InputContext& context) {
     const bool isSelected = surrounding.cursor() != surrounding.anchor();
     const auto before = std::string_view(text).substr(0, static_cast<std::size_t>(bytes));
     const bool isSamePlace = field_.reported(before, isSelected, now());
+    if (field_.isDamaged()) leaveAlone(context);
     if (!isSamePlace && steps_.empty()) announceOtherPlace();
   }
   if (!steps_.empty()) runSoon();
+}
+
+void KeyFlow::leaveAlone(InputContext& context) {
+  field_.reset();
+  if (!leftAlone_.insert(context.uuid()).second) return;
+  const auto& program = context.program();
+  parts_.log.write("Tessarok: " + (program.empty() ? "a program" : program) +
+                   " did not erase what it was asked to; nothing more is corrected in that text "
+                   "field");
+  announceOtherPlace();
 }
 
 void KeyFlow::announceOtherPlace() {

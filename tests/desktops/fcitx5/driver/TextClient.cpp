@@ -1,6 +1,7 @@
 #include "tests/desktops/fcitx5/driver/TextClient.h"
 
 #include <ctime>
+#include <fcitx-utils/utf8.h>
 #include <fcitx/inputcontextmanager.h>
 #include <optional>
 
@@ -108,9 +109,18 @@ void TextClient::deleteSurroundingTextImpl(int offset, unsigned int size) {
   serveOverdue();
   if (offset != -static_cast<int>(size))
     FCITX_FATAL() << "what was deleted is not before the caret";
+  if (habits_.deletesBytes) size = static_cast<unsigned>(bytesBeforeCaret(size));
   for (unsigned i = 0; i < size; ++i)
     field_.keyDown(keyOnly(keyCodes::backspace));
   report();
+}
+
+std::size_t TextClient::bytesBeforeCaret(std::size_t characters) const {
+  const auto& text = field_.text();
+  const auto at = [&text](std::size_t character) {
+    return fcitx::utf8::ncharByteLength(text.begin(), character);
+  };
+  return static_cast<std::size_t>(at(field_.caret()) - at(field_.caret() - characters));
 }
 
 void TextClient::forwardKeyImpl(const fcitx::ForwardKeyEvent& key) {
