@@ -10,6 +10,7 @@
 
 #include "commands/CheckDataCommand.h"
 #include "commands/CommandError.h"
+#include "commands/ControlCommand.h"
 #ifdef TESSAROK_HAS_X11
 #include "commands/DesktopCommand.h"
 #endif
@@ -18,8 +19,8 @@
 #include "commands/HelpText.h"
 #include "commands/LearnedCommand.h"
 #include "commands/ReplayCommand.h"
+#include "commands/StatusCommand.h"
 #include "commands/TerminalCommand.h"
-#include "commands/TerminalControlCommand.h"
 #include "commands/TypeCommand.h"
 
 namespace {
@@ -51,10 +52,12 @@ class CommandLine {
     addLearned();
     addReplay();
     addTerminal();
-    addTerminalControl("on", "switch the correction of this terminal on");
-    addTerminalControl("off", "switch it off");
-    addTerminalControl("layout", "switch the own layout of this terminal");
-    addTerminalControl("status", "say whether this terminal is corrected, and its layout");
+    addStatus();
+    addControl("on", "switch the correction on, of this terminal or else of the desktop");
+    addControl("off", "switch it off");
+    addControl("pause", "leave five seconds of typing as it is");
+    addControl("layout", "switch the own layout of this terminal");
+    addQuit();
     addX11();
     addCheckData();
     // Commands take it over from what they are added to.
@@ -214,9 +217,22 @@ class CommandLine {
     terminal->callback([this] { command_ = [this] { return runTerminal(options_, terminal_); }; });
   }
 
-  void addTerminalControl(const std::string& request, const std::string& description) {
+  void addStatus() {
+    auto* status = app_.add_subcommand(
+        "status", "say what is corrected here, what does not work and why, and where files are");
+    status->add_flag("--json", status_.json, "one JSON object");
+    status->callback([this] { command_ = [this] { return runStatus(options_, status_); }; });
+  }
+
+  void addControl(const std::string& request, const std::string& description) {
     app_.add_subcommand(request, description)->callback([this, request] {
-      command_ = [request] { return runTerminalControl(request); };
+      command_ = [request] { return runControl(request); };
+    });
+  }
+
+  void addQuit() {
+    app_.add_subcommand("quit", "end the corrector of the desktop")->callback([this] {
+      command_ = &runQuit;
     });
   }
 
@@ -264,6 +280,7 @@ class CommandLine {
   ExplainOptions explain_;
   LearnedOptions learned_;
   ReplayOptions replay_;
+  StatusOptions status_;
   TerminalOptions terminal_;
   std::optional<std::filesystem::path> checkDirectory_;
 };

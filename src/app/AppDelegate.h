@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "app/Status.h"
 #include "platform/FileLock.h"
 #include "platform/Menu.h"
 #include "platform/Observation.h"
@@ -32,6 +33,9 @@ class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
     wait,
   };
 
+  /// Whether words are put right automatically.
+  enum class Correction { on, off };
+
   explicit AppDelegate(Instances instances = Instances::onlyOne, Keys keys = Keys::passBy);
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
@@ -44,6 +48,13 @@ class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
 
   /// Whether the keystroke tap is believed to be running.
   [[nodiscard]] bool tapRunning() const { return tapRunning_; }
+  [[nodiscard]] Status status() const;
+
+  // What the menu offers, for whoever speaks for the person in another way.
+
+  void setCorrection(Correction correction);
+  /// Asks the event loop to end the program.
+  void quit();
 
  private:
   [[nodiscard]] bool olderInstanceRuns() const;
@@ -62,17 +73,17 @@ class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
 
   [[nodiscard]] std::shared_ptr<platform::Menu> makeMenu();
   [[nodiscard]] std::shared_ptr<platform::Menu> makePackMenu();
-  void toggle(platform::MenuItem& sender);
   void toggleShiftFix(platform::MenuItem& sender);
   void togglePack(platform::MenuItem& sender);
   void openDictionary();
   void openSettings();
-  void quit();
   void updateIcon();
 
   Instances instances_;
   Keys keys_;
   std::unique_ptr<platform::StatusItem> statusItem_;
+  /// Null without an icon.
+  std::shared_ptr<platform::MenuItem> enabledItem_;
   bool tapRunning_ = false;
   std::unique_ptr<platform::Timer> retryTimer_;
   /// Null when the lock is not held.

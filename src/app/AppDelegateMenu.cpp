@@ -39,16 +39,6 @@ std::shared_ptr<MenuItem> separator() {
   return made;
 }
 
-/// What the icon shows.
-struct Status {
-  bool tapRunning;
-  bool canProcess = InputSource::canProcessCurrentLayout();
-  bool enabled = KeyTap::shared().enabled;
-  bool paused = KeyTap::shared().isPaused();
-
-  [[nodiscard]] bool works() const { return tapRunning && canProcess; }
-};
-
 const char* symbolOf(const Status& status) {
   if (!status.works()) return "keyboard.badge.ellipsis";
   if (status.paused) return "pause.circle";
@@ -66,7 +56,7 @@ const char* toolTipOf(const Status& status) {
   if (!status.canProcess) {
     return "Tessarok — enable compatible Russian and QWERTY layouts, then select one of them";
   }
-  if (!Dict::en().isAvailable() || !Dict::ru().isAvailable()) {
+  if (!status.hasWordData) {
     return "Tessarok — missing dictionaries; automatic layout correction unavailable, "
            "⌥Space works";
   }
@@ -82,7 +72,11 @@ std::shared_ptr<Menu> AppDelegate::makeMenu() {
     menu->items.push_back(std::move(made));
     return *menu->items.back();
   };
-  add(item("Enabled", [this](MenuItem& sender) { toggle(sender); })).state = true;
+  enabledItem_ = item("Enabled", [this](MenuItem&) {
+    setCorrection(KeyTap::shared().enabled ? Correction::off : Correction::on);
+  });
+  enabledItem_->state = true;
+  menu->items.push_back(enabledItem_);
   add(reminder("⌥Space — convert last word"));
   add(reminder("` / § (EN) — пауза на 5 сек"));
   add(separator());
@@ -109,11 +103,11 @@ std::shared_ptr<Menu> AppDelegate::makePackMenu() {
   return menu;
 }
 
-void AppDelegate::toggle(MenuItem& sender) {
+void AppDelegate::setCorrection(Correction correction) {
   auto& keyTap = KeyTap::shared();
-  keyTap.enabled = !keyTap.enabled;
+  keyTap.enabled = correction == Correction::on;
   keyTap.invalidateInputSourceContext(WordState::ArmedRejection::drop);
-  sender.state = keyTap.enabled;
+  if (enabledItem_) enabledItem_->state = keyTap.enabled;
   updateIcon();
 }
 
@@ -147,9 +141,18 @@ void AppDelegate::quit() {
   platform::desktop().application().terminate();
 }
 
+Status AppDelegate::status() const {
+  const auto& keyTap = KeyTap::shared();
+  return {.tapRunning = tapRunning_,
+          .canProcess = InputSource::canProcessCurrentLayout(),
+          .enabled = keyTap.enabled,
+          .paused = keyTap.isPaused(),
+          .hasWordData = Dict::en().isAvailable() && Dict::ru().isAvailable()};
+}
+
 void AppDelegate::updateIcon() {
   if (!statusItem_ || !statusItem_->hasButton()) return;
-  const Status status{.tapRunning = tapRunning_};
+  const auto status = this->status();
   if (!statusItem_->setSymbol(symbolOf(status))) statusItem_->setTitle(glyphOf(status));
   statusItem_->setAppearsDisabled(!status.works() || !status.enabled || status.paused);
   statusItem_->setToolTip(toolTipOf(status));

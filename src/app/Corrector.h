@@ -22,7 +22,7 @@ class Corrector {
   }
 
   void launch() { delegate_->applicationDidFinishLaunching(); }
-  [[nodiscard]] const AppDelegate& delegate() const { return *delegate_; }
+  [[nodiscard]] AppDelegate& delegate() { return *delegate_; }
 
  private:
   std::shared_ptr<AppDelegate> delegate_;

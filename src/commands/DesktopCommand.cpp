@@ -1,23 +1,28 @@
 #include "commands/DesktopCommand.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <exception>
 #include <initializer_list>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <signal.h>
 #include <string>
+#include <unistd.h>
 #include <utility>
 #include <variant>
+#include <vector>
 
 #include "app/Corrector.h"
 #include "desktops/freedesktop/DesktopServices.h"
+#include "desktops/freedesktop/Obstacles.h"
+#include "desktops/freedesktop/SessionContact.h"
+#include "desktops/posix/Processes.h"
 #include "desktops/posix/SignalPipe.h"
 #include "desktops/x11/Watchdog.h"
 #include "desktops/x11/X11Desktop.h"
 #include "desktops/x11/XConnection.h"
-#include "typing/InputSource.h"
-#include "words/Dict.h"
 
 namespace tessarok::commands {
 
@@ -45,34 +50,34 @@ void endWithoutServer() {
   std::exit(kNoDesktop);
 }
 
-/// What the layouts of the display lack; empty when nothing.
-std::string missingLayouts() {
-  bool hasEnglish = false;
-  bool hasRussian = false;
-  std::string names;
-  for (const auto& layout : InputSource::enabledLayouts()) {
-    const auto identifier = layout->identifier().value_or("");
-    hasEnglish = hasEnglish || InputSource::isInGroup(identifier, Language::english);
-    hasRussian = hasRussian || InputSource::isInGroup(identifier, Language::russian);
-    names += (names.empty() ? "" : ", ") + identifier;
-  }
-  if (hasEnglish && hasRussian) return {};
-  const auto* missing = hasEnglish ? "no Russian" : hasRussian ? "no English" : "neither";
-  return std::string("both an English and a Russian keyboard layout are needed, and there is ") +
-         missing + " one among " + names;
-}
-
 /// There may be no icon to say it.
 void sayWhatIsMissing() {
-  if (!Dict::en().isAvailable() || !Dict::ru().isAvailable()) {
-    say("the word data is missing; automatic correction is off, ⌥Space works");
-  }
-  if (const auto missing = missingLayouts(); !missing.empty()) {
+  if (const auto missing = freedesktop::missingWordData(); !missing.empty()) say(missing);
+  if (const auto missing = freedesktop::missingLayouts(); !missing.empty()) {
     say(missing + "; waiting for them");
   }
 }
 
-int correctUntilStopped(X11Desktop& desktop) {
+/// On Wayland the X server sees only the keys of its own programs.
+bool isWaylandSession(platform::Environment& environment) {
+  return environment.variable("WAYLAND_DISPLAY").value_or("") != "" ||
+         environment.variable("XDG_SESSION_TYPE").value_or("") == "wayland";
+}
+
+std::vector<std::string> obstacles(X11Desktop& desktop, freedesktop::DesktopServices& services,
+                                   const AppDelegate& delegate) {
+  auto all = freedesktop::obstaclesToCorrection();
+  if (!delegate.tapRunning() && !desktop.problem().empty()) all.push_back(desktop.problem());
+  if (isWaylandSession(desktop.environment())) {
+    all.emplace_back(
+        "this is a Wayland session: only programs that use X11 are corrected, the others through "
+        "Fcitx5 with its Tessarok addon");
+  }
+  std::ranges::move(services.obstacles(), std::back_inserter(all));
+  return all;
+}
+
+int correctUntilStopped(X11Desktop& desktop, freedesktop::DesktopServices& services) {
   auto& loop = desktop.runLoop();
   Corrector corrector(AppDelegate::Instances::onlyOne, AppDelegate::Keys::passBy);
   corrector.launch();
@@ -82,18 +87,19 @@ int correctUntilStopped(X11Desktop& desktop) {
     return kNotStarted;
   }
   sayWhatIsMissing();
-  if (corrector.delegate().tapRunning()) say("correcting in every application of this display");
+  auto& delegate = corrector.delegate();
+  const freedesktop::SessionContact contact(
+      {.session = services.session(),
+       .loop = loop,
+       .queues = desktop.serialQueues(),
+       .log = desktop.systemLog(),
+       .settings = desktop.userDefaults(),
+       .delegate = delegate},
+      {.name = "x11", .obstacles = [&] { return obstacles(desktop, services, delegate); }},
+      posix::programFileOf(::getpid()));
+  if (delegate.tapRunning()) say("correcting in every application of this display");
   loop.run();
   return 0;
-}
-
-x11::SessionServices sessionServices(const x11::SessionContext& context) {
-  const auto services = std::make_shared<freedesktop::DesktopServices>(
-      context.runLoop, context.environment, context.systemLog, context.workspaceNotifications);
-  return {.statusBar = &services->statusBar(),
-          .secureInput = &services->secureInput(),
-          .workspace = &services->workspace(),
-          .owner = services};
 }
 
 /// The worker's life. The exit status.
@@ -107,12 +113,23 @@ int correct(const Options& options, std::unique_ptr<x11::LifeLine> lifeLine) {
   // from writing down what it has learned.
   posix::PollLoop* loop = nullptr;
   posix::SignalPipe signals({SIGTERM, SIGINT, SIGHUP, SIGQUIT}, [&loop](int) { loop->stop(); });
+  // The desktop's, whose loop they use.
+  freedesktop::DesktopServices* services = nullptr;
   X11Desktop desktop(std::move(std::get<std::unique_ptr<XConnection>>(opened)), std::move(lifeLine),
-                     options.resources, &sessionServices);
+                     options.resources, [&services](const x11::SessionContext& context) {
+                       const auto owner = std::make_shared<freedesktop::DesktopServices>(
+                           context.runLoop, context.environment, context.systemLog,
+                           context.workspaceNotifications);
+                       services = owner.get();
+                       return x11::SessionServices{.statusBar = &services->statusBar(),
+                                                   .secureInput = &services->secureInput(),
+                                                   .workspace = &services->workspace(),
+                                                   .owner = owner};
+                     });
   loop = &desktop.runLoop();
   loop->add(signals);
   platform::setDesktop(desktop);
-  const int status = correctUntilStopped(desktop);
+  const int status = correctUntilStopped(desktop, *services);
   loop->remove(signals);
   return status;
 }

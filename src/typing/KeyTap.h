@@ -115,6 +115,8 @@ class KeyTap final : public std::enable_shared_from_this<KeyTap> {
   /// Uptime at which the current pause ends; in the past when there is none.
   [[nodiscard]] double pausedUntil() const { return pausedUntil_; }
   [[nodiscard]] bool isPaused() const;
+  /// Words stay as typed for `kPauseDuration` from now on. The pause key does so too.
+  void startPause();
 
   /// Automatic correction is switched on.
   bool enabled = true;
@@ -143,7 +145,6 @@ class KeyTap final : public std::enable_shared_from_this<KeyTap> {
   void ignoreWhileUnprepared(const KeyPress& key);
   void ignoreWhilePaused(const KeyPress& key);
   [[nodiscard]] bool startsPause(const KeyPress& key) const;
-  void startPause();
   void endPauseIfOver();
   void handleShortcut(const KeyPress& key);
   bool handleBoundaryKey(const KeyPress& key);

@@ -53,7 +53,7 @@ def settings_of(root):
     """Every setting that the code knows, with the texts that it may have; none for switches."""
     code = "\n".join(sources(root))
     settings = {name: set() for name in re.findall(
-        r'(?:kSetting = |settings_\(|wants\(|kShiftFixKey = )"(\w+)"', code)}
+        r'(?:kSetting = |settings_\(|wants\(|k\w+Key = )"(\w+)"', code)}
     settings |= {f"pack.{name}": set() for name in re.findall(r'"pack_(\w+)", (?:true|false)\}', code)}
     for name, values in re.findall(r'kSetting = "(\w+)";\s*static constexpr const char\* kValues =\s*"(.*)";', code):
         settings[name] |= set(re.findall(r'\\"([\w-]+)\\"', values))

@@ -68,6 +68,8 @@ class FcitxDesktop final : public platform::Desktop {
   posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
 
   [[nodiscard]] KeyFlow& keyFlow() { return keyFlow_; }
+  /// Null without a session bus.
+  [[nodiscard]] freedesktop::Bus* sessionBus() { return sessionBus_.get(); }
 
   // What Fcitx tells.
 

@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "desktops/freedesktop/Obstacles.h"
 #include "platform/Desktop.h"
 #include "typing/KeyTap.h"
 #include "words/BuiltinPacks.h"
@@ -28,15 +29,22 @@ constexpr double kShortWait = 0.2;
 constexpr double kWait = 2;
 constexpr int kShortWaits = 25;
 
+/// The file that this code was loaded from; absent when the system does not tell.
+std::optional<fs::path> ownFile() {
+  Dl_info info{};
+  if (::dladdr(reinterpret_cast<const void*>(&ownFile), &info) == 0) return std::nullopt;
+  if (info.dli_fname == nullptr) return std::nullopt;
+  return info.dli_fname;
+}
+
 /// The installed word data, found from the addon's own file: below a prefix the one lies in
 /// lib…/fcitx5 and the other in share/tessarok. Absent for an addon that is not installed.
 std::optional<fs::path> installedData() {
-  Dl_info info{};
-  if (::dladdr(reinterpret_cast<const void*>(&installedData), &info) == 0) return std::nullopt;
-  if (info.dli_fname == nullptr) return std::nullopt;
+  const auto file = ownFile();
+  if (!file) return std::nullopt;
   constexpr int kLevels = 4;
   std::error_code error;
-  auto folder = fs::path(info.dli_fname).parent_path();
+  auto folder = file->parent_path();
   for (int level = 0; level < kLevels; ++level) {
     folder = folder.parent_path();
     auto data = folder / "share" / "tessarok";
@@ -112,6 +120,15 @@ void TessarokAddon::launch() {
   corrector->launch();
   if (hasStopped_) return tryAgainLater();
   corrector_ = std::move(corrector);
+  contact_.emplace(freedesktop::SessionContact::Surroundings{.session = desktop_->sessionBus(),
+                                                             .loop = desktop_->runLoop(),
+                                                             .queues = desktop_->serialQueues(),
+                                                             .log = desktop_->systemLog(),
+                                                             .settings = desktop_->userDefaults(),
+                                                             .delegate = corrector_->delegate()},
+                   freedesktop::RemoteControl::Desktop{
+                       .name = "fcitx5", .obstacles = &freedesktop::obstaclesToCorrection},
+                   ownFile());
   desktop_->application().onTerminate = [this] {
     // Not while the menu item that asks for it is running.
     desktop_->runLoop().async([this] {
@@ -131,6 +148,7 @@ void TessarokAddon::tryAgainLater() {
 
 void TessarokAddon::stop() {
   try {
+    contact_.reset();
     corrector_.reset();
   } catch (const std::exception& error) {
     fail(error.what());

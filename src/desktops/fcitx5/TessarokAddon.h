@@ -3,6 +3,7 @@
 #include <fcitx/addoninstance.h>
 #include <fcitx/instance.h>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "desktops/fcitx5/AddonConfig.h"
 #include "desktops/fcitx5/FcitxDesktop.h"
 #include "desktops/fcitx5/Guard.h"
+#include "desktops/freedesktop/SessionContact.h"
 
 namespace tessarok::fcitx5 {
 
@@ -42,6 +44,8 @@ class TessarokAddon final : public fcitx::AddonInstance {
   Guard guard_;
   std::unique_ptr<FcitxDesktop> desktop_;
   std::unique_ptr<commands::Corrector> corrector_;
+  /// Absent while the corrector is.
+  std::optional<freedesktop::SessionContact> contact_;
   std::vector<Watcher> watchers_;
   mutable AddonConfig config_;
   bool hasStopped_ = false;

@@ -101,7 +101,8 @@ BusSlot Bus::addObject(const char* path, const char* interface, const sd_bus_vta
 BusSlot Bus::requestName(const std::string& name) {
   sd_bus_slot* slot = nullptr;
   if (bus_ == nullptr) return {};
-  const int result = sd_bus_request_name_async(bus_, &slot, name.c_str(), 0, ignore, nullptr);
+  const int result =
+      sd_bus_request_name_async(bus_, &slot, name.c_str(), SD_BUS_NAME_QUEUE, ignore, nullptr);
   if (result < 0) lose(-result);
   return {nullptr, slot};
 }

@@ -46,8 +46,9 @@ class Bus final : public posix::PollSource {
   /// Offers an interface of an object; `vtable` and `object` outlive the slot.
   [[nodiscard]] BusSlot addObject(const char* path, const char* interface,
                                   const sd_bus_vtable* vtable, void* object);
-  /// Asks for a well-known name. Being refused is no reason to stop: the connection's own name
-  /// does as well for everything but being found by people.
+  /// Asks for a well-known name, which comes when nobody else has it any more. Being refused is no
+  /// reason to stop: the connection's own name does as well for everything but being found by
+  /// people.
   [[nodiscard]] BusSlot requestName(const std::string& name);
 
   [[nodiscard]] BusMessage methodCall(const std::string& destination, const std::string& path,

@@ -13,4 +13,18 @@ DesktopServices::DesktopServices(platform::RunLoop& loop, platform::Environment&
       secureInput_(session_.get(), loop, log),
       sessionWatch_(system_.get(), session_.get(), {environment, centre, log}) {}
 
+std::vector<std::string> DesktopServices::obstacles() const {
+  std::vector<std::string> all;
+  if (!statusBar_.isShown()) {
+    all.emplace_back("no panel shows status icons here, so there is no icon and no menu");
+  }
+  if (!secureInput_.isListening()) {
+    all.emplace_back("there is no accessibility bus (AT-SPI), so password entries are not known");
+  }
+  if (!system_ || !system_->isOpen()) {
+    all.emplace_back("there is no system bus, so sleep and locked screens are not noticed");
+  }
+  return all;
+}
+
 }  // namespace tessarok::freedesktop

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "desktops/freedesktop/AtSpiSecureInput.h"
 #include "desktops/freedesktop/Bus.h"
@@ -29,6 +31,10 @@ class DesktopServices final {
   [[nodiscard]] FreedesktopWorkspace& workspace() { return workspace_; }
   [[nodiscard]] AtSpiSecureInput& secureInput() { return secureInput_; }
   [[nodiscard]] Notice& notice() { return notice_; }
+  /// Null without a session bus.
+  [[nodiscard]] Bus* session() { return session_.get(); }
+  /// What this session does not offer, a sentence each.
+  [[nodiscard]] std::vector<std::string> obstacles() const;
 
  private:
   std::unique_ptr<Bus> session_;

@@ -1,5 +1,7 @@
 #include "desktops/freedesktop/Notice.h"
 
+#include <utility>
+
 namespace tessarok::freedesktop {
 
 namespace {
@@ -11,24 +13,35 @@ constexpr int kUsualTime = -1;
 
 }  // namespace
 
-void Notice::show(const std::string& summary, const std::string& body) {
-  const auto logged = "Tessarok: " + summary + ": " + body;
+bool Notice::send(const std::string& summary, const std::string& body,
+                  std::function<void(bool isShown)> answered) {
   auto message = session_ != nullptr ? session_->methodCall(kService, kPath, kService, "Notify")
                                      : BusMessage();
-  if (!message) {
-    log_.write(logged);
-    return;
-  }
+  if (!message) return false;
   sd_bus_message_append(message.get(), "susssasa{sv}i", "Tessarok", shown_, "tessarok",
                         summary.c_str(), body.c_str(), 0, 0, kUsualTime);
-  answer_ = session_->call(std::move(message), [this, logged](sd_bus_message& reply) {
-    if (sd_bus_message_is_method_error(&reply, nullptr) != 0) {
-      log_.write(logged);
-    } else {
-      sd_bus_message_read(&reply, "u", &shown_);
-    }
+  answer_ = session_->call(
+      std::move(message), [this, answered = std::move(answered)](sd_bus_message& reply) {
+        const bool isShown = sd_bus_message_is_method_error(&reply, nullptr) == 0;
+        if (isShown) sd_bus_message_read(&reply, "u", &shown_);
+        answered(isShown);
+      });
+  return static_cast<bool>(answer_);
+}
+
+void Notice::show(const std::string& summary, const std::string& body) {
+  const auto log = [this, logged = "Tessarok: " + summary + ": " + body] { log_.write(logged); };
+  const bool isSent = send(summary, body, [log](bool isShown) {
+    if (!isShown) log();
   });
-  if (!answer_) log_.write(logged);
+  if (!isSent) log();
+}
+
+void Notice::offer(const std::string& summary, const std::string& body,
+                   std::function<void()> shown) {
+  static_cast<void>(send(summary, body, [shown = std::move(shown)](bool isShown) {
+    if (isShown && shown) shown();
+  }));
 }
 
 }  // namespace tessarok::freedesktop

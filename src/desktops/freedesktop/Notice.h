@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "desktops/freedesktop/Bus.h"
@@ -17,8 +18,15 @@ class Notice final {
 
   /// A new notice takes the place of the last one.
   void show(const std::string& summary, const std::string& body);
+  /// The same for what need not be known: where no notification is shown nothing happens. `shown`,
+  /// which may be empty, is called once it is.
+  void offer(const std::string& summary, const std::string& body, std::function<void()> shown);
 
  private:
+  /// Whether it could be sent; the handler hears whether it is shown.
+  [[nodiscard]] bool send(const std::string& summary, const std::string& body,
+                          std::function<void(bool isShown)> answered);
+
   Bus* session_;
   platform::SystemLog& log_;
   std::uint32_t shown_ = 0;

@@ -16,7 +16,9 @@ std::unique_ptr<platform::StatusItem> StatusNotifierBar::createItem() {
       log.write("Tessarok: the session bus is lost (" + reason +
                 "); the program runs on without its icon");
     };
-    return std::make_unique<StatusNotifierItem>(*session_, loop_, log_, theme_);
+    auto item = std::make_unique<StatusNotifierItem>(*session_, loop_, log_, theme_);
+    shown_ = item->shown();
+    return item;
   }
   if (!std::exchange(saidNoBus_, true)) {
     log_.write("Tessarok: there is no session bus; the program runs on without its icon");

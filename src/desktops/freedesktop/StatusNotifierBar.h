@@ -17,6 +17,8 @@ class StatusNotifierBar final : public platform::StatusBar {
 
   /// Null without a session bus, which is told once, in the system log, as is the end of the bus.
   std::unique_ptr<platform::StatusItem> createItem() override;
+  /// Whether a panel shows the icon.
+  [[nodiscard]] bool isShown() const { return shown_ && *shown_; }
 
  private:
   Bus* session_;
@@ -24,6 +26,8 @@ class StatusNotifierBar final : public platform::StatusBar {
   platform::SystemLog& log_;
   IconTheme theme_;
   bool saidNoBus_ = false;
+  /// Null before there is an item.
+  std::shared_ptr<const bool> shown_;
 };
 
 }  // namespace tessarok::freedesktop

@@ -167,7 +167,7 @@ StatusNotifierItem::StatusNotifierItem(Bus& bus, platform::RunLoop& loop, platfo
       [this](sd_bus_message& message) {
         const char* owner = nullptr;
         if (sd_bus_message_read(&message, "sss", nullptr, nullptr, &owner) < 0) return;
-        registered_ = false;
+        *registered_ = false;
         if (*owner != '\0') registerWithWatcher();
       });
   registerWithWatcher();
@@ -221,13 +221,13 @@ void StatusNotifierItem::registerWithWatcher() {
   auto message = bus_.methodCall(kWatcher, kWatcherPath, kWatcher, "RegisterStatusNotifierItem");
   if (message) sd_bus_message_append(message.get(), "s", busName_.c_str());
   registration_ = bus_.call(std::move(message), [this](sd_bus_message& reply) {
-    registered_ = sd_bus_message_is_method_error(&reply, nullptr) == 0;
+    *registered_ = sd_bus_message_is_method_error(&reply, nullptr) == 0;
   });
 }
 
 void StatusNotifierItem::sayIfNoPanel() {
   // Of a bus that is lost the bar speaks.
-  if (registered_ || !bus_.isOpen()) return;
+  if (*registered_ || !bus_.isOpen()) return;
   log_.write("Tessarok: no panel shows status icons here; the program runs on without its icon");
 }
 

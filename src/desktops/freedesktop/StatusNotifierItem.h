@@ -28,7 +28,7 @@ class StatusNotifierItem final : public platform::StatusItem {
   /// Everything outlives the item.
   StatusNotifierItem(Bus& bus, platform::RunLoop& loop, platform::SystemLog& log,
                      const IconTheme& theme);
-  ~StatusNotifierItem() override = default;
+  ~StatusNotifierItem() override { *registered_ = false; }
 
   bool hasButton() const override { return true; }
   bool setSymbol(std::string_view name) override;
@@ -36,6 +36,9 @@ class StatusNotifierItem final : public platform::StatusItem {
   void setAppearsDisabled(bool disabled) override;
   void setToolTip(std::string_view toolTip) override;
   void setMenu(std::shared_ptr<platform::Menu> menu) override { menu_.setMenu(std::move(menu)); }
+
+  /// True while a panel has the item. The flag outlives the item, and is then false.
+  [[nodiscard]] std::shared_ptr<const bool> shown() const { return registered_; }
 
  private:
   struct Calls;
@@ -60,7 +63,7 @@ class StatusNotifierItem final : public platform::StatusItem {
   std::string title_;
   bool dimmed_ = false;
   std::string toolTip_;
-  bool registered_ = false;
+  std::shared_ptr<bool> registered_ = std::make_shared<bool>(false);
   MenuExport menu_;
   std::shared_ptr<StatusNotifierItem*> self_ = std::make_shared<StatusNotifierItem*>(this);
   BusSlot object_;

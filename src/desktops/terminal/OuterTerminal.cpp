@@ -58,14 +58,13 @@ bool OuterTerminal::isStandardInput() {
 }
 
 std::optional<std::string> OuterTerminal::ask(std::string_view question, std::string_view before,
-                                              std::string_view after) {
-  constexpr int kPatienceMilliseconds = 1000;
+                                              std::string_view after, int patience) {
   OuterTerminal terminal;
   terminal.makeRaw();
   if (::write(STDIN_FILENO, question.data(), question.size()) < 0) return std::nullopt;
   std::string answer;
   pollfd waiting{STDIN_FILENO, POLLIN, 0};
-  while (posix::waitFor({&waiting, 1}, kPatienceMilliseconds) > 0) {
+  while (posix::waitFor({&waiting, 1}, patience) > 0) {
     char chunk[256];
     const auto count = ::read(STDIN_FILENO, chunk, sizeof chunk);
     if (count <= 0) return std::nullopt;

@@ -22,11 +22,11 @@ class OuterTerminal final {
 
   [[nodiscard]] static bool isStandardInput();
   /// Writes a question to the terminal of this process and waits for what comes between `before`
-  /// and `after`; absent when that does not come within a second. Other bytes that come meanwhile
-  /// are lost, so this is for programs that want nothing else.
+  /// and `after`; absent when that does not come within `patience` milliseconds. Other bytes that
+  /// come meanwhile are lost, so this is for programs that want nothing else.
   [[nodiscard]] static std::optional<std::string> ask(std::string_view question,
                                                       std::string_view before,
-                                                      std::string_view after);
+                                                      std::string_view after, int patience);
 
   /// As they were found.
   [[nodiscard]] const termios& settings() const { return settings_; }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "desktops/posix/DescriptorWait.h"
+#include "typing/KeyTap.h"
 
 namespace tessarok::terminal {
 
@@ -326,9 +327,10 @@ void TerminalSession::answerRequests() {
     auto& bar = desktop_.statusBar();
     if (request == "on" || request == "off") bar.setEnabled(request == "on");
     if (request == "layout") keys_.toggleLayout();
+    if (request == "pause") KeyTap::shared().startPause();
     // The answer tells nothing of what was typed.
-    const bool isKnown =
-        request == "on" || request == "off" || request == "layout" || request == "status";
+    const bool isKnown = request == "on" || request == "off" || request == "layout" ||
+                         request == "pause" || request == "status";
     if (!isKnown) continue;
     toProgram_.add(std::string("\x1b]7717;tessarok;") + (bar.isEnabled() ? "on" : "off") + ";" +
                    (desktop_.inputSources().language() == Language::russian ? "ru" : "en") +

@@ -73,6 +73,8 @@ class X11Desktop final : public platform::Desktop {
 
   /// The X server has gone, which was said; the main loop is stopped.
   [[nodiscard]] bool isServerLost() { return connection_->isLost(); }
+  /// Why the keyboards could not be had when that was last tried in vain; empty for never.
+  [[nodiscard]] const std::string& problem() const { return reported_; }
 
  private:
   void connect();

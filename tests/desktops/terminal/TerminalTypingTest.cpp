@@ -155,6 +155,20 @@ TEST_F(TypingIntoBash, SwitchesOffAndOnInBand) {
   EXPECT_TRUE(user_.sees("\rпривет мир\r\n")) << user_.screen();
 }
 
+TEST_F(TypingIntoBash, CommandsSpeakToTheTerminalThatTheyRunIn) {
+  user_.type(std::string(TESSAROK_PROGRAM) + " off\r");
+  ASSERT_TRUE(user_.sees("this terminal: correction off, layout English")) << user_.screen();
+  ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
+  user_.type(std::string(TESSAROK_PROGRAM) + " status\r");
+  ASSERT_TRUE(user_.sees("this terminal: correction off, layout English")) << user_.screen();
+  ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
+  user_.type(std::string(TESSAROK_PROGRAM) + " on\r");
+  ASSERT_TRUE(user_.sees("this terminal: correction on, layout English")) << user_.screen();
+  ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
+  user_.type("echo ghbdtn vbh\r");
+  EXPECT_TRUE(user_.sees("\rпривет мир\r\n")) << user_.screen();
+}
+
 TEST_F(TypingIntoBash, TheCursorShowsTheLayout) {
   user_.type("echo ghbdtn ");
   EXPECT_TRUE(user_.sees("\x1b]12;")) << user_.screen();

@@ -15,8 +15,10 @@
 #include "tests/desktops/x11/Applications.h"
 #include "tests/desktops/x11/KeyboardGrab.h"
 #include "tests/desktops/x11/Patience.h"
+#include "tests/desktops/x11/Subprocess.h"
 #include "tests/desktops/x11/Tessarok.h"
 #include "tests/desktops/x11/XServer.h"
+#include "tests/support/TestFiles.h"
 
 namespace tessarok::testing {
 namespace {
@@ -45,6 +47,23 @@ class X11Panel : public ::testing::Test {
     return waitUntil([&] { return host_.drawnMenu().find(line + "\n") != std::string::npos; });
   }
 
+  /// Runs a command of the program beside the one that runs; its exit status. Serves the panel
+  /// meanwhile, without which the program has no icon.
+  int run(const std::string& command) {
+    const auto output = (home_.path() / "output").string();
+    Subprocess::Setup setup;
+    setup.environment = {{"DBUS_SESSION_BUS_ADDRESS", bus_.address()},
+                         {"DISPLAY", server_.name()},
+                         {"WAYLAND_DISPLAY", ""},
+                         {"HOME", home_.path().string()},
+                         {"XDG_DATA_HOME", ""},
+                         {"XDG_CONFIG_HOME", ""}};
+    Subprocess started({"sh", "-c", "exec \"$0\" --resources \"$1\" \"$2\" > \"$3\" < /dev/null",
+                        TESSAROK_PROGRAM, TESSAROK_TEST_DATA, command, output},
+                       "tessarok", setup);
+    return started.exitStatus();
+  }
+
   virtualdesktop::TemporaryDirectory home_;
   // Only its main loop is used here.
   virtualdesktop::VirtualDesktop base_{home_.path(), TESSAROK_TEST_DATA};
@@ -68,6 +87,39 @@ TEST_F(X11Panel, EnabledSwitchesTheCorrectionOffAndOn) {
   expectIcon("tessarok-on-symbolic", "Tessarok — on");
   server_.type("ghbdtn ");
   expect("ghbdtn привет ");
+}
+
+TEST_F(X11Panel, CommandsSwitchItOffAndOn) {
+  start();
+  EXPECT_EQ(run("off"), 0);
+  expectIcon("tessarok-off-dimmed-symbolic", "Tessarok — paused");
+  EXPECT_TRUE(shows("[ ] Enabled"));
+  server_.type("ghbdtn ");
+  expect("ghbdtn ");
+  EXPECT_EQ(run("on"), 0);
+  expectIcon("tessarok-on-symbolic", "Tessarok — on");
+  server_.type("ghbdtn ");
+  expect("ghbdtn привет ");
+}
+
+TEST_F(X11Panel, StatusTellsWhatRunsAndWhatIsMissing) {
+  EXPECT_EQ(run("status"), 1);
+  start();
+  EXPECT_EQ(run("status"), 0);
+  const auto text = readFile(home_.path() / "output");
+  EXPECT_NE(text.find("x11: correction on, layout US of US, RussianWin"), std::string::npos)
+      << text;
+  EXPECT_NE(text.find("no accessibility bus"), std::string::npos) << text;
+  EXPECT_EQ(text.find("no panel"), std::string::npos) << text;
+}
+
+TEST_F(X11Panel, QuitEndsItAndFreesTheKeyboard) {
+  start();
+  EXPECT_EQ(run("quit"), 0);
+  EXPECT_EQ(program_->exitStatus(), 0);
+  EXPECT_EQ(run("quit"), 1);
+  server_.type("ghbdtn ");
+  expect("ghbdtn ");
 }
 
 TEST_F(X11Panel, ThePauseIsShownUntilItEnds) {

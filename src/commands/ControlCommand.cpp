@@ -1,0 +1,48 @@
+#include "commands/ControlCommand.h"
+
+#include <iostream>
+#include <optional>
+
+#include "commands/DesktopControl.h"
+#include "commands/TerminalControl.h"
+
+namespace tessarok::commands {
+
+namespace {
+
+constexpr int kNoAnswer = 1;
+
+/// Absent for what only a terminal understands.
+std::optional<DesktopRequest> desktopRequest(const std::string& request) {
+  if (request == "on") return DesktopRequest::on;
+  if (request == "off") return DesktopRequest::off;
+  if (request == "pause") return DesktopRequest::pause;
+  return std::nullopt;
+}
+
+}  // namespace
+
+int runControl(const std::string& request) {
+  if (const auto terminal = askTerminal(request)) {
+    std::cout << "this terminal: correction " << (terminal->isOn ? "on" : "off") << ", layout "
+              << (terminal->layout == Language::russian ? "Russian" : "English") << '\n';
+    return 0;
+  }
+  const auto asked = desktopRequest(request);
+  if (asked && tellDesktop(*asked)) {
+    if (const auto status = askDesktop())
+      std::cout << status->desktop << ": correction " << status->correction << '\n';
+    return 0;
+  }
+  std::cerr << (asked ? "tessarok: neither a corrected terminal nor a running desktop answers\n"
+                      : "tessarok: no corrected terminal answers\n");
+  return kNoAnswer;
+}
+
+int runQuit() {
+  if (tellDesktop(DesktopRequest::quit)) return 0;
+  std::cerr << "tessarok: it does not run on this desktop\n";
+  return kNoAnswer;
+}
+
+}  // namespace tessarok::commands

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+namespace tessarok::commands {
+
+/// `tessarok on`, `off`, `pause` and `layout`: asks the corrected terminal that this runs in, or
+/// else the corrector of the desktop, and prints how it stands then. Returns the exit status: 1
+/// when nobody answers.
+int runControl(const std::string& request);
+
+/// `tessarok quit`: ends the corrector of the desktop. Returns the exit status: 1 when none runs.
+int runQuit();
+
+}  // namespace tessarok::commands

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tessarok::commands {
+
+/// What the corrector of this desktop says of itself.
+struct DesktopStatus {
+  std::string version;
+  /// Which desktop it serves: "x11" or "fcitx5".
+  std::string desktop;
+  std::uint32_t process = 0;
+  /// When it started, in seconds since 1970.
+  std::int64_t since = 0;
+  /// "on", "off", "paused", "by hand" (there is no word data), or "waiting" (for keys or layouts).
+  std::string correction;
+  /// The identifiers of the layout that is on and of all enabled ones.
+  std::string layout;
+  std::vector<std::string> layouts;
+  /// What does not work and why, a sentence each.
+  std::vector<std::string> obstacles;
+};
+
+/// What can be asked of it.
+enum class DesktopRequest { on, off, pause, quit };
+
+/// Asks the corrector that runs in the person's session; absent when there is none, or none that
+/// answers within two seconds.
+[[nodiscard]] std::optional<DesktopStatus> askDesktop();
+
+/// Whether it was told.
+[[nodiscard]] bool tellDesktop(DesktopRequest request);
+
+}  // namespace tessarok::commands

@@ -1,0 +1,187 @@
+#include "commands/StatusCommand.h"
+
+#include <array>
+#include <ctime>
+#include <filesystem>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "commands/DesktopControl.h"
+#include "commands/TerminalControl.h"
+#include "desktops/posix/PersonsEnvironment.h"
+#include "desktops/posix/SettingsFile.h"
+#include "desktops/terminal/TerminalDesktop.h"
+#include "platform/Desktop.h"
+#include "words/LearnedFiles.h"
+#include "words/ResourceLocator.h"
+#include "words/UserDict.h"
+
+namespace tessarok::commands {
+
+namespace {
+
+constexpr int kNothingRuns = 1;
+
+/// Everything that is told.
+struct Report {
+  std::optional<DesktopStatus> desktop;
+  std::optional<TerminalStatus> terminal;
+  /// What does not work besides what the desktop tells itself, a sentence each.
+  std::vector<std::string> obstacles;
+  /// Words that are never corrected because of what the person took back.
+  std::size_t learned = 0;
+  /// Words whose correction was taken back once or twice.
+  std::size_t rejected = 0;
+  /// What each file is for, and where it is.
+  std::vector<std::pair<std::string, std::filesystem::path>> files;
+};
+
+bool isSet(const char* variable) {
+  return posix::personsVariable(variable).value_or("") != "";
+}
+
+/// Why nothing runs here, and what to do.
+std::vector<std::string> obstaclesWithoutDesktop() {
+  if (isSet("WAYLAND_DISPLAY")) {
+    return {
+        "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: start "
+        "fcitx5, with an English and a Russian keyboard among its input methods"};
+  }
+  if (isSet("DISPLAY")) {
+    return {"no corrector runs on this display: start tessarok, or log in anew when it is just "
+            "installed"};
+  }
+  return {"this session has no display: tessarok terminal corrects in a terminal"};
+}
+
+std::vector<std::string> obstacles(const Report& report) {
+  std::vector<std::string> all;
+  if (!report.desktop && !report.terminal) all = obstaclesWithoutDesktop();
+  if (report.desktop && report.desktop->version != TESSAROK_VERSION) {
+    all.push_back("version " + report.desktop->version +
+                  " runs, and this is another one: it is used from the next start on");
+  }
+  return all;
+}
+
+void addFiles(Report& report, const std::filesystem::path& home) {
+  const auto folder = UserDict::directory();
+  report.files = {{"settings", posix::SettingsFile::locationFor(home)},
+                  {"dictionary", UserDict::fileURL()},
+                  {"learned", folder / "ignored.txt"},
+                  {"rejections", folder / "rejects.txt"}};
+  if (const auto data = ResourceLocator::find("dict_ru")) {
+    report.files.emplace_back("word data", data->parent_path());
+  }
+}
+
+Report makeReport(const Options& options) {
+  Report report;
+  report.desktop = askDesktop();
+  report.terminal = askTerminal("status");
+  report.obstacles = obstacles(report);
+  terminal::TerminalDesktop desktop(options.resources);
+  platform::setDesktop(desktop);
+  LearnedFiles learned;
+  learned.load(LearnedFiles::Recovery::inMemory);
+  report.learned = learned.lists().words().size();
+  for (const auto& [word, rejections] : learned.lists().counts())
+    report.rejected += learned.lists().words().contains(word) ? 0 : 1;
+  addFiles(report, desktop.files().homeDirectory());
+  return report;
+}
+
+std::string timeOf(std::int64_t seconds) {
+  const auto time = static_cast<std::time_t>(seconds);
+  std::tm local{};
+  std::array<char, 32> text{};
+  ::localtime_r(&time, &local);
+  std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &local);
+  return text.data();
+}
+
+const char* codeOf(Language language) {
+  return language == Language::russian ? "ru" : "en";
+}
+
+nlohmann::json jsonOf(const DesktopStatus& desktop) {
+  return {{"desktop", desktop.desktop},       {"version", desktop.version},
+          {"process", desktop.process},       {"since", desktop.since},
+          {"correction", desktop.correction}, {"layout", desktop.layout},
+          {"layouts", desktop.layouts},       {"obstacles", desktop.obstacles}};
+}
+
+nlohmann::json jsonOf(const Report& report) {
+  nlohmann::json json{{"version", TESSAROK_VERSION},
+                      {"desktop", nullptr},
+                      {"terminal", nullptr},
+                      {"obstacles", report.obstacles},
+                      {"learned", report.learned},
+                      {"rejected", report.rejected},
+                      {"files", nlohmann::json::object()}};
+  if (report.desktop) json["desktop"] = jsonOf(*report.desktop);
+  if (report.terminal) {
+    json["terminal"] = {{"correction", report.terminal->isOn ? "on" : "off"},
+                        {"layout", codeOf(report.terminal->layout)}};
+  }
+  for (const auto& [use, file] : report.files)
+    json["files"][use] = file.string();
+  return json;
+}
+
+/// A layout's identifier without what all of them begin with.
+std::string nameOf(const std::string& identifier) {
+  const auto dot = identifier.rfind('.');
+  return dot == std::string::npos ? identifier : identifier.substr(dot + 1);
+}
+
+std::string namesOf(const std::vector<std::string>& identifiers) {
+  std::string all;
+  for (const auto& identifier : identifiers)
+    all += (all.empty() ? "" : ", ") + nameOf(identifier);
+  return all;
+}
+
+void printDesktop(const DesktopStatus& desktop) {
+  std::cout << desktop.desktop << ": correction " << desktop.correction << ", layout "
+            << nameOf(desktop.layout) << " of " << namesOf(desktop.layouts) << "; version "
+            << desktop.version << ", process " << desktop.process << ", since "
+            << timeOf(desktop.since) << '\n';
+  for (const auto& obstacle : desktop.obstacles)
+    std::cout << "  " << obstacle << '\n';
+}
+
+void print(const Report& report) {
+  std::cout << "Tessarok " TESSAROK_VERSION "\n";
+  if (report.desktop) printDesktop(*report.desktop);
+  if (report.terminal) {
+    const bool isRussian = report.terminal->layout == Language::russian;
+    std::cout << "this terminal: correction " << (report.terminal->isOn ? "on" : "off")
+              << ", layout " << (isRussian ? "Russian" : "English") << '\n';
+  }
+  for (const auto& obstacle : report.obstacles)
+    std::cout << obstacle << '\n';
+  std::cout << "words you took back: " << report.learned << " for ever, " << report.rejected
+            << " once or twice (tessarok learned lists them)\n";
+  for (const auto& [use, file] : report.files)
+    std::cout << use << ": " << file.string() << '\n';
+}
+
+}  // namespace
+
+int runStatus(const Options& options, const StatusOptions& status) {
+  const auto report = makeReport(options);
+  if (status.json) {
+    std::cout << jsonOf(report).dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
+              << '\n';
+  } else {
+    print(report);
+  }
+  return report.desktop || report.terminal ? 0 : kNothingRuns;
+}
+
+}  // namespace tessarok::commands

@@ -1,0 +1,121 @@
+#include "desktops/freedesktop/RemoteControl.h"
+
+#include <cstdint>
+#include <unistd.h>
+#include <utility>
+
+#include "desktops/freedesktop/BusWriter.h"
+#include "typing/InputSource.h"
+#include "typing/KeyTap.h"
+
+namespace tessarok::freedesktop {
+
+namespace {
+
+const char* correctionOf(const Status& status) {
+  if (!status.works()) return "waiting";
+  if (!status.enabled) return "off";
+  if (status.paused) return "paused";
+  return status.hasWordData ? "on" : "by hand";
+}
+
+int appendTexts(sd_bus_message* reply, const std::vector<std::string>& texts) {
+  BusWriter body(*reply);
+  body.open('a', "s");
+  for (const auto& text : texts)
+    body.append("s", text.c_str());
+  body.close();
+  return body.result();
+}
+
+}  // namespace
+
+/// What is called over the bus.
+struct RemoteControl::Calls {
+  static RemoteControl& of(void* userData) { return *static_cast<RemoteControl*>(userData); }
+
+  static int version(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
+                     sd_bus_error*) noexcept {
+    return sd_bus_message_append(reply, "s", TESSAROK_VERSION);
+  }
+  static int desktop(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
+                     void* userData, sd_bus_error*) noexcept {
+    return sd_bus_message_append(reply, "s", of(userData).desktop_.name.c_str());
+  }
+  static int process(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
+                     sd_bus_error*) noexcept {
+    return sd_bus_message_append(reply, "u", static_cast<std::uint32_t>(::getpid()));
+  }
+  static int since(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
+                   void* userData, sd_bus_error*) noexcept {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(
+        of(userData).since_.time_since_epoch());
+    return sd_bus_message_append(reply, "x", static_cast<std::int64_t>(seconds.count()));
+  }
+  static int correction(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
+                        void* userData, sd_bus_error*) noexcept {
+    return sd_bus_message_append(reply, "s", correctionOf(of(userData).delegate_.status()));
+  }
+  static int layout(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
+                    sd_bus_error*) noexcept {
+    return sd_bus_message_append(reply, "s", InputSource::current().value_or("").c_str());
+  }
+  static int layouts(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
+                     sd_bus_error*) noexcept {
+    std::vector<std::string> identifiers;
+    for (const auto& layout : InputSource::enabledLayouts())
+      identifiers.push_back(layout->identifier().value_or(""));
+    return appendTexts(reply, identifiers);
+  }
+  static int obstacles(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
+                       void* userData, sd_bus_error*) noexcept {
+    return appendTexts(reply, of(userData).desktop_.obstacles());
+  }
+
+  static int on(sd_bus_message* call, void* userData, sd_bus_error*) noexcept {
+    of(userData).delegate_.setCorrection(AppDelegate::Correction::on);
+    return sd_bus_reply_method_return(call, nullptr);
+  }
+  static int off(sd_bus_message* call, void* userData, sd_bus_error*) noexcept {
+    of(userData).delegate_.setCorrection(AppDelegate::Correction::off);
+    return sd_bus_reply_method_return(call, nullptr);
+  }
+  static int pause(sd_bus_message* call, void*, sd_bus_error*) noexcept {
+    KeyTap::shared().startPause();
+    return sd_bus_reply_method_return(call, nullptr);
+  }
+  static int quit(sd_bus_message* call, void* userData, sd_bus_error*) noexcept {
+    // The answer is on its way first.
+    of(userData).loop_.async([&delegate = of(userData).delegate_] { delegate.quit(); });
+    return sd_bus_reply_method_return(call, nullptr);
+  }
+
+  static const sd_bus_vtable kTable[];
+};
+
+const sd_bus_vtable RemoteControl::Calls::kTable[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_PROPERTY("Version", "s", version, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Desktop", "s", desktop, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("ProcessId", "u", process, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Since", "x", since, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Correction", "s", correction, 0, 0),
+    SD_BUS_PROPERTY("Layout", "s", layout, 0, 0),
+    SD_BUS_PROPERTY("Layouts", "as", layouts, 0, 0),
+    SD_BUS_PROPERTY("Obstacles", "as", obstacles, 0, 0),
+    SD_BUS_METHOD("On", "", "", on, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("Off", "", "", off, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("Pause", "", "", pause, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("Quit", "", "", quit, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_VTABLE_END,
+};
+
+RemoteControl::RemoteControl(Bus& bus, platform::RunLoop& loop, AppDelegate& delegate,
+                             Desktop desktop)
+    : loop_(loop),
+      delegate_(delegate),
+      desktop_(std::move(desktop)),
+      object_(bus.addObject(kPath, kInterface, Calls::kTable, this)),
+      name_(bus.requestName(kName)) {}
+
+}  // namespace tessarok::freedesktop

@@ -1,0 +1,175 @@
+// What a running corrector tells the person by itself, and what they may ask of it over the bus.
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/AppDelegate.h"
+#include "desktops/freedesktop/SessionContact.h"
+#include "tests/desktops/freedesktop/BusDesktop.h"
+#include "tests/desktops/freedesktop/Notifications.h"
+#include "tests/desktops/freedesktop/PrivateBus.h"
+#include "tests/desktops/freedesktop/StatusHost.h"
+#include "tests/support/TestFiles.h"
+#include "typing/KeyTap.h"
+#include "words/IgnoreList.h"
+
+namespace tessarok::testing {
+namespace {
+
+using freedesktop::BusSlot;
+using freedesktop::RemoteControl;
+using freedesktop::SessionContact;
+
+class Contact : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    writeFile(program_, "the version that runs");
+    delegate_->applicationDidFinishLaunching();
+    makeContact();
+  }
+  void TearDown() override {
+    contact_.reset();
+    delegate_->applicationWillTerminate();
+    IgnoreList::flush();
+  }
+  void makeContact() {
+    contact_.reset();
+    contact_.emplace(SessionContact::Surroundings{.session = desktop_.session(),
+                                                  .loop = desktop_.runLoop(),
+                                                  .queues = desktop_.serialQueues(),
+                                                  .log = desktop_.systemLog(),
+                                                  .settings = desktop_.userDefaults(),
+                                                  .delegate = *delegate_},
+                     RemoteControl::Desktop{.name = "virtual",
+                                            .obstacles =
+                                                [] {
+                                                  return std::vector<std::string>{
+                                                      "there is nothing to see"};
+                                                }},
+                     program_);
+  }
+  /// Calls a method of the corrector; whether it answered.
+  bool call(const char* member) {
+    std::optional<bool> isDone;
+    auto& bus = asker_.bus();
+    const auto slot = bus.call(
+        bus.methodCall(RemoteControl::kName, RemoteControl::kPath, RemoteControl::kInterface,
+                       member),
+        [&isDone](sd_bus_message& reply) {
+          isDone = sd_bus_message_is_method_error(&reply, nullptr) == 0;
+        });
+    return desktop_.runLoop().until([&] { return isDone.has_value(); }) && *isDone;
+  }
+  /// A property that is a text, or the first of several.
+  std::string property(const char* name, const char* type = "s") {
+    std::optional<std::string> value;
+    auto& bus = asker_.bus();
+    auto message = bus.methodCall(RemoteControl::kName, RemoteControl::kPath,
+                                  "org.freedesktop.DBus.Properties", "Get");
+    sd_bus_message_append(message.get(), "ss", RemoteControl::kInterface, name);
+    const auto slot = bus.call(std::move(message), [&](sd_bus_message& reply) {
+      const char* text = "";
+      sd_bus_message_enter_container(&reply, 'v', type);
+      if (*type == 'a') sd_bus_message_enter_container(&reply, 'a', type + 1);
+      sd_bus_message_read_basic(&reply, 's', &text);
+      value = text;
+    });
+    EXPECT_TRUE(desktop_.runLoop().until([&] { return value.has_value(); }));
+    return value.value_or("");
+  }
+  virtualdesktop::TemporaryDirectory folder_;
+  std::filesystem::path program_ = folder_.path() / "tessarok";
+  PrivateBus bus_;
+  BusDesktop desktop_{bus_.address()};
+  Notifications notifications_{desktop_.runLoop(), bus_.address()};
+  FakeService asker_{desktop_.runLoop(), bus_.address()};
+  std::shared_ptr<AppDelegate> delegate_ = std::make_shared<AppDelegate>();
+  std::optional<SessionContact> contact_;
+};
+
+TEST_F(Contact, TheFirstStartIsExplainedOnce) {
+  const auto first = notifications_.next();
+  EXPECT_TRUE(first.find("ghbdtn becomes привет") != std::string::npos) << first;
+  EXPECT_TRUE(first.find("takes a correction back") != std::string::npos) << first;
+  EXPECT_TRUE(first.find("switches Tessarok off") != std::string::npos) << first;
+  ASSERT_TRUE(desktop_.runLoop().until(
+      [&] { return desktop_.userDefaults().boolean(SessionContact::kWelcomedKey) == true; }));
+  makeContact();
+  // What was asked before the answer to this has been dealt with.
+  EXPECT_EQ(property("Desktop"), "virtual");
+  EXPECT_EQ(notifications_.count(), 1);
+}
+
+TEST_F(Contact, IsSwitchedOffAndOn) {
+  ASSERT_EQ(property("Correction"), "on");
+  ASSERT_TRUE(call("Off"));
+  EXPECT_FALSE(KeyTap::shared().enabled);
+  EXPECT_EQ(property("Correction"), "off");
+  ASSERT_TRUE(call("On"));
+  EXPECT_TRUE(KeyTap::shared().enabled);
+  EXPECT_EQ(property("Correction"), "on");
+}
+
+TEST_F(Contact, TheMenuShowsWhatWasSwitched) {
+  StatusHost panel(desktop_.runLoop(), bus_.address());
+  ASSERT_TRUE(panel.seesIcon());
+  ASSERT_TRUE(call("Off"));
+  EXPECT_EQ(panel.menu().front().checked, false);
+  EXPECT_EQ(panel.toolTip(), "Tessarok — paused");
+}
+
+TEST_F(Contact, PausesForFiveSeconds) {
+  ASSERT_TRUE(call("Pause"));
+  EXPECT_EQ(property("Correction"), "paused");
+  desktop_.base().wait(6);
+  EXPECT_EQ(property("Correction"), "on");
+}
+
+TEST_F(Contact, QuitEndsTheLoop) {
+  ASSERT_TRUE(call("Quit"));
+  EXPECT_TRUE(
+      desktop_.runLoop().until([&] { return desktop_.application().terminationRequested; }));
+}
+
+TEST_F(Contact, TellsLayoutsAndObstacles) {
+  EXPECT_EQ(property("Version"), TESSAROK_VERSION);
+  EXPECT_EQ(property("Layout"), "com.apple.keylayout.US");
+  EXPECT_EQ(property("Layouts", "as"), "com.apple.keylayout.US");
+  EXPECT_EQ(property("Obstacles", "as"), "there is nothing to see");
+}
+
+TEST_F(Contact, WithoutAPairOfLayoutsItWaits) {
+  desktop_.base().enableInputSources({"com.apple.keylayout.US"});
+  EXPECT_EQ(property("Correction"), "waiting");
+}
+
+TEST_F(Contact, ANewVersionIsToldOnce) {
+  ASSERT_FALSE(notifications_.next().empty());
+  ASSERT_EQ(property("Desktop"), "virtual");
+  desktop_.base().wait(100);
+  EXPECT_EQ(notifications_.count(), 1);
+  writeFile(folder_.path() / "new", "the version that comes");
+  std::filesystem::rename(folder_.path() / "new", program_);
+  desktop_.base().wait(100);
+  EXPECT_EQ(notifications_.next(),
+            "Tessarok|A new version is installed. It is used from the next start on.");
+  desktop_.base().wait(200);
+  EXPECT_EQ(property("Desktop"), "virtual");
+  EXPECT_EQ(notifications_.count(), 2);
+}
+
+TEST_F(Contact, ARemovedProgramIsNoNewVersion) {
+  ASSERT_FALSE(notifications_.next().empty());
+  // A bus has ten seconds to let somebody in, and time is about to jump.
+  ASSERT_EQ(property("Desktop"), "virtual");
+  std::filesystem::remove(program_);
+  desktop_.base().wait(100);
+  EXPECT_EQ(property("Desktop"), "virtual");
+  EXPECT_EQ(notifications_.count(), 1);
+}
+
+}  // namespace
+}  // namespace tessarok::testing
