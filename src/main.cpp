@@ -14,7 +14,9 @@
 #ifdef TESSAROK_HAS_X11
 #include "commands/DesktopCommand.h"
 #endif
+#include "commands/DidYouMean.h"
 #include "commands/ExplainCommand.h"
+#include "commands/HelpText.h"
 #include "commands/LearnedCommand.h"
 #include "commands/ReplayCommand.h"
 #include "commands/StatusCommand.h"
@@ -58,6 +60,8 @@ class CommandLine {
     addQuit();
     addX11();
     addCheckData();
+    // Commands take it over from what they are added to.
+    app_.footer(helpText());
   }
 
   int run(int argc, char** argv) {
@@ -65,6 +69,8 @@ class CommandLine {
       app_.parse(argumentsOf(argc, argv));
     } catch (const CLI::Success& success) {
       return app_.exit(success);
+    } catch (const CLI::ExtrasError&) {
+      throw CommandError(problemWith(app_.remaining(true).front()));
     } catch (const CLI::ParseError& error) {
       throw CommandError(error.what());
     }
@@ -102,6 +108,41 @@ class CommandLine {
     }
     std::reverse(arguments.begin(), arguments.end());
     return arguments;
+  }
+
+  /// The command in force: the program itself where none was named.
+  [[nodiscard]] const CLI::App& parsedCommand() const {
+    const auto* command = &app_;
+    while (!command->get_subcommands().empty())
+      command = command->get_subcommands().front();
+    return *command;
+  }
+
+  /// What is said of an argument that no command understands.
+  [[nodiscard]] std::string problemWith(const std::string& argument) const {
+    const auto& command = parsedCommand();
+    const bool isOption = argument.starts_with('-');
+    std::vector<std::string> names;
+    for (const auto* subcommand : command.get_subcommands(nullptr))
+      names.push_back(subcommand->get_name());
+    if (!isOption && names.empty()) return "\"" + argument + "\" is one argument too many";
+    if (isOption) names = longOptionsOf(command);
+    const auto nearest = nearestName(argument, names);
+    return std::string("there is no ") + (isOption ? "option" : "command") + " \"" + argument +
+           "\"; " +
+           (nearest ? "did you mean \"" + *nearest + "\"?" : "tessarok --help lists what there is");
+  }
+
+  /// Those of a command and of the program itself, which work everywhere.
+  [[nodiscard]] std::vector<std::string> longOptionsOf(const CLI::App& command) const {
+    std::vector<std::string> names;
+    for (const auto* app : {&command, &app_}) {
+      for (const auto* option : app->get_options()) {
+        for (const auto& name : option->get_lnames())
+          names.push_back("--" + name);
+      }
+    }
+    return names;
   }
 
   void addType() {
