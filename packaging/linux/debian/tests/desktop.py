@@ -28,6 +28,13 @@ Gtk.main()
 """
 
 
+class DeviceInfo(ctypes.Structure):
+    """What the X library tells of an input device."""
+
+    _fields_ = [("id", ctypes.c_ulong), ("type", ctypes.c_ulong), ("name", ctypes.c_char_p),
+                ("classes", ctypes.c_int), ("use", ctypes.c_int), ("class_info", ctypes.c_void_p)]
+
+
 def wait_until(is_so, what):
     end = time.monotonic() + PATIENCE
     while not is_so():
@@ -63,6 +70,19 @@ class Desktop:
         self.display = ctypes.c_void_p(
             self.x11.XOpenDisplay(self.environment["DISPLAY"].encode()))
         assert self.display, "the display cannot be opened"
+        self.keyboard = self.open_keyboard("Xvfb keyboard")
+
+    def open_keyboard(self, name):
+        """A real one: keys of the server's test keyboard are those of programs, which a corrector
+        leaves alone."""
+        xi = ctypes.CDLL("libXi.so.6")
+        xi.XListInputDevices.restype = ctypes.POINTER(DeviceInfo)
+        xi.XOpenDevice.restype = ctypes.c_void_p
+        count = ctypes.c_int()
+        devices = xi.XListInputDevices(self.display, ctypes.byref(count))
+        found = [devices[i].id for i in range(count.value) if devices[i].name == name.encode()]
+        assert len(found) == 1, f"the display has {len(found)} keyboards named {name}"
+        return ctypes.c_void_p(xi.XOpenDevice(self.display, ctypes.c_ulong(found[0])))
 
     def open_entry(self):
         self.log = os.path.join(self.home, "entry")
@@ -84,8 +104,8 @@ class Desktop:
     def type(self, keys):
         for key in keys:
             for is_press in (1, 0):
-                self.xtest.XTestFakeKeyEvent(self.display, KEYCODES[key], is_press,
-                                             ctypes.c_ulong(0))
+                self.xtest.XTestFakeDeviceKeyEvent(self.display, self.keyboard, KEYCODES[key],
+                                                   is_press, None, 0, ctypes.c_ulong(0))
                 self.x11.XSync(self.display, 0)
                 time.sleep(0.05)
 
