@@ -2,7 +2,8 @@
 // one of wlroots (zwp_virtual_keyboard_v1).
 //
 // Lines of standard input: "k CODE 0|1" releases or presses a key by its code in
-// linux/input-event-codes.h; "f" sends what was pressed and answers "ok" when the compositor has it.
+// linux/input-event-codes.h; "f" sends what was pressed and answers "ok" when the compositor has
+// it.
 
 #include <cstdint>
 #include <cstring>
