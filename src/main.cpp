@@ -19,6 +19,7 @@
 #include "commands/HelpText.h"
 #include "commands/LearnedCommand.h"
 #include "commands/ReplayCommand.h"
+#include "commands/ReportCommand.h"
 #include "commands/StatusCommand.h"
 #include "commands/TerminalCommand.h"
 #include "commands/TypeCommand.h"
@@ -70,6 +71,7 @@ class CommandLine {
     addControl("layout", translated("switch the own layout of this terminal"));
     addQuit();
     addX11();
+    addReport();
     addCheckData();
     // Commands take it over from what they are added to.
     app_.footer(helpText());
@@ -290,6 +292,14 @@ class CommandLine {
     });
   }
 
+  void addReport() {
+    auto* report = app_.add_subcommand(
+        "report", translated("write what a problem report needs, and no text, into a file"));
+    report->add_option("FILE", reportFile_,
+                       translated("a new file, tessarok-report.txt without it; - prints it"));
+    report->callback([this] { command_ = [this] { return runReport(options_, reportFile_); }; });
+  }
+
   void addCheckData() {
     auto* check = app_.add_subcommand("check-data", translated("validate the data files"));
     check->add_option("DIR", checkDirectory_, translated("the directory of the data files"));
@@ -340,6 +350,7 @@ class CommandLine {
   StatusOptions status_;
   TerminalOptions terminal_;
   std::optional<std::filesystem::path> checkDirectory_;
+  std::optional<std::filesystem::path> reportFile_;
 };
 
 }  // namespace

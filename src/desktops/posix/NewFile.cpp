@@ -1,0 +1,75 @@
+#include "desktops/posix/NewFile.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+#include "desktops/posix/DiskFlush.h"
+#include "desktops/posix/FileDescriptor.h"
+#include "desktops/posix/WriteSignals.h"
+
+namespace tessarok::posix {
+
+namespace {
+
+platform::Failure lastFailure() {
+  return platform::Failure(std::generic_category().message(errno));
+}
+
+bool writeAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const auto written = ::write(descriptor, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+/// Permissions of a new file, as others make it.
+mode_t usualMode() {
+  const auto mask = ::umask(0);
+  ::umask(mask);
+  return 0666 & ~mask;
+}
+
+platform::Failure writeInto(FileDescriptor& descriptor, std::string_view text) {
+  const bool isWritten = writeAll(descriptor.get(), text) &&
+                         ::fchmod(descriptor.get(), usualMode()) == 0 &&
+                         flushToDisk(descriptor.get());
+  if (!isWritten || !descriptor.close()) return lastFailure();
+  return platform::Failure::none();
+}
+
+/// Gives the finished file its name, unless that is taken.
+platform::Failure giveName(const std::string& temporary, const std::filesystem::path& file) {
+  if (::link(temporary.c_str(), file.c_str()) == 0) return platform::Failure::none();
+  const bool hasLinks = errno != EPERM && errno != ENOTSUP && errno != ENOSYS;
+  if (hasLinks) return lastFailure();
+  // A file system without links, as on a memory stick.
+  struct stat status {};
+  if (::lstat(file.c_str(), &status) == 0) {
+    errno = EEXIST;
+    return lastFailure();
+  }
+  return ::rename(temporary.c_str(), file.c_str()) == 0 ? platform::Failure::none() : lastFailure();
+}
+
+}  // namespace
+
+platform::Failure writeNewFile(const std::filesystem::path& file, std::string_view text) {
+  const WriteSignalsBlocked errorsInstead;
+  const auto folder = file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
+  auto temporary = (folder / ("." + file.filename().string() + ".XXXXXX")).string();
+  FileDescriptor descriptor(::mkstemp(temporary.data()));
+  if (!descriptor.isOpen()) return lastFailure();
+  auto failure = writeInto(descriptor, text);
+  if (!failure) failure = giveName(temporary, file);
+  ::unlink(temporary.c_str());
+  return failure;
+}
+
+}  // namespace tessarok::posix
