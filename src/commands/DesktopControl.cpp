@@ -32,9 +32,9 @@ std::unique_ptr<sd_bus, BusClose> openBus() {
 /// Null when nobody answers.
 BusMessage call(sd_bus* bus, const char* interface, const char* member, const char* argument) {
   sd_bus_message* made = nullptr;
-  if (bus == nullptr || sd_bus_message_new_method_call(bus, &made, RemoteControl::kName,
-                                                       RemoteControl::kPath, interface,
-                                                       member) < 0) {
+  if (bus == nullptr ||
+      sd_bus_message_new_method_call(bus, &made, RemoteControl::kName, RemoteControl::kPath,
+                                     interface, member) < 0) {
     return nullptr;
   }
   const BusMessage message(made);
@@ -91,8 +91,8 @@ const char* memberFor(DesktopRequest request) {
 
 std::optional<DesktopStatus> askDesktop() {
   const auto bus = openBus();
-  const auto reply = call(bus.get(), "org.freedesktop.DBus.Properties", "GetAll",
-                          RemoteControl::kInterface);
+  const auto reply =
+      call(bus.get(), "org.freedesktop.DBus.Properties", "GetAll", RemoteControl::kInterface);
   if (!reply || sd_bus_message_enter_container(reply.get(), 'a', "{sv}") < 0) return std::nullopt;
   DesktopStatus status;
   while (sd_bus_message_enter_container(reply.get(), 'e', "sv") > 0) {

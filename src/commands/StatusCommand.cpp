@@ -50,14 +50,14 @@ bool isSet(const char* variable) {
 }
 
 /// How the correction of a desktop may stand, in the words that it tells it with.
-constexpr const char* kCorrections[] = {translatable("on"), translatable("off"),
-                                        translatable("paused"), translatable("by hand"),
-                                        translatable("waiting")};
+[[maybe_unused]] constexpr const char* kCorrections[] = {
+    translatable("on"), translatable("off"), translatable("paused"), translatable("by hand"),
+    translatable("waiting")};
 
 /// What files are for.
-constexpr const char* kUses[] = {translatable("settings"), translatable("dictionary"),
-                                 translatable("learned"), translatable("rejections"),
-                                 translatable("word data")};
+[[maybe_unused]] constexpr const char* kUses[] = {
+    translatable("settings"), translatable("dictionary"), translatable("learned"),
+    translatable("rejections"), translatable("word data")};
 
 /// Why nothing runs here, and what to do. In English, as programs read it.
 std::vector<std::string> obstaclesWithoutDesktop() {

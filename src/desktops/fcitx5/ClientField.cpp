@@ -20,6 +20,11 @@ void ClientField::reset() {
   *this = ClientField();
 }
 
+void ClientField::forgetText() {
+  history_.forget();
+  check_.forget();
+}
+
 int& ClientField::unanswered(Effect effect) {
   return unanswered_[static_cast<std::size_t>(effect)];
 }
@@ -33,18 +38,27 @@ void ClientField::sent(const Sending& sending) {
   isGivenUp_ = false;
 }
 
+void ClientField::correctionBegins(std::size_t characters) {
+  check_.forget();
+  const auto stays = history_.lengthWithout(characters);
+  if (stays) check_.begin(*stays);
+}
+
 void ClientField::typed(std::string_view text, const Sending& sending) {
   history_.typed(text, sending.now);
+  check_.typed(text);
   sent(sending);
 }
 
 void ClientField::erased(std::size_t characters, const Sending& sending) {
   history_.erased(characters, sending.now);
+  if (!sending.isOwn) check_.forget();
   sent(sending);
 }
 
 void ClientField::keyOfUnknownEffect(const Sending& sending) {
   history_.unknownKey(sending.now);
+  check_.forget();
   sent(sending);
 }
 
@@ -60,10 +74,19 @@ bool ClientField::reported(std::string_view before, bool isSelected, double now)
   }
   const auto verdict = history_.reported(before);
   noteArrival(now);
+  if (verdict == Verdict::fits) {
+    check_.isAsExpected();
+  } else {
+    check_.reported(before);
+    isDamaged_ = isDamaged_ || check_.isDamaged();
+  }
+  // As long as something is on its way, a report may be of a text between the two.
+  if (!history_.awaited()) check_.forget();
   if (verdict != Verdict::unclear) return verdict == Verdict::fits;
   // What is not known to have arrived by now never will be.
   if (!isGivenUp_ || now < last_.now + kPatience) return true;
   history_.restart(before);
+  check_.forget();
   return false;
 }
 
@@ -81,6 +104,7 @@ void ClientField::reportedNothing() {
   reports_ = false;
   isSelected_ = false;
   history_.reportsEnded();
+  check_.forget();
 }
 
 double ClientField::patience(Effect effect) const {

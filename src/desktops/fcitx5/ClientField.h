@@ -5,6 +5,7 @@
 #include <optional>
 #include <string_view>
 
+#include "desktops/fcitx5/CorrectionCheck.h"
 #include "desktops/fcitx5/FieldHistory.h"
 
 namespace tessarok::fcitx5 {
@@ -44,8 +45,10 @@ class ClientField final {
   /// Another field.
   void reset();
   /// Another place in a field whose reports are as good as they were.
-  void forgetText() { history_.forget(); }
+  void forgetText();
 
+  /// So many Characters before the caret are about to be erased, for words that take their place.
+  void correctionBegins(std::size_t characters);
   /// A text that comes to stand before the caret.
   void typed(std::string_view text, const Sending& sending);
   /// Erases so many Characters before the caret at once.
@@ -56,6 +59,9 @@ class ClientField final {
   /// The program reports its text: what is before the caret. `isSelected`: some of it is selected.
   /// Returns false when the caret has gone elsewhere without a key.
   [[nodiscard]] bool reported(std::string_view before, bool isSelected, double now);
+  /// Whether a report has shown since the last `reset` that a correction did not come out: text
+  /// that is none of its is missing, or stands there twice.
+  [[nodiscard]] bool isDamaged() const { return isDamaged_; }
   /// The program reports nothing any more.
   void reportedNothing();
 
@@ -82,6 +88,8 @@ class ClientField final {
   [[nodiscard]] int unanswered(Effect effect) const;
 
   FieldHistory history_;
+  CorrectionCheck check_;
+  bool isDamaged_ = false;
   Sending last_;
   /// What was sent last has been waited for long enough.
   bool isGivenUp_ = true;

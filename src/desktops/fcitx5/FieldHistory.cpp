@@ -21,6 +21,11 @@ std::ptrdiff_t scalars(std::string_view text) {
                        [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; });
 }
 
+/// A window that moves along with the typing is of more than the word that is being typed.
+bool hasSeveralWords(std::string_view text) {
+  return text.substr(0, text.size() - 1).find_first_of(" \n\t") != std::string_view::npos;
+}
+
 /// The end of a text that is short enough to be kept for each state. Cut in bytes first: a report
 /// may be long.
 std::string tailOf(std::string_view text) {
@@ -68,7 +73,7 @@ void FieldHistory::typed(std::string_view text, double now) {
 
 void FieldHistory::erased(std::size_t characters, double now) {
   const auto& last = states_.back();
-  const bool isWhole = last.length == scalars(last.tail);
+  const bool isWhole = !isWindowed_ && last.length == scalars(last.tail);
   if (!isWhole && text::count(last.tail) < characters) {
     return add({.tail = {}, .length = {}, .effect = Effect::erasure, .sentAt = now});
   }
@@ -84,15 +89,30 @@ void FieldHistory::unknownKey(double now) {
   add({.tail = {}, .length = {}, .effect = Effect::unknown, .sentAt = now});
 }
 
+bool FieldHistory::fits(std::size_t index, std::string_view before) const {
+  const auto& state = states_[index];
+  const bool isWhole = before.size() < kWholeReport;
+  return (!isWhole || state.length == scalars(before)) && before.ends_with(state.tail);
+}
+
+bool FieldHistory::fitsAsWindow(std::size_t index, std::string_view before) const {
+  // What nothing was sent for is told as before.
+  if (index == 0 || before.empty()) return false;
+  const auto& state = states_[index];
+  if (isWindowed_ && state.tail.empty()) return false;
+  if (isWindowed_) return state.tail.ends_with(before) || before.ends_with(state.tail);
+  return state.effect == Effect::text && hasSeveralWords(before) && state.tail.ends_with(before);
+}
+
 FieldHistory::Verdict FieldHistory::reported(std::string_view before) {
   hasReport_ = true;
   arrival_.reset();
-  const auto length = scalars(before);
-  const bool isWhole = before.size() < kWholeReport;
   std::size_t index = 0;
   for (; index < states_.size() && states_[index].length; ++index) {
-    const auto& state = states_[index];
-    if ((isWhole && *state.length != length) || !before.ends_with(state.tail)) continue;
+    if (!fits(index, before)) {
+      if (!fitsAsWindow(index, before)) continue;
+      isWindowed_ = true;
+    }
     arrive(index, before);
     return Verdict::fits;
   }
@@ -155,6 +175,17 @@ std::optional<std::string_view> FieldHistory::last(std::size_t characters) const
   const auto slice = text::last(states_.back().tail, characters);
   if (text::count(slice) < characters) return std::nullopt;
   return slice;
+}
+
+std::optional<std::ptrdiff_t> FieldHistory::lengthWithout(std::size_t characters) const {
+  const auto erased = last(characters);
+  const auto length = states_.back().length;
+  // As many bytes as a report that is not cut may have at least.
+  if (!isShown() || isWindowed_ || !erased || !length ||
+      *length * 2 >= std::ptrdiff_t{kWholeReport}) {
+    return std::nullopt;
+  }
+  return *length - scalars(*erased);
 }
 
 }  // namespace tessarok::fcitx5

@@ -14,6 +14,10 @@ namespace tessarok::fcitx5 {
 /// A report says what the field held when it was made, and may have been made before the last
 /// things arrived. A letter and a Backspace lead back to the same text, so a report is taken for
 /// the earliest state that it fits: it never shows more than is sure.
+///
+/// A report need not be of the whole text. GTK 4 tells the last three words before the caret, so
+/// that its reports lose words at their beginning while one types; a field that was seen to do so
+/// is taken at what it tells (`isWindowed`).
 class FieldHistory final {
  public:
   /// What was sent: a text; something that erases; a key that may do anything, such as Return.
@@ -46,10 +50,15 @@ class FieldHistory final {
   [[nodiscard]] const std::optional<Arrival>& arrival() const { return arrival_; }
   /// The last thing that is not known to have arrived; absent when all are.
   [[nodiscard]] std::optional<Effect> awaited() const;
+  /// Whether reports were seen to tell only the last words.
+  [[nodiscard]] bool isWindowed() const { return isWindowed_; }
   /// Whether the text before the caret is known from a report that shows everything sent.
   [[nodiscard]] bool isShown() const;
   /// The last Characters before the caret; absent when so many are not known.
   [[nodiscard]] std::optional<std::string_view> last(std::size_t characters) const;
+  /// How many scalars would be before the caret without the last Characters; absent when no report
+  /// shows that, or when reports are of a part of the text.
+  [[nodiscard]] std::optional<std::ptrdiff_t> lengthWithout(std::size_t characters) const;
 
  private:
   struct State {
@@ -62,6 +71,8 @@ class FieldHistory final {
   };
 
   void add(State state);
+  [[nodiscard]] bool fits(std::size_t index, std::string_view before) const;
+  [[nodiscard]] bool fitsAsWindow(std::size_t index, std::string_view before) const;
   void arrive(std::size_t index, std::string_view before);
   [[nodiscard]] Verdict reportedBehindUnknown(std::size_t unknown, std::string_view before);
   void resolve(std::size_t unknown, std::size_t index, std::string_view before);
@@ -70,6 +81,7 @@ class FieldHistory final {
   std::deque<State> states_{State{}};
   std::optional<Arrival> arrival_;
   bool hasReport_ = false;
+  bool isWindowed_ = false;
 };
 
 }  // namespace tessarok::fcitx5

@@ -38,6 +38,9 @@ constexpr double kNextField = 1;
 /// that the word is not followed until it ends.
 constexpr std::u16string_view kComposed = u"é";
 
+/// Fcitx's part for KWin and Weston: the first version of the input method protocol.
+constexpr std::string_view kKwinFrontend = "wayland";
+
 constexpr std::uint64_t kShortcut = eventFlags::control | eventFlags::option | eventFlags::command;
 
 std::size_t scalars(std::string_view text) {
@@ -102,8 +105,9 @@ bool KeyFlow::markComposed(InputContext& context, Press& press) {
 
 bool KeyFlow::isSecret() const {
   const auto* context = context_.get();
-  return context != nullptr && context->capabilityFlags().testAny(fcitx::CapabilityFlags{
-                                   CapabilityFlag::Password, CapabilityFlag::Disable});
+  if (context == nullptr) return false;
+  const fcitx::CapabilityFlags secret{CapabilityFlag::Password, CapabilityFlag::Disable};
+  return context->capabilityFlags().testAny(secret) || leftAlone_.contains(context->uuid());
 }
 
 // What Fcitx tells.
@@ -144,16 +148,22 @@ void KeyFlow::pressed(fcitx::KeyEvent& event) {
   const auto [down, isNew] = keysDown_.insert_or_assign(event.rawKey().code(), press.event.code);
   press.event.autorepeat = press.event.autorepeat || !isNew;
   const bool isTranslated = event.rawKey().sym() != event.origKey().sym();
-  const bool commits = !press.text.empty() && event.forward() && (late || isTranslated);
+  const bool sends = late || losesShift(context, press);
+  const bool commits = !press.text.empty() && (sends || (event.forward() && isTranslated));
   const auto way = commits ? Way::text : Way::key;
   if (isOutdated || mustWait(way)) return hold(event);
   const bool composes = markComposed(context, press);
   if (!showToTap(press.event)) return event.filterAndAccept();
   if (composes) press.text.clear();
   notePassed(press, way, false);
-  if (!late || press.text.empty()) return;
+  if (!sends || press.text.empty()) return;
   event.filterAndAccept();
   context.commitString(press.text);
+}
+
+bool KeyFlow::losesShift(const InputContext& context, const Press& press) {
+  return context.frontend() == kKwinFrontend && !press.text.empty() &&
+         (press.event.modifiers & eventFlags::shift) != 0;
 }
 
 std::optional<fcitx::KeySym> KeyFlow::symbolWithoutLateShift(const fcitx::KeyEvent& event) {
@@ -228,6 +238,7 @@ void KeyFlow::focusOut(InputContext& context) {
 }
 
 void KeyFlow::destroyed(InputContext& context) {
+  leftAlone_.erase(context.uuid());
   if (context_.get() != &context) return;
   context_.unwatch();
   steps_.clear();
@@ -263,9 +274,20 @@ void KeyFlow::textReported(InputContext& context) {
     const bool isSelected = surrounding.cursor() != surrounding.anchor();
     const auto before = std::string_view(text).substr(0, static_cast<std::size_t>(bytes));
     const bool isSamePlace = field_.reported(before, isSelected, now());
+    if (field_.isDamaged()) leaveAlone(context);
     if (!isSamePlace && steps_.empty()) announceOtherPlace();
   }
   if (!steps_.empty()) runSoon();
+}
+
+void KeyFlow::leaveAlone(InputContext& context) {
+  field_.reset();
+  if (!leftAlone_.insert(context.uuid()).second) return;
+  const auto& program = context.program();
+  parts_.log.write("Tessarok: " + (program.empty() ? "a program" : program) +
+                   " did not erase what it was asked to; nothing more is corrected in that text "
+                   "field");
+  announceOtherPlace();
 }
 
 void KeyFlow::announceOtherPlace() {

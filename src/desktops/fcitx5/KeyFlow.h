@@ -20,6 +20,7 @@
 #include "desktops/xkb/ManualKey.h"
 #include "desktops/xkb/PauseKey.h"
 #include "platform/Clock.h"
+#include "platform/SystemLog.h"
 #include "typing/KeyCodes.h"
 
 namespace tessarok::fcitx5 {
@@ -41,6 +42,8 @@ class KeyFlow final {
     FcitxRunLoop& runLoop;
     platform::Clock& clock;
     std::function<void()> flush;
+    /// Is told what a person should know.
+    platform::SystemLog& log;
   };
 
   KeyFlow(Parts parts, xkb::ManualKey manualKey);
@@ -62,7 +65,8 @@ class KeyFlow final {
   void setPauseKey(xkb::PauseKey key) { pauseKey_ = key; }
   /// The text field in which keys are being typed; null for none.
   [[nodiscard]] fcitx::InputContext* context() const { return context_.get(); }
-  /// Whether passwords, or nothing for an input method, are typed there.
+  /// Whether nothing may be kept or changed there: passwords, or nothing for an input method, are
+  /// typed, or a correction has damaged the text.
   [[nodiscard]] bool isSecret() const;
 
   /// The caret may be in another place.
@@ -99,6 +103,11 @@ class KeyFlow final {
   void released(fcitx::KeyEvent& event);
   void replayed(fcitx::KeyEvent& event);
   [[nodiscard]] Press describe(const fcitx::Key& key) const;
+  /// Whether the key would reach its program without the Shift with which it was pressed. KWin
+  /// tells a program the modifiers of the moment in which it hands a key back, and by then Shift
+  /// may be up: "сайт!" became "сайт1" with keys 15 ms apart. What it types is sent as text
+  /// instead.
+  [[nodiscard]] static bool losesShift(const fcitx::InputContext& context, const Press& press);
   /// On X11 Fcitx translates a key by the state that Shift has by now, which on a busy machine is
   /// that of a later key. The symbol by the state that it had; absent when that is what Fcitx
   /// found.
@@ -137,6 +146,7 @@ class KeyFlow final {
   void hurry(fcitx::InputContext& context);
   void expectReset(bool own);
   void announceOtherPlace();
+  void leaveAlone(fcitx::InputContext& context);
   [[nodiscard]] double now() const { return parts_.clock.uptime(); }
   /// Of what the corrector sends.
   [[nodiscard]] ClientField::Sending own(ClientField::Way way) const {
@@ -148,6 +158,8 @@ class KeyFlow final {
   xkb::PauseKey pauseKey_;
   fcitx::TrackableObjectReference<fcitx::InputContext> context_;
   ClientField field_;
+  /// The text fields that a correction has damaged.
+  std::set<fcitx::ICUUID> leftAlone_;
   ModifierWatch modifiers_;
   std::deque<Step> steps_;
   /// The X key codes whose press was held, so that their release is not sent on alone.

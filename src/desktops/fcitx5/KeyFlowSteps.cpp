@@ -1,5 +1,6 @@
 // Retyping, and the keys that wait for it.
 
+#include <algorithm>
 #include <fcitx-utils/utf8.h>
 #include <string_view>
 #include <utility>
@@ -21,6 +22,11 @@ namespace hardwareKeys = xkb::hardwareKeys;
 
 bool isWayland(const InputContext& context) {
   return std::string_view(context.frontend()).starts_with("wayland");
+}
+
+bool isAscii(std::string_view text) {
+  return std::none_of(text.begin(), text.end(),
+                      [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; });
 }
 
 }  // namespace
@@ -105,12 +111,17 @@ std::optional<double> KeyFlow::waitForModifiers(const InputContext& context, Key
 }
 
 bool KeyFlow::mayDelete(const InputContext& context, std::size_t characters) const {
-  return context.capabilityFlags().test(CapabilityFlag::SurroundingText) && field_.showsTyped() &&
-         field_.last(characters);
+  if (!context.capabilityFlags().test(CapabilityFlag::SurroundingText)) return false;
+  const auto erased = field_.last(characters);
+  if (!field_.showsTyped() || !erased) return false;
+  // Wayland counts bytes here, and GTK 4.8 takes them for characters: of a Russian word it would
+  // delete twice as much, the person's text before it as well.
+  return !isWayland(context) || isAscii(*erased);
 }
 
 void KeyFlow::erase(InputContext& context, std::size_t characters) {
   // What is known of the field is brought up to date first: a program may answer at once.
+  field_.correctionBegins(characters);
   if (mayDelete(context, characters)) {
     const auto count = static_cast<int>(fcitx::utf8::length(*field_.last(characters)));
     field_.erased(characters, own(Way::text));

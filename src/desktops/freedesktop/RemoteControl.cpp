@@ -48,8 +48,8 @@ struct RemoteControl::Calls {
   }
   static int since(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
                    void* userData, sd_bus_error*) noexcept {
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(
-        of(userData).since_.time_since_epoch());
+    const auto seconds =
+        std::chrono::duration_cast<std::chrono::seconds>(of(userData).since_.time_since_epoch());
     return sd_bus_message_append(reply, "x", static_cast<std::int64_t>(seconds.count()));
   }
   static int correction(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,

@@ -23,7 +23,8 @@ namespace tessarok::freedesktop {
 ///
 /// - At the very first start a notification says what happens from now on; it is remembered in the
 ///   settings that it was shown.
-/// - When the program's file is replaced, as by an upgrade, one notification and one line in the log
+/// - When the program's file is replaced, as by an upgrade, one notification and one line in the
+/// log
 ///   say so.
 /// - The rest is `RemoteControl`.
 class SessionContact final {

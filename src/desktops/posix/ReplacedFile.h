@@ -2,9 +2,8 @@
 
 #include <filesystem>
 #include <optional>
-#include <utility>
-
 #include <sys/types.h>
+#include <utility>
 
 namespace tessarok::posix {
 

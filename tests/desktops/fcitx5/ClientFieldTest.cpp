@@ -107,6 +107,50 @@ TEST(ClientField, AVerySlowProgramDoesNotGetForEver) {
   EXPECT_DOUBLE_EQ(*field.unsettledUntil(12), 12 + ClientField::kMostPatience);
 }
 
+TEST(ClientField, SeesThatACorrectionTookMoreThanItShould) {
+  ClientField field;
+  static_cast<void>(field.reported("да привет руддщ ", false, 0));
+  field.correctionBegins(6);
+  field.erased(6, text(1));
+  field.typed("hello ", text(1));
+  static_cast<void>(field.reported("да пр", false, 1.1));
+  EXPECT_FALSE(field.isDamaged());
+  static_cast<void>(field.reported("да прhello ", false, 1.1));
+  field.typed("wo", text(1.2));
+  static_cast<void>(field.reported("да прhello w", false, 1.3));
+  // The same again is no news.
+  static_cast<void>(field.reported("да прhello w", false, 1.3));
+  EXPECT_FALSE(field.isDamaged());
+  static_cast<void>(field.reported("да прhello wo", false, 1.4));
+  EXPECT_TRUE(field.isDamaged());
+  field.reset();
+  EXPECT_FALSE(field.isDamaged());
+}
+
+TEST(ClientField, ACorrectionThatIsSeenInPartsIsWhole) {
+  ClientField field;
+  static_cast<void>(field.reported("я z ", false, 0));
+  field.correctionBegins(2);
+  field.erased(1, {.way = Way::key, .isOwn = true, .now = 1});
+  field.erased(1, {.way = Way::key, .isOwn = true, .now = 1});
+  field.typed("я ", text(1));
+  field.typed("а", text(1));
+  for (const auto* report : {"я z ", "я z", "я ", "я я ", "я я а"}) {
+    static_cast<void>(field.reported(report, false, 1.1));
+    EXPECT_FALSE(field.isDamaged()) << report;
+  }
+}
+
+TEST(ClientField, AClickBehindACorrectionIsNoDamage) {
+  ClientField field;
+  static_cast<void>(field.reported("one two ghbdtn ", false, 0));
+  field.correctionBegins(7);
+  field.erased(7, text(1));
+  field.typed("привет ", text(1));
+  static_cast<void>(field.reported("one ", false, 3));
+  EXPECT_FALSE(field.isDamaged());
+}
+
 TEST(ClientField, TellsAnotherPlace) {
   ClientField field = reportingField(0.001);
   EXPECT_FALSE(field.reported("elsewhere", false, 5));

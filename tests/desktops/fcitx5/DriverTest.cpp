@@ -146,6 +146,39 @@ TEST(Fcitx5Group, WithoutTheEnglishLayoutWordsStay) {
   EXPECT_EQ(play(home, {{{"select", "keyboard-de"}}, types("ghbdtn ", "ghbdtn ")}), "");
 }
 
+// A Russian word is put right by Backspaces then: of what such a program is asked to delete on
+// Wayland it takes the bytes for characters.
+TEST(Fcitx5Client, OneThatTakesBytesForCharactersLosesNothingOnWayland) {
+  const FcitxHome home({"keyboard-us", "keyboard-ru"});
+  const json client = {
+      {"reports", "all"}, {"deletesBytes", true}, {"frontend", "wayland_v2"}, {"keyDelay", 2}};
+  EXPECT_EQ(driveFcitx(home, {{"client", client},
+                              {"steps", {types("lf ghbdtn hello ", "да привет hello ")}}}),
+            "");
+}
+
+TEST(Fcitx5Client, CapitalsStayCapitalsWhereShiftIsReadLate) {
+  const FcitxHome home({"keyboard-us", "keyboard-ru"});
+  const json client = {
+      {"reports", "all"}, {"readsShiftLate", true}, {"frontend", "wayland"}, {"keyDelay", 10}};
+  EXPECT_EQ(
+      driveFcitx(home, {{"client", client},
+                        {"steps", {types("Hello World Ghbdtn Vbh ", "Hello World Привет Мир ")}}}),
+      "");
+}
+
+TEST(Fcitx5Client, AFieldThatACorrectionDamagesIsLeftAlone) {
+  const FcitxHome home({"keyboard-us", "keyboard-ru"});
+  const json client = {{"reports", "all"}, {"deletesBytes", true}};
+  EXPECT_EQ(driveFcitx(
+                home, {{"client", client},
+                       {"steps",
+                        {types("lf ghbdtn ", "да привет "),
+                         // Five letters more than those of the word are gone.
+                         types("hello ", "да прhello "), types("ghbdtn ", "да прhello ghbdtn ")}}}),
+            "");
+}
+
 TEST(Fcitx5Bus, WordsArePutRightWhenABusEnds) {
   const FcitxHome home({"keyboard-us", "keyboard-ru"});
   const SilentBus bus;

@@ -200,6 +200,39 @@ TEST(FieldHistory, ReportsOfLongTextsMayBeCutAtTheirBeginning) {
   EXPECT_TRUE(history.isShown());
 }
 
+// As GTK 4 reports.
+TEST(FieldHistory, ReportsMayBeOfTheLastWordsOnly) {
+  FieldHistory history;
+  static_cast<void>(history.reported("one two three "));
+  history.typed("f", 1);
+  history.typed("o", 2);
+  EXPECT_EQ(history.reported("two three f"), Verdict::fits);
+  EXPECT_TRUE(history.isWindowed());
+  EXPECT_EQ(history.awaited(), Effect::text);
+  EXPECT_EQ(history.reported("two three fo"), Verdict::fits);
+  EXPECT_TRUE(history.isShown());
+  history.erased(2, 3);
+  EXPECT_EQ(history.reported("one two three "), Verdict::fits);
+  EXPECT_TRUE(history.isShown());
+}
+
+TEST(FieldHistory, AWindowThatMovesWithoutAKeyIsAnotherPlace) {
+  FieldHistory history;
+  static_cast<void>(history.reported("one two three "));
+  history.typed("f", 1);
+  static_cast<void>(history.reported("two three f"));
+  ASSERT_TRUE(history.isWindowed());
+  EXPECT_EQ(history.reported("three f"), Verdict::elsewhere);
+}
+
+TEST(FieldHistory, AShorterTextOfOneWordIsNoWindow) {
+  FieldHistory history;
+  static_cast<void>(history.reported("aba"));
+  history.typed("b", 1);
+  EXPECT_EQ(history.reported("ab"), Verdict::unclear);
+  EXPECT_FALSE(history.isWindowed());
+}
+
 TEST(FieldHistory, KeepsAnEndOfAWholeNumberOfCharacters) {
   FieldHistory history;
   std::string text;

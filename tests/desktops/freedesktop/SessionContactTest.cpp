@@ -37,30 +37,27 @@ class Contact : public ::testing::Test {
   }
   void makeContact() {
     contact_.reset();
-    contact_.emplace(SessionContact::Surroundings{.session = desktop_.session(),
-                                                  .loop = desktop_.runLoop(),
-                                                  .queues = desktop_.serialQueues(),
-                                                  .log = desktop_.systemLog(),
-                                                  .settings = desktop_.userDefaults(),
-                                                  .delegate = *delegate_},
-                     RemoteControl::Desktop{.name = "virtual",
-                                            .obstacles =
-                                                [] {
-                                                  return std::vector<std::string>{
-                                                      "there is nothing to see"};
-                                                }},
-                     program_);
+    contact_.emplace(
+        SessionContact::Surroundings{.session = desktop_.session(),
+                                     .loop = desktop_.runLoop(),
+                                     .queues = desktop_.serialQueues(),
+                                     .log = desktop_.systemLog(),
+                                     .settings = desktop_.userDefaults(),
+                                     .delegate = *delegate_},
+        RemoteControl::Desktop{
+            .name = "virtual",
+            .obstacles = [] { return std::vector<std::string>{"there is nothing to see"}; }},
+        program_);
   }
   /// Calls a method of the corrector; whether it answered.
   bool call(const char* member) {
     std::optional<bool> isDone;
     auto& bus = asker_.bus();
-    const auto slot = bus.call(
-        bus.methodCall(RemoteControl::kName, RemoteControl::kPath, RemoteControl::kInterface,
-                       member),
-        [&isDone](sd_bus_message& reply) {
-          isDone = sd_bus_message_is_method_error(&reply, nullptr) == 0;
-        });
+    const auto slot = bus.call(bus.methodCall(RemoteControl::kName, RemoteControl::kPath,
+                                              RemoteControl::kInterface, member),
+                               [&isDone](sd_bus_message& reply) {
+                                 isDone = sd_bus_message_is_method_error(&reply, nullptr) == 0;
+                               });
     return desktop_.runLoop().until([&] { return isDone.has_value(); }) && *isDone;
   }
   /// A property that is a text, or the first of several.

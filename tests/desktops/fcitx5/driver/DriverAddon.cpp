@@ -2,7 +2,8 @@
 // it goes into a file.
 //
 // TESSAROK_DRIVER_SCRIPT names the script, a JSON object:
-//   "client": {"reports": "nothing" | "empty" | "all", "keyDelay": ms, "resets", "ordersEvents"}
+//   "client": {"reports": "nothing" | "empty" | "all", "keyDelay": ms, "resets", "ordersEvents",
+//     "deletesBytes", "readsShiftLate", "frontend": a name}
 //   "steps": a list of objects with one action each, and what must be there in the end of it:
 //     "text", "caret", "source" (the input method) and "page" (the corrector's configuration). A
 //     step lasts until it is.
@@ -49,6 +50,9 @@ TextClient::Habits habitsOf(const json& client) {
   if (reports == "empty") habits.reports = Reports::emptyText;
   if (reports == "all") habits.reports = Reports::all;
   habits.keyDelay = client.value("keyDelay", 0u);
+  habits.deletesBytes = client.value("deletesBytes", false);
+  habits.readsShiftLate = client.value("readsShiftLate", false);
+  habits.frontend = client.value("frontend", habits.frontend);
   habits.resets = client.value("resets", false);
   habits.ordersEvents = client.value("ordersEvents", false);
   return habits;

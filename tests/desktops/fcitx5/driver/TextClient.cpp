@@ -1,6 +1,7 @@
 #include "tests/desktops/fcitx5/driver/TextClient.h"
 
 #include <ctime>
+#include <fcitx-utils/utf8.h>
 #include <fcitx/inputcontextmanager.h>
 #include <optional>
 
@@ -39,6 +40,15 @@ VirtualEvent eventOf(const TextClient::Stroke& stroke) {
   if (scalar >= U' ') text::appendScalar(scalar, spelled);
   event.payload = text::utf16(spelled);
   return event;
+}
+
+/// As if Shift had not been pressed; of letters.
+TextClient::Stroke withoutShift(TextClient::Stroke stroke) {
+  stroke.states = stroke.states.unset(KeyState::Shift);
+  const bool isCapital = stroke.symbol >= FcitxKey_A && stroke.symbol <= FcitxKey_Z;
+  if (isCapital)
+    stroke.symbol = static_cast<fcitx::KeySym>(stroke.symbol + FcitxKey_a - FcitxKey_A);
+  return stroke;
 }
 
 /// A key that does something to the text other than adding to it.
@@ -82,6 +92,7 @@ bool TextClient::keyEventOf(const Stroke& stroke, bool isRelease) {
 }
 
 void TextClient::press(const Stroke& stroke) {
+  states_ = stroke.states;
   if (!keyEventOf(stroke, false)) enqueue(stroke);
 }
 
@@ -108,9 +119,18 @@ void TextClient::deleteSurroundingTextImpl(int offset, unsigned int size) {
   serveOverdue();
   if (offset != -static_cast<int>(size))
     FCITX_FATAL() << "what was deleted is not before the caret";
+  if (habits_.deletesBytes) size = static_cast<unsigned>(bytesBeforeCaret(size));
   for (unsigned i = 0; i < size; ++i)
     field_.keyDown(keyOnly(keyCodes::backspace));
   report();
+}
+
+std::size_t TextClient::bytesBeforeCaret(std::size_t characters) const {
+  const auto& text = field_.text();
+  const auto at = [&text](std::size_t character) {
+    return fcitx::utf8::ncharByteLength(text.begin(), character);
+  };
+  return static_cast<std::size_t>(at(field_.caret()) - at(field_.caret() - characters));
 }
 
 void TextClient::forwardKeyImpl(const fcitx::ForwardKeyEvent& key) {
@@ -141,7 +161,9 @@ void TextClient::serveQueue() {
 }
 
 void TextClient::handle(const Stroke& stroke) {
-  const auto event = eventOf(stroke);
+  const bool losesShift = habits_.readsShiftLate && stroke.states.test(KeyState::Shift) &&
+                          !states_.test(KeyState::Shift);
+  const auto event = eventOf(losesShift ? withoutShift(stroke) : stroke);
   field_.keyDown(event);
   report();
   if (habits_.resets && isEditing(event)) reset();

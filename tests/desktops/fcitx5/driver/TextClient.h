@@ -27,6 +27,14 @@ class TextClient final : public fcitx::InputContext {
     Reports reports = Reports::nothing;
     /// Milliseconds for which keys lie in the queue.
     unsigned keyDelay = 0;
+    /// Takes the numbers of bytes in what it is asked to delete for numbers of characters, as GTK
+    /// 4.8 does on Wayland.
+    bool deletesBytes = false;
+    /// A key that was handed back counts with the Shift of the moment in which its turn comes, as
+    /// KWin has it.
+    bool readsShiftLate = false;
+    /// Fcitx's part that the program speaks with.
+    std::string frontend = "tessarok-driver";
     /// Resets its input method at Backspace, Return and the like.
     bool resets = false;
     /// Sends on what it hears from Fcitx during a key event only behind that event.
@@ -42,7 +50,7 @@ class TextClient final : public fcitx::InputContext {
   TextClient(fcitx::Instance& instance, const Habits& habits);
   ~TextClient() override;
 
-  const char* frontend() const override { return "tessarok-driver"; }
+  const char* frontend() const override { return habits_.frontend.c_str(); }
 
   void press(const Stroke& stroke);
   void release(const Stroke& stroke);
@@ -63,6 +71,8 @@ class TextClient final : public fcitx::InputContext {
   void handle(const Stroke& stroke);
   [[nodiscard]] bool keyEventOf(const Stroke& stroke, bool isRelease);
   void enqueue(const Stroke& stroke);
+  /// Of the last characters before the caret.
+  [[nodiscard]] std::size_t bytesBeforeCaret(std::size_t characters) const;
   void serveOverdue();
   void serveQueue();
   void report();
@@ -74,6 +84,8 @@ class TextClient final : public fcitx::InputContext {
   /// When the queue is to be served, microseconds.
   std::uint64_t due_ = 0;
   std::unique_ptr<fcitx::EventSourceTime> timer_;
+  /// The modifiers with which the last key was pressed.
+  fcitx::KeyStates states_;
   int time_ = 0;
 };
 
