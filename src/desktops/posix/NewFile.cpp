@@ -1,7 +1,7 @@
 #include "desktops/posix/NewFile.h"
 
 #include <cerrno>
-#include <cstdlib>
+#include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
 #include <system_error>
@@ -14,6 +14,9 @@
 namespace tessarok::posix {
 
 namespace {
+
+/// Less what the person's mask takes away.
+constexpr mode_t kUsualMode = 0666;
 
 platform::Failure lastFailure() {
   return platform::Failure(std::generic_category().message(errno));
@@ -29,17 +32,8 @@ bool writeAll(int descriptor, std::string_view text) {
   return true;
 }
 
-/// Permissions of a new file, as others make it.
-mode_t usualMode() {
-  const auto mask = ::umask(0);
-  ::umask(mask);
-  return 0666 & ~mask;
-}
-
 platform::Failure writeInto(FileDescriptor& descriptor, std::string_view text) {
-  const bool isWritten = writeAll(descriptor.get(), text) &&
-                         ::fchmod(descriptor.get(), usualMode()) == 0 &&
-                         flushToDisk(descriptor.get());
+  const bool isWritten = writeAll(descriptor.get(), text) && flushToDisk(descriptor.get());
   if (!isWritten || !descriptor.close()) return lastFailure();
   return platform::Failure::none();
 }
@@ -63,8 +57,10 @@ platform::Failure giveName(const std::string& temporary, const std::filesystem::
 platform::Failure writeNewFile(const std::filesystem::path& file, std::string_view text) {
   const WriteSignalsBlocked errorsInstead;
   const auto folder = file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
-  auto temporary = (folder / ("." + file.filename().string() + ".XXXXXX")).string();
-  FileDescriptor descriptor(::mkstemp(temporary.data()));
+  const auto temporary =
+      (folder / ("." + file.filename().string() + "." + std::to_string(::getpid()))).string();
+  FileDescriptor descriptor(
+      ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kUsualMode));
   if (!descriptor.isOpen()) return lastFailure();
   auto failure = writeInto(descriptor, text);
   if (!failure) failure = giveName(temporary, file);
