@@ -337,8 +337,10 @@ void KeyFlow::queuePosted() {
 void KeyFlow::notePassed(const Press& press, Way way, bool own) {
   if (isSecret()) return field_.forgetText();
   const ClientField::Sending sending{.way = way, .isOwn = own, .now = now()};
+  // Firefox with Fcitx's part for GTK resets at every letter. Where reports tell of clicks anyway
+  // nothing is missed by that.
+  if (press.text.empty() || field_.hasReports()) expectReset(own);
   if (!press.text.empty()) return field_.typed(press.text, sending);
-  expectReset(own);
   const bool isPlain = (press.event.modifiers & kShortcut) == 0;
   if (press.event.code == keyCodes::backspace && isPlain) return field_.erased(1, sending);
   field_.keyOfUnknownEffect(sending);

@@ -167,6 +167,14 @@ TEST(Fcitx5Client, CapitalsStayCapitalsWhereShiftIsReadLate) {
       "");
 }
 
+TEST(Fcitx5Client, OneThatResetsAtEveryLetterIsCorrected) {
+  const FcitxHome home({"keyboard-us", "keyboard-ru"});
+  const json client = {{"reports", "all"}, {"resetsAlways", true}, {"keyDelay", 5}};
+  EXPECT_EQ(driveFcitx(home, {{"client", client},
+                              {"steps", {types("lf ghbdtn hello ", "да привет hello ")}}}),
+            "");
+}
+
 TEST(Fcitx5Client, AFieldThatACorrectionDamagesIsLeftAlone) {
   const FcitxHome home({"keyboard-us", "keyboard-ru"});
   const json client = {{"reports", "all"}, {"deletesBytes", true}};

@@ -165,6 +165,7 @@ void TextClient::handle(const Stroke& stroke) {
                           !states_.test(KeyState::Shift);
   const auto event = eventOf(losesShift ? withoutShift(stroke) : stroke);
   field_.keyDown(event);
+  if (habits_.resetsAlways) reset();
   report();
   if (habits_.resets && isEditing(event)) reset();
 }

@@ -37,6 +37,8 @@ class TextClient final : public fcitx::InputContext {
     std::string frontend = "tessarok-driver";
     /// Resets its input method at Backspace, Return and the like.
     bool resets = false;
+    /// And whenever its text has changed.
+    bool resetsAlways = false;
     /// Sends on what it hears from Fcitx during a key event only behind that event.
     bool ordersEvents = false;
   };
