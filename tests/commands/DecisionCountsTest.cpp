@@ -1,6 +1,6 @@
-#include "commands/DecisionCounts.h"
-
 #include <gtest/gtest.h>
+
+#include "commands/DecisionCounts.h"
 
 namespace tessarok::commands {
 namespace {
