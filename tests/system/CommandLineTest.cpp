@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "desktops/virtual/TemporaryDirectory.h"
 #include "tests/support/ChildProcess.h"
@@ -94,6 +95,40 @@ TEST(CommandLine, WrongCallsAreRefused) {
   }
 }
 
+TEST(CommandLine, AWrongNameIsAnsweredWithTheRightOne) {
+  const std::vector<std::pair<Arguments, std::string>> calls = {
+      {{"explian", "x"}, "there is no command \"explian\"; did you mean \"explain\"?"},
+      // Typed in the Russian layout.
+      {{"куздфн"}, "there is no command \"куздфн\"; did you mean \"replay\"?"},
+      {{"learned", "fogret", "x"}, "there is no command \"fogret\"; did you mean \"forget\"?"},
+      {{"--resorces", "x"}, "there is no option \"--resorces\"; did you mean \"--resources\"?"},
+      {{"explain", "--jsn", "x"}, "there is no option \"--jsn\"; did you mean \"--json\"?"},
+      {{"explain", "--resorces", "x"},
+       "there is no option \"--resorces\"; did you mean \"--resources\"?"},
+      {{"nonsense"}, "there is no command \"nonsense\"; tessarok --help lists what there is"},
+      {{"replay", "a", "b"}, "\"b\" is one argument too many"},
+  };
+  for (const auto& [arguments, answer] : calls) {
+    SCOPED_TRACE(::testing::PrintToString(arguments));
+    const auto run = runProgram(arguments);
+    expectRefusal(run);
+    EXPECT_EQ(run.err, "tessarok: " + answer + "\n");
+  }
+}
+
+TEST(CommandLine, HelpNamesKeysFilesAndVariables) {
+  const auto help = runProgram({"--help"}).out;
+  for (const auto* part :
+       {"\nKeys:\n", "\nFiles:\n", "\nEnvironment:\n", "Alt+Space", "/settings.json",
+        "/dictionary.txt", "XDG_CONFIG_HOME", "TESSAROK_RES", "TESSAROK_DEBUG_PATH"})
+    EXPECT_NE(help.find(part), std::string::npos) << part;
+  std::istringstream sections(help.substr(help.find("\nKeys:")));
+  for (std::string line; std::getline(sections, line);)
+    EXPECT_LE(line.size(), 100u) << line;
+  // Those of a command are about that command.
+  EXPECT_EQ(runProgram({"type", "--help"}).out.find("Environment:"), std::string::npos);
+}
+
 /// The command of a desktop, without one.
 TEST(CommandLine, WithoutADisplayThereIsNoDesktop) {
   if (runProgram({"x11", "--help"}).status != 0) GTEST_SKIP() << "built without X11";
@@ -121,8 +156,8 @@ TEST(CommandLine, OutputThatCannotBeWrittenIsAFailure) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "no device that is full";
   TemporaryDirectory folder;
   const auto errors = folder.path() / "errors";
-  const auto command =
-      std::string("'") + TESSAROK_PROGRAM + "' --version > /dev/full 2> '" + errors.string() + "'";
+  const auto command = std::string("LC_ALL=C '") + TESSAROK_PROGRAM +
+                       "' --version > /dev/full 2> '" + errors.string() + "'";
   EXPECT_NE(std::system(command.c_str()), 0);
   EXPECT_EQ(testing::readFile(errors), "tessarok: standard output cannot be written\n");
 }

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "desktops/freedesktop/Obstacles.h"
+#include "desktops/posix/Translation.h"
 #include "platform/Desktop.h"
 #include "typing/KeyTap.h"
 #include "words/BuiltinPacks.h"
@@ -157,7 +158,8 @@ void TessarokAddon::stop() {
 
 void TessarokAddon::fail(const std::string& reason) {
   if (!desktop_) return;
-  desktop_->systemLog().write("Tessarok: switched off until Fcitx starts again: " + reason);
+  desktop_->systemLog().write(
+      "Tessarok: " + posix::translated("switched off until Fcitx starts again: {1}", {reason}));
 }
 
 template <typename Event, typename Work>
@@ -273,6 +275,8 @@ class AddonFactory final : public fcitx::AddonFactory {
     // The state of the corrector outlives an addon that was unloaded; a second one would find it
     // used up. Fcitx loads each addon once.
     if (std::exchange(isMade_, true)) return nullptr;
+    // The addon's configuration page has texts in it from the start.
+    if (const auto data = installedData()) posix::useTranslationsIn(data->parent_path() / "locale");
     return new TessarokAddon(*manager->instance());
   }
 
