@@ -11,7 +11,7 @@ THOROUGH_TESTS := ^(Crash|LockRace|Property)\.|^(Text\.ShortCuts.*|UserDict\.AHu
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test packages check-reproducible test-packages release test-apps test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app page page-files test-page bench-page install clean mutate mutate-macos faults soak
+.PHONY: help run build data test packages check-reproducible test-packages release test-apps test-desktops test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app page page-files test-page bench-page install clean mutate mutate-macos faults soak recordings
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -36,6 +36,12 @@ test-apps: $(BUILD)/build.ninja ## Type into Chromium and a Qt entry (installs b
 	@cmake --build --preset release --target tessarok_application_tests tessarok_fcitx5_application_tests
 	@$(BUILD)/tests/desktops/x11/tessarok_application_tests
 	@$(BUILD)/tests/desktops/fcitx5/tessarok_fcitx5_application_tests
+
+test-desktops: $(BUILD)/build.ninja ## Type into programs on KWin and sway (installs both), with a control run without Tessarok
+	@scripts/install-packages test test-desktops
+	@cmake --preset release > /dev/null
+	@cmake --build --preset release --target tessarok tessarok_fcitx5 tessarok_wayland_keys
+	@tests/desktops/wayland/check-desktops $(BUILD) tests/data tests/desktops/wayland/figures.json
 
 test-fcitx5: $(BUILD)/build.ninja ## Type the sentences through Fcitx5 over and over, RUNS (10) times
 	@scripts/install-packages test
@@ -141,6 +147,11 @@ coverage: data ## Measure the corrector's branch coverage: build/coverage/report
 	@find build/coverage -name '*.gcda' -delete
 	ctest --preset coverage -j $(JOBS) -L corrector -E '$(THOROUGH_TESTS)'
 	@scripts/coverage build/coverage
+
+recordings: build data ## Record the moving pictures of the README: a terminal and a window
+	@scripts/install-packages recordings
+	@scripts/record-terminal $(BUILD)/tessarok Resources docs/images/terminal.svg
+	@scripts/record-window $(BUILD)/tessarok Resources docs/images/window.gif
 
 macos-app: data ## Compile, link and check Tessarok.app for both kinds of Mac
 	@scripts/install-packages macos

@@ -19,14 +19,17 @@
 #include "commands/HelpText.h"
 #include "commands/LearnedCommand.h"
 #include "commands/ReplayCommand.h"
+#include "commands/ReportCommand.h"
 #include "commands/StatusCommand.h"
 #include "commands/TerminalCommand.h"
 #include "commands/TypeCommand.h"
+#include "desktops/posix/Translation.h"
 
 namespace {
 
 using namespace tessarok::commands;
 using tessarok::Language;
+using tessarok::posix::translated;
 
 /// Whatever is wrong with how the program was called.
 constexpr int kUsageError = 2;
@@ -38,14 +41,22 @@ std::string joined(const std::vector<std::string>& words) {
   return text;
 }
 
+/// The name with which the library begins what it says.
+std::string firstWord(const std::string& text) {
+  return text.substr(0, text.find_first_of(": "));
+}
+
 /// The commands and what their options were set to.
 class CommandLine {
  public:
   CommandLine() {
-    app_.set_version_flag("--version", "tessarok " TESSAROK_VERSION);
+    nameParts();
+    app_.set_version_flag("--version", "tessarok " TESSAROK_VERSION,
+                          translated("print the version and exit"));
     app_.require_subcommand(0, 1);
     app_.fallthrough();
-    app_.add_option("--resources", options_.resources, "the directory of the data files")
+    app_.add_option("--resources", options_.resources,
+                    translated("the directory of the data files"))
         ->type_name("DIR");
     addType();
     addExplain();
@@ -53,15 +64,18 @@ class CommandLine {
     addReplay();
     addTerminal();
     addStatus();
-    addControl("on", "switch the correction on, of this terminal or else of the desktop");
-    addControl("off", "switch it off");
-    addControl("pause", "leave five seconds of typing as it is");
-    addControl("layout", "switch the own layout of this terminal");
+    addControl("on",
+               translated("switch the correction on, of this terminal or else of the desktop"));
+    addControl("off", translated("switch it off"));
+    addControl("pause", translated("leave five seconds of typing as it is"));
+    addControl("layout", translated("switch the own layout of this terminal"));
     addQuit();
     addX11();
+    addReport();
     addCheckData();
     // Commands take it over from what they are added to.
     app_.footer(helpText());
+    nameHelpOptions(app_);
   }
 
   int run(int argc, char** argv) {
@@ -71,13 +85,38 @@ class CommandLine {
       return app_.exit(success);
     } catch (const CLI::ExtrasError&) {
       throw CommandError(problemWith(app_.remaining(true).front()));
+    } catch (const CLI::RequiredError& error) {
+      throw CommandError(translated("an argument is missing: {1}", {firstWord(error.what())}));
+    } catch (const CLI::ArgumentMismatch& error) {
+      throw CommandError(translated("{1} needs a value", {firstWord(error.what())}));
     } catch (const CLI::ParseError& error) {
-      throw CommandError(error.what());
+      throw CommandError(translated("wrong argument: {1}", {error.what()}));
     }
     return command_ ? command_() : runWithoutCommand();
   }
 
  private:
+  /// What the library puts into a help text by itself; before anything is added, which takes it
+  /// over.
+  void nameParts() {
+    auto& format = *app_.get_formatter();
+    format.label("Usage", translated("Usage"));
+    format.label("OPTIONS", translated("OPTIONS"));
+    format.label("SUBCOMMAND", translated("COMMAND"));
+    format.label("Positionals", translated("Arguments"));
+    format.label("REQUIRED", translated("REQUIRED"));
+    app_.group(translated("Commands"));
+    app_.option_defaults()->group(translated("Options"));
+    app_.set_help_flag("-h,--help", translated("print this help and exit"));
+  }
+
+  /// A command's help option is made before it takes over what the others are called.
+  static void nameHelpOptions(CLI::App& app) {
+    app.get_help_ptr()->group(translated("Options"));
+    for (auto* command : app.get_subcommands(nullptr))
+      nameHelpOptions(*command);
+  }
+
   /// Whether an argument of a command that takes text is a part of that: there are no options of
   /// one letter but -h, and a word may begin with a hyphen.
   [[nodiscard]] static bool isHyphenatedWord(std::string_view argument) {
@@ -125,12 +164,21 @@ class CommandLine {
     std::vector<std::string> names;
     for (const auto* subcommand : command.get_subcommands(nullptr))
       names.push_back(subcommand->get_name());
-    if (!isOption && names.empty()) return "\"" + argument + "\" is one argument too many";
+    if (!isOption && names.empty()) {
+      return translated("\"{1}\" is one argument too many", {argument});
+    }
     if (isOption) names = longOptionsOf(command);
     const auto nearest = nearestName(argument, names);
-    return std::string("there is no ") + (isOption ? "option" : "command") + " \"" + argument +
-           "\"; " +
-           (nearest ? "did you mean \"" + *nearest + "\"?" : "tessarok --help lists what there is");
+    if (isOption) {
+      return nearest ? translated("there is no option \"{1}\"; did you mean \"{2}\"?",
+                                  {argument, *nearest})
+                     : translated("there is no option \"{1}\"; tessarok --help lists what there is",
+                                  {argument});
+    }
+    return nearest ? translated("there is no command \"{1}\"; did you mean \"{2}\"?",
+                                {argument, *nearest})
+                   : translated("there is no command \"{1}\"; tessarok --help lists what there is",
+                                {argument});
   }
 
   /// Those of a command and of the program itself, which work everywhere.
@@ -146,12 +194,12 @@ class CommandLine {
   }
 
   void addType() {
-    auto* type = app_.add_subcommand("type", "type a text and print the screen");
+    auto* type = app_.add_subcommand("type", translated("type a text and print the screen"));
     addNoLists(*type);
-    type->add_option("--from", from_, "the layout selected at the start")
+    type->add_option("--from", from_, translated("the layout selected at the start"))
         ->check(CLI::IsMember({"en", "ru"}))
         ->type_name("en|ru");
-    type->add_option("TEXT", words_, "what to type; standard input without it");
+    type->add_option("TEXT", words_, translated("what to type; standard input without it"));
     type->callback([this] {
       command_ = [this] {
         TypeOptions options;
@@ -164,14 +212,17 @@ class CommandLine {
   }
 
   void addExplain() {
-    auto* explain = app_.add_subcommand("explain", "say what is decided for a word, and why");
-    explain->add_flag("--json", explain_.json, "one JSON object a word");
+    auto* explain =
+        app_.add_subcommand("explain", translated("say what is decided for a word, and why"));
+    explain->add_flag("--json", explain_.json, translated("one JSON object a word"));
     addNoLists(*explain);
-    explain->add_option("--ru-streak", explain_.ruStreak, "Russian words before it")
+    explain->add_option("--ru-streak", explain_.ruStreak, translated("Russian words before it"))
         ->type_name("N");
-    explain->add_option("--en-streak", explain_.enStreak, "English words before it")
+    explain->add_option("--en-streak", explain_.enStreak, translated("English words before it"))
         ->type_name("N");
-    explain->add_option("WORD", explain_.words, "words, or - for standard input, one a line")
+    explain
+        ->add_option("WORD", explain_.words,
+                     translated("words, or - for standard input, one a line"))
         ->required();
     explain->callback([this] {
       command_ = [this] {
@@ -183,44 +234,49 @@ class CommandLine {
 
   void addLearned() {
     auto* learned = app_.add_subcommand(
-        "learned", "list the words that are left alone because you took their correction back");
-    learned->add_flag("--json", learned_.json, "one JSON object a word");
+        "learned",
+        translated("list the words that are left alone because you took their correction back"));
+    learned->add_flag("--json", learned_.json, translated("one JSON object a word"));
     learned->callback([this] {
       if (!command_) command_ = [this] { return runLearned(options_, learned_); };
     });
-    auto* forget = learned->add_subcommand("forget", "take words back, also in running programs");
-    forget->add_option("WORD", words_, "the words as typed")->required();
+    auto* forget =
+        learned->add_subcommand("forget", translated("take words back, also in running programs"));
+    forget->add_option("WORD", words_, translated("the words as typed"))->required();
     forget->callback([this] { command_ = [this] { return runForget(options_, words_); }; });
   }
 
   void addNoLists(CLI::App& command) {
-    command.add_flag("--no-lists", noLists_,
-                     "without your dictionary, the learned lists and the packs, which count else");
+    command.add_flag(
+        "--no-lists", noLists_,
+        translated("without your dictionary, the learned lists and the packs, which count else"));
   }
 
   [[nodiscard]] Lists lists() const { return noLists_ ? Lists::none : Lists::persons; }
 
   void addReplay() {
-    auto* replay = app_.add_subcommand("replay", "run a script on the virtual desktop");
-    replay->add_option("--home", replay_.home, "an existing directory used as home")
+    auto* replay = app_.add_subcommand("replay", translated("run a script on the virtual desktop"));
+    replay->add_option("--home", replay_.home, translated("an existing directory used as home"))
         ->type_name("DIR");
-    replay->add_option("FILE", replay_.file, "the script; standard input without it");
+    replay->add_option("FILE", replay_.file, translated("the script; standard input without it"));
     replay->callback([this] { command_ = [this] { return runReplay(options_, replay_); }; });
   }
 
   void addTerminal() {
-    auto* terminal = app_.add_subcommand(
-        "terminal",
-        "correct what is typed into a program in this terminal; the default without a display");
-    terminal->add_option("COMMAND", terminal_.command,
-                         "the program and its arguments, after --; the login shell without it");
+    auto* terminal =
+        app_.add_subcommand("terminal", translated("correct what is typed into a program in this "
+                                                   "terminal; the default without a display"));
+    terminal->add_option(
+        "COMMAND", terminal_.command,
+        translated("the program and its arguments, after --; the login shell without it"));
     terminal->callback([this] { command_ = [this] { return runTerminal(options_, terminal_); }; });
   }
 
   void addStatus() {
     auto* status = app_.add_subcommand(
-        "status", "say what is corrected here, what does not work and why, and where files are");
-    status->add_flag("--json", status_.json, "one JSON object");
+        "status",
+        translated("say what is corrected here, what does not work and why, and where files are"));
+    status->add_flag("--json", status_.json, translated("one JSON object"));
     status->callback([this] { command_ = [this] { return runStatus(options_, status_); }; });
   }
 
@@ -231,14 +287,22 @@ class CommandLine {
   }
 
   void addQuit() {
-    app_.add_subcommand("quit", "end the corrector of the desktop")->callback([this] {
+    app_.add_subcommand("quit", translated("end the corrector of the desktop"))->callback([this] {
       command_ = &runQuit;
     });
   }
 
+  void addReport() {
+    auto* report = app_.add_subcommand(
+        "report", translated("write what a problem report needs, and no text, into a file"));
+    report->add_option("FILE", reportFile_,
+                       translated("a new file, tessarok-report.txt without it; - prints it"));
+    report->callback([this] { command_ = [this] { return runReport(options_, reportFile_); }; });
+  }
+
   void addCheckData() {
-    auto* check = app_.add_subcommand("check-data", "validate the data files");
-    check->add_option("DIR", checkDirectory_, "the directory of the data files");
+    auto* check = app_.add_subcommand("check-data", translated("validate the data files"));
+    check->add_option("DIR", checkDirectory_, translated("the directory of the data files"));
     check->callback(
         [this] { command_ = [this] { return runCheckData(options_, checkDirectory_); }; });
   }
@@ -246,9 +310,11 @@ class CommandLine {
   void addX11() {
 #ifdef TESSAROK_HAS_X11
     auto* x11 = app_.add_subcommand(
-        "x11", "correct in every application of the display; the default where there is one");
-    x11->add_flag("--autostart", isAutostart_,
-                  "as a session starts it: end without a word where there is nothing to correct");
+        "x11",
+        translated("correct in every application of the display; the default where there is one"));
+    x11->add_flag(
+        "--autostart", isAutostart_,
+        translated("as a session starts it: end without a word where there is nothing to correct"));
     x11->callback([this] { command_ = [this] { return runX11(); }; });
 #endif
   }
@@ -256,7 +322,7 @@ class CommandLine {
 #ifdef TESSAROK_HAS_X11
   int runX11() {
     if (isAutostart_) return runDesktopOfSession(options_);
-    if (!hasDisplay()) throw CommandError("there is no X11 display");
+    if (!hasDisplay()) throw CommandError(translated("there is no X11 display"));
     return tessarok::commands::runDesktop(options_).value_or(kUsageError);
   }
 #endif
@@ -268,13 +334,15 @@ class CommandLine {
       if (const auto status = tessarok::commands::runDesktop(options_)) return *status;
       if (!isTerminal()) return kUsageError;
     } else if (!isTerminal()) {
-      throw CommandError("there is no X11 display, and standard input is not a terminal");
+      throw CommandError(
+          translated("there is no X11 display, and standard input is not a terminal"));
     }
 #endif
     return runTerminal(options_, terminal_);
   }
 
-  CLI::App app_{"Puts words right that were typed in the wrong keyboard layout.", "tessarok"};
+  CLI::App app_{translated("Puts words right that were typed in the wrong keyboard layout."),
+                "tessarok"};
   Options options_;
   std::function<int()> command_;
   bool noLists_ = false;
@@ -287,14 +355,16 @@ class CommandLine {
   StatusOptions status_;
   TerminalOptions terminal_;
   std::optional<std::filesystem::path> checkDirectory_;
+  std::optional<std::filesystem::path> reportFile_;
 };
 
 }  // namespace
 
 int main(int argc, char** argv) {
   try {
+    tessarok::posix::useLanguageOfLocale();
     const int status = CommandLine().run(argc, argv);
-    if (!std::cout.flush()) throw CommandError("standard output cannot be written");
+    if (!std::cout.flush()) throw CommandError(translated("standard output cannot be written"));
     return status;
   } catch (const std::exception& error) {
     std::cerr << "tessarok: " << error.what() << '\n';

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "commands/CommandError.h"
+#include "desktops/posix/Translation.h"
 #include "desktops/terminal/TerminalDesktop.h"
 #include "text/Text.h"
 #include "words/BuiltinPacks.h"
@@ -85,7 +86,8 @@ std::optional<DataFault> findPackFault(std::string_view data) {
 int runCheckData(const Options& options, const std::optional<std::filesystem::path>& directory) {
   std::error_code error;
   if (directory && !std::filesystem::is_directory(*directory, error)) {
-    throw CommandError(directory->string() + " is not an existing directory");
+    throw CommandError(
+        posix::translated("{1} is not an existing directory", {directory->string()}));
   }
   terminal::TerminalDesktop desktop(directory ? directory : options.resources);
   platform::setDesktop(desktop);

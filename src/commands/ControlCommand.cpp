@@ -5,10 +5,13 @@
 
 #include "commands/DesktopControl.h"
 #include "commands/TerminalControl.h"
+#include "desktops/posix/Translation.h"
 
 namespace tessarok::commands {
 
 namespace {
+
+using posix::translated;
 
 constexpr int kNoAnswer = 1;
 
@@ -24,24 +27,27 @@ std::optional<DesktopRequest> desktopRequest(const std::string& request) {
 
 int runControl(const std::string& request) {
   if (const auto terminal = askTerminal(request)) {
-    std::cout << "this terminal: correction " << (terminal->isOn ? "on" : "off") << ", layout "
-              << (terminal->layout == Language::russian ? "Russian" : "English") << '\n';
+    std::cout << describe(*terminal) << '\n';
     return 0;
   }
   const auto asked = desktopRequest(request);
   if (asked && tellDesktop(*asked)) {
     if (const auto status = askDesktop())
-      std::cout << status->desktop << ": correction " << status->correction << '\n';
+      std::cout << translated("{1}: correction {2}",
+                              {status->desktop, translated(status->correction)})
+                << '\n';
     return 0;
   }
-  std::cerr << (asked ? "tessarok: neither a corrected terminal nor a running desktop answers\n"
-                      : "tessarok: no corrected terminal answers\n");
+  std::cerr << "tessarok: "
+            << (asked ? translated("neither a corrected terminal nor a running desktop answers")
+                      : translated("no corrected terminal answers"))
+            << '\n';
   return kNoAnswer;
 }
 
 int runQuit() {
   if (tellDesktop(DesktopRequest::quit)) return 0;
-  std::cerr << "tessarok: it does not run on this desktop\n";
+  std::cerr << "tessarok: " << translated("it does not run on this desktop") << '\n';
   return kNoAnswer;
 }
 

@@ -24,6 +24,7 @@
 #include "desktops/posix/ProcessEnvironment.h"
 #include "desktops/posix/Processes.h"
 #include "desktops/posix/SignalPipe.h"
+#include "desktops/posix/Translation.h"
 #include "desktops/x11/Watchdog.h"
 #include "desktops/x11/X11Desktop.h"
 #include "desktops/x11/XConnection.h"
@@ -47,19 +48,22 @@ void say(const std::string& message) {
 }
 
 void sayNoDesktop(const std::string& reason) {
-  say("cannot correct in the applications of this display: " + reason);
+  say(posix::translated("cannot correct in the applications of this display: {1}",
+                        {posix::translatedSentence(reason)}));
 }
 
 void endWithoutServer() {
-  sayNoDesktop("the X server has gone");
+  sayNoDesktop(posix::translatable("the X server has gone"));
   std::exit(kNoDesktop);
 }
 
 /// There may be no icon to say it.
 void sayWhatIsMissing() {
-  if (const auto missing = freedesktop::missingWordData(); !missing.empty()) say(missing);
+  if (const auto missing = freedesktop::missingWordData(); !missing.empty()) {
+    say(posix::translatedSentence(missing));
+  }
   if (const auto missing = freedesktop::missingLayouts(); !missing.empty()) {
-    say(missing + "; waiting for them");
+    say(posix::translated("{1}; waiting for them", {posix::translatedSentence(missing)}));
   }
 }
 
@@ -68,9 +72,9 @@ std::vector<std::string> obstacles(X11Desktop& desktop, freedesktop::DesktopServ
   auto all = freedesktop::obstaclesToCorrection();
   if (!delegate.tapRunning() && !desktop.problem().empty()) all.push_back(desktop.problem());
   if (isWaylandSession(desktop.environment())) {
-    all.emplace_back(
+    all.emplace_back(posix::translatable(
         "this is a Wayland session: only programs that use X11 are corrected, the others through "
-        "Fcitx5 with its Tessarok addon");
+        "Fcitx5 with its Tessarok addon"));
   }
   std::ranges::move(services.obstacles(), std::back_inserter(all));
   return all;
@@ -93,7 +97,9 @@ int correctUntilStopped(X11Desktop& desktop, freedesktop::DesktopServices& servi
        .delegate = delegate},
       {.name = "x11", .obstacles = [&] { return obstacles(desktop, services, delegate); }},
       posix::programFileOf(::getpid()));
-  if (delegate.tapRunning()) say("correcting in every application of this display");
+  if (delegate.tapRunning()) {
+    say(posix::translated("correcting in every application of this display"));
+  }
   loop.run();
   return 0;
 }
@@ -162,7 +168,7 @@ std::optional<int> runDesktop(const Options& options, StartedBy startedBy) {
   const auto status = x11::Watchdog::watchOver(work);
   if (status == kNoDesktop) return std::nullopt;
   if (status == kNotStarted && startedBy == StartedBy::person) {
-    say("not started; is it running already?");
+    say(posix::translated("not started; is it running already?"));
   }
   return status;
 }

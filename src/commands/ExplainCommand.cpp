@@ -7,6 +7,7 @@
 
 #include "commands/Input.h"
 #include "commands/WordData.h"
+#include "desktops/posix/Translation.h"
 #include "desktops/virtual/TemporaryDirectory.h"
 #include "desktops/virtual/VirtualDesktop.h"
 #include "words/BuiltinPacks.h"
@@ -104,7 +105,7 @@ int runExplain(const Options& options, const ExplainOptions& explain) {
     return 0;
   }
   for (const auto& word : explain.words)
-    requireUtf8(word, "the word");
+    requireUtf8(word, posix::translated("the word"));
   for (const auto& word : explain.words) {
     const auto explanation = Explanation::of(word, explain.ruStreak, explain.enStreak);
     explain.json ? printJson(explanation) : printText(explanation);

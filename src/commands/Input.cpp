@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "commands/CommandError.h"
+#include "desktops/posix/Translation.h"
 #include "text/Text.h"
 
 namespace tessarok::commands {
@@ -16,19 +17,20 @@ std::string readStandardInput() {
     std::cin.read(piece.data(), piece.size());
     text.append(piece.data(), static_cast<std::size_t>(std::cin.gcount()));
   } while (std::cin);
-  requireFullyRead(std::cin, "standard input");
-  requireUtf8(text, "standard input");
+  requireFullyRead(std::cin, posix::translated("standard input"));
+  requireUtf8(text, posix::translated("standard input"));
   return text;
 }
 
 void requireFullyRead(const std::istream& stream, const std::string& what) {
   // While it shares C's buffer, the standard stream takes an error for the end.
   const bool failed = stream.bad() || (&stream == &std::cin && std::ferror(stdin) != 0);
-  if (failed) throw CommandError("cannot read " + what);
+  if (failed) throw CommandError(posix::translated("cannot read {1}", {what}));
 }
 
 void requireUtf8(std::string_view text, std::string_view what) {
-  if (!text::isValidUtf8(text)) throw CommandError(std::string(what) + " is not valid UTF-8");
+  if (!text::isValidUtf8(text))
+    throw CommandError(posix::translated("{1} is not valid UTF-8", {std::string(what)}));
 }
 
 }  // namespace tessarok::commands

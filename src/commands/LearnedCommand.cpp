@@ -6,6 +6,7 @@
 
 #include "commands/CommandError.h"
 #include "commands/Input.h"
+#include "desktops/posix/Translation.h"
 #include "desktops/terminal/TerminalDesktop.h"
 #include "platform/Desktop.h"
 #include "text/Text.h"
@@ -14,6 +15,8 @@
 namespace tessarok::commands {
 
 namespace {
+
+using posix::translated;
 
 /// Whether a word stands on the list, and how often its correction was rejected.
 struct Entry {
@@ -33,12 +36,15 @@ Entries entriesOf(const LearnedLists& lists) {
 }
 
 std::string reasonFor(const Entry& entry) {
-  if (entry.isListed) return "never corrected: it stands on the list (ignored.txt)";
+  if (entry.isListed) return translated("never corrected: it stands on the list (ignored.txt)");
   // With a third one it is on the list.
-  const bool isFirst = entry.rejections == 1;
-  return std::string("its correction was rejected ") + (isFirst ? "once" : "twice") +
-         "; left alone until the program that saw it ends, and for ever after " +
-         (isFirst ? "two more" : "one more");
+  return entry.rejections == 1
+             ? translated(
+                   "its correction was rejected once; left alone until the program that saw "
+                   "it ends, and for ever after two more")
+             : translated(
+                   "its correction was rejected twice; left alone until the program that saw "
+                   "it ends, and for ever after one more");
 }
 
 void print(std::string_view word, const Entry& entry, bool json) {
@@ -62,13 +68,15 @@ int runLearned(const Options& options, const LearnedOptions& learned) {
   const auto entries = entriesOf(files.lists());
   for (const auto& [word, entry] : entries)
     print(word, entry, learned.json);
-  if (entries.empty() && !learned.json) std::cout << "nothing has been learned yet\n";
+  if (entries.empty() && !learned.json) {
+    std::cout << translated("nothing has been learned yet") << '\n';
+  }
   return 0;
 }
 
 int runForget(const Options& options, const std::vector<std::string>& words) {
   for (const auto& word : words)
-    requireUtf8(word, "the word");
+    requireUtf8(word, translated("the word"));
   terminal::TerminalDesktop desktop(options.resources);
   platform::setDesktop(desktop);
   LearnedFiles files;
@@ -82,12 +90,12 @@ int runForget(const Options& options, const std::vector<std::string>& words) {
       known.insert(word);
       continue;
     }
-    std::cerr << "tessarok: " << typed << " has not been learned\n";
+    std::cerr << "tessarok: " << translated("{1} has not been learned", {typed}) << '\n';
     status = 1;
   }
   if (!known.empty()) {
     if (const auto failure = files.forget(known)) {
-      throw CommandError("nothing is forgotten: " + failure.reason());
+      throw CommandError(translated("nothing is forgotten: {1}", {failure.reason()}));
     }
   }
   files.leave();

@@ -7,6 +7,7 @@
 #include "commands/PersonsSwitches.h"
 #include "desktops/posix/PosixFiles.h"
 #include "desktops/posix/StandardErrorLog.h"
+#include "desktops/posix/Translation.h"
 #include "words/BuiltinPacks.h"
 #include "words/UserDict.h"
 
@@ -24,8 +25,9 @@ void copyFile(const fs::path& from, const fs::path& to) {
   std::error_code error;
   if (!fs::exists(from, error) && !error) return;
   if (!error) fs::copy_file(from, to, error);
-  if (error)
-    std::cerr << "tessarok: cannot read " << from.string() << ": " << error.message() << '\n';
+  if (!error) return;
+  std::cerr << "tessarok: "
+            << posix::translated("cannot read {1}: {2}", {from.string(), error.message()}) << '\n';
 }
 
 void copyFiles(platform::Files& files) {

@@ -6,6 +6,7 @@
 
 #include "commands/CommandError.h"
 #include "commands/Input.h"
+#include "desktops/posix/Translation.h"
 #include "desktops/virtual/Replay.h"
 #include "desktops/virtual/ReplayError.h"
 
@@ -16,7 +17,7 @@ namespace {
 void requireDirectory(const std::filesystem::path& directory) {
   std::error_code error;
   if (!std::filesystem::is_directory(directory, error)) {
-    throw CommandError(directory.string() + " is not an existing directory");
+    throw CommandError(posix::translated("{1} is not an existing directory", {directory.string()}));
   }
 }
 
@@ -28,7 +29,9 @@ int runReplay(const Options& options, const ReplayOptions& replay) {
   if (replay.file) {
     std::error_code error;
     if (!std::filesystem::is_directory(*replay.file, error)) file.open(*replay.file);
-    if (!file.is_open()) throw CommandError("cannot read " + replay.file->string());
+    if (!file.is_open()) {
+      throw CommandError(posix::translated("cannot read {1}", {replay.file->string()}));
+    }
   }
   auto& script = replay.file ? static_cast<std::istream&>(file) : std::cin;
   virtualdesktop::Replay run(replay.home, options.resources);
@@ -39,7 +42,8 @@ int runReplay(const Options& options, const ReplayOptions& replay) {
     std::cerr << "replay: " << error.what() << '\n';
     return 2;
   }
-  requireFullyRead(script, replay.file ? replay.file->string() : "standard input");
+  requireFullyRead(script,
+                   replay.file ? replay.file->string() : posix::translated("standard input"));
   return 0;
 }
 

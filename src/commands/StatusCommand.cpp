@@ -14,6 +14,8 @@
 #include "commands/TerminalControl.h"
 #include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/SettingsFile.h"
+#include "desktops/posix/Translation.h"
+#include "desktops/posix/TranslationValues.h"
 #include "desktops/terminal/TerminalDesktop.h"
 #include "platform/Desktop.h"
 #include "words/LearnedFiles.h"
@@ -23,6 +25,9 @@
 namespace tessarok::commands {
 
 namespace {
+
+using posix::translatable;
+using posix::translated;
 
 constexpr int kNothingRuns = 1;
 
@@ -44,27 +49,47 @@ bool isSet(const char* variable) {
   return posix::personsVariable(variable).value_or("") != "";
 }
 
-/// Why nothing runs here, and what to do.
+/// How the correction of a desktop may stand, in the words that it tells it with.
+[[maybe_unused]] constexpr const char* kCorrections[] = {
+    translatable("on"), translatable("off"), translatable("paused"), translatable("by hand"),
+    translatable("waiting")};
+
+/// What files are for.
+[[maybe_unused]] constexpr const char* kUses[] = {
+    translatable("settings"), translatable("dictionary"), translatable("learned"),
+    translatable("rejections"), translatable("word data")};
+
+/// Why nothing runs here, and what to do. In English, as programs read it.
 std::vector<std::string> obstaclesWithoutDesktop() {
-  if (isSet("WAYLAND_DISPLAY")) {
-    return {
+  const bool isWayland = isSet("WAYLAND_DISPLAY");
+  const auto desktop = posix::personsVariable("XDG_CURRENT_DESKTOP").value_or("");
+  if (isWayland && desktop.find("KDE") != std::string::npos) {
+    return {translatable(
+        "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: choose "
+        "Fcitx 5 in System Settings, Virtual Keyboard, and give it an English and a Russian "
+        "keyboard")};
+  }
+  if (isWayland) {
+    return {translatable(
         "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: start "
-        "fcitx5, with an English and a Russian keyboard among its input methods"};
+        "fcitx5, with an English and a Russian keyboard among its input methods")};
   }
   if (isSet("DISPLAY")) {
-    return {
+    return {translatable(
         "no corrector runs on this display: start tessarok, or log in anew when it is just "
-        "installed"};
+        "installed")};
   }
-  return {"this session has no display: tessarok terminal corrects in a terminal"};
+  return {translatable("this session has no display: tessarok terminal corrects in a terminal")};
 }
 
 std::vector<std::string> obstacles(const Report& report) {
   std::vector<std::string> all;
   if (!report.desktop && !report.terminal) all = obstaclesWithoutDesktop();
   if (report.desktop && report.desktop->version != TESSAROK_VERSION) {
-    all.push_back("version " + report.desktop->version +
-                  " runs, and this is another one: it is used from the next start on");
+    all.push_back(
+        posix::withValues(translatable("version \"{1}\" runs, and this is another one: it "
+                                       "is used from the next start on"),
+                          {report.desktop->version}));
   }
   return all;
 }
@@ -148,28 +173,29 @@ std::string namesOf(const std::vector<std::string>& identifiers) {
 }
 
 void printDesktop(const DesktopStatus& desktop) {
-  std::cout << desktop.desktop << ": correction " << desktop.correction << ", layout "
-            << nameOf(desktop.layout) << " of " << namesOf(desktop.layouts) << "; version "
-            << desktop.version << ", process " << desktop.process << ", since "
-            << timeOf(desktop.since) << '\n';
+  std::cout << translated(
+                   "{1}: correction {2}, layout {3} of {4}; version {5}, process {6}, since {7}",
+                   {desktop.desktop, translated(desktop.correction), nameOf(desktop.layout),
+                    namesOf(desktop.layouts), desktop.version, std::to_string(desktop.process),
+                    timeOf(desktop.since)})
+            << '\n';
   for (const auto& obstacle : desktop.obstacles)
-    std::cout << "  " << obstacle << '\n';
+    std::cout << "  " << posix::translatedSentence(obstacle) << '\n';
 }
 
 void print(const Report& report) {
   std::cout << "Tessarok " TESSAROK_VERSION "\n";
   if (report.desktop) printDesktop(*report.desktop);
-  if (report.terminal) {
-    const bool isRussian = report.terminal->layout == Language::russian;
-    std::cout << "this terminal: correction " << (report.terminal->isOn ? "on" : "off")
-              << ", layout " << (isRussian ? "Russian" : "English") << '\n';
-  }
+  if (report.terminal) std::cout << describe(*report.terminal) << '\n';
   for (const auto& obstacle : report.obstacles)
-    std::cout << obstacle << '\n';
-  std::cout << "words you took back: " << report.learned << " for ever, " << report.rejected
-            << " once or twice (tessarok learned lists them)\n";
+    std::cout << posix::translatedSentence(obstacle) << '\n';
+  std::cout << translated(
+                   "words you took back: {1} for ever, {2} once or twice (tessarok learned "
+                   "lists them)",
+                   {std::to_string(report.learned), std::to_string(report.rejected)})
+            << '\n';
   for (const auto& [use, file] : report.files)
-    std::cout << use << ": " << file.string() << '\n';
+    std::cout << translated(use) << ": " << file.string() << '\n';
 }
 
 }  // namespace

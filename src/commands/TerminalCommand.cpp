@@ -16,6 +16,7 @@
 #include "commands/CommandError.h"
 #include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/ThreadQueue.h"
+#include "desktops/posix/Translation.h"
 #include "desktops/posix/WriteSignals.h"
 #include "desktops/terminal/LoginShell.h"
 #include "desktops/terminal/OuterTerminal.h"
@@ -28,6 +29,7 @@ namespace tessarok::commands {
 
 namespace {
 
+using posix::translated;
 using terminal::OuterTerminal;
 using terminal::Pty;
 using terminal::TerminalDesktop;
@@ -37,7 +39,8 @@ using terminal::TerminalSession;
 void warnIfDataIsMissing(TerminalDesktop& desktop) {
   if (Dict::en().isAvailable() && Dict::ru().isAvailable()) return;
   desktop.systemLog().write(
-      "Tessarok: the word data is missing; automatic correction is off, Alt+Space works");
+      "Tessarok: " +
+      translated("the word data is missing; automatic correction is off, Alt+Space works"));
 }
 
 /// In the environment of what runs in a corrected terminal.
@@ -57,14 +60,16 @@ bool isUtf8Locale() {
 std::optional<std::string> obstacle() {
   // Two correctors, one in the other, would fix every word twice.
   if (posix::personsVariable(kNested).value_or("") != "")
-    return "this terminal is corrected already";
-  if (!isUtf8Locale()) return "the locale (LC_ALL, LC_CTYPE or LANG) is not one with UTF-8";
+    return translated("this terminal is corrected already");
+  if (!isUtf8Locale()) {
+    return translated("the locale (LC_ALL, LC_CTYPE or LANG) is not one with UTF-8");
+  }
   return std::nullopt;
 }
 
 /// Becomes the program.
 int runPlainly(const std::vector<std::string>& command, const std::string& reason) {
-  std::cerr << "tessarok: " << reason << "; " << command.front() << " runs in it as it is"
+  std::cerr << "tessarok: " << translated("{1}; {2} runs in it as it is", {reason, command.front()})
             << std::endl;
   const auto failure = Pty::become(command);
   std::cerr << "tessarok: " << failure.reason << '\n';
@@ -119,7 +124,7 @@ bool isTerminal() {
 }
 
 int runTerminal(const Options& options, const TerminalOptions& terminal) {
-  if (!isTerminal()) throw CommandError("standard input is not a terminal");
+  if (!isTerminal()) throw CommandError(translated("standard input is not a terminal"));
   const auto command =
       terminal.command.empty() ? std::vector{terminal::loginShell()} : terminal.command;
   if (const auto reason = obstacle()) return runPlainly(command, *reason);

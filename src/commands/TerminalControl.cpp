@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "desktops/posix/PersonsEnvironment.h"
+#include "desktops/posix/Translation.h"
 #include "desktops/terminal/OuterTerminal.h"
 
 namespace tessarok::commands {
@@ -20,6 +21,13 @@ bool isSet(const char* variable) {
 }
 
 }  // namespace
+
+std::string describe(const TerminalStatus& status) {
+  return posix::translated("this terminal: correction {1}, layout {2}",
+                           {status.isOn ? posix::translated("on") : posix::translated("off"),
+                            status.layout == Language::russian ? posix::translated("Russian")
+                                                               : posix::translated("English")});
+}
 
 std::optional<TerminalStatus> askTerminal(const std::string& request) {
   if (!terminal::OuterTerminal::isStandardInput()) return std::nullopt;

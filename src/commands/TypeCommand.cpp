@@ -5,6 +5,7 @@
 #include "commands/Input.h"
 #include "commands/WordData.h"
 #include "desktops/layouts/KeyTable.h"
+#include "desktops/posix/Translation.h"
 #include "desktops/virtual/Session.h"
 #include "text/Text.h"
 #include "typing/KeyCodes.h"
@@ -67,7 +68,7 @@ class Typist {
 
 int runType(const Options& options, const TypeOptions& type) {
   const auto text = type.text ? *type.text : readStandardInput();
-  requireUtf8(text, "the text");
+  requireUtf8(text, posix::translated("the text"));
   const auto start = type.from.value_or(languageAtStart(text));
   virtualdesktop::Session session(std::nullopt, options.resources);
   requireWordData(type.lists == Lists::none ? Packs::unused : Packs::needed);

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "commands/CommandError.h"
+#include "desktops/posix/Translation.h"
 #include "words/BuiltinPacks.h"
 #include "words/Proto.h"
 #include "words/ResourceLocator.h"
@@ -13,7 +14,8 @@ namespace {
 
 void requireFile(const std::string& name) {
   if (ResourceLocator::find(name)) return;
-  throw CommandError("the data file " + name + ".txt is missing; see tessarok check-data");
+  throw CommandError(
+      posix::translated("the data file {1} is missing; see tessarok check-data", {name + ".txt"}));
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-#include "commands/DidYouMean.h"
-
 #include <gtest/gtest.h>
+
+#include "commands/DidYouMean.h"
 
 namespace tessarok::commands {
 namespace {
@@ -27,19 +27,19 @@ TEST(DidYouMean, CountsCharactersNotBytes) {
 }
 
 TEST(DidYouMean, KnowsWhatWasMeant) {
-  for (const auto& [wrong, meant] : std::vector<std::pair<std::string, std::string>>{
-           {"statsu", "status"},
-           {"stats", "status"},
-           {"termnal", "terminal"},
-           {"termianl", "terminal"},
-           {"explian", "explain"},
-           {"learn", "learned"},
-           {"checkdata", "check-data"},
-           {"check_data", "check-data"},
-           {"reply", "replay"},
-           {"x1", "x11"},
-           {"of", "off"},
-           {"tpye", "type"}}) {
+  for (const auto& [wrong, meant] :
+       std::vector<std::pair<std::string, std::string>>{{"statsu", "status"},
+                                                        {"stats", "status"},
+                                                        {"termnal", "terminal"},
+                                                        {"termianl", "terminal"},
+                                                        {"explian", "explain"},
+                                                        {"learn", "learned"},
+                                                        {"checkdata", "check-data"},
+                                                        {"check_data", "check-data"},
+                                                        {"reply", "replay"},
+                                                        {"x1", "x11"},
+                                                        {"of", "off"},
+                                                        {"tpye", "type"}}) {
     EXPECT_EQ(nearestName(wrong, kNames), meant) << wrong;
   }
 }

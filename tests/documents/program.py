@@ -23,9 +23,9 @@ def names_in(text, heading):
 def commands_of(program):
     """Every command, one of another's as both names: ["type", …, "learned forget"]."""
     commands = []
-    for name in names_in(help_of(program), "Subcommands"):
+    for name in names_in(help_of(program), "Commands"):
         commands.append(name)
-        commands += [f"{name} {below}" for below in names_in(help_of(program, name), "Subcommands")]
+        commands += [f"{name} {below}" for below in names_in(help_of(program, name), "Commands")]
     if not commands:
         raise SystemExit(f"{program} --help lists no command")
     return commands

@@ -33,6 +33,12 @@ std::string contentOf(std::FILE* file) {
   return text;
 }
 
+/// What tests compare is English, whatever the developer's own language is.
+void speakEnglish() {
+  ::setenv("LC_ALL", "C.UTF-8", 1);
+  ::unsetenv("LANGUAGE");
+}
+
 /// Turns the child of a fork into the program.
 [[noreturn]] void become(const std::vector<std::string>& arguments, int in, int out, int err) {
   std::signal(SIGPIPE, SIG_DFL);
@@ -66,6 +72,7 @@ ProgramRun runToEnd(const std::vector<std::string>& arguments, int in,
   const auto process = ::fork();
   if (process < 0) throw std::runtime_error("cannot fork");
   if (process == 0) {
+    speakEnglish();
     for (const auto& [name, value] : environment)
       ::setenv(name.c_str(), value.c_str(), 1);
     if (folder && ::chdir(folder->c_str()) != 0) ::_exit(kCannotRun);
@@ -108,7 +115,10 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
   std::signal(SIGPIPE, SIG_IGN);
   process_ = ::fork();
   if (process_ < 0) throw std::runtime_error("cannot fork");
-  if (process_ == 0) become(arguments, toChild[0], fromChild[1], -1);
+  if (process_ == 0) {
+    speakEnglish();
+    become(arguments, toChild[0], fromChild[1], -1);
+  }
   ::close(toChild[0]);
   ::close(fromChild[1]);
   input_ = toChild[1];

@@ -18,7 +18,7 @@ struct ProgramRun {
 };
 
 /// Runs the program with these arguments to its end. `environment` sets variables besides those
-/// of this process; `folder` is the working directory.
+/// of this process, of which the language is not taken; `folder` is the working directory.
 [[nodiscard]] ProgramRun runProgram(
     const std::vector<std::string>& arguments, std::string_view input = {},
     const std::vector<std::pair<std::string, std::string>>& environment = {},

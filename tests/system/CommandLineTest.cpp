@@ -167,8 +167,8 @@ TEST(CommandLine, OutputThatCannotBeWrittenIsAFailure) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "no device that is full";
   TemporaryDirectory folder;
   const auto errors = folder.path() / "errors";
-  const auto command =
-      std::string("'") + TESSAROK_PROGRAM + "' --version > /dev/full 2> '" + errors.string() + "'";
+  const auto command = std::string("LC_ALL=C '") + TESSAROK_PROGRAM +
+                       "' --version > /dev/full 2> '" + errors.string() + "'";
   EXPECT_NE(std::system(command.c_str()), 0);
   EXPECT_EQ(testing::readFile(errors), "tessarok: standard output cannot be written\n");
 }

@@ -74,7 +74,12 @@ bool ClientField::reported(std::string_view before, bool isSelected, double now)
   }
   const auto verdict = history_.reported(before);
   noteArrival(now);
-  if (verdict != Verdict::fits && check_.showsDamage(before)) isDamaged_ = true;
+  if (verdict == Verdict::fits) {
+    check_.isAsExpected();
+  } else {
+    check_.reported(before);
+    isDamaged_ = isDamaged_ || check_.isDamaged();
+  }
   // As long as something is on its way, a report may be of a text between the two.
   if (!history_.awaited()) check_.forget();
   if (verdict != Verdict::unclear) return verdict == Verdict::fits;

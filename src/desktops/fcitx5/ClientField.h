@@ -72,6 +72,9 @@ class ClientField final {
     return history_.last(characters);
   }
 
+  /// Whether the program tells what is in the field.
+  [[nodiscard]] bool hasReports() const { return reports_ && !isReportEmpty_; }
+
   /// The time at which to ask again; absent when everything has been dealt with.
   [[nodiscard]] std::optional<double> unsettledUntil(double now);
   /// The way of what was sent last, and whether the corrector sent it; only while unsettled.

@@ -27,19 +27,25 @@ void CorrectionCheck::typed(std::string_view text) {
 void CorrectionCheck::forget() {
   stays_.reset();
   words_.clear();
+  witnesses_ = 0;
   typed_.clear();
 }
 
-bool CorrectionCheck::showsDamage(std::string_view before) const {
-  if (!stays_ || words_.empty()) return false;
-  bool isFound = false;
+void CorrectionCheck::reported(std::string_view before) {
+  if (!stays_ || words_.empty()) return;
+  std::optional<std::ptrdiff_t> found;
   for (auto end = words_.size(); end <= typed_.size(); ++end) {
     const auto seen = std::string_view(typed_).substr(0, end);
     if (!before.ends_with(seen)) continue;
-    if (scalars(before.substr(0, before.size() - seen.size())) == *stays_) return false;
-    isFound = true;
+    found = scalars(before.substr(0, before.size() - seen.size()));
+    if (found == stays_) break;
   }
-  return isFound;
+  if (!found || found == stays_) return isAsExpected();
+  if (found_ != *found) witnesses_ = 0;
+  found_ = *found;
+  // The same report again is no further witness.
+  if (witnesses_ == 0 || before != last_) ++witnesses_;
+  last_ = before;
 }
 
 }  // namespace tessarok::fcitx5

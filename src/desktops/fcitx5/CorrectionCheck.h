@@ -20,12 +20,18 @@ class CorrectionCheck final {
   void typed(std::string_view text);
   /// Nothing can be said any more: something else was done, or all is well.
   void forget();
+  /// A report fits what was sent.
+  void isAsExpected() { witnesses_ = 0; }
 
-  /// Whether a report that fits nothing that was sent shows damage: it ends with what was typed
-  /// since `begin`, or with its beginning, but something else is before it.
-  [[nodiscard]] bool showsDamage(std::string_view before) const;
+  /// A report came that fits nothing that was sent. It speaks of damage when it ends with what was
+  /// typed since `begin`, or with its beginning, but something of another length is before that.
+  void reported(std::string_view before);
+  /// Whether several reports in a row, while one typed on, were of one damage: programs also tell a
+  /// text and a caret that are not of the same moment.
+  [[nodiscard]] bool isDamaged() const { return witnesses_ >= kWitnesses; }
 
  private:
+  static constexpr int kWitnesses = 3;
   /// Longer than what is typed until a report comes.
   static constexpr std::size_t kMostTyped = 256;
 
@@ -34,6 +40,11 @@ class CorrectionCheck final {
   /// The new words, as sent first, and all that was sent since then.
   std::string words_;
   std::string typed_;
+  /// So many scalars were before it in the last report that spoke of damage, and so many reports in
+  /// a row told that.
+  std::ptrdiff_t found_ = 0;
+  std::string last_;
+  int witnesses_ = 0;
 };
 
 }  // namespace tessarok::fcitx5

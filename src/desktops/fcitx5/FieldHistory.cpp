@@ -181,7 +181,7 @@ std::optional<std::ptrdiff_t> FieldHistory::lengthWithout(std::size_t characters
   const auto erased = last(characters);
   const auto length = states_.back().length;
   // As many bytes as a report that is not cut may have at least.
-  if (!hasReport_ || isWindowed_ || !erased || !length ||
+  if (!isShown() || isWindowed_ || !erased || !length ||
       *length * 2 >= std::ptrdiff_t{kWholeReport}) {
     return std::nullopt;
   }

@@ -56,8 +56,8 @@ class FieldHistory final {
   [[nodiscard]] bool isShown() const;
   /// The last Characters before the caret; absent when so many are not known.
   [[nodiscard]] std::optional<std::string_view> last(std::size_t characters) const;
-  /// How many scalars would be before the caret without the last Characters; absent when that is
-  /// not known, or when reports are of a part of the text.
+  /// How many scalars would be before the caret without the last Characters; absent when no report
+  /// shows that, or when reports are of a part of the text.
   [[nodiscard]] std::optional<std::ptrdiff_t> lengthWithout(std::size_t characters) const;
 
  private:

@@ -38,6 +38,9 @@ constexpr double kNextField = 1;
 /// that the word is not followed until it ends.
 constexpr std::u16string_view kComposed = u"é";
 
+/// Fcitx's part for KWin and Weston: the first version of the input method protocol.
+constexpr std::string_view kKwinFrontend = "wayland";
+
 constexpr std::uint64_t kShortcut = eventFlags::control | eventFlags::option | eventFlags::command;
 
 std::size_t scalars(std::string_view text) {
@@ -145,16 +148,22 @@ void KeyFlow::pressed(fcitx::KeyEvent& event) {
   const auto [down, isNew] = keysDown_.insert_or_assign(event.rawKey().code(), press.event.code);
   press.event.autorepeat = press.event.autorepeat || !isNew;
   const bool isTranslated = event.rawKey().sym() != event.origKey().sym();
-  const bool commits = !press.text.empty() && event.forward() && (late || isTranslated);
+  const bool sends = late || losesShift(context, press);
+  const bool commits = !press.text.empty() && (sends || (event.forward() && isTranslated));
   const auto way = commits ? Way::text : Way::key;
   if (isOutdated || mustWait(way)) return hold(event);
   const bool composes = markComposed(context, press);
   if (!showToTap(press.event)) return event.filterAndAccept();
   if (composes) press.text.clear();
   notePassed(press, way, false);
-  if (!late || press.text.empty()) return;
+  if (!sends || press.text.empty()) return;
   event.filterAndAccept();
   context.commitString(press.text);
+}
+
+bool KeyFlow::losesShift(const InputContext& context, const Press& press) {
+  return context.frontend() == kKwinFrontend && !press.text.empty() &&
+         (press.event.modifiers & eventFlags::shift) != 0;
 }
 
 std::optional<fcitx::KeySym> KeyFlow::symbolWithoutLateShift(const fcitx::KeyEvent& event) {
@@ -328,8 +337,10 @@ void KeyFlow::queuePosted() {
 void KeyFlow::notePassed(const Press& press, Way way, bool own) {
   if (isSecret()) return field_.forgetText();
   const ClientField::Sending sending{.way = way, .isOwn = own, .now = now()};
+  // Firefox with Fcitx's part for GTK resets at every letter. Where reports tell of clicks anyway
+  // nothing is missed by that.
+  if (press.text.empty() || field_.hasReports()) expectReset(own);
   if (!press.text.empty()) return field_.typed(press.text, sending);
-  expectReset(own);
   const bool isPlain = (press.event.modifiers & kShortcut) == 0;
   if (press.event.code == keyCodes::backspace && isPlain) return field_.erased(1, sending);
   field_.keyOfUnknownEffect(sending);

@@ -103,6 +103,11 @@ class KeyFlow final {
   void released(fcitx::KeyEvent& event);
   void replayed(fcitx::KeyEvent& event);
   [[nodiscard]] Press describe(const fcitx::Key& key) const;
+  /// Whether the key would reach its program without the Shift with which it was pressed. KWin
+  /// tells a program the modifiers of the moment in which it hands a key back, and by then Shift
+  /// may be up: "сайт!" became "сайт1" with keys 15 ms apart. What it types is sent as text
+  /// instead.
+  [[nodiscard]] static bool losesShift(const fcitx::InputContext& context, const Press& press);
   /// On X11 Fcitx translates a key by the state that Shift has by now, which on a busy machine is
   /// that of a later key. The symbol by the state that it had; absent when that is what Fcitx
   /// found.

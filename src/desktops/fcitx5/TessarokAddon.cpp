@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "desktops/freedesktop/Obstacles.h"
+#include "desktops/posix/Translation.h"
 #include "platform/Desktop.h"
 #include "typing/KeyTap.h"
 #include "words/BuiltinPacks.h"
@@ -126,8 +127,8 @@ void TessarokAddon::launch() {
                                                              .log = desktop_->systemLog(),
                                                              .settings = desktop_->userDefaults(),
                                                              .delegate = corrector_->delegate()},
-                   freedesktop::RemoteControl::Desktop{
-                       .name = "fcitx5", .obstacles = &freedesktop::obstaclesToCorrection},
+                   freedesktop::RemoteControl::Desktop{.name = "fcitx5",
+                                                       .obstacles = [this] { return obstacles(); }},
                    ownFile());
   desktop_->application().onTerminate = [this] {
     // Not while the menu item that asks for it is running.
@@ -146,6 +147,19 @@ void TessarokAddon::tryAgainLater() {
   desktop_->runLoop().after(wait, [this] { launch(); });
 }
 
+std::vector<std::string> TessarokAddon::obstacles() const {
+  auto all = freedesktop::obstaclesToCorrection();
+  auto& environment = desktop_->environment();
+  const auto desktop = environment.variable("XDG_CURRENT_DESKTOP").value_or("");
+  const bool isKde = desktop.find("KDE") != std::string::npos;
+  if (isKde && environment.variable("WAYLAND_DISPLAY") &&
+      environment.variable("GTK_IM_MODULE") == "fcitx") {
+    all.emplace_back(posix::translatable(
+        "GTK_IM_MODULE is fcitx, with which programs of GTK 4 lose Return on KDE: unset it"));
+  }
+  return all;
+}
+
 void TessarokAddon::stop() {
   try {
     contact_.reset();
@@ -157,7 +171,8 @@ void TessarokAddon::stop() {
 
 void TessarokAddon::fail(const std::string& reason) {
   if (!desktop_) return;
-  desktop_->systemLog().write("Tessarok: switched off until Fcitx starts again: " + reason);
+  desktop_->systemLog().write(
+      "Tessarok: " + posix::translated("switched off until Fcitx starts again: {1}", {reason}));
 }
 
 template <typename Event, typename Work>
@@ -273,6 +288,8 @@ class AddonFactory final : public fcitx::AddonFactory {
     // The state of the corrector outlives an addon that was unloaded; a second one would find it
     // used up. Fcitx loads each addon once.
     if (std::exchange(isMade_, true)) return nullptr;
+    // The addon's configuration page has texts in it from the start.
+    if (const auto data = installedData()) posix::useTranslationsIn(data->parent_path() / "locale");
     return new TessarokAddon(*manager->instance());
   }
 

@@ -2,6 +2,8 @@
 
 #include <system_error>
 
+#include "desktops/posix/Translation.h"
+
 namespace tessarok::freedesktop {
 
 namespace {
@@ -45,8 +47,10 @@ void AtSpiSecureInput::findBus(const std::string& address) {
 void AtSpiSecureInput::busLost(const std::string& reason) {
   listening_ = false;
   forget();
-  log_.write("Tessarok: the accessibility bus is lost (" + reason +
-             "); password entries are not recognised any more");
+  log_.write("Tessarok: " +
+             posix::translated("the accessibility bus is lost ({1}); password entries are not "
+                               "recognised any more",
+                               {reason}));
 }
 
 void AtSpiSecureInput::listen() {

@@ -1,5 +1,7 @@
 #include "desktops/freedesktop/DesktopServices.h"
 
+#include "desktops/posix/Translation.h"
+
 namespace tessarok::freedesktop {
 
 DesktopServices::DesktopServices(platform::RunLoop& loop, platform::Environment& environment,
@@ -16,13 +18,16 @@ DesktopServices::DesktopServices(platform::RunLoop& loop, platform::Environment&
 std::vector<std::string> DesktopServices::obstacles() const {
   std::vector<std::string> all;
   if (!statusBar_.isShown()) {
-    all.emplace_back("no panel shows status icons here, so there is no icon and no menu");
+    all.emplace_back(
+        posix::translatable("no panel shows status icons here, so there is no icon and no menu"));
   }
   if (!secureInput_.isListening()) {
-    all.emplace_back("there is no accessibility bus (AT-SPI), so password entries are not known");
+    all.emplace_back(posix::translatable(
+        "there is no accessibility bus (AT-SPI), so password entries are not known"));
   }
   if (!system_ || !system_->isOpen()) {
-    all.emplace_back("there is no system bus, so sleep and locked screens are not noticed");
+    all.emplace_back(
+        posix::translatable("there is no system bus, so sleep and locked screens are not noticed"));
   }
   return all;
 }

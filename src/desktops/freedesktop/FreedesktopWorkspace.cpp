@@ -3,9 +3,13 @@
 #include <sstream>
 #include <system_error>
 
+#include "desktops/posix/Translation.h"
+
 namespace tessarok::freedesktop {
 
 namespace {
+
+using posix::translated;
 
 constexpr std::string_view kSystemSettings = "x-apple.systempreferences:";
 
@@ -36,9 +40,9 @@ const std::vector<Settings>& knownSettings() {
 
 std::string failureOf(const std::string& program, int status) {
   // What xdg-open's exit statuses mean.
-  if (status == 2) return "the file is not there";
-  if (status == 3) return "no program is set up for it";
-  return program + " ended with status " + std::to_string(status);
+  if (status == 2) return translated("the file is not there");
+  if (status == 3) return translated("no program is set up for it");
+  return translated("{1} ended with status {2}", {program, std::to_string(status)});
 }
 
 }  // namespace
@@ -58,10 +62,12 @@ void FreedesktopWorkspace::openUrl(std::string_view url) {
 void FreedesktopWorkspace::openWithDefault(const std::string& what) {
   const std::string program = "xdg-open";
   const int error = programs_.start({program, what}, [this, program, what](int status) {
-    if (status != 0) notice_.show("Cannot open " + what, failureOf(program, status));
+    if (status != 0)
+      notice_.show(translated("Cannot open {1}", {what}), failureOf(program, status));
   });
   if (error != 0) {
-    notice_.show("Cannot open " + what, program + ": " + std::generic_category().message(error));
+    notice_.show(translated("Cannot open {1}", {what}),
+                 program + ": " + std::generic_category().message(error));
   }
 }
 
@@ -69,10 +75,11 @@ void FreedesktopWorkspace::openSettings() {
   for (const auto& command : settingsPrograms()) {
     if (programs_.start(command, nullptr) == 0) return;
   }
-  notice_.show("No keyboard settings found",
-               "Tessarok needs no permission on this desktop. If its icon shows a warning, add a "
-               "Russian and a QWERTY layout where you set up your keyboard, and select one of "
-               "them.");
+  notice_.show(
+      translated("No keyboard settings found"),
+      translated("Tessarok needs no permission on this desktop. If its icon shows a warning, add a "
+                 "Russian and a QWERTY layout where you set up your keyboard, and select one of "
+                 "them."));
 }
 
 std::vector<FreedesktopWorkspace::Command> FreedesktopWorkspace::settingsPrograms() {

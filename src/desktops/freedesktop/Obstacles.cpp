@@ -1,5 +1,7 @@
 #include "desktops/freedesktop/Obstacles.h"
 
+#include "desktops/posix/Translation.h"
+#include "desktops/posix/TranslationValues.h"
 #include "typing/InputSource.h"
 #include "words/Dict.h"
 
@@ -16,14 +18,24 @@ std::string missingLayouts() {
     names += (names.empty() ? "" : ", ") + identifier;
   }
   if (hasEnglish && hasRussian) return {};
-  const auto* missing = hasEnglish ? "no Russian" : hasRussian ? "no English" : "neither";
-  return std::string("both an English and a Russian keyboard layout are needed, and there is ") +
-         missing + " one among " + names;
+  const auto* missing =
+      hasEnglish ? posix::translatable(
+                       "both an English and a Russian keyboard layout are needed, and there is no "
+                       "Russian one among {1}")
+      : hasRussian
+          ? posix::translatable(
+                "both an English and a Russian keyboard layout are needed, and there is no English "
+                "one among {1}")
+          : posix::translatable(
+                "both an English and a Russian keyboard layout are needed, and there is neither "
+                "one "
+                "among {1}");
+  return posix::withValues(missing, {names});
 }
 
 std::string missingWordData() {
   if (Dict::en().isAvailable() && Dict::ru().isAvailable()) return {};
-  return "the word data is missing; automatic correction is off, ⌥Space works";
+  return posix::translatable("the word data is missing; automatic correction is off, ⌥Space works");
 }
 
 std::vector<std::string> obstaclesToCorrection() {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "desktops/posix/Translation.h"
+
 namespace tessarok::freedesktop {
 
 SessionContact::SessionContact(const Surroundings& surroundings, RemoteControl::Desktop desktop,
@@ -23,11 +25,13 @@ SessionContact::~SessionContact() = default;
 void SessionContact::welcome() {
   auto& settings = surroundings_.settings;
   if (settings.boolean(kWelcomedKey).value_or(false)) return;
-  notice_.offer("Tessarok corrects what you type",
-                "A word typed in the wrong layout is put right at its end: ghbdtn becomes привет.\n"
-                "Alt+Space takes a correction back; the icon's menu, or \"tessarok off\", switches "
-                "Tessarok off.",
-                [&settings] { settings.setBoolean(kWelcomedKey, true); });
+  notice_.offer(
+      posix::translated("Tessarok corrects what you type"),
+      posix::translated("A word typed in the wrong layout is put right at its end: ghbdtn becomes "
+                        "привет.\n"
+                        "Alt+Space takes a correction back; the icon's menu, or \"tessarok off\", "
+                        "switches Tessarok off."),
+      [&settings] { settings.setBoolean(kWelcomedKey, true); });
 }
 
 void SessionContact::look() {
@@ -43,9 +47,11 @@ void SessionContact::look() {
 void SessionContact::sayReplaced() {
   // Two looks may have seen it.
   if (!std::exchange(timer_, nullptr)) return;
-  const std::string news = "a new version is installed; it is used from the next start on";
-  surroundings_.log.write("Tessarok: " + news);
-  notice_.offer("Tessarok", "A new version is installed. It is used from the next start on.",
+  surroundings_.log.write(
+      "Tessarok: " +
+      posix::translated("a new version is installed; it is used from the next start on"));
+  notice_.offer("Tessarok",
+                posix::translated("A new version is installed. It is used from the next start on."),
                 nullptr);
 }
 

@@ -3,6 +3,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "desktops/posix/Translation.h"
+
 namespace tessarok::freedesktop {
 
 namespace {
@@ -13,8 +15,6 @@ constexpr const char* kLogind = "org.freedesktop.login1";
 constexpr const char* kManagerPath = "/org/freedesktop/login1";
 constexpr const char* kManager = "org.freedesktop.login1.Manager";
 constexpr const char* kSession = "org.freedesktop.login1.Session";
-
-constexpr const char* kWithoutSystemBus = "; sleep and locked sessions are not noticed";
 
 /// Desktops have screen savers of their own beside the common one.
 constexpr const char* kScreenSavers[] = {
@@ -35,12 +35,16 @@ SessionWatch::SessionWatch(Bus* system, Bus* session, const Surroundings& surrou
   auto& log = surroundings.log;
   if (system != nullptr) {
     system->onClosed = [&log](const std::string& reason) {
-      log.write("Tessarok: the system bus is lost (" + reason + ")" + kWithoutSystemBus);
+      log.write("Tessarok: " +
+                posix::translated("the system bus is lost ({1}); sleep and locked sessions are "
+                                  "not noticed",
+                                  {reason}));
     };
     watchSleep(*system);
     findSession(*system);
   } else {
-    log.write(std::string("Tessarok: there is no system bus") + kWithoutSystemBus);
+    log.write("Tessarok: " + posix::translated("there is no system bus; sleep and locked sessions "
+                                               "are not noticed"));
   }
   if (session != nullptr) watchScreenSaver(*session);
 }
@@ -76,8 +80,11 @@ void SessionWatch::findSession(Bus& system) {
 }
 
 void SessionWatch::sessionUnknown(const std::string& reason) {
-  surroundings_.log.write("Tessarok: the login manager does not tell the session (" + reason +
-                          "); a locked session is not noticed");
+  surroundings_.log.write(
+      "Tessarok: " +
+      posix::translated("the login manager does not tell the session ({1}); a locked "
+                        "session is not noticed",
+                        {reason}));
 }
 
 void SessionWatch::watchSession(Bus& system, const std::string& path) {

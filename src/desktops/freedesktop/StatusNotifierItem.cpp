@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "desktops/freedesktop/BusWriter.h"
+#include "desktops/posix/Translation.h"
 
 namespace tessarok::freedesktop {
 
@@ -89,7 +90,8 @@ struct StatusNotifierItem::Calls {
   static int iconDescription(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
                              void* userData, sd_bus_error*) noexcept {
     const auto& symbol = of(userData).symbol_;
-    return text(reply, symbol ? "Tessarok: " + std::string(symbol->description) : "Tessarok");
+    return text(reply, symbol ? "Tessarok: " + posix::translated(std::string(symbol->description))
+                              : "Tessarok");
   }
   static int noText(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
                     sd_bus_error*) noexcept {
@@ -228,7 +230,9 @@ void StatusNotifierItem::registerWithWatcher() {
 void StatusNotifierItem::sayIfNoPanel() {
   // Of a bus that is lost the bar speaks.
   if (*registered_ || !bus_.isOpen()) return;
-  log_.write("Tessarok: no panel shows status icons here; the program runs on without its icon");
+  log_.write("Tessarok: " +
+             posix::translated("no panel shows status icons here; the program runs on "
+                               "without its icon"));
 }
 
 }  // namespace tessarok::freedesktop

@@ -1,5 +1,7 @@
 #include "desktops/freedesktop/StatusSymbol.h"
 
+#include "desktops/posix/Translation.h"
+
 namespace tessarok::freedesktop {
 
 namespace {
@@ -12,10 +14,11 @@ struct Entry {
 };
 
 constexpr Entry kSymbols[] = {
-    {"keyboard.badge.ellipsis", {"tessarok-attention", "needs attention", {kAttentionCoverage}}},
-    {"pause.circle", {"tessarok-paused", "paused", {kPausedCoverage}}},
-    {"keyboard", {"tessarok-on", "on", {kOnCoverage}}},
-    {"keyboard.chevron.compact.down", {"tessarok-off", "off", {kOffCoverage}}},
+    {"keyboard.badge.ellipsis",
+     {"tessarok-attention", posix::translatable("needs attention"), {kAttentionCoverage}}},
+    {"pause.circle", {"tessarok-paused", posix::translatable("paused"), {kPausedCoverage}}},
+    {"keyboard", {"tessarok-on", posix::translatable("on"), {kOnCoverage}}},
+    {"keyboard.chevron.compact.down", {"tessarok-off", posix::translatable("off"), {kOffCoverage}}},
 };
 
 static_assert([] {

@@ -21,6 +21,7 @@
 #include "desktops/posix/PagesAtHand.h"
 #include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/PersonsFolders.h"
+#include "desktops/posix/Translation.h"
 #include "desktops/posix/WriteSignals.h"
 
 namespace tessarok::posix {
@@ -70,8 +71,8 @@ FileDescriptor openRegularFile(const fs::path& file, int flags) {
 }
 
 std::string readErrorText(int number) {
-  if (number == EINVAL) return "not a regular file";
-  if (number == EFBIG) return "the file is larger than 1 GiB";
+  if (number == EINVAL) return translated("not a regular file");
+  if (number == EFBIG) return translated("the file is larger than 1 GiB");
   return errorText(number);
 }
 

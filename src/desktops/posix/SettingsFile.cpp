@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "desktops/posix/PersonsEnvironment.h"
+#include "desktops/posix/Translation.h"
 
 namespace tessarok::posix {
 
@@ -26,7 +27,9 @@ bool isText(std::string_view key) {
 /// Throws `std::exception` saying what is wrong with the text, and where.
 SettingsFile::Values SettingsFile::parse(const std::string& text) {
   const auto object = nlohmann::json::parse(text);
-  if (!object.is_object()) throw std::runtime_error("the file holds no JSON object");
+  if (!object.is_object()) {
+    throw std::runtime_error(translated("the file holds no JSON object"));
+  }
   Values values;
   for (const auto& [key, value] : object.items()) {
     if (value.is_boolean() && !isText(key)) {
@@ -34,8 +37,9 @@ SettingsFile::Values SettingsFile::parse(const std::string& text) {
     } else if (value.is_string() && isText(key)) {
       values.emplace(key, value.get<std::string>());
     } else {
-      throw std::runtime_error("\"" + key + "\" is " +
-                               (isText(key) ? "no text" : "neither true nor false"));
+      throw std::runtime_error(isText(key)
+                                   ? translated("\"{1}\" is no text", {key})
+                                   : translated("\"{1}\" is neither true nor false", {key}));
     }
   }
   return values;
@@ -127,7 +131,8 @@ std::optional<SettingsFile::Values> SettingsFile::readFile() {
     return parse(*text);
   } catch (const std::exception& fault) {
     isUnusable_ = true;
-    report("could not read settings " + file_.string() + ": " + withoutNumber(fault.what()));
+    report(translated("could not read settings {1}: {2}; changes last until the program ends",
+                      {file_.string(), withoutNumber(fault.what())}));
     return std::nullopt;
   }
 }
@@ -149,7 +154,8 @@ void SettingsFile::save() {
   }
   const auto failure = write(*read);
   if (!failure) return;
-  report("could not save settings " + file_.string() + ": " + failure.reason());
+  report(translated("could not save settings {1}: {2}; changes last until the program ends",
+                    {file_.string(), failure.reason()}));
   const std::lock_guard lock(mutex_);
   // What has been changed again meanwhile is newer.
   unsaved_.merge(saved);
@@ -166,7 +172,7 @@ platform::Failure SettingsFile::write(const Values& values) {
 
 void SettingsFile::report(const std::string& problem) {
   if (isReported_.exchange(true)) return;
-  log_.write("Tessarok: " + problem + "; changes last until the program ends");
+  log_.write("Tessarok: " + problem);
 }
 
 }  // namespace tessarok::posix

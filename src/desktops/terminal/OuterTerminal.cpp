@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "desktops/posix/DescriptorWait.h"
+#include "desktops/posix/Translation.h"
 
 namespace tessarok::terminal {
 
@@ -45,7 +46,7 @@ void waitForForeground() {
 OuterTerminal::OuterTerminal() : output_(openOutput()) {
   waitForForeground();
   if (::tcgetattr(input(), &settings_) != 0) {
-    throw std::system_error(errno, std::generic_category(), "standard input");
+    throw std::system_error(errno, std::generic_category(), posix::translated("standard input"));
   }
 }
 

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "desktops/posix/Pipe.h"
+#include "desktops/posix/Translation.h"
 #include "desktops/posix/WriteSignals.h"
 
 namespace tessarok::terminal {
@@ -32,7 +33,9 @@ Pty::Failure failureOf(const std::string& what, int error, int exitStatus) {
 
 Pty::Failure failureToRun(const std::string& program, int error) {
   const bool isPath = program.find('/') != std::string::npos;
-  if (error == ENOENT && !isPath) return {program + ": command not found", kNotFound};
+  if (error == ENOENT && !isPath) {
+    return {posix::translated("{1}: command not found", {program}), kNotFound};
+  }
   return failureOf(program, error, error == ENOENT ? kNotFound : kNotExecutable);
 }
 

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include "desktops/posix/Translation.h"
+
 namespace tessarok::terminal {
 
 void TerminalLog::write(std::string_view message) {
@@ -26,7 +28,8 @@ void TerminalLog::release() {
     log_.write(message);
   waiting_.clear();
   if (dropped_ > 0) {
-    log_.write("Tessarok: " + std::to_string(dropped_) + " more messages are not shown");
+    log_.write("Tessarok: " +
+               posix::translated("messages that are not shown: {1}", {std::to_string(dropped_)}));
   }
   dropped_ = 0;
 }

@@ -26,6 +26,11 @@ constexpr std::size_t kPasteSize = 256;
 /// Bytes that hardly come together when typed; perhaps more of a paste follows at once.
 constexpr std::size_t kTypedSize = 32;
 constexpr int kPasteGapMilliseconds = 10;
+/// The same for programs that have not asked for brackets, which a terminal would put around a
+/// paste else: three seconds of the fastest typing. Keys that had to wait may come together as
+/// well; so long ago, in seconds, must they have been read last without a wait.
+constexpr std::size_t kShortPasteSize = 64;
+constexpr double kWaitMemory = 5;
 /// Seconds in which the next part of a large paste comes.
 constexpr double kBurstGap = 0.1;
 /// Seconds between a program's leaving of its terminal and its end.
@@ -168,9 +173,15 @@ void TerminalSession::readInput() {
     if (more == 0) break;
     count += more;
   }
-  isBurst_ = count >= kPasteSize || (continues && count > 0);
+  isBurst_ = isPaste(count) || (continues && count > 0);
   decoder_.setBurst(isBurst_);
   serveInput();
+}
+
+bool TerminalSession::isPaste(std::size_t count) const {
+  if (count >= kPasteSize) return true;
+  if (count < kShortPasteSize || output_.wantsBrackets()) return false;
+  return !waitedAt_ || desktop_.clock().uptime() - *waitedAt_ > kWaitMemory;
 }
 
 std::size_t TerminalSession::readMore() {
@@ -192,6 +203,7 @@ void TerminalSession::serveInput() {
     flushToProgram();
   }
   flushScreen();
+  if (held_ || !isDrained_) waitedAt_ = desktop_.clock().uptime();
   if (!isDrained_) return;
   burstUntil_ = desktop_.clock().uptime() + kBurstGap;
   if (decoder_.isWaiting()) waitForRest();

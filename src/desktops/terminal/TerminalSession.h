@@ -22,8 +22,8 @@ namespace tessarok::terminal {
 /// them ends. Memory is bounded: keys are not read while the program does not read, and its output
 /// is not read while the terminal takes none. Main thread.
 ///
-/// A paste is known by its brackets or, where the program has not asked for them, by its size: no
-/// person types hundreds of bytes at once. Either way it passes as it is.
+/// A paste is known by its brackets or by its size: no person types hundreds of bytes at once, nor
+/// dozens where a terminal was not asked for brackets. Either way it passes as it is.
 class TerminalSession final {
  public:
   /// All outlive this object.
@@ -48,6 +48,8 @@ class TerminalSession final {
   void tidyScreen();
 
   void readInput();
+  /// Whether so many bytes at once are a paste.
+  [[nodiscard]] bool isPaste(std::size_t count) const;
   /// The bytes that came; 0 when the terminal has gone.
   [[nodiscard]] std::size_t readMore();
   void serveInput();
@@ -90,6 +92,8 @@ class TerminalSession final {
   /// A large paste is coming in; until then, seconds of uptime, more is part of it.
   bool isBurst_ = false;
   double burstUntil_ = 0;
+  /// When keys had to wait last, seconds of uptime; absent for never.
+  std::optional<double> waitedAt_;
   /// Nothing more will come from the program.
   bool isProgramGone_ = false;
   std::optional<int> exitStatus_;

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <utility>
 
+#include "desktops/posix/Translation.h"
+#include "desktops/posix/TranslationValues.h"
 #include "desktops/x11/DeviceKeys.h"
 
 namespace tessarok::x11 {
@@ -126,13 +128,15 @@ platform::Failure Keyboards::hold() {
   // One that another program holds is attached to nothing, and cannot be told from one that a
   // person has taken out of use.
   if (keyboards_.empty())
-    return platform::Failure("there is no keyboard that another program does not hold");
+    return platform::Failure(
+        posix::translatable("there is no keyboard that another program does not hold"));
   isHolding_ = true;
   for (auto& keyboard : keyboards_) {
     if (keyboard.isHeld || hold(keyboard)) continue;
     letGo();
-    return platform::Failure("another program holds the keyboard \"" + nameOf(keyboard.device) +
-                             "\"");
+    return platform::Failure(
+        posix::withValues(posix::translatable("another program holds the keyboard \"{1}\""),
+                          {nameOf(keyboard.device)}));
   }
   silenceSyntheticRepeats();
   return platform::Failure::none();

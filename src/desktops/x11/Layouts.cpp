@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "desktops/posix/Translation.h"
+
 namespace tessarok::x11 {
 
 /// A group of one keymap.
@@ -37,8 +39,9 @@ Layouts::Layouts(XConnection& connection)
   XkbSelectEventDetails(display, XkbUseCoreKbd, XkbStateNotify, kState, kState);
   keymap_ = Keymap::read(connection_);
   if (!keymap_) {
-    throw std::runtime_error(connection_.isLost() ? "the X server has gone"
-                                                  : "the X server does not tell its keymap");
+    throw std::runtime_error(connection_.isLost()
+                                 ? posix::translated("the X server has gone")
+                                 : posix::translated("the X server does not tell its keymap"));
   }
   announced_ = current();
 }

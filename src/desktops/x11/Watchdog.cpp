@@ -15,12 +15,15 @@
 #include <unistd.h>
 #include <utility>
 
+#include "desktops/posix/Translation.h"
 #include "desktops/posix/WriteSignals.h"
 #include "desktops/x11/DeviceKeys.h"
 
 namespace tessarok::x11 {
 
 namespace {
+
+using posix::translated;
 
 /// After the alarm, so many looks with so many seconds between find no sign of life before the
 /// worker is lost. Several short waits instead of a long one: on a machine that is only slow the
@@ -180,17 +183,19 @@ void Watchdog::endWorker() {
 
 void Watchdog::reportEnd() const {
   if (wasEnded_ && !isStarted_) {
-    return say("not ready after " + std::to_string(kStartPatience) +
-               " seconds; the X server does not seem to answer");
+    return say(translated("not ready after {1} seconds; the X server does not seem to answer",
+                          {std::to_string(kStartPatience)}));
   }
-  if (wasEnded_) return say("the program did not answer and was ended; the keyboards are free");
+  if (wasEnded_) {
+    return say(translated("the program did not answer and was ended; the keyboards are free"));
+  }
   if (!WIFSIGNALED(end_)) return;
   const int signal = WTERMSIG(end_);
   const bool wasAsked =
       signal == SIGTERM || signal == SIGINT || signal == SIGHUP || signal == SIGQUIT;
   if (wasAsked) return;
-  say("the program was ended by signal " + std::to_string(signal) + " (" + ::strsignal(signal) +
-      "); the keyboards are free");
+  say(translated("the program was ended by signal {1} ({2}); the keyboards are free",
+                 {std::to_string(signal), ::strsignal(signal)}));
 }
 
 void Watchdog::releaseKeys() {

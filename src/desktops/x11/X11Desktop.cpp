@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "desktops/posix/Translation.h"
 #include "desktops/xkb/KeySetting.h"
 
 namespace tessarok::x11 {
@@ -94,7 +95,7 @@ void X11Desktop::connect() {
 }
 
 void X11Desktop::serverLost() {
-  systemLog_.write("Tessarok: the X server has gone");
+  systemLog_.write("Tessarok: " + posix::translated("the X server has gone"));
   runLoop_.stop();
 }
 
@@ -117,7 +118,8 @@ void X11Desktop::keyboardsHeld(bool held) {
 
 void X11Desktop::watchdogEnded() {
   eventTaps_->close();
-  report("the watchdog process has ended, so the keyboards are not held any more");
+  report(posix::translatable(
+      "the watchdog process has ended, so the keyboards are not held any more"));
   runLoop_.stop();
 }
 
@@ -125,7 +127,7 @@ void X11Desktop::report(const std::string& problem) {
   // Without a server everything fails.
   if (connection_->isLost()) return;
   if (std::exchange(reported_, problem) == problem) return;
-  systemLog_.write("Tessarok: " + problem);
+  systemLog_.write("Tessarok: " + posix::translatedSentence(problem));
 }
 
 void X11Desktop::keymapChanged() {

@@ -10,6 +10,9 @@
 #include <string_view>
 #include <utility>
 
+#include "desktops/posix/Translation.h"
+#include "desktops/posix/TranslationValues.h"
+
 namespace tessarok::x11 {
 
 namespace {
@@ -81,7 +84,8 @@ std::variant<std::unique_ptr<XConnection>, std::string> XConnection::open(End se
   auto* display = XOpenDisplay(nullptr);
   if (display == nullptr) {
     const char* name = std::getenv("DISPLAY");
-    return "cannot open the display \"" + std::string(name == nullptr ? "" : name) + "\"";
+    return posix::withValues(posix::translatable("cannot open the display \"{1}\""),
+                             {name == nullptr ? "" : name});
   }
   std::unique_ptr<XConnection> connection(new XConnection(display));
   if (auto missing = connection->prepare(); !missing.empty()) return missing;
@@ -117,25 +121,26 @@ std::string XConnection::prepare() {
   int event = 0;
   int error = 0;
   if (XQueryExtension(display_, "XInputExtension", &inputOpcode_, &event, &error) == 0) {
-    return "the X server has no XInput extension";
+    return posix::translatable("the X server has no XInput extension");
   }
   int major = 2;
   int minor = 2;
   if (XIQueryVersion(display_, &major, &minor) != Success || major < 2) {
-    return "the X server has no XInput 2";
+    return posix::translatable("the X server has no XInput 2");
   }
   int opcode = 0;
   if (XTestQueryExtension(display_, &event, &error, &major, &minor) == 0) {
-    return "the X server has no XTEST extension";
+    return posix::translatable("the X server has no XTEST extension");
   }
   int xkbMajor = XkbMajorVersion;
   int xkbMinor = XkbMinorVersion;
   if (XkbQueryExtension(display_, &opcode, &xkbEvent_, &error, &xkbMajor, &xkbMinor) == 0) {
-    return "the X server has no XKB extension";
+    return posix::translatable("the X server has no XKB extension");
   }
   if (isInsideWayland(display_)) {
-    return "this display is part of a Wayland session, in which an X11 program sees only the keys "
-           "of X11 windows";
+    return posix::translatable(
+        "this display is part of a Wayland session, in which an X11 program sees only the keys "
+        "of X11 windows");
   }
   // Keys must go on while another program holds the server.
   XTestGrabControl(display_, True);

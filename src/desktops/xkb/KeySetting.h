@@ -3,6 +3,7 @@
 #include <string>
 
 #include "desktops/posix/SettingsFile.h"
+#include "desktops/posix/Translation.h"
 #include "platform/SystemLog.h"
 
 namespace tessarok::xkb {
@@ -14,8 +15,8 @@ template <typename Key>
   const auto value = settings.string(Key::kSetting);
   if (!value) return {};
   if (const auto key = Key::named(*value)) return *key;
-  log.write(std::string("Tessarok: the setting \"") + Key::kSetting + "\" is \"" + *value +
-            "\", which is none of " + Key::kValues);
+  log.write("Tessarok: " + posix::translated("the setting \"{1}\" is \"{2}\", which is none of {3}",
+                                             {Key::kSetting, *value, Key::kValues}));
   return {};
 }
 

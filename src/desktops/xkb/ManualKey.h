@@ -9,7 +9,7 @@ namespace tessarok::xkb {
 struct ManualKey {
   /// The setting that chooses them.
   static constexpr const char* kSetting = "manualKey";
-  static constexpr const char* kValues = "\"both\", \"alt-space\" and \"pause\"";
+  static constexpr const char* kValues = "\"both\", \"alt-space\", \"pause\"";
 
   bool altSpace = true;
   bool pause = true;

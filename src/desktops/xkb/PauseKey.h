@@ -14,7 +14,7 @@ class PauseKey {
  public:
   /// The setting that chooses it.
   static constexpr const char* kSetting = "pauseKey";
-  static constexpr const char* kValues = "\"grave\", \"english-only\", \"section\" and \"none\"";
+  static constexpr const char* kValues = "\"grave\", \"english-only\", \"section\", \"none\"";
 
   enum class Choice {
     /// The grave accent's key and the one beside the left Shift, in every layout.

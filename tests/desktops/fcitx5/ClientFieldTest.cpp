@@ -116,6 +116,12 @@ TEST(ClientField, SeesThatACorrectionTookMoreThanItShould) {
   static_cast<void>(field.reported("да пр", false, 1.1));
   EXPECT_FALSE(field.isDamaged());
   static_cast<void>(field.reported("да прhello ", false, 1.1));
+  field.typed("wo", text(1.2));
+  static_cast<void>(field.reported("да прhello w", false, 1.3));
+  // The same again is no news.
+  static_cast<void>(field.reported("да прhello w", false, 1.3));
+  EXPECT_FALSE(field.isDamaged());
+  static_cast<void>(field.reported("да прhello wo", false, 1.4));
   EXPECT_TRUE(field.isDamaged());
   field.reset();
   EXPECT_FALSE(field.isDamaged());

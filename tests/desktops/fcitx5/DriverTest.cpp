@@ -157,6 +157,24 @@ TEST(Fcitx5Client, OneThatTakesBytesForCharactersLosesNothingOnWayland) {
             "");
 }
 
+TEST(Fcitx5Client, CapitalsStayCapitalsWhereShiftIsReadLate) {
+  const FcitxHome home({"keyboard-us", "keyboard-ru"});
+  const json client = {
+      {"reports", "all"}, {"readsShiftLate", true}, {"frontend", "wayland"}, {"keyDelay", 10}};
+  EXPECT_EQ(
+      driveFcitx(home, {{"client", client},
+                        {"steps", {types("Hello World Ghbdtn Vbh ", "Hello World Привет Мир ")}}}),
+      "");
+}
+
+TEST(Fcitx5Client, OneThatResetsAtEveryLetterIsCorrected) {
+  const FcitxHome home({"keyboard-us", "keyboard-ru"});
+  const json client = {{"reports", "all"}, {"resetsAlways", true}, {"keyDelay", 5}};
+  EXPECT_EQ(driveFcitx(home, {{"client", client},
+                              {"steps", {types("lf ghbdtn hello ", "да привет hello ")}}}),
+            "");
+}
+
 TEST(Fcitx5Client, AFieldThatACorrectionDamagesIsLeftAlone) {
   const FcitxHome home({"keyboard-us", "keyboard-ru"});
   const json client = {{"reports", "all"}, {"deletesBytes", true}};

@@ -84,6 +84,29 @@ TEST(Paste, AProgramThatReadsLateHoldsThePasteUpAndLosesNothing) {
   expectSame(contentOf(user.home() / "pasted"), bytes);
 }
 
+TEST(Paste, AShortOneWithoutBracketsStaysAsItIs) {
+  UserAtTerminal user({"sh", "-c",
+                       "printf started; read -r line; echo \"got: $line\"; sleep 0.2; printf next; "
+                       "cat"});
+  ASSERT_TRUE(user.sees("started"));
+  const std::string pasted =
+      "ghbdtn vbh ghbdtn vbh ghbdtn vbh ghbdtn vbh ghbdtn vbh ghbdtn vbh ghbdtn vbh";
+  user.type(pasted + "\r");
+  EXPECT_TRUE(user.sees("got: " + pasted + "\r\n")) << user.screen();
+  ASSERT_TRUE(user.sees("next"));
+  user.type("ghbdtn vbh\r");
+  EXPECT_TRUE(user.sees("привет мир\r\n")) << user.screen();
+}
+
+TEST(Paste, WhatATerminalWouldPutInBracketsWasTyped) {
+  UserAtTerminal user({"sh", "-c", "printf '\\033[?2004hstarted'; cat"});
+  ASSERT_TRUE(user.sees("started"));
+  const std::string typed =
+      "hello world, hello world, hello world, hello world, hello world, hello world, ghbdtn ";
+  user.type(typed + "\r");
+  EXPECT_TRUE(user.sees("hello world, привет \r\n")) << user.screen();
+}
+
 TEST(Paste, AWordTypedBehindAPasteIsPartOfIt) {
   UserAtTerminal user({"sh", "-c", "printf started; cat"});
   ASSERT_TRUE(user.sees("started"));

@@ -3,7 +3,7 @@
 //
 // TESSAROK_DRIVER_SCRIPT names the script, a JSON object:
 //   "client": {"reports": "nothing" | "empty" | "all", "keyDelay": ms, "resets", "ordersEvents",
-//     "deletesBytes", "frontend": a name}
+//     "resetsAlways", "deletesBytes", "readsShiftLate", "frontend": a name}
 //   "steps": a list of objects with one action each, and what must be there in the end of it:
 //     "text", "caret", "source" (the input method) and "page" (the corrector's configuration). A
 //     step lasts until it is.
@@ -51,8 +51,10 @@ TextClient::Habits habitsOf(const json& client) {
   if (reports == "all") habits.reports = Reports::all;
   habits.keyDelay = client.value("keyDelay", 0u);
   habits.deletesBytes = client.value("deletesBytes", false);
+  habits.readsShiftLate = client.value("readsShiftLate", false);
   habits.frontend = client.value("frontend", habits.frontend);
   habits.resets = client.value("resets", false);
+  habits.resetsAlways = client.value("resetsAlways", false);
   habits.ordersEvents = client.value("ordersEvents", false);
   return habits;
 }

@@ -42,6 +42,15 @@ VirtualEvent eventOf(const TextClient::Stroke& stroke) {
   return event;
 }
 
+/// As if Shift had not been pressed; of letters.
+TextClient::Stroke withoutShift(TextClient::Stroke stroke) {
+  stroke.states = stroke.states.unset(KeyState::Shift);
+  const bool isCapital = stroke.symbol >= FcitxKey_A && stroke.symbol <= FcitxKey_Z;
+  if (isCapital)
+    stroke.symbol = static_cast<fcitx::KeySym>(stroke.symbol + FcitxKey_a - FcitxKey_A);
+  return stroke;
+}
+
 /// A key that does something to the text other than adding to it.
 bool isEditing(const VirtualEvent& event) {
   return event.payload.empty() && event.modifiers == 0 && event.code != xkb::hardwareKeys::kNoKey;
@@ -83,6 +92,7 @@ bool TextClient::keyEventOf(const Stroke& stroke, bool isRelease) {
 }
 
 void TextClient::press(const Stroke& stroke) {
+  states_ = stroke.states;
   if (!keyEventOf(stroke, false)) enqueue(stroke);
 }
 
@@ -151,8 +161,11 @@ void TextClient::serveQueue() {
 }
 
 void TextClient::handle(const Stroke& stroke) {
-  const auto event = eventOf(stroke);
+  const bool losesShift = habits_.readsShiftLate && stroke.states.test(KeyState::Shift) &&
+                          !states_.test(KeyState::Shift);
+  const auto event = eventOf(losesShift ? withoutShift(stroke) : stroke);
   field_.keyDown(event);
+  if (habits_.resetsAlways) reset();
   report();
   if (habits_.resets && isEditing(event)) reset();
 }

@@ -30,10 +30,15 @@ class TextClient final : public fcitx::InputContext {
     /// Takes the numbers of bytes in what it is asked to delete for numbers of characters, as GTK
     /// 4.8 does on Wayland.
     bool deletesBytes = false;
+    /// A key that was handed back counts with the Shift of the moment in which its turn comes, as
+    /// KWin has it.
+    bool readsShiftLate = false;
     /// Fcitx's part that the program speaks with.
     std::string frontend = "tessarok-driver";
     /// Resets its input method at Backspace, Return and the like.
     bool resets = false;
+    /// And whenever its text has changed.
+    bool resetsAlways = false;
     /// Sends on what it hears from Fcitx during a key event only behind that event.
     bool ordersEvents = false;
   };
@@ -81,6 +86,8 @@ class TextClient final : public fcitx::InputContext {
   /// When the queue is to be served, microseconds.
   std::uint64_t due_ = 0;
   std::unique_ptr<fcitx::EventSourceTime> timer_;
+  /// The modifiers with which the last key was pressed.
+  fcitx::KeyStates states_;
   int time_ = 0;
 };
 

@@ -1,0 +1,247 @@
+#include "commands/ReportCommand.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <sys/utsname.h>
+#include <vector>
+
+#include "commands/CommandError.h"
+#include "commands/DecisionCounts.h"
+#include "commands/DesktopControl.h"
+#include "commands/TerminalControl.h"
+#include "desktops/posix/NewFile.h"
+#include "desktops/posix/PersonsEnvironment.h"
+#include "desktops/posix/SettingsFile.h"
+#include "desktops/posix/Translation.h"
+#include "desktops/terminal/TerminalDesktop.h"
+#include "platform/Desktop.h"
+#include "words/BuiltinPacks.h"
+#include "words/Dict.h"
+#include "words/LearnedFiles.h"
+#include "words/ResourceLocator.h"
+#include "words/UserDict.h"
+#include "words/WordList.h"
+
+namespace tessarok::commands {
+
+namespace {
+
+using posix::personsVariable;
+using posix::translated;
+
+constexpr const char* kUsualFile = "tessarok-report.txt";
+
+/// A setting that is a text, and what it may be. Anything else that a file holds is not told.
+struct Choice {
+  const char* key;
+  std::vector<std::string_view> values;
+};
+
+const std::vector<Choice>& choices() {
+  static const std::vector<Choice> all{
+      {"manualKey", {"both", "alt-space", "pause"}},
+      {"pauseKey", {"grave", "english-only", "section", "none"}},
+      {"layoutKey", {"control-space", "none"}},
+      {"layoutCursor", {"on", "off"}},
+      {"layoutTitle", {"on", "off"}},
+  };
+  return all;
+}
+
+/// One value for programs: no line of it may look like another entry.
+std::string oneLine(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char byte) { return byte < ' '; }, ' ');
+  return text;
+}
+
+class Report {
+ public:
+  void section(std::string_view title) { text_ << '\n' << title << ":\n"; }
+  template <typename Value>
+  void entry(std::string_view name, const Value& value) {
+    std::ostringstream spelled;
+    spelled << value;
+    text_ << "  " << name << ": " << oneLine(spelled.str()) << '\n';
+  }
+  [[nodiscard]] std::string text() const { return "Tessarok report\n" + text_.str(); }
+
+ private:
+  std::ostringstream text_;
+};
+
+/// The name that a distribution gives itself; empty where there is none.
+std::string distribution() {
+  std::ifstream file("/etc/os-release");
+  constexpr std::string_view kName = "PRETTY_NAME=";
+  for (std::string line; std::getline(file, line);) {
+    if (!line.starts_with(kName)) continue;
+    line.erase(0, kName.size());
+    std::erase(line, '"');
+    return line;
+  }
+  return {};
+}
+
+void addSystem(Report& report) {
+  report.section("versions");
+  report.entry("tessarok", TESSAROK_VERSION);
+  // Not the name of the machine.
+  utsname system{};
+  if (::uname(&system) == 0) {
+    report.entry("system",
+                 std::string(system.sysname) + " " + system.release + " " + system.machine);
+  }
+  if (const auto name = distribution(); !name.empty()) report.entry("distribution", name);
+}
+
+void addSession(Report& report) {
+  report.section("session");
+  for (const auto* name :
+       {"XDG_SESSION_TYPE", "XDG_CURRENT_DESKTOP", "TERM", "LC_ALL", "LC_CTYPE", "LC_MESSAGES",
+        "LANG", "LANGUAGE", "GTK_IM_MODULE", "QT_IM_MODULE", "XMODIFIERS"}) {
+    if (const auto value = personsVariable(name)) report.entry(name, *value);
+  }
+  // What these hold names a machine, a folder or a person.
+  for (const auto* name : {"DISPLAY", "WAYLAND_DISPLAY", "SSH_TTY", "TESSAROK_TERMINAL",
+                           "TESSAROK_RES", "TESSAROK_DEBUG", "XDG_DATA_HOME", "XDG_CONFIG_HOME"}) {
+    report.entry(name, personsVariable(name).value_or("").empty() ? "not set" : "set");
+  }
+}
+
+std::string joined(const std::vector<std::string>& texts) {
+  std::string all;
+  for (const auto& text : texts)
+    all += (all.empty() ? "" : ", ") + text;
+  return all;
+}
+
+void addCorrection(Report& report) {
+  report.section("correction");
+  if (const auto desktop = askDesktop()) {
+    report.entry("desktop", desktop->desktop + " " + desktop->version);
+    report.entry("state", desktop->correction);
+    report.entry("layout", desktop->layout);
+    report.entry("layouts", joined(desktop->layouts));
+    for (const auto& obstacle : desktop->obstacles)
+      report.entry("obstacle", obstacle);
+  } else {
+    report.entry("desktop", "none answers");
+  }
+  if (const auto terminal = askTerminal("status")) {
+    report.entry("terminal", terminal->isOn ? "on" : "off");
+    report.entry("terminal's layout", terminal->layout == Language::russian ? "ru" : "en");
+  } else {
+    report.entry("terminal", "not corrected");
+  }
+}
+
+std::string valueOf(const Choice& choice, const std::optional<std::string>& value) {
+  if (!value) return "not set";
+  const bool isKnown =
+      std::find(choice.values.begin(), choice.values.end(), *value) != choice.values.end();
+  return isKnown ? *value : "an unknown value";
+}
+
+std::string valueOf(const std::optional<bool>& value) {
+  if (!value) return "not set";
+  return *value ? "true" : "false";
+}
+
+void addSettings(Report& report, posix::SettingsFile& settings) {
+  report.section("settings");
+  for (const auto& choice : choices())
+    report.entry(choice.key, valueOf(choice, settings.string(choice.key)));
+  report.entry("shiftLagFix", valueOf(settings.boolean("shiftLagFix")));
+  report.entry("welcomed", valueOf(settings.boolean("welcomed")));
+  for (const auto& pack : BuiltinPacks::all()) {
+    const auto key = BuiltinPacks::defaultsKey(pack);
+    report.entry(key, valueOf(settings.boolean(key)));
+  }
+}
+
+/// How many words a list of the person's holds, or why that cannot be told.
+std::string sizeOf(platform::Files& files, const std::filesystem::path& file) {
+  if (!files.exists(file)) return "no file";
+  std::string error;
+  const auto text = files.read(file, &error);
+  return text ? std::to_string(WordList::parse(*text).size()) : error;
+}
+
+void addWords(Report& report, platform::Files& files) {
+  report.section("words");
+  report.entry("English dictionary", Dict::en().isAvailable() ? "there" : "missing");
+  report.entry("Russian dictionary", Dict::ru().isAvailable() ? "there" : "missing");
+  report.entry("own dictionary", sizeOf(files, UserDict::fileURL()));
+  LearnedFiles learned;
+  learned.load(LearnedFiles::Recovery::inMemory);
+  report.entry("never corrected", learned.lists().words().size());
+  std::size_t once = 0;
+  std::size_t twice = 0;
+  for (const auto& [word, rejections] : learned.lists().counts()) {
+    once += rejections == 1 ? 1 : 0;
+    twice += rejections == 2 ? 1 : 0;
+  }
+  report.entry("taken back once", once);
+  report.entry("taken back twice", twice);
+}
+
+void addDecisions(Report& report, platform::Files& files) {
+  report.section("decisions");
+  const auto named = personsVariable("TESSAROK_DEBUG_PATH");
+  const auto log = named ? std::filesystem::path(*named) : files.homeDirectory() / "tessarok.log";
+  if (!files.exists(log)) {
+    return report.entry("log",
+                        "none; TESSAROK_DEBUG=1 in the program's environment has one written");
+  }
+  std::string error;
+  const auto text = files.read(log, &error);
+  if (!text) return report.entry("log", error);
+  const auto counts = decisionCounts(*text);
+  report.entry("log", counts.empty() ? "empty" : "there");
+  for (const auto& [kind, count] : counts)
+    report.entry(kind, count);
+}
+
+std::string makeReport(const Options& options) {
+  Report report;
+  addSystem(report);
+  addSession(report);
+  addCorrection(report);
+  terminal::TerminalDesktop desktop(options.resources);
+  platform::setDesktop(desktop);
+  auto& files = desktop.files();
+  posix::SettingsFile settings(posix::SettingsFile::locationFor(files.homeDirectory()), files,
+                               desktop.systemLog());
+  addSettings(report, settings);
+  addWords(report, files);
+  addDecisions(report, files);
+  return report.text();
+}
+
+}  // namespace
+
+int runReport(const Options& options, const std::optional<std::filesystem::path>& file) {
+  const auto text = makeReport(options);
+  if (file && *file == "-") {
+    std::cout << text;
+    return 0;
+  }
+  const auto target = file.value_or(kUsualFile);
+  if (const auto failure = posix::writeNewFile(target, text)) {
+    throw CommandError(translated("cannot write {1}: {2}", {target.string(), failure.reason()}));
+  }
+  std::cout
+      << translated(
+             "{1} holds versions, layouts, settings, and numbers of words and of decisions; no "
+             "text that was typed and no word of a list. Read it before you send it.",
+             {target.string()})
+      << '\n';
+  return 0;
+}
+
+}  // namespace tessarok::commands
