@@ -11,7 +11,7 @@ THOROUGH_TESTS := ^(Crash|LockRace|Property)\.|^(Text\.ShortCuts.*|UserDict\.AHu
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test test-apps test-desktops test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app page page-files test-page bench-page install clean mutate mutate-macos faults soak recordings
+.PHONY: help run build data test packages check-reproducible test-packages release test-apps test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app page page-files test-page bench-page install clean mutate mutate-macos faults soak test-desktops recordings
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -177,6 +177,24 @@ test-page: page-files build ## Type into the page in Chromium and Firefox (insta
 bench-page: page-files build ## Measure the page in both browsers, beside the program: build/page.json
 	@scripts/install-packages test-page
 	@tests/desktops/web/check-page build/page $(BUILD)/tessarok Resources - --figures build/page.json
+
+packages: data ## Make the packages for Linux and look at them: build/packages/
+	@scripts/install-packages packages
+	@packaging/linux/make-packages build/packages build/sysroot
+	@packaging/linux/check-packages build/packages
+
+check-reproducible: packages ## Make the packages once more elsewhere and compare the bytes
+	@scripts/install-packages check-reproducible
+	@packaging/linux/check-reproducible build/packages build/sysroot
+
+test-packages: packages ## Install, upgrade, use and purge the packages in a clean Debian (as root)
+	@scripts/install-packages test-packages
+	@packaging/linux/test-packages build/packages build/systems
+
+release: ## Make what is offered for download, of a clean checkout: build/release-VERSION/; TAG=v1.2.3 checks it
+	@packaging/linux/make-release --check
+	@$(MAKE) --no-print-directory packages
+	@packaging/linux/make-release build/packages "build/release-$$(packaging/linux/version)" $(TAG)
 
 install: build data ## Install under DESTDIR and the configured prefix
 	@cmake --install $(BUILD)

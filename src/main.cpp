@@ -312,12 +312,16 @@ class CommandLine {
     auto* x11 = app_.add_subcommand(
         "x11",
         translated("correct in every application of the display; the default where there is one"));
+    x11->add_flag(
+        "--autostart", isAutostart_,
+        translated("as a session starts it: end without a word where there is nothing to correct"));
     x11->callback([this] { command_ = [this] { return runX11(); }; });
 #endif
   }
 
 #ifdef TESSAROK_HAS_X11
   int runX11() {
+    if (isAutostart_) return runDesktopOfSession(options_);
     if (!hasDisplay()) throw CommandError(translated("there is no X11 display"));
     return tessarok::commands::runDesktop(options_).value_or(kUsageError);
   }
@@ -342,6 +346,7 @@ class CommandLine {
   Options options_;
   std::function<int()> command_;
   bool noLists_ = false;
+  bool isAutostart_ = false;
   std::string from_;
   std::vector<std::string> words_;
   ExplainOptions explain_;

@@ -15,15 +15,20 @@
 #include <vector>
 
 #include "app/Corrector.h"
+#include "commands/SessionStart.h"
 #include "desktops/freedesktop/DesktopServices.h"
 #include "desktops/freedesktop/Obstacles.h"
 #include "desktops/freedesktop/SessionContact.h"
+#include "desktops/posix/PosixFiles.h"
+#include "desktops/posix/ProcessApplication.h"
+#include "desktops/posix/ProcessEnvironment.h"
 #include "desktops/posix/Processes.h"
 #include "desktops/posix/SignalPipe.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/x11/Watchdog.h"
 #include "desktops/x11/X11Desktop.h"
 #include "desktops/x11/XConnection.h"
+#include "words/FolderLock.h"
 
 namespace tessarok::commands {
 
@@ -62,12 +67,6 @@ void sayWhatIsMissing() {
   }
 }
 
-/// On Wayland the X server sees only the keys of its own programs.
-bool isWaylandSession(platform::Environment& environment) {
-  return environment.variable("WAYLAND_DISPLAY").value_or("") != "" ||
-         environment.variable("XDG_SESSION_TYPE").value_or("") == "wayland";
-}
-
 std::vector<std::string> obstacles(X11Desktop& desktop, freedesktop::DesktopServices& services,
                                    const AppDelegate& delegate) {
   auto all = freedesktop::obstaclesToCorrection();
@@ -86,10 +85,7 @@ int correctUntilStopped(X11Desktop& desktop, freedesktop::DesktopServices& servi
   Corrector corrector(AppDelegate::Instances::onlyOne, AppDelegate::Keys::passBy);
   corrector.launch();
   if (desktop.isServerLost()) return kNoDesktop;
-  if (loop.isStopped()) {
-    say(posix::translated("not started; is it running already?"));
-    return kNotStarted;
-  }
+  if (loop.isStopped()) return kNotStarted;
   sayWhatIsMissing();
   auto& delegate = corrector.delegate();
   const freedesktop::SessionContact contact(
@@ -109,10 +105,10 @@ int correctUntilStopped(X11Desktop& desktop, freedesktop::DesktopServices& servi
 }
 
 /// The worker's life. The exit status.
-int correct(const Options& options, std::unique_ptr<x11::LifeLine> lifeLine) {
+int correct(const Options& options, StartedBy startedBy, std::unique_ptr<x11::LifeLine> lifeLine) {
   auto opened = XConnection::open(&endWithoutServer);
   if (const auto* reason = std::get_if<std::string>(&opened)) {
-    sayNoDesktop(*reason);
+    if (startedBy == StartedBy::person) sayNoDesktop(*reason);
     return kNoDesktop;
   }
   // To the very end: whoever is impatient, or asks the watchdog as well, must not keep the program
@@ -141,13 +137,21 @@ int correct(const Options& options, std::unique_ptr<x11::LifeLine> lifeLine) {
 }
 
 /// Nothing may leave a process that is only a part of this program but by its exit status.
-int correctOrSayWhyNot(const Options& options, std::unique_ptr<x11::LifeLine> lifeLine) {
+int correctOrSayWhyNot(const Options& options, StartedBy startedBy,
+                       std::unique_ptr<x11::LifeLine> lifeLine) {
   try {
-    return correct(options, std::move(lifeLine));
+    return correct(options, startedBy, std::move(lifeLine));
   } catch (const std::exception& error) {
     say(error.what());
     return kFailed;
   }
+}
+
+/// Any copy that sits on a whole desktop, also one inside Fcitx5.
+bool doesAnotherCopyRun() {
+  const auto folder = posix::PosixFiles::ofUser()->applicationSupportDirectory();
+  return folder &&
+         posix::ProcessApplication::holderOf(*folder / "Tessarok" / FolderLock::kInstance) > 0;
 }
 
 }  // namespace
@@ -157,11 +161,24 @@ bool hasDisplay() {
   return display != nullptr && *display != '\0';
 }
 
-std::optional<int> runDesktop(const Options& options) {
-  const auto status = x11::Watchdog::watchOver([&options](std::unique_ptr<x11::LifeLine> lifeLine) {
-    return correctOrSayWhyNot(options, std::move(lifeLine));
-  });
-  return status == kNoDesktop ? std::nullopt : status;
+std::optional<int> runDesktop(const Options& options, StartedBy startedBy) {
+  const auto work = [&](std::unique_ptr<x11::LifeLine> lifeLine) {
+    return correctOrSayWhyNot(options, startedBy, std::move(lifeLine));
+  };
+  const auto status = x11::Watchdog::watchOver(work);
+  if (status == kNoDesktop) return std::nullopt;
+  if (status == kNotStarted && startedBy == StartedBy::person) {
+    say(posix::translated("not started; is it running already?"));
+  }
+  return status;
+}
+
+int runDesktopOfSession(const Options& options) {
+  posix::ProcessEnvironment environment;
+  if (!hasDisplay() || isServedWithoutX11(environment) || doesAnotherCopyRun()) return 0;
+  // Of two that start at the same moment the second finds out later.
+  const auto status = runDesktop(options, StartedBy::session).value_or(0);
+  return status == kNotStarted ? 0 : status;
 }
 
 }  // namespace tessarok::commands

@@ -17,7 +17,10 @@ std::vector<std::filesystem::path> developmentDirectories() {
   }
   // A relative path is one in the working directory, whatever that is by now.
   directories.emplace_back("Resources");
+#ifdef TESSAROK_SOURCE_ROOT
+  // Not in a package: the folder that it was built in may be anybody's on another machine.
   directories.emplace_back(std::filesystem::path(TESSAROK_SOURCE_ROOT) / "Resources");
+#endif
   return directories;
 }
 

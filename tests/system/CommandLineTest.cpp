@@ -152,6 +152,17 @@ TEST(CommandLine, ADisplayThatCannotBeReachedIsNamed) {
   EXPECT_NE(any.err.find(nowhere), std::string::npos) << any.err;
 }
 
+/// At login nobody waits for a reason.
+TEST(CommandLine, ASessionWithoutADisplayIsToldNothing) {
+  if (runProgram({"x11", "--help"}).status != 0) GTEST_SKIP() << "built without X11";
+  for (const std::string display : {"", ":64999"}) {
+    SCOPED_TRACE(display);
+    expectOutput(runProgram({"x11", "--autostart"}, {},
+                            {{"DISPLAY", display}, {"WAYLAND_DISPLAY", ""}, {"XMODIFIERS", ""}}),
+                 "");
+  }
+}
+
 TEST(CommandLine, OutputThatCannotBeWrittenIsAFailure) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "no device that is full";
   TemporaryDirectory folder;

@@ -70,6 +70,7 @@ _tessarok() {
             explain) options+=' --json --no-lists --ru-streak --en-streak' ;;
             learned | status) options+=' --json' ;;
             replay) options+=' --home' ;;
+            x11) options+=' --autostart' ;;
         esac
         _tessarok_words "$options" "$cur"
         return

@@ -44,6 +44,7 @@ complete -c tessarok -n '__fish_seen_subcommand_from explain' -l en-streak -x -d
 complete -c tessarok -n '__fish_seen_subcommand_from learned; and not __fish_seen_subcommand_from forget' -a forget -d 'Take words back, also in running programs'
 complete -c tessarok -n '__fish_seen_subcommand_from learned; and __fish_seen_subcommand_from forget' -a '(__tessarok_learned)'
 complete -c tessarok -n '__fish_seen_subcommand_from replay' -l home -x -a '(__fish_complete_directories)' -d 'An existing directory used as home'
+complete -c tessarok -n '__fish_seen_subcommand_from x11' -l autostart -d 'As a session starts it'
 complete -c tessarok -n '__fish_seen_subcommand_from replay report' -F
 complete -c tessarok -n '__fish_seen_subcommand_from check-data' -a '(__fish_complete_directories)'
 complete -c tessarok -n '__fish_seen_subcommand_from terminal' -a '(__tessarok_program)'

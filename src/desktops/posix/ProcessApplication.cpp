@@ -12,11 +12,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The process that holds the lock on a file, as the kernel says: what is written in the file may
-/// be of a process that has long ended, and its number somebody else's. 0 when there is none, or
-/// none that can be seen from here. Not to be asked while this process holds it: to close the file
-/// would give it up.
-pid_t holderOf(const fs::path& lockFile) {
+}  // namespace
+
+pid_t ProcessApplication::holderOf(const fs::path& lockFile) {
   const FileDescriptor file(::open(lockFile.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
   struct flock lock {};
   lock.l_type = F_WRLCK;
@@ -24,8 +22,6 @@ pid_t holderOf(const fs::path& lockFile) {
   if (!file.isOpen() || ::fcntl(file.get(), F_GETLK, &lock) != 0) return 0;
   return lock.l_type == F_UNLCK ? 0 : lock.l_pid;
 }
-
-}  // namespace
 
 platform::RunningApplication ProcessApplication::self() {
   return {.processIdentifier = ::getpid(), .launchDate = launchDateOf(::getpid())};

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <sys/types.h>
 #include <utility>
 #include <vector>
 
@@ -18,6 +19,12 @@ class ProcessApplication final : public platform::Application {
   explicit ProcessApplication(PollLoop& loop,
                               std::optional<std::filesystem::path> lockFile = std::nullopt)
       : loop_(loop), lockFile_(std::move(lockFile)) {}
+
+  /// The process that holds the lock on a file, as the kernel says: what is written in the file may
+  /// be of a process that has long ended, and its number somebody else's. 0 when there is none, or
+  /// none that can be seen from here. Not to be asked while this process holds it: to close the
+  /// file would give it up.
+  [[nodiscard]] static pid_t holderOf(const std::filesystem::path& lockFile);
 
   void becomeAccessory() override {}
   platform::RunningApplication self() override;
