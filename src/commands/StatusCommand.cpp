@@ -61,7 +61,15 @@ bool isSet(const char* variable) {
 
 /// Why nothing runs here, and what to do. In English, as programs read it.
 std::vector<std::string> obstaclesWithoutDesktop() {
-  if (isSet("WAYLAND_DISPLAY")) {
+  const bool isWayland = isSet("WAYLAND_DISPLAY");
+  const auto desktop = posix::personsVariable("XDG_CURRENT_DESKTOP").value_or("");
+  if (isWayland && desktop.find("KDE") != std::string::npos) {
+    return {translatable(
+        "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: choose "
+        "Fcitx 5 in System Settings, Virtual Keyboard, and give it an English and a Russian "
+        "keyboard")};
+  }
+  if (isWayland) {
     return {translatable(
         "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: start "
         "fcitx5, with an English and a Russian keyboard among its input methods")};

@@ -127,8 +127,8 @@ void TessarokAddon::launch() {
                                                              .log = desktop_->systemLog(),
                                                              .settings = desktop_->userDefaults(),
                                                              .delegate = corrector_->delegate()},
-                   freedesktop::RemoteControl::Desktop{
-                       .name = "fcitx5", .obstacles = &freedesktop::obstaclesToCorrection},
+                   freedesktop::RemoteControl::Desktop{.name = "fcitx5",
+                                                       .obstacles = [this] { return obstacles(); }},
                    ownFile());
   desktop_->application().onTerminate = [this] {
     // Not while the menu item that asks for it is running.
@@ -145,6 +145,19 @@ void TessarokAddon::launch() {
 void TessarokAddon::tryAgainLater() {
   const auto wait = ++tries_ > kShortWaits ? kWait : kShortWait;
   desktop_->runLoop().after(wait, [this] { launch(); });
+}
+
+std::vector<std::string> TessarokAddon::obstacles() const {
+  auto all = freedesktop::obstaclesToCorrection();
+  auto& environment = desktop_->environment();
+  const auto desktop = environment.variable("XDG_CURRENT_DESKTOP").value_or("");
+  const bool isKde = desktop.find("KDE") != std::string::npos;
+  if (isKde && environment.variable("WAYLAND_DISPLAY") &&
+      environment.variable("GTK_IM_MODULE") == "fcitx") {
+    all.emplace_back(posix::translatable(
+        "GTK_IM_MODULE is fcitx, with which programs of GTK 4 lose Return on KDE: unset it"));
+  }
+  return all;
 }
 
 void TessarokAddon::stop() {

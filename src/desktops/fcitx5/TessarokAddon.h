@@ -36,6 +36,7 @@ class TessarokAddon final : public fcitx::AddonInstance {
   void launch();
   void tryAgainLater();
   void stop();
+  [[nodiscard]] std::vector<std::string> obstacles() const;
   void fail(const std::string& reason);
   void readSettings() const;
   void applySettings();
