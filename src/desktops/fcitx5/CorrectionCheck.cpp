@@ -19,22 +19,21 @@ void CorrectionCheck::begin(std::ptrdiff_t stays) {
 
 void CorrectionCheck::typed(std::string_view text) {
   if (!stays_) return;
-  if (words_.empty()) words_ = text;
+  if (typed_.empty()) words_ = text.size();
   typed_ += text;
   if (typed_.size() > kMostTyped) forget();
 }
 
 void CorrectionCheck::forget() {
   stays_.reset();
-  words_.clear();
-  witnesses_ = 0;
   typed_.clear();
+  witnesses_ = 0;
 }
 
 void CorrectionCheck::reported(std::string_view before) {
-  if (!stays_ || words_.empty()) return;
+  if (!stays_ || typed_.empty()) return;
   std::optional<std::ptrdiff_t> found;
-  for (auto end = words_.size(); end <= typed_.size(); ++end) {
+  for (auto end = words_; end <= typed_.size(); ++end) {
     const auto seen = std::string_view(typed_).substr(0, end);
     if (!before.ends_with(seen)) continue;
     found = scalars(before.substr(0, before.size() - seen.size()));
@@ -44,8 +43,8 @@ void CorrectionCheck::reported(std::string_view before) {
   if (found_ != *found) witnesses_ = 0;
   found_ = *found;
   // The same report again is no further witness.
-  if (witnesses_ == 0 || before != last_) ++witnesses_;
-  last_ = before;
+  if (witnesses_ == 0 || before.size() != witnessed_) ++witnesses_;
+  witnessed_ = before.size();
 }
 
 }  // namespace tessarok::fcitx5

@@ -37,14 +37,15 @@ class CorrectionCheck final {
 
   /// Absent when no correction is being looked at.
   std::optional<std::ptrdiff_t> stays_;
-  /// The new words, as sent first, and all that was sent since then.
-  std::string words_;
+  /// The new words, and all that was sent since then; so many bytes of it are the words.
   std::string typed_;
+  std::size_t words_ = 0;
   /// So many scalars were before it in the last report that spoke of damage, and so many reports in
   /// a row told that.
   std::ptrdiff_t found_ = 0;
-  std::string last_;
   int witnesses_ = 0;
+  /// The size of that report, bytes.
+  std::size_t witnessed_ = 0;
 };
 
 }  // namespace tessarok::fcitx5
