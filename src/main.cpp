@@ -346,7 +346,9 @@ class CommandLine {
   Options options_;
   std::function<int()> command_;
   bool noLists_ = false;
+#ifdef TESSAROK_HAS_X11
   bool isAutostart_ = false;
+#endif
   std::string from_;
   std::vector<std::string> words_;
   ExplainOptions explain_;
