@@ -9,6 +9,7 @@
 
 #include "desktops/posix/DiskFlush.h"
 #include "desktops/posix/FileDescriptor.h"
+#include "desktops/posix/WriteAll.h"
 #include "desktops/posix/WriteSignals.h"
 
 namespace tessarok::posix {
@@ -20,16 +21,6 @@ constexpr mode_t kUsualMode = 0666;
 
 platform::Failure lastFailure() {
   return platform::Failure(std::generic_category().message(errno));
-}
-
-bool writeAll(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const auto written = ::write(descriptor, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
 }
 
 platform::Failure writeInto(FileDescriptor& descriptor, std::string_view text) {

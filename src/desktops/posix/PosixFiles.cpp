@@ -22,6 +22,7 @@
 #include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/PersonsFolders.h"
 #include "desktops/posix/Translation.h"
+#include "desktops/posix/WriteAll.h"
 #include "desktops/posix/WriteSignals.h"
 
 namespace tessarok::posix {
@@ -46,16 +47,6 @@ FileDescriptor openFile(const fs::path& file, int flags, mode_t mode = kFileMode
     descriptor = ::open(file.c_str(), flags | O_CLOEXEC, mode);
   } while (descriptor < 0 && errno == EINTR);
   return FileDescriptor(descriptor);
-}
-
-bool writeAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const auto written = ::write(descriptor, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
 }
 
 /// Opens a file and nothing else. What a folder, a pipe or a device of this name would do to the
