@@ -19,6 +19,7 @@
 #include "desktops/freedesktop/DesktopServices.h"
 #include "desktops/freedesktop/Obstacles.h"
 #include "desktops/freedesktop/SessionContact.h"
+#include "desktops/freedesktop/SessionKind.h"
 #include "desktops/posix/PosixFiles.h"
 #include "desktops/posix/ProcessApplication.h"
 #include "desktops/posix/ProcessEnvironment.h"
@@ -71,7 +72,7 @@ std::vector<std::string> obstacles(X11Desktop& desktop, freedesktop::DesktopServ
                                    const AppDelegate& delegate) {
   auto all = freedesktop::obstaclesToCorrection();
   if (!delegate.tapRunning() && !desktop.problem().empty()) all.push_back(desktop.problem());
-  if (isWaylandSession(desktop.environment())) {
+  if (freedesktop::isWaylandSession(desktop.environment())) {
     all.emplace_back(posix::translatable(
         "this is a Wayland session: only programs that use X11 are corrected, the others through "
         "Fcitx5 with its Tessarok addon"));

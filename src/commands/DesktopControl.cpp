@@ -6,6 +6,9 @@
 
 #include "desktops/freedesktop/BusMessage.h"
 #include "desktops/freedesktop/RemoteControl.h"
+#include "desktops/freedesktop/SessionKind.h"
+#include "desktops/posix/ProcessEnvironment.h"
+#include "desktops/posix/Translation.h"
 
 namespace tessarok::commands {
 
@@ -13,6 +16,7 @@ namespace {
 
 using freedesktop::BusMessage;
 using freedesktop::RemoteControl;
+using posix::translatable;
 
 /// Microseconds for an answer.
 constexpr std::uint64_t kPatience = 2'000'000;
@@ -102,6 +106,27 @@ std::optional<DesktopStatus> askDesktop() {
     if (sd_bus_message_exit_container(reply.get()) < 0) return std::nullopt;
   }
   return status;
+}
+
+std::vector<std::string> obstaclesToDesktop() {
+  posix::ProcessEnvironment environment;
+  if (freedesktop::isWaylandSession(environment)) {
+    if (freedesktop::isPlasmaSession(environment)) {
+      return {translatable(
+          "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: choose "
+          "Fcitx 5 in System Settings, Virtual Keyboard, and give it an English and a Russian "
+          "keyboard")};
+    }
+    return {translatable(
+        "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: start "
+        "fcitx5, with an English and a Russian keyboard among its input methods")};
+  }
+  if (environment.variable("DISPLAY").value_or("") != "") {
+    return {translatable(
+        "no corrector runs on this display: start tessarok, or log in anew when it is just "
+        "installed")};
+  }
+  return {translatable("this session has no display: tessarok terminal corrects in a terminal")};
 }
 
 bool tellDesktop(DesktopRequest request) {

@@ -31,6 +31,9 @@ enum class DesktopRequest { on, off, pause, quit };
 /// answers within two seconds.
 [[nodiscard]] std::optional<DesktopStatus> askDesktop();
 
+/// Why none may answer, and what to do, a sentence each; in English, as programs read it.
+[[nodiscard]] std::vector<std::string> obstaclesToDesktop();
+
 /// Whether it was told.
 [[nodiscard]] bool tellDesktop(DesktopRequest request);
 

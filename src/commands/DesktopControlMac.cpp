@@ -8,6 +8,10 @@ std::optional<DesktopStatus> askDesktop() {
   return std::nullopt;
 }
 
+std::vector<std::string> obstaclesToDesktop() {
+  return {};
+}
+
 bool tellDesktop(DesktopRequest) {
   return false;
 }

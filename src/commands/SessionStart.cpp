@@ -5,6 +5,7 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "desktops/freedesktop/SessionKind.h"
 #include "desktops/posix/Processes.h"
 
 namespace tessarok::commands {
@@ -30,15 +31,9 @@ bool isAddonInstalled() {
 
 }  // namespace
 
-bool isWaylandSession(platform::Environment& environment) {
-  // Each is missing from some sessions: one where a display manager knows of none, the other
-  // where the compositor starts programs of the session before it has a name.
-  return environment.variable("WAYLAND_DISPLAY").value_or("") != "" ||
-         environment.variable("XDG_SESSION_TYPE").value_or("") == "wayland";
-}
-
 bool isServedWithoutX11(platform::Environment& environment) {
-  return isWaylandSession(environment) || (isTypedThroughFcitx(environment) && isAddonInstalled());
+  return freedesktop::isWaylandSession(environment) ||
+         (isTypedThroughFcitx(environment) && isAddonInstalled());
 }
 
 }  // namespace tessarok::commands

@@ -12,7 +12,6 @@
 
 #include "commands/DesktopControl.h"
 #include "commands/TerminalControl.h"
-#include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/SettingsFile.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/posix/TranslationValues.h"
@@ -45,10 +44,6 @@ struct Report {
   std::vector<std::pair<std::string, std::filesystem::path>> files;
 };
 
-bool isSet(const char* variable) {
-  return posix::personsVariable(variable).value_or("") != "";
-}
-
 /// How the correction of a desktop may stand, in the words that it tells it with.
 [[maybe_unused]] constexpr const char* kCorrections[] = {
     translatable("on"), translatable("off"), translatable("paused"), translatable("by hand"),
@@ -59,32 +54,9 @@ bool isSet(const char* variable) {
     translatable("settings"), translatable("dictionary"), translatable("learned"),
     translatable("rejections"), translatable("word data")};
 
-/// Why nothing runs here, and what to do. In English, as programs read it.
-std::vector<std::string> obstaclesWithoutDesktop() {
-  const bool isWayland = isSet("WAYLAND_DISPLAY");
-  const auto desktop = posix::personsVariable("XDG_CURRENT_DESKTOP").value_or("");
-  if (isWayland && desktop.find("KDE") != std::string::npos) {
-    return {translatable(
-        "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: choose "
-        "Fcitx 5 in System Settings, Virtual Keyboard, and give it an English and a Russian "
-        "keyboard")};
-  }
-  if (isWayland) {
-    return {translatable(
-        "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: start "
-        "fcitx5, with an English and a Russian keyboard among its input methods")};
-  }
-  if (isSet("DISPLAY")) {
-    return {translatable(
-        "no corrector runs on this display: start tessarok, or log in anew when it is just "
-        "installed")};
-  }
-  return {translatable("this session has no display: tessarok terminal corrects in a terminal")};
-}
-
 std::vector<std::string> obstacles(const Report& report) {
   std::vector<std::string> all;
-  if (!report.desktop && !report.terminal) all = obstaclesWithoutDesktop();
+  if (!report.desktop && !report.terminal) all = obstaclesToDesktop();
   if (report.desktop && report.desktop->version != TESSAROK_VERSION) {
     all.push_back(
         posix::withValues(translatable("version \"{1}\" runs, and this is another one: it "

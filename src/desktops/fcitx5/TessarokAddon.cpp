@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "desktops/freedesktop/Obstacles.h"
+#include "desktops/freedesktop/SessionKind.h"
 #include "desktops/posix/Translation.h"
 #include "platform/Desktop.h"
 #include "typing/KeyTap.h"
@@ -150,9 +151,7 @@ void TessarokAddon::tryAgainLater() {
 std::vector<std::string> TessarokAddon::obstacles() const {
   auto all = freedesktop::obstaclesToCorrection();
   auto& environment = desktop_->environment();
-  const auto desktop = environment.variable("XDG_CURRENT_DESKTOP").value_or("");
-  const bool isKde = desktop.find("KDE") != std::string::npos;
-  if (isKde && environment.variable("WAYLAND_DISPLAY") &&
+  if (freedesktop::isPlasmaSession(environment) && freedesktop::isWaylandSession(environment) &&
       environment.variable("GTK_IM_MODULE") == "fcitx") {
     all.emplace_back(posix::translatable(
         "GTK_IM_MODULE is fcitx, with which programs of GTK 4 lose Return on KDE: unset it"));

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/Environment.h"
+
+namespace tessarok::freedesktop {
+
+/// What kind of session a process belongs to, as its environment tells. Main thread.
+
+/// On Wayland the X server, if there is one, sees only the keys of its own programs.
+[[nodiscard]] bool isWaylandSession(platform::Environment& environment);
+
+/// KDE Plasma, whose compositor is told in its settings which input method to start.
+[[nodiscard]] bool isPlasmaSession(platform::Environment& environment);
+
+}  // namespace tessarok::freedesktop
