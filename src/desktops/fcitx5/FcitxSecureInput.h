@@ -10,7 +10,7 @@ class FcitxSecureInput final : public platform::SecureInput {
  public:
   /// `flow` outlives this object.
   explicit FcitxSecureInput(const KeyFlow& flow) : flow_(flow) {}
-  bool isEnabled() override { return flow_.isSecret(); }
+  bool isEnabled() override { return flow_.isLeftAlone(); }
 
  private:
   const KeyFlow& flow_;

@@ -103,7 +103,7 @@ bool KeyFlow::markComposed(InputContext& context, Press& press) {
   return true;
 }
 
-bool KeyFlow::isSecret() const {
+bool KeyFlow::isLeftAlone() const {
   const auto* context = context_.get();
   if (context == nullptr) return false;
   const fcitx::CapabilityFlags secret{CapabilityFlag::Password, CapabilityFlag::Disable};
@@ -195,7 +195,7 @@ void KeyFlow::released(fcitx::KeyEvent& event) {
 
 bool KeyFlow::mustWait(Way way) {
   if (!steps_.empty()) return true;
-  if (isSecret() || !parts_.taps.isOpen()) return false;
+  if (isLeftAlone() || !parts_.taps.isOpen()) return false;
   if (!unsettledUntil() || field_.lastWay() == way) return false;
   // A key behind a text that Fcitx itself has sent is no worse off than without the corrector.
   return field_.isLastOwn() || way == Way::text;
@@ -265,7 +265,7 @@ void KeyFlow::reset(InputContext& context) {
 void KeyFlow::textReported(InputContext& context) {
   if (context_.get() != &context) return;
   const auto& surrounding = context.surroundingText();
-  if (!surrounding.isValid() || isSecret()) {
+  if (!surrounding.isValid() || isLeftAlone()) {
     field_.reportedNothing();
   } else {
     const auto& text = surrounding.text();
@@ -335,7 +335,7 @@ void KeyFlow::queuePosted() {
 }
 
 void KeyFlow::notePassed(const Press& press, Way way, bool own) {
-  if (isSecret()) return field_.forgetText();
+  if (isLeftAlone()) return field_.forgetText();
   const ClientField::Sending sending{.way = way, .isOwn = own, .now = now()};
   // Firefox with Fcitx's part for GTK resets at every letter. Where reports tell of clicks anyway
   // nothing is missed by that.

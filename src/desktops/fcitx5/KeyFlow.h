@@ -67,7 +67,7 @@ class KeyFlow final {
   [[nodiscard]] fcitx::InputContext* context() const { return context_.get(); }
   /// Whether nothing may be kept or changed there: passwords, or nothing for an input method, are
   /// typed, or a correction has damaged the text.
-  [[nodiscard]] bool isSecret() const;
+  [[nodiscard]] bool isLeftAlone() const;
 
   /// The caret may be in another place.
   std::function<void()> onOtherPlace;

@@ -200,7 +200,7 @@ void KeyFlow::replayed(fcitx::KeyEvent& event) {
     return notePassed(press, Way::key, true);
   }
   event.filterAndAccept();
-  if (isSecret()) {
+  if (isLeftAlone()) {
     context.commitString(press.text);
   } else {
     commit(context, press.text);

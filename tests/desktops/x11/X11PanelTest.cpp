@@ -47,8 +47,7 @@ class X11Panel : public ::testing::Test {
     return waitUntil([&] { return host_.drawnMenu().find(line + "\n") != std::string::npos; });
   }
 
-  /// Runs a command of the program beside the one that runs; its exit status. Serves the panel
-  /// meanwhile, without which the program has no icon.
+  /// Runs a command of the program beside the one that runs; its exit status.
   int run(const std::string& command) {
     const auto output = (home_.path() / "output").string();
     Subprocess::Setup setup;
