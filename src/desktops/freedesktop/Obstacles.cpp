@@ -35,7 +35,8 @@ std::string missingLayouts() {
 
 std::string missingWordData() {
   if (Dict::en().isAvailable() && Dict::ru().isAvailable()) return {};
-  return posix::translatable("the word data is missing; automatic correction is off, ⌥Space works");
+  return posix::translatable(
+      "the word data is missing; automatic correction is off, Alt+Space works");
 }
 
 std::vector<std::string> obstaclesToCorrection() {
