@@ -17,6 +17,7 @@
 #include "commands/DidYouMean.h"
 #include "commands/ExplainCommand.h"
 #include "commands/HelpText.h"
+#include "commands/JoinedText.h"
 #include "commands/LearnedCommand.h"
 #include "commands/ReplayCommand.h"
 #include "commands/ReportCommand.h"
@@ -33,13 +34,6 @@ using tessarok::posix::translated;
 
 /// Whatever is wrong with how the program was called.
 constexpr int kUsageError = 2;
-
-std::string joined(const std::vector<std::string>& words) {
-  std::string text;
-  for (const auto& word : words)
-    text += (text.empty() ? "" : " ") + word;
-  return text;
-}
 
 /// The name with which the library begins what it says.
 std::string firstWord(const std::string& text) {
@@ -205,7 +199,7 @@ class CommandLine {
         TypeOptions options;
         options.lists = lists();
         if (!from_.empty()) options.from = from_ == "ru" ? Language::russian : Language::english;
-        if (!words_.empty()) options.text = joined(words_);
+        if (!words_.empty()) options.text = joined(words_, " ");
         return runType(options_, options);
       };
     });
