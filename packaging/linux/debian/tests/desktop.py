@@ -108,6 +108,13 @@ class Desktop:
         self.x11.XSetInputFocus(self.display, window, revert_to_parent, now)
         self.x11.XSync(self.display, 0)
         time.sleep(1)
+        # A window manager that has just begun may think of another window.
+        wait_until(self.has_focus, "the window does not get the focus")
+
+    def has_focus(self):
+        window, revert = ctypes.c_ulong(), ctypes.c_int()
+        self.x11.XGetInputFocus(self.display, ctypes.byref(window), ctypes.byref(revert))
+        return window.value == int(self.said("window"))
 
     def said(self, what):
         """The last that the window has said of its number or its text."""
@@ -127,7 +134,8 @@ class Desktop:
         try:
             wait_until(lambda: self.said("text") == text, "")
         except AssertionError:
-            raise AssertionError(f"{self.said('text')!r}, and not {text!r}") from None
+            raise AssertionError(f"{self.said('text')!r}, and not {text!r}; the window has "
+                                 f"{'' if self.has_focus() else 'not '}the focus") from None
         print("in the window:", repr(text))
 
     def end(self):
