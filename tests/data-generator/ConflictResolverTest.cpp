@@ -56,7 +56,7 @@ TEST_F(ConflictResolverTest, DropsARareEnglishWordForAFrequentRussianOne) {
 
 TEST_F(ConflictResolverTest, DropsAnEnglishWordThatIsFarRarerThanTheRussianOne) {
   english("dbl", 4);
-  russian("вид", 400);
+  russian("вид", 900);
   english("tot", 8);
   russian("еще", 400);
   resolve();
@@ -115,6 +115,21 @@ TEST_F(ConflictResolverTest, KeepsAFrequentWordThatARareOneWithAFullStopBecomes)
   russian("люблю", 500);
   resolve();
   EXPECT_TRUE(hasRussian("люблю"));
+}
+
+TEST_F(ConflictResolverTest, LeavesOutALongWordThatItsLettersSayEnoughOf) {
+  english("tree", 50);
+  // Every letter group of the long word is one of the frequent one, and its end is a word.
+  russian("переперевыборный", 5);
+  russian("выборный", 5);
+  russian("перевыборныйный", 0);
+  russian("перевыборная", 0);
+  russian_.ngrams.setFloors({0, 0});
+  russian("ный", 1);
+  resolve();
+  EXPECT_FALSE(hasRussian("перевыборныйный"));
+  EXPECT_TRUE(hasRussian("переперевыборный"));
+  EXPECT_TRUE(hasRussian("перевыборная"));
 }
 
 }  // namespace

@@ -25,14 +25,18 @@ class WordDataTest : public ::testing::Test {
     writeList("names_ru.txt", "# surnames\nЛис\n");
     writeList("talk_ru.txt", "ага\n");
     writeList("abbreviations_en.txt", "# acronyms\nkbc\nfuf\nzzz\n");
+    writeList("first_ru.txt", "# answers\nколя\n");
+    writeList("web_ru.txt", "# names\n");
+    writeList("web_en.txt", "# names\n");
     writeList("add_en.txt", "github\n");
     writeList("names_en.txt", "# places\nSonoma\n");
     writeList("drop_en.txt", "# еще\ntot\n");
     writeList("freq_short_en.txt", "# articles\nthe\nIt\n");
     writeList("freq_short_ru.txt", "она\nещё\nон\n");
-    writeList("frequencies_ru.tsv", "# head\nона\t5\t0\t0\nмама\t4\t0\t0\nвася\t1\t0\t9\n");
+    writeList("frequencies_ru.tsv",
+              "# head\nона\t5\t0\t0\t0\nмама\t4\t0\t0\t0\nвася\t1\t0\t9\t0\n");
     writeList("frequencies_en.tsv",
-              "the\t6\t1\t0\nlondon\t4\t0\t0\ndebian\t3\t0\t0\nslip\t2\t0\t0\n");
+              "the\t6\t1\t0\t0\nlondon\t4\t0\t0\t0\ndebian\t3\t0\t0\t0\nslip\t2\t0\t0\t0\n");
     for (const char* name : {"pack_it.txt", "pack_chat.txt", "pack_gaming.txt"}) {
       writeList(name, "# jargon\nкоммит\nbye.\n");
     }
@@ -90,6 +94,36 @@ TEST_F(WordDataTest, TakesAnAbbreviationOnlyAgainstARareRussianWord) {
   // фгф is no word, лис is a rare one and она a frequent one.
   writeList("abbreviations_en.txt", "faf\nkbc\njyf\n");
   EXPECT_EQ(contentOf("dict_en.txt"), "debian\ngithub\nit\nkbc\nlondon\nsonoma\nthe\n");
+}
+
+TEST_F(WordDataTest, TakesWordsOfTheWebWhereTheyStandInNoWay) {
+  // аутв is no word; еру has the keys of "the", and лис is a rare word that "kbc" guards against.
+  writeList("abbreviations_en.txt", "zzz\n");
+  writeList("web_ru.txt", "изя\nеру\n");
+  writeList("web_en.txt", "theth\nheth\nkbc\nfed\n");
+  floors_.english = {0, 0};
+  const auto russian = contentOf("dict_ru.txt");
+  EXPECT_NE(russian.find("\nизя\n"), std::string::npos);
+  EXPECT_EQ(russian.find("еру"), std::string::npos);
+  const auto english = contentOf("dict_en.txt");
+  EXPECT_NE(english.find("\nkbc\n"), std::string::npos);
+  EXPECT_EQ(english.find("fed"), std::string::npos);
+  // Its letter groups are no English ones.
+  EXPECT_EQ(english.find("heth"), std::string::npos);
+}
+
+TEST_F(WordDataTest, TakesASpokenWordWhoseLettersArePossible) {
+  writeList("frequencies_ru.tsv",
+            "она\t5\t0\t0\t0\nмама\t4\t0\t0\t1\nмамама\t0\t0\t0\t1\nбрнщж\t0\t0\t0\t1\n");
+  const auto russian = contentOf("dict_ru.txt");
+  EXPECT_NE(russian.find("\nмамама\n"), std::string::npos);
+  EXPECT_EQ(russian.find("брнщж"), std::string::npos);
+}
+
+TEST_F(WordDataTest, LetsNoRunOfOneLetterBecomeAnother) {
+  writeList("frequencies_ru.tsv", "аааа\t9\t0\t0\t0\nмама\t4\t0\t0\t0\n");
+  EXPECT_NE(contentOf("dict_en.txt").find("\nffff\n"), std::string::npos);
+  EXPECT_NE(contentOf("dict_ru.txt").find("аааа\n"), std::string::npos);
 }
 
 TEST_F(WordDataTest, TakesTheLetterGroupsFromWordsThatPeopleType) {
@@ -157,8 +191,8 @@ TEST_F(WordDataTest, RecordsEveryInput) {
   EXPECT_EQ(std::ranges::count(packages, "aspell-ru"), 2);
   EXPECT_EQ(std::ranges::count(packages, "hunspell-ru"), 2);
   EXPECT_EQ(std::ranges::count(packages, "scowl"), 2);
-  EXPECT_EQ(std::ranges::count(packages, "tessarok"), 15);
-  EXPECT_EQ(packages.size(), 21U);
+  EXPECT_EQ(std::ranges::count(packages, "tessarok"), 18);
+  EXPECT_EQ(packages.size(), 24U);
 }
 
 TEST_F(WordDataTest, RefusesAMissingFile) {

@@ -41,5 +41,10 @@ TEST(SentenceScore, SurvivesAScreenThatIsTooShort) {
   EXPECT_EQ(score.changed.size(), 1U);
 }
 
+TEST(SentenceScore, NamesTheFirstWordOfTwoLetters) {
+  EXPECT_EQ(scoreSentence("- Я? Да, я.", "- Я? Lf? я.").firstWord, "да,");
+  EXPECT_EQ(scoreSentence("\"Oh\" he", "\"Oh\" he").firstWord, "oh\"");
+}
+
 }  // namespace
 }  // namespace tessarok::measure::test

@@ -1,6 +1,7 @@
 #include "WordCounts.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "text/Text.h"
 #include "words/Letters.h"
@@ -96,12 +97,26 @@ void WordCounts::rank(const std::string& word, std::size_t place) {
   if (entry.place == 0) entry.place = place;
 }
 
+void WordCounts::addSpoken(std::string_view line, Language language) {
+  const auto space = std::min(line.find(' '), line.size());
+  const auto word = line.substr(0, space);
+  const auto number = line.substr(std::min(space + 1, line.size()));
+  std::size_t times = 0;
+  const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), times);
+  if (error != std::errc() || end != number.data() + number.size() || !isWord(word, language)) {
+    return;
+  }
+  entries_[text::lowercased(word)].spoken += times;
+}
+
 std::string WordCounts::table(std::string_view head, std::size_t fewest) const {
   std::string table(head);
   for (const auto& [word, entry] : entries_) {
-    if (entry.count < fewest && entry.place == 0 && entry.listed < fewest) continue;
+    if (entry.count < fewest && entry.place == 0 && entry.listed < fewest && entry.spoken == 0) {
+      continue;
+    }
     table += word + '\t' + std::to_string(entry.count) + '\t' + std::to_string(entry.place) + '\t' +
-             std::to_string(entry.listed) + '\n';
+             std::to_string(entry.listed) + '\t' + std::to_string(entry.spoken) + '\n';
   }
   return table;
 }

@@ -23,11 +23,15 @@ class WordCounts final {
   /// Gives a word its place in a list by frequency; the first place is 1.
   void rank(const std::string& word, std::size_t place);
 
+  /// Says how often a word was met in what people say: a line "word times" of a list that was
+  /// counted elsewhere. Any other line, such as a comment, says nothing.
+  void addSpoken(std::string_view line, Language language);
+
   /// All words counted.
   [[nodiscard]] std::size_t total() const { return total_; }
   /// The table: a head line, then a line for every word that was counted `fewest` times, in
-  /// sentences or in dictionaries, or has a place: the word, its count in sentences, its place (0
-  /// for none) and its count in dictionaries, with tabs between them.
+  /// sentences or in dictionaries, has a place or is spoken: the word, its count in sentences, its
+  /// place (0 for none), its count in dictionaries and its count in speech, with tabs between them.
   [[nodiscard]] std::string table(std::string_view head, std::size_t fewest) const;
 
  private:
@@ -35,6 +39,7 @@ class WordCounts final {
     std::size_t count = 0;
     std::size_t place = 0;
     std::size_t listed = 0;
+    std::size_t spoken = 0;
   };
 
   std::map<std::string, Entry> entries_;

@@ -30,6 +30,7 @@ struct Options {
   fs::path corpora = "tools/measure/corpora.json";
   fs::path more = "tools/frequencies/more.json";
   fs::path dictionaries = "tools/frequencies/dictionaries.json";
+  fs::path spoken = "tools/frequencies/spoken.json";
   fs::path rankedRussian;
   fs::path rankedEnglish;
   fs::path output = "tools/data";
@@ -66,8 +67,9 @@ std::string tableOf(const WordCounts& counts, const char* language) {
   const std::string head =
       std::string("# ") + language +
       " words with the number of times they were counted, their place in a ranked list (0:\n"
-      "# none) and the number of times they stand in dictionaries. Made by `make frequencies`;\n"
-      "# Resources/NOTICE.md tells the sources. Counted: " +
+      "# none), the number of times they stand in dictionaries and the number of times they were\n"
+      "# counted in what people say. Made by `make frequencies`; Resources/NOTICE.md tells the\n"
+      "# sources. Counted: " +
       std::to_string(counts.total()) + "\n";
   return counts.table(head, kFewest);
 }
@@ -98,6 +100,10 @@ void run(const Options& options) {
     for (const auto& paragraph : measure::paragraphsOf(corpus))
       counts.of(corpus.language).addListed(paragraph, corpus.language);
   }
+  for (const auto& corpus : measure::readCorpora(options.spoken)) {
+    for (const auto& line : measure::paragraphsOf(corpus))
+      counts.of(corpus.language).addSpoken(line, corpus.language);
+  }
   addRanks(options.rankedRussian, Language::russian, counts.russian);
   addRanks(options.rankedEnglish, Language::english, counts.english);
   makedata::FileSetWriter writer(options.output);
@@ -115,6 +121,8 @@ int main(int argc, char** argv) {
   app.add_option("--corpora", options.corpora, "The list of corpora")->capture_default_str();
   app.add_option("--more", options.more, "Texts that are counted whole")->capture_default_str();
   app.add_option("--dictionaries", options.dictionaries, "Dictionaries, for the words they know")
+      ->capture_default_str();
+  app.add_option("--spoken", options.spoken, "Lists of words counted in what people say")
       ->capture_default_str();
   app.add_option("--ranked-russian", options.rankedRussian, "Russian words by frequency")
       ->required();

@@ -46,6 +46,7 @@ class ConflictResolver final {
   void dropLookalikes(bool russian);
   [[nodiscard]] std::vector<Typed> findHarmful() const;
   bool dropHarmful(const std::vector<Typed>& harmful);
+  void dropNeedless();
   void drop(const std::string& keys, bool russian, const std::string& why);
   [[nodiscard]] double weightOf(const std::string& keys, bool russian) const;
 

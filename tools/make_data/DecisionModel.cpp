@@ -40,6 +40,24 @@ std::vector<std::string> endingsIn(std::string_view keys,
 
 }  // namespace
 
+DecisionModel::Decision DecisionModel::withoutDictionary(const std::string& word,
+                                                         bool toRussian) const {
+  const auto& typed = toRussian ? english_ : russian_;
+  const auto& other = toRussian ? russian_ : english_;
+  if (word.size() < kShortestLetterWord || other.ngrams.hasImpossible(word)) return {};
+  const double converted = other.ngrams.plausibility(word);
+  const double asTyped = typed.ngrams.plausibility(word);
+  if (converted >= kConvertedPlausible && asTyped <= kTypedImplausible &&
+      converted - asTyped >= kPlausibilityGap) {
+    return {Reason::letters, word, {}};
+  }
+  if (word.size() < kShortestImpossibleWord || converted < kAnchoredPlausible) return {};
+  if (!typed.ngrams.hasImpossible(word)) return {};
+  auto endings = endingsIn(word, other.words);
+  if (endings.empty()) return {};
+  return {Reason::ending, word, std::move(endings)};
+}
+
 DecisionModel::Decision DecisionModel::withoutTrimming(std::string_view keys,
                                                        bool toRussian) const {
   const auto& typed = toRussian ? english_ : russian_;
@@ -54,18 +72,7 @@ DecisionModel::Decision DecisionModel::withoutTrimming(std::string_view keys,
       (keys.size() >= kShortestDictWord || other.shortWords.contains(word))) {
     return {Reason::word, word, {}};
   }
-  if (keys.size() < kShortestLetterWord || other.ngrams.hasImpossible(keys)) return {};
-  const double converted = other.ngrams.plausibility(keys);
-  const double asTyped = typed.ngrams.plausibility(keys);
-  if (converted >= kConvertedPlausible && asTyped <= kTypedImplausible &&
-      converted - asTyped >= kPlausibilityGap) {
-    return {Reason::letters, word, {}};
-  }
-  if (keys.size() < kShortestImpossibleWord || converted < kAnchoredPlausible) return {};
-  if (!typed.ngrams.hasImpossible(keys)) return {};
-  auto endings = endingsIn(keys, other.words);
-  if (endings.empty()) return {};
-  return {Reason::ending, word, std::move(endings)};
+  return withoutDictionary(word, toRussian);
 }
 
 DecisionModel::Decision DecisionModel::typedInEnglish(std::string_view keys) const {
@@ -80,6 +87,17 @@ DecisionModel::Decision DecisionModel::typedInEnglish(std::string_view keys) con
 
 DecisionModel::Decision DecisionModel::typedInRussian(std::string_view keys) const {
   return withoutTrimming(keys, false);
+}
+
+bool DecisionModel::wouldBecomeRussian(std::string_view keys) const {
+  const std::string word(keys);
+  return !english_.words.contains(word) && withoutDictionary(word, true).reason != Reason::none;
+}
+
+bool DecisionModel::wouldBecomeEnglish(std::string_view keys) const {
+  if (std::ranges::any_of(keys, isPunctuationKey)) return false;
+  const std::string word(keys);
+  return english_.words.contains(word) || withoutDictionary(word, false).reason != Reason::none;
 }
 
 }  // namespace tessarok::makedata

@@ -38,7 +38,15 @@ class DecisionModel final {
   /// What becomes of keys typed in the Russian layout.
   [[nodiscard]] Decision typedInRussian(std::string_view keys) const;
 
+  /// Whether a Russian word typed in the English layout would become Russian if its dictionary did
+  /// not hold it.
+  [[nodiscard]] bool wouldBecomeRussian(std::string_view keys) const;
+  /// Whether a Russian word typed in its own layout would become English if its dictionary did not
+  /// hold it.
+  [[nodiscard]] bool wouldBecomeEnglish(std::string_view keys) const;
+
  private:
+  [[nodiscard]] Decision withoutDictionary(const std::string& word, bool toRussian) const;
   [[nodiscard]] Decision withoutTrimming(std::string_view keys, bool toRussian) const;
 
   const LanguageModel& english_;

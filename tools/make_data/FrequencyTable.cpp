@@ -36,20 +36,22 @@ FrequencyTable FrequencyTable::parse(std::string_view utf8, const std::filesyste
   FrequencyTable table;
   std::size_t total = 0;
   std::size_t allListed = 0;
+  std::size_t allSpoken = 0;
   for (const Line& line : splitLines(utf8)) {
     if (line.text.starts_with('#')) continue;
     const auto fields = splitFields(line.text);
-    if (fields.size() != 4) throw InputError(file, line.number, "not a word and three numbers");
+    if (fields.size() != 5) throw InputError(file, line.number, "not a word and four numbers");
     if (!alphabet.spells(decodeUtf8(fields[0]))) {
       throw InputError(
           file, line.number,
           "'" + std::string(fields[0]) + "' is not a word of the " + alphabet.name() + " letters");
     }
-    const Entry entry{numberIn(fields[1], file, line.number),
-                      numberIn(fields[2], file, line.number),
-                      numberIn(fields[3], file, line.number)};
+    const Entry entry{
+        numberIn(fields[1], file, line.number), numberIn(fields[2], file, line.number),
+        numberIn(fields[3], file, line.number), numberIn(fields[4], file, line.number)};
     total += entry.count;
     allListed += entry.listed;
+    allSpoken += entry.spoken;
     table.entries_.emplace(fields[0], entry);
   }
   for (auto& [word, entry] : table.entries_) {
@@ -57,7 +59,8 @@ FrequencyTable FrequencyTable::parse(std::string_view utf8, const std::filesyste
     const double listed = kListedShare * perMillionOf(entry.listed, allListed);
     const double ranked =
         entry.place == 0 ? 0 : kFirstPlacePerMillion / static_cast<double>(entry.place);
-    entry.typedPerMillion = std::max(counted, ranked);
+    const double spoken = perMillionOf(entry.spoken, allSpoken);
+    entry.typedPerMillion = std::max({counted, ranked, spoken});
     entry.perMillion = std::max(entry.typedPerMillion, listed);
   }
   return table;

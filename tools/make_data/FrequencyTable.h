@@ -19,15 +19,16 @@ class FrequencyTable final {
     std::size_t place = 0;
     /// Times in dictionaries and thesauri, whose words are known but not all typed.
     std::size_t listed = 0;
-    /// Times in a million words of text: the larger of what the count and what the place make
-    /// likely.
+    /// Times in subtitles, of everything that is said there.
+    std::size_t spoken = 0;
+    /// Times in a million words of text: the largest of what the counts and the place make likely.
     double typedPerMillion = 0;
     /// The same, or what the dictionaries make likely when that is more.
     double perMillion = 0;
   };
 
-  /// Reads the lines "word TAB count TAB place TAB listed". Throws InputError for any other line,
-  /// and for a word that the alphabet does not spell.
+  /// Reads the lines "word TAB count TAB place TAB listed TAB spoken". Throws InputError for any
+  /// other line, and for a word that the alphabet does not spell.
   [[nodiscard]] static FrequencyTable parse(std::string_view utf8,
                                             const std::filesystem::path& file,
                                             const Alphabet& alphabet);

@@ -11,6 +11,7 @@
 #include "AspellArchive.h"
 #include "ByteSort.h"
 #include "ConflictResolver.h"
+#include "DecisionModel.h"
 #include "FrequencyTable.h"
 #include "HandList.h"
 #include "InputError.h"
@@ -39,6 +40,8 @@ struct Language {
   /// The same without what dictionaries and the lists written by hand say, for the letter groups:
   /// a name or a slang word is known, but its letters are not usual for that.
   Weights typed;
+  /// What was counted in speech alone.
+  std::vector<std::string> spoken;
 
   [[nodiscard]] std::string keys(const std::string& word) const {
     return isRussian ? keysOf(word) : word;
@@ -133,6 +136,9 @@ double weightOfSize(int size) {
 
 /// A word that a person has added is typed at least so often, in times per million.
 constexpr double kOwnWord = 3;
+
+/// A word that people begin messages with is typed at least so often: there is no chat to count.
+constexpr double kFirstWord = 30;
 
 /// Words that people type and no packaged list holds: names, slang, abbreviations.
 constexpr std::size_t kFewestForDictionary = 3;
@@ -243,7 +249,14 @@ class Sources final {
     }
     for (const std::string& word : own_)
       raise(language.weights, language.keys(word), kOwnWord);
+    if (language.isRussian) addFirstWords(language);
     addFrequent(table, dropped_, language);
+    for (const auto& [word, entry] : table.entries()) {
+      if (entry.spoken > 0 && language.alphabet.isWord(decodeUtf8(word)) &&
+          !dropped_.contains(word)) {
+        language.spoken.push_back(language.keys(word));
+      }
+    }
     for (const std::string& word : shortWords("freq_short" + suffix + ".txt", language.alphabet)) {
       language.model.shortWords.insert(language.keys(word));
       language.model.words.insert(language.keys(word));
@@ -258,6 +271,16 @@ class Sources final {
     return readHandWords(readOwn(file), file, Alphabet::english());
   }
 
+  /// Words of the web that no dictionary above holds: names, brands, spellings that people really
+  /// type.
+  [[nodiscard]] std::vector<std::string> webWords(const Language& language) {
+    const fs::path file = paths_.lists / (language.isRussian ? "web_ru.txt" : "web_en.txt");
+    std::vector<std::string> keys;
+    for (const std::string& word : readHandWords(readOwn(file), file, language.alphabet))
+      if (!dropped_.contains(word)) keys.push_back(language.keys(word));
+    return keys;
+  }
+
   /// A word pack, as it was written: the corrector skips the comments itself.
   [[nodiscard]] DataFile pack(const std::string& name) {
     const fs::path file = paths_.lists / name;
@@ -268,6 +291,15 @@ class Sources final {
   }
 
  private:
+  void addFirstWords(Language& language) {
+    const fs::path file = paths_.lists / "first_ru.txt";
+    for (const std::string& word : readHandWords(readOwn(file), file, language.alphabet, {2, 64})) {
+      const std::string keys = language.keys(word);
+      language.model.words.insert(keys);
+      raise(language.weights, keys, kFirstWord);
+    }
+  }
+
   std::vector<std::string> shortWords(const std::string& name, const Alphabet& alphabet) {
     const fs::path file = paths_.lists / name;
     std::vector<std::string> words = readHandWords(readOwn(file), file, alphabet, {2, 3});
@@ -346,6 +378,9 @@ class Sources final {
 /// would only make Russian names into abbreviations.
 constexpr double kWorthAnAbbreviation = 12;
 
+/// Shorter ones are abbreviations, of which there are as many as groups of letters.
+constexpr std::size_t kShortestWebWord = 4;
+
 void guard(const std::vector<std::string>& abbreviations, Language& english,
            const Language& russian) {
   for (const std::string& word : abbreviations) {
@@ -353,6 +388,56 @@ void guard(const std::vector<std::string>& abbreviations, Language& english,
     const bool isFrequent =
         weight != russian.weights.end() && weight->second >= kWorthAnAbbreviation;
     if (russian.model.words.contains(word) && !isFrequent) english.model.words.insert(word);
+  }
+}
+
+/// Runs of one letter are cries in one language and something else in the other ("FFFF"): where one
+/// would become the other, both dictionaries hold them, and neither does.
+void addRuns(Language& english, Language& russian) {
+  constexpr std::size_t kShortest = 4;
+  constexpr std::size_t kLongest = 12;
+  for (char letter = 'a'; letter <= 'z'; ++letter) {
+    for (std::size_t length = kShortest; length <= kLongest; ++length) {
+      const std::string run(length, letter);
+      const DecisionModel model(english.model, russian.model);
+      if (!model.wouldBecomeEnglish(run) && !model.wouldBecomeRussian(run) &&
+          !russian.model.words.contains(run)) {
+        continue;
+      }
+      english.model.words.insert(run);
+      russian.model.words.insert(run);
+    }
+  }
+}
+
+/// A word of the web enters a dictionary where it stands in no word's way. Where it does, an
+/// English one keeps a rare Russian word from coming in its place, as an abbreviation does.
+void addWebWords(const std::vector<std::string>& englishWords,
+                 const std::vector<std::string>& russianWords, Language& english,
+                 Language& russian) {
+  // Both before either: a word of the web does not stand in another's way.
+  std::vector<std::string> added;
+  for (const std::string& word : russianWords) {
+    if (!english.model.words.contains(word)) added.push_back(word);
+  }
+  for (const std::string& word : englishWords) {
+    const bool isReal =
+        word.size() >= kShortestWebWord && !english.model.ngrams.hasImpossible(word);
+    if (isReal && !russian.model.words.contains(word)) english.model.words.insert(word);
+  }
+  guard(englishWords, english, russian);
+  for (std::string& word : added) {
+    if (!english.model.words.contains(word)) russian.model.words.insert(std::move(word));
+  }
+}
+
+/// A word of subtitles that no dictionary holds is a name or a slip of the one who wrote them, or
+/// of a program that took the letters for others. The last kind has impossible letter groups.
+void addSpoken(Language& language, const std::vector<std::string>& webWords) {
+  const std::unordered_set<std::string> web(webWords.begin(), webWords.end());
+  for (const std::string& word : language.spoken) {
+    const bool isReal = web.contains(word) || !language.model.ngrams.hasImpossible(word);
+    if (word.size() >= kShortestWebWord && isReal) language.model.words.insert(word);
   }
 }
 
@@ -368,14 +453,19 @@ std::string reportOf(const ConflictResolver& resolver) {
 std::vector<DataFile> makeWordData(const SourcePaths& paths, const NgramFloors& floors,
                                    InputLedger& ledger, std::string& report) {
   Sources sources(paths, ledger);
-  Language english{Alphabet::english(), false, {}, {}, {}};
-  Language russian{Alphabet::russian(), true, {}, {}, {}};
+  Language english{Alphabet::english(), false, {}, {}, {}, {}};
+  Language russian{Alphabet::russian(), true, {}, {}, {}, {}};
   sources.fill(english);
   sources.fill(russian);
   english.model.ngrams.setFloors(floors.english);
   russian.model.ngrams.setFloors(floors.russian);
 
+  const auto englishWeb = sources.webWords(english);
+  const auto russianWeb = sources.webWords(russian);
+  addSpoken(russian, russianWeb);
   guard(sources.abbreviations(), english, russian);
+  addWebWords(englishWeb, russianWeb, english, russian);
+  addRuns(english, russian);
   ConflictResolver resolver(english.model, russian.model, english.weights, russian.weights);
   resolver.resolve();
   report = reportOf(resolver);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fnmatch.h>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -40,7 +41,7 @@ Corpus::Files filesFrom(const Json& json) {
   if (!format) throw std::runtime_error("unknown format " + json.at("format").dump());
   return {json.at("package").get<std::string>(), *format,
           json.at("files").get<std::vector<std::string>>(),
-          json.value("except", std::vector<std::string>())};
+          json.value("except", std::vector<std::string>()), json.value("endedOnly", false)};
 }
 
 Corpus corpusFrom(const Json& json) {
@@ -57,6 +58,7 @@ Corpus corpusFrom(const Json& json) {
     corpus.occasion = occasionNamed(json["for"].get<std::string>());
     if (!corpus.occasion) throw std::runtime_error("unknown occasion " + json["for"].dump());
   }
+  corpus.isWithoutYo = json.value("withoutYo", false);
   corpus.hasUnseenThird = json.value("unseenThird", false);
   for (const auto& files : json.at("from"))
     corpus.files.push_back(filesFrom(files));
@@ -91,6 +93,22 @@ bool isCatalog(TextFormat format) {
   return format == TextFormat::catalog || format == TextFormat::catalogOriginals;
 }
 
+bool endsAsSentence(std::string_view paragraph) {
+  constexpr std::string_view kClosers = "\")' ";
+  constexpr std::string_view kStops = ".!?";
+  const auto typed = asTyped(paragraph);
+  const auto last = typed.find_last_not_of(kClosers);
+  return last != std::string::npos && kStops.find(typed[last]) != std::string_view::npos;
+}
+
+std::string withoutYo(std::string_view text) {
+  std::string plain;
+  for (const auto character : text::Characters(text)) {
+    plain += character == "ё" ? "е" : character == "Ё" ? "Е" : character;
+  }
+  return plain;
+}
+
 bool isTypedLine(std::string_view line) {
   const auto isPrintable = [](char byte) { return byte >= ' ' && byte < 127; };
   return line.size() <= kLongestLine && std::ranges::all_of(line, isPrintable) &&
@@ -103,7 +121,8 @@ class Collector {
   explicit Collector(const Corpus& corpus) : corpus_(corpus) {}
 
   void add(const std::string& paragraph) {
-    const auto typed = asTyped(paragraph);
+    const auto written = asTyped(paragraph);
+    const auto typed = corpus_.isWithoutYo ? withoutYo(written) : written;
     if (corpus_.isCode) {
       if (isTypedLine(typed)) addOnce(typed);
       return;
@@ -144,7 +163,7 @@ Corpus textFile(const std::string& language, const fs::path& file) {
   corpus.language = language == "ru" ? Language::russian : Language::english;
   corpus.isCode = language == "code";
   const auto format = corpus.isCode ? TextFormat::lines : TextFormat::plain;
-  corpus.files.push_back({"", format, {file.string()}, {}});
+  corpus.files.push_back({"", format, {file.string()}, {}, false});
   return corpus;
 }
 
@@ -155,7 +174,9 @@ std::vector<std::string> paragraphsOf(const Corpus& corpus) {
       const auto bytes = readFile(file);
       // A few old files are in another encoding; they say nothing about typing.
       if (!isCatalog(files.format) && !text::isValidUtf8(bytes)) continue;
-      std::ranges::move(paragraphsOf(bytes, files.format), std::back_inserter(all));
+      auto paragraphs = paragraphsOf(bytes, files.format);
+      if (files.endedOnly) std::erase_if(paragraphs, std::not_fn(endsAsSentence));
+      std::ranges::move(paragraphs, std::back_inserter(all));
     }
   }
   return all;

@@ -23,6 +23,8 @@ struct Corpus {
     std::vector<std::string> patterns;
     /// Endings of file names to leave out.
     std::vector<std::string> except;
+    /// Only paragraphs that end as a sentence does: no names of things, no labels.
+    bool endedOnly = false;
   };
 
   std::string name;
@@ -32,6 +34,8 @@ struct Corpus {
   bool isCode = false;
   /// What a person types such a text for; absent when it counts for none of a week.
   std::optional<Occasion> occasion;
+  /// Whether ё is typed as е, as most people write to one another.
+  bool isWithoutYo = false;
   /// Whether a third of its sentences is in neither half (`isOfUnseenThird`).
   bool hasUnseenThird = false;
   std::vector<Files> files;

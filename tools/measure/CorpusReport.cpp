@@ -31,6 +31,17 @@ Json missesJson(const MissCounts& counts, std::size_t most) {
   return list;
 }
 
+Json firstWordsJson(const FirstWords& words, std::size_t most) {
+  std::vector<std::pair<std::string, FirstWord>> sorted(words.begin(), words.end());
+  std::ranges::stable_sort(sorted, std::ranges::greater(),
+                           [](const auto& entry) { return entry.second.times; });
+  sorted.resize(std::min(sorted.size(), most));
+  Json list = Json::array();
+  for (const auto& [word, first] : sorted)
+    list.push_back({word, first.times, first.right});
+  return list;
+}
+
 MissCounts missesFromJson(const Json& list) {
   MissCounts counts;
   for (const auto& miss : list) {
@@ -62,6 +73,11 @@ void CorpusReport::addWrongLayout(const SentenceScore& score) {
   oneLetterRight += score.oneLetterRight;
   if (score.firstRight) ++firstRight;
   if (score.secondRight) ++secondRight;
+  if (!score.firstWord.empty()) {
+    auto& first = firstWords[score.firstWord];
+    ++first.times;
+    if (score.firstRight) ++first.right;
+  }
   count(score.misses, misses);
   for (const auto& miss : score.misses)
     ++missesByRule[miss.rule][{miss.meant, miss.shown}];
@@ -76,6 +92,10 @@ void CorpusReport::add(const CorpusReport& part) {
   oneLetterRight += part.oneLetterRight;
   firstRight += part.firstRight;
   secondRight += part.secondRight;
+  for (const auto& [word, first] : part.firstWords) {
+    firstWords[word].times += first.times;
+    firstWords[word].right += first.right;
+  }
   for (const auto& [miss, times] : part.falseFixes)
     falseFixes[miss] += times;
   for (const auto& [miss, times] : part.misses)
@@ -142,6 +162,7 @@ Json toJson(const CorpusReport& report, std::size_t misses) {
   }
   json["falseFixList"] = missesJson(report.falseFixes, misses);
   if (report.isCode) return json;
+  json["firstWordList"] = firstWordsJson(report.firstWords, misses);
   json["missList"] = missesJson(report.misses, misses);
   for (const auto& [rule, counts] : report.missesByRule) {
     json["missRules"][nameOf(rule)] = {{"misses", sumOf(counts)},
@@ -167,6 +188,10 @@ CorpusReport reportFromJson(const Json& json) {
   report.oneLetterRight = json.at("oneLetterRight").get<std::size_t>();
   report.firstRight = json.at("firstRight").get<std::size_t>();
   report.secondRight = json.at("secondRight").get<std::size_t>();
+  for (const auto& first : json.at("firstWordList")) {
+    report.firstWords[first.at(0).get<std::string>()] = {first.at(1).get<std::size_t>(),
+                                                         first.at(2).get<std::size_t>()};
+  }
   report.misses = missesFromJson(json.at("missList"));
   for (const auto rule : kMissRules) {
     if (!json.contains("missRules") || !json["missRules"].contains(nameOf(rule))) continue;

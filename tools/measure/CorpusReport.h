@@ -14,6 +14,13 @@ namespace tessarok::measure {
 /// How often each miss happened: what was meant and what was shown, to the number of times.
 using MissCounts = std::map<std::pair<std::string, std::string>, std::size_t>;
 
+/// How often sentences begin with a word, and how often it comes out right from the wrong layout.
+struct FirstWord {
+  std::size_t times = 0;
+  std::size_t right = 0;
+};
+using FirstWords = std::map<std::string, FirstWord>;
+
 /// What was measured on one corpus, in sums that can be added.
 struct CorpusReport {
   std::string name;
@@ -30,6 +37,7 @@ struct CorpusReport {
   std::size_t oneLetterRight = 0;
   std::size_t firstRight = 0;
   std::size_t secondRight = 0;
+  FirstWords firstWords;
   MissCounts misses;
   /// The same misses by what the rules say about the word.
   std::map<MissRule, MissCounts> missesByRule;

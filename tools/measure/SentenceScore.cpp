@@ -1,5 +1,7 @@
 #include "SentenceScore.h"
 
+#include <algorithm>
+
 #include "text/Text.h"
 
 namespace tessarok::measure {
@@ -40,6 +42,12 @@ std::vector<Word> alignedWords(std::string_view meant, std::string_view shown) {
   return words;
 }
 
+/// Without the quotes, brackets and dashes before the first letter.
+std::string withoutHead(std::string_view word) {
+  constexpr std::string_view kHeads = "\"'([<-";
+  return std::string(word.substr(std::min(word.find_first_not_of(kHeads), word.size())));
+}
+
 }  // namespace
 
 SentenceScore scoreSentence(std::string_view meant, std::string_view shown) {
@@ -55,6 +63,7 @@ SentenceScore scoreSentence(std::string_view meant, std::string_view shown) {
     }
     if (word.letters < 2) continue;
     ++score.longWords;
+    if (score.longWords == 1) score.firstWord = withoutHead(text::lowercased(word.meant));
     if (word.lettersRight) {
       ++score.longRight;
       score.firstRight = score.firstRight || score.longWords == 1;

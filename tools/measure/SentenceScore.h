@@ -26,6 +26,8 @@ struct SentenceScore {
   std::size_t longRight = 0;
   std::size_t oneLetterWords = 0;
   std::size_t oneLetterRight = 0;
+  /// The first long word in small letters, with the punctuation behind it.
+  std::string firstWord;
   /// The first long word is right.
   bool firstRight = false;
   /// The first or the second long word is right.

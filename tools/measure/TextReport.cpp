@@ -1,8 +1,10 @@
 #include "TextReport.h"
 
+#include <algorithm>
 #include <iomanip>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <vector>
 
 namespace tessarok::measure {
 
@@ -61,6 +63,34 @@ void addWeeks(std::ostringstream& out, const std::vector<CorpusReport>& reports,
   if (russian && english) addWeek(out, "  both    ", bothOf(*russian, *english));
 }
 
+/// What sentences begin with in every text of one language that people talk in.
+void addFirstWords(std::ostringstream& out, const std::vector<CorpusReport>& reports,
+                   Language language, std::size_t most) {
+  FirstWords words;
+  std::size_t sentences = 0;
+  for (const auto& report : reports) {
+    if (report.occasion != Occasion::talk || report.language != language) continue;
+    sentences += report.sentences;
+    for (const auto& [word, first] : report.firstWords) {
+      words[word].times += first.times;
+      words[word].right += first.right;
+    }
+  }
+  std::vector<std::pair<std::string, FirstWord>> sorted(words.begin(), words.end());
+  std::ranges::stable_sort(sorted, std::ranges::greater(),
+                           [](const auto& entry) { return entry.second.times; });
+  sorted.resize(std::min(sorted.size(), most));
+  if (sorted.empty()) return;
+  out << "\nfirst words of talk: share of the sentences %, right from the wrong layout %\n";
+  for (const auto& [word, first] : sorted) {
+    const auto percent = [](std::size_t part, std::size_t whole) {
+      return 100 * static_cast<double>(part) / static_cast<double>(whole);
+    };
+    out << std::setw(8) << percent(first.times, sentences) << std::setw(8)
+        << percent(first.right, first.times) << "  " << word << '\n';
+  }
+}
+
 }  // namespace
 
 std::string textReport(const std::vector<CorpusReport>& reports, const Ceilings& ceilings,
@@ -73,6 +103,8 @@ std::string textReport(const std::vector<CorpusReport>& reports, const Ceilings&
   for (const auto& report : reports)
     addRow(out, report, ceilings);
   addWeeks(out, reports, ceilings);
+  for (const auto language : {Language::russian, Language::english})
+    addFirstWords(out, reports, language, misses);
   for (const auto& report : reports) {
     const auto json = toJson(report, misses);
     out << '\n' << report.title << '\n';
