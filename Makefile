@@ -58,7 +58,7 @@ test-terminal: build data ## Type PASSWORDS (1000) into hidden prompts and every
 bench: data ## Measure time, memory and the delay of keys; PUBLISH=1 puts the table into the documents
 	@scripts/install-packages bench
 	@cmake --preset release > /dev/null
-	@cmake --build --preset release --target tessarok tessarok_bench tessarok_growth_bench tessarok_launch_bench tessarok_lists_bench tessarok_membership_bench tessarok_memory_bench tessarok_x11_bench
+	@cmake --build --preset release --target tessarok tessarok_bench tessarok_growth_bench tessarok_launch_bench tessarok_lists_bench tessarok_membership_bench tessarok_memory_bench tessarok_terminal_bench tessarok_x11_bench
 	@scripts/bench $(if $(PUBLISH),--publish) $(BUILD)
 
 fuzz: ## Fuzz every parser, FUZZ_SECONDS (60) each

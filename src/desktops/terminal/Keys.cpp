@@ -210,6 +210,7 @@ bool Keys::isPassedThrough(const InputItem& item, const PtyModes* modes) const {
 
 void Keys::press(const InputItem& item) {
   const auto modes = pty_.modes();
+  const TerminalSecureInput::Known reading(desktop_.secureInput(), modes);
   const auto* const known = modes ? &*modes : nullptr;
   noticeProgram(known);
   if (isPassedThrough(item, known)) {

@@ -59,12 +59,10 @@ void Screen::forget() {
   rows_.clear();
 }
 
-char32_t Screen::at(std::int64_t row, std::int64_t column) const {
+const Screen::Row& Screen::rowAt(std::int64_t row) const {
+  static const Row empty;
   const auto found = rows_.find(row);
-  if (found == rows_.end() || column >= static_cast<std::int64_t>(found->second.size())) {
-    return kNothing;
-  }
-  return found->second[static_cast<std::size_t>(column)];
+  return found == rows_.end() ? empty : found->second;
 }
 
 Screen::Row& Screen::row() {
@@ -241,6 +239,7 @@ bool Screen::endsWith(std::u32string_view text, Place place) const {
   if (place < 0) return false;
   auto row = place / columns_;
   auto column = place % columns_;
+  const auto* cells = &rowAt(row);
   for (const auto character : text) {
     const auto width = text::columns(character);
     // What stands on one cell with another cannot be told here.
@@ -248,8 +247,10 @@ bool Screen::endsWith(std::u32string_view text, Place place) const {
     if (column + width > columns_) {
       ++row;
       column = 0;
+      cells = &rowAt(row);
     }
-    if (at(row, column) != character) return false;
+    const auto at = static_cast<std::size_t>(column);
+    if ((at < cells->size() ? (*cells)[at] : kNothing) != character) return false;
     column += width;
   }
   return row * columns_ + column == cursor();

@@ -42,7 +42,7 @@ class Screen final {
  private:
   using Row = std::u32string;
 
-  [[nodiscard]] char32_t at(std::int64_t row, std::int64_t column) const;
+  [[nodiscard]] const Row& rowAt(std::int64_t row) const;
   [[nodiscard]] Row& row();
   void moveTo(std::int64_t row, std::int64_t column);
   void jump(std::int64_t column);

@@ -69,8 +69,9 @@ TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer,
       screen_(
           outer.output(), [this] { return toScreen_.isEmpty() ? short{0} : short{POLLOUT}; },
           [this](short) { flushScreen(); }),
-      toProgram_(pty.descriptor()),
-      toScreen_(outer.output()),
+      toProgram_(pty.descriptor(), posix::WriteQueue::Mode::nonBlocking),
+      toScreen_(outer.output(), outer.isOutputNonBlocking() ? posix::WriteQueue::Mode::nonBlocking
+                                                            : posix::WriteQueue::Mode::any),
       keys_(desktop, pty, output_, toProgram_),
       sign_([&desktop](std::string_view key) { return desktop.userDefaults().string(key); }) {
   auto& loop = desktop_.runLoop();
@@ -89,7 +90,6 @@ TerminalSession::~TerminalSession() {
 }
 
 int TerminalSession::run() {
-  desktop_.secureInput().watch(pty_);
   desktop_.systemLog().hold();
   outer_.makeRaw();
   // The window may have changed while the program was starting.
@@ -165,6 +165,7 @@ bool TerminalSession::readsInput() const {
 }
 
 void TerminalSession::readInput() {
+  if (const auto begin = std::exchange(onFirstKey, nullptr)) begin();
   const bool continues = isBurst_ && desktop_.clock().uptime() <= burstUntil_;
   auto count = readMore();
   while (!continues && count > kTypedSize && count < kPasteSize &&

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 #include "desktops/posix/CallbackSource.h"
@@ -35,6 +36,9 @@ class TerminalSession final {
   /// Returns the program's exit status as a shell gives it; 128 and the signal's number when a
   /// signal has ended this program, or the terminal has gone, before the other one.
   [[nodiscard]] int run();
+
+  /// Called once, when there is a key for the first time, before it is read.
+  std::function<void()> onFirstKey;
 
  private:
   [[nodiscard]] bool readsInput() const;
