@@ -1,6 +1,6 @@
-// What the program costs in a terminal: from a key to its echo, for 100 MB of output, and from start
-// to end, each without anything in between, with the program, and with tmux, which sits in the same
-// place. Prints JSON.
+// What the program costs in a terminal: from a key to its echo, for 100 MB of output, and from
+// start to end, each without anything in between, with the program, and with tmux, which sits in
+// the same place. Prints JSON.
 //
 // usage: tessarok_terminal_bench RESOURCES [KEYS [MEGABYTES [STARTS]]]
 

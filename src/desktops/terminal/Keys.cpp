@@ -116,6 +116,7 @@ void Keys::noteOutput() {
     expectsEcho_ = true;
     homeIsDue_ = true;
     addressingGroup_ = -1;
+    expectCommand();
   }
   if (output_.takeAddressing()) {
     const auto modes = pty_.modes();
@@ -175,6 +176,10 @@ bool Keys::isCommandLine() const {
          (isShell(program_) || (output_.wantsBrackets() && mayHoldShell(program_)));
 }
 
+void Keys::expectCommand() {
+  desktop_.textContext().expectCommand(desktop_.clock().uptime());
+}
+
 platform::TextContext::Part Keys::partInHand() const {
   if (!isCommandLine()) return platform::TextContext::Part::text;
   return endOfCommandLine(line_.text(), line_.isWhole()).part;
@@ -220,6 +225,7 @@ void Keys::press(const InputItem& item) {
   }
   goHomeIfDue(item);
   if (modes) erase_ = modes->erase();
+  if (line_.text().empty() && isCommandLine()) expectCommand();
   // What the program makes of this key is not known, so neither is the word that it is part of.
   const bool isHidden = !modes || modes->isSecret() || (modes->isRaw() && line_.isHidden());
   if (isHidden) {

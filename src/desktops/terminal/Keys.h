@@ -61,6 +61,7 @@ class Keys final {
 
   [[nodiscard]] bool isPassedThrough(const InputItem& item, const PtyModes* modes) const;
   [[nodiscard]] bool isCommandLine() const;
+  void expectCommand();
   [[nodiscard]] platform::TextContext::Part partInHand() const;
   [[nodiscard]] bool hasScreenForItself(const PtyModes* modes) const;
   [[nodiscard]] bool mayTranslate() const;
