@@ -31,11 +31,12 @@ test: check-format data ## Build and run every test
 	cmake --build --preset release
 	ctest --preset release -j $(JOBS)
 
-test-apps: $(BUILD)/build.ninja ## Type into Chromium and a Qt entry (installs both)
+test-apps: build data ## Type into Chromium, a Qt entry, and programs that fill a terminal (installs them)
 	@scripts/install-packages test test-apps
 	@cmake --build --preset release --target tessarok_application_tests tessarok_fcitx5_application_tests
 	@$(BUILD)/tests/desktops/x11/tessarok_application_tests
 	@$(BUILD)/tests/desktops/fcitx5/tessarok_fcitx5_application_tests
+	@tests/desktops/terminal/check-full-screen $(BUILD)/tessarok Resources
 
 test-desktops: $(BUILD)/build.ninja ## Type into programs on KWin and sway (installs both), with a control run without Tessarok
 	@scripts/install-packages test test-desktops

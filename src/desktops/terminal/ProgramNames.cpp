@@ -115,11 +115,10 @@ void ProgramNames::refresh(double now) {
       for (auto& folder : state.folders)
         folder.isDue = true;
     }
-    const bool isWork = std::any_of(
-        state.folders.begin(), state.folders.end(),
-        [](const State::Folder& folder) { return folder.isDue && !folder.isTaken; });
-    const bool isServed =
-        state.threads > 0 && state.startedAt && now - *state.startedAt < kStuck;
+    const bool isWork =
+        std::any_of(state.folders.begin(), state.folders.end(),
+                    [](const State::Folder& folder) { return folder.isDue && !folder.isTaken; });
+    const bool isServed = state.threads > 0 && state.startedAt && now - *state.startedAt < kStuck;
     if (!isWork || isServed || state.threads >= kMostThreads) return;
     ++state.threads;
     state.startedAt = now;

@@ -58,6 +58,7 @@ class TerminalSession final {
   [[nodiscard]] std::size_t readMore();
   void serveInput();
   void pressKeys();
+  void press(const InputItem& item);
   void waitForEcho(const InputItem& item);
   void waitToSettle();
   void echoCame();
@@ -91,6 +92,7 @@ class TerminalSession final {
   /// Tells a time-out from those of earlier waits.
   std::uint64_t echoWait_ = 0;
   std::uint64_t restWait_ = 0;
+  std::uint64_t retypingWait_ = 0;
   /// Everything in the decoder is served, as far as it is complete.
   bool isDrained_ = true;
   /// A large paste is coming in; until then, seconds of uptime, more is part of it.

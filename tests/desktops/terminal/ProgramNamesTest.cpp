@@ -1,5 +1,3 @@
-#include "desktops/terminal/ProgramNames.h"
-
 #include <atomic>
 #include <chrono>
 #include <fstream>
@@ -8,6 +6,7 @@
 #include <map>
 #include <thread>
 
+#include "desktops/terminal/ProgramNames.h"
 #include "desktops/virtual/TemporaryDirectory.h"
 
 namespace tessarok::terminal {
