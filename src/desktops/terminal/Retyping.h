@@ -16,13 +16,12 @@ namespace tessarok::terminal {
 /// an editor that waits for commands a Backspace moves the cursor, and letters would be commands.
 ///
 /// Behaviour: first only the Backspaces are sent. The new text follows when the old one has gone
-/// from the screen and the cursor stands where it began; else never. An editor that erases only what
-/// was typed last gets that again.
+/// from the screen and the cursor stands where it began; else never. An editor that erases only
+/// what was typed last gets that again.
 class Retyping final {
  public:
   /// Both outlive this object.
-  Retyping(Screen& screen, posix::WriteQueue& toProgram)
-      : screen_(screen), toProgram_(toProgram) {}
+  Retyping(Screen& screen, posix::WriteQueue& toProgram) : screen_(screen), toProgram_(toProgram) {}
 
   /// Erases a text that stands before the cursor, to type another one in its place; false when it
   /// does not stand there, and then nothing was sent.

@@ -1,10 +1,9 @@
-#include "desktops/terminal/Retyping.h"
-
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "desktops/terminal/ProgramOutput.h"
+#include "desktops/terminal/Retyping.h"
 
 namespace tessarok::terminal {
 namespace {

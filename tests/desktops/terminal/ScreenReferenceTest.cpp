@@ -1,6 +1,7 @@
-// What a filled screen shows after any sequences, beside another implementation of a terminal. Without
-// wide characters, of which that one leaves halves where terminals leave a space, and without
-// characters that are inserted or deleted while only a part scrolls, which it refuses outside of that.
+// What a filled screen shows after any sequences, beside another implementation of a terminal.
+// Without wide characters, of which that one leaves halves where terminals leave a space, and
+// without characters that are inserted or deleted while only a part scrolls, which it refuses
+// outside of that.
 
 #include <gtest/gtest.h>
 #include <random>
@@ -109,9 +110,7 @@ class Program {
 
  private:
   int number(int from, int to) { return std::uniform_int_distribution(from, to)(random_); }
-  static std::string csi(int count, char final) {
-    return "\x1b[" + std::to_string(count) + final;
-  }
+  static std::string csi(int count, char final) { return "\x1b[" + std::to_string(count) + final; }
   std::string place() {
     return "\x1b[" + std::to_string(number(1, kRows)) + ";" + std::to_string(number(1, kColumns)) +
            "H";

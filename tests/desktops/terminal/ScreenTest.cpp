@@ -1,8 +1,7 @@
-#include "desktops/terminal/Screen.h"
-
 #include <gtest/gtest.h>
 
 #include "desktops/terminal/ProgramOutput.h"
+#include "desktops/terminal/Screen.h"
 
 namespace tessarok::terminal {
 namespace {
