@@ -31,11 +31,12 @@ test: check-format data ## Build and run every test
 	cmake --build --preset release
 	ctest --preset release -j $(JOBS)
 
-test-apps: $(BUILD)/build.ninja ## Type into Chromium and a Qt entry (installs both)
+test-apps: build data ## Type into Chromium, a Qt entry, and programs that fill a terminal (installs them)
 	@scripts/install-packages test test-apps
 	@cmake --build --preset release --target tessarok_application_tests tessarok_fcitx5_application_tests
 	@$(BUILD)/tests/desktops/x11/tessarok_application_tests
 	@$(BUILD)/tests/desktops/fcitx5/tessarok_fcitx5_application_tests
+	@tests/desktops/terminal/check-full-screen $(BUILD)/tessarok Resources
 
 test-desktops: $(BUILD)/build.ninja ## Type into programs on KWin and sway (installs both), with a control run without Tessarok
 	@scripts/install-packages test test-desktops
@@ -58,7 +59,7 @@ test-terminal: build data ## Type PASSWORDS (1000) into hidden prompts and every
 bench: data ## Measure time, memory and the delay of keys; PUBLISH=1 puts the table into the documents
 	@scripts/install-packages bench
 	@cmake --preset release > /dev/null
-	@cmake --build --preset release --target tessarok tessarok_bench tessarok_growth_bench tessarok_launch_bench tessarok_lists_bench tessarok_membership_bench tessarok_memory_bench tessarok_x11_bench
+	@cmake --build --preset release --target tessarok tessarok_bench tessarok_growth_bench tessarok_launch_bench tessarok_lists_bench tessarok_membership_bench tessarok_memory_bench tessarok_terminal_bench tessarok_x11_bench
 	@scripts/bench $(if $(PUBLISH),--publish) $(BUILD)
 
 fuzz: ## Fuzz every parser, FUZZ_SECONDS (60) each

@@ -23,6 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const auto* key : kKeys)
     before.push_back(settings.boolean(key));
   const auto manualKey = settings.string("manualKey");
+  const auto fullScreen = settings.strings("fullScreen");
   const bool isRefused = !log.take().empty();
   settings.setBoolean("pack.gaming", true);
   settings.flush();
@@ -35,6 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (std::size_t i = 0; i + 1 < before.size(); ++i)
     fuzz::check(again.boolean(kKeys[i]) == before[i], "other settings are kept");
   fuzz::check(again.string("manualKey") == manualKey, "texts are kept");
+  fuzz::check(again.strings("fullScreen") == fullScreen, "lists are kept");
   fuzz::check(again.boolean("pack.gaming") == true, "a change is saved");
   fuzz::check(log.take().empty(), "what is written can be read");
   return 0;

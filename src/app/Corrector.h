@@ -17,15 +17,19 @@ class Corrector {
   Corrector(const Corrector&) = delete;
   Corrector& operator=(const Corrector&) = delete;
   ~Corrector() {
-    delegate_->applicationWillTerminate();
+    if (isLaunched_) delegate_->applicationWillTerminate();
     DiagnosticLog::drain();
   }
 
-  void launch() { delegate_->applicationDidFinishLaunching(); }
+  void launch() {
+    isLaunched_ = true;
+    delegate_->applicationDidFinishLaunching();
+  }
   [[nodiscard]] AppDelegate& delegate() { return *delegate_; }
 
  private:
   std::shared_ptr<AppDelegate> delegate_;
+  bool isLaunched_ = false;
 };
 
 }  // namespace tessarok::commands

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 #include "app/Corrector.h"
@@ -24,6 +25,7 @@
 #include "desktops/terminal/TerminalDesktop.h"
 #include "desktops/terminal/TerminalSession.h"
 #include "words/Dict.h"
+#include "words/ResourceLocator.h"
 
 namespace tessarok::commands {
 
@@ -36,8 +38,7 @@ using terminal::TerminalDesktop;
 using terminal::TerminalSession;
 
 /// There is no icon to say it.
-void warnIfDataIsMissing(TerminalDesktop& desktop) {
-  if (Dict::en().isAvailable() && Dict::ru().isAvailable()) return;
+void sayThatDataIsMissing(TerminalDesktop& desktop) {
   desktop.systemLog().write(
       "Tessarok: " +
       translated("the word data is missing; automatic correction is off, Alt+Space works"));
@@ -79,14 +80,29 @@ int runPlainly(const std::vector<std::string>& command, const std::string& reaso
 /// How long keys may wait for the person's settings to be read before they go without correction
 /// for the time being.
 constexpr auto kSettingsPatience = std::chrono::milliseconds(200);
+/// Seconds in which a program that asks nothing has usually ended. To read the word data takes as
+/// long, and would be for nothing.
+constexpr double kShortLife = 0.03;
 
-/// Launches a corrector as soon as the settings are known. Keys do not wait for a slow disk.
+/// Launches a corrector before the first key, or when the program stays. Keys do not wait for a
+/// slow disk.
 class Start final {
  public:
-  Start(TerminalDesktop& desktop, Corrector& corrector) : desktop_(desktop), corrector_(corrector) {
+  Start(TerminalDesktop& desktop, Corrector& corrector, const Pty& pty)
+      : desktop_(desktop),
+        corrector_(corrector),
+        pty_(pty),
+        lacksData_(!ResourceLocator::find("dict_en") || !ResourceLocator::find("dict_ru")) {
+    // Before the screen is the program's.
+    if (lacksData_) sayThatDataIsMissing(desktop_);
+    desktop_.runLoop().after(kShortLife, [this] { begin(); });
+  }
+
+  void begin() {
+    if (std::exchange(hasBegun_, true)) return;
     auto prepared = std::make_shared<std::promise<void>>();
     const auto isPrepared = prepared->get_future();
-    queue_.async([&desktop, prepared] {
+    queue_.async([&desktop = desktop_, prepared] {
       desktop.userDefaults().prepare();
       prepared->set_value();
     });
@@ -100,11 +116,17 @@ class Start final {
  private:
   void launch() {
     corrector_.launch();
-    warnIfDataIsMissing(desktop_);
+    // Not before: a prompt for a password that is there already would keep the tap from starting.
+    desktop_.secureInput().watch(pty_);
+    const bool isAvailable = Dict::en().isAvailable() && Dict::ru().isAvailable();
+    if (!isAvailable && !lacksData_) sayThatDataIsMissing(desktop_);
   }
 
   TerminalDesktop& desktop_;
   Corrector& corrector_;
+  const Pty& pty_;
+  bool lacksData_;
+  bool hasBegun_ = false;
   posix::ThreadQueue queue_;
 };
 
@@ -112,8 +134,9 @@ int correct(const Options& options, OuterTerminal& outer, Pty& pty) {
   TerminalDesktop desktop(options.resources);
   platform::setDesktop(desktop);
   Corrector corrector(AppDelegate::Instances::many, AppDelegate::Keys::wait);
-  Start start(desktop, corrector);
+  Start start(desktop, corrector, pty);
   TerminalSession session(desktop, outer, pty);
+  session.onFirstKey = [&start] { start.begin(); };
   return session.run();
 }
 

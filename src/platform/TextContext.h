@@ -21,8 +21,7 @@ class TextContext {
   virtual ~TextContext() = default;
   /// The part that ends with the word in hand.
   [[nodiscard]] virtual Part part() = 0;
-  /// Whether there is a program of this name. May look at folders, so it is asked only when a
-  /// word would be changed.
+  /// Whether there is a program of this name, as far as that is known. Waits for no folder.
   [[nodiscard]] virtual bool isProgram(std::string_view name) = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "desktops/posix/SettingsFile.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
@@ -22,6 +23,15 @@ bool isText(std::string_view key) {
   return key.ends_with("Key") || key == "layoutCursor" || key == "layoutTitle";
 }
 
+bool isList(std::string_view key) {
+  return key == "fullScreen";
+}
+
+bool isListOfTexts(const nlohmann::json& value) {
+  return value.is_array() && std::all_of(value.begin(), value.end(),
+                                         [](const auto& element) { return element.is_string(); });
+}
+
 }  // namespace
 
 /// Throws `std::exception` saying what is wrong with the text, and where.
@@ -32,7 +42,12 @@ SettingsFile::Values SettingsFile::parse(const std::string& text) {
   }
   Values values;
   for (const auto& [key, value] : object.items()) {
-    if (value.is_boolean() && !isText(key)) {
+    if (isList(key)) {
+      if (!isListOfTexts(value)) {
+        throw std::runtime_error(translated("\"{1}\" is no list of texts", {key}));
+      }
+      values.emplace(key, value.get<std::vector<std::string>>());
+    } else if (value.is_boolean() && !isText(key)) {
       values.emplace(key, value.get<bool>());
     } else if (value.is_string() && isText(key)) {
       values.emplace(key, value.get<std::string>());
@@ -67,6 +82,12 @@ std::optional<std::string> SettingsFile::string(std::string_view key) {
   const auto found = value(key);
   const auto* value = found ? std::get_if<std::string>(&*found) : nullptr;
   return value == nullptr ? std::nullopt : std::optional(*value);
+}
+
+std::vector<std::string> SettingsFile::strings(std::string_view key) {
+  const auto found = value(key);
+  const auto* value = found ? std::get_if<std::vector<std::string>>(&*found) : nullptr;
+  return value == nullptr ? std::vector<std::string>() : *value;
 }
 
 std::optional<SettingsFile::Value> SettingsFile::value(std::string_view key) {

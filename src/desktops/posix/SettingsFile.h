@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "desktops/posix/ThreadQueue.h"
 #include "platform/Failure.h"
@@ -17,7 +18,8 @@
 
 namespace tessarok::posix {
 
-/// The person's switches in a file, a JSON object of booleans; a few settings are texts. A file
+/// The person's switches in a file, a JSON object of booleans; a few settings are texts or lists of
+/// texts. A file
 /// that cannot be used is reported once and left as it is: changes then last until the program
 /// ends. Main thread; what is changed is in force at once and saved on a thread of its own, because
 /// keys wait while the main one does.
@@ -34,6 +36,8 @@ class SettingsFile final : public platform::UserDefaults {
   /// A setting that is a text; absent when it was never set or is none.
   [[nodiscard]] std::optional<std::string> string(std::string_view key);
   void setString(std::string_view key, std::string value);
+  /// A setting that is a list of texts; empty when it was never set or is none.
+  [[nodiscard]] std::vector<std::string> strings(std::string_view key);
   /// Reads the file, once. From any thread, when nothing else is called meanwhile: so that the
   /// first use need not wait for the disk.
   void prepare();
@@ -43,7 +47,7 @@ class SettingsFile final : public platform::UserDefaults {
   void flush();
 
  private:
-  using Value = std::variant<bool, std::string>;
+  using Value = std::variant<bool, std::string, std::vector<std::string>>;
   using Values = std::map<std::string, Value, std::less<>>;
 
   [[nodiscard]] static Values parse(const std::string& text);

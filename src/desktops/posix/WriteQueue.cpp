@@ -40,10 +40,12 @@ bool WriteQueue::flush(int milliseconds) {
 }
 
 WriteQueue::Step WriteQueue::writeSome(int milliseconds) {
-  pollfd waiting{descriptor_, POLLOUT, 0};
-  const int count = waitFor({&waiting, 1}, milliseconds);
-  if (count < 0) return errno == EINTR ? Step::progress : Step::broken;
-  if (count == 0) return Step::wouldBlock;
+  if (mode_ == Mode::any || milliseconds != 0) {
+    pollfd waiting{descriptor_, POLLOUT, 0};
+    const int count = waitFor({&waiting, 1}, milliseconds);
+    if (count < 0) return errno == EINTR ? Step::progress : Step::broken;
+    if (count == 0) return Step::wouldBlock;
+  }
   const auto size = std::min(bytes_.size() - done_, kChunk);
   const auto written = ::write(descriptor_, bytes_.data() + done_, size);
   if (written >= 0) {

@@ -10,9 +10,15 @@ namespace tessarok::posix {
 /// one who fills the queue stops when it is full. Main thread.
 class WriteQueue {
  public:
-  /// `descriptor` is not owned. It may be in blocking mode: a write is made only when poll says
-  /// that it can be.
-  explicit WriteQueue(int descriptor) : descriptor_(descriptor) {}
+  enum class Mode {
+    /// Perhaps in blocking mode: a write is made only when poll says that it can be.
+    any,
+    /// Surely not, so a write tells by itself whether it could be made.
+    nonBlocking,
+  };
+  /// `descriptor` is not owned.
+  explicit WriteQueue(int descriptor, Mode mode = Mode::any)
+      : descriptor_(descriptor), mode_(mode) {}
 
   void add(std::string_view bytes) { bytes_.append(bytes); }
   /// Writes as much as can be written without waiting; false when the descriptor is broken, and
@@ -34,6 +40,7 @@ class WriteQueue {
   [[nodiscard]] bool flush(int milliseconds);
 
   int descriptor_;
+  Mode mode_;
   std::string bytes_;
   /// How many of `bytes_` are written; they are removed when it pays.
   std::size_t done_ = 0;

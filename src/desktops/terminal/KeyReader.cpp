@@ -202,6 +202,20 @@ void KeyReader::readClosing(const InputItem& item, TerminalEvent& event) {
   event.bytes = item.bytes;
 }
 
+void KeyReader::readStart(TerminalEvent& event) {
+  readUnseenText(false, event);
+}
+
+void KeyReader::readShown(char32_t character, Language language, TerminalEvent& event) {
+  const auto stroke = layouts::KeyTable::of(language).strokeFor(character);
+  // What stands there already is no request for a pause.
+  const bool isPauseKey =
+      stroke && (stroke->code == keyCodes::grave || stroke->code == keyCodes::isoSection);
+  event.become(stroke && !isPauseKey ? stroke->code : OuterLayout::kNoKey,
+               stroke && stroke->shift ? flags::shift : 0);
+  text::appendScalar(character, event.payload);
+}
+
 void KeyReader::readCharacter(const InputItem& item, TerminalEvent& event) {
   if (item.scalar == U' ') {
     readSpace(0, event);

@@ -23,6 +23,10 @@ class KeyReader final {
   /// a word begins, or one that ends it.
   static void readOpening(const InputItem& item, TerminalEvent& event);
   static void readClosing(const InputItem& item, TerminalEvent& event);
+  /// Makes `event` one that sends nothing and behind which a word begins.
+  static void readStart(TerminalEvent& event);
+  /// Makes `event` the key that types a character in a layout; it sends nothing.
+  static void readShown(char32_t character, Language language, TerminalEvent& event);
 
  private:
   void readCharacter(const InputItem& item, TerminalEvent& event);

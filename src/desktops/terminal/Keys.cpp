@@ -19,6 +19,10 @@ using Kind = InputItem::Kind;
 /// So many letters of a line have to appear before the own layout has a say in it; one is enough
 /// where a line editor is known to be at work.
 constexpr std::size_t kLettersShown = 3;
+/// No word that is to be converted is longer.
+constexpr std::size_t kLongestWord = 64;
+/// So much of what was typed on a filled screen is remembered.
+constexpr std::size_t kLongestRun = 200;
 
 bool isLetterOrNumber(const InputItem& item) {
   return item.kind == Kind::character && (text::isLetter(item.bytes) || text::isNumber(item.bytes));
@@ -74,7 +78,8 @@ Keys::Keys(TerminalDesktop& desktop, const Pty& pty, ProgramOutput& output,
       toProgram_(toProgram),
       hotKeys_([this](std::string_view key) { return desktop_.userDefaults().string(key); }),
       outer_(desktop.inputSources()),
-      line_(output.screen()) {
+      line_(output.screen()),
+      retyping_(output.screen(), toProgram) {
   desktop_.eventTaps().setDelivery([this](const TerminalEvent& event) { deliver(event); });
   desktop_.textContext().watch([this] { return partInHand(); });
 }
@@ -89,6 +94,10 @@ bool Keys::mayRetype(const InputItem& item) const {
 }
 
 bool Keys::needsEchoFirst(const InputItem& item) {
+  if (output_.screen().isFilled()) {
+    const bool isDue = isNamed() ? mayRetype(item) : hotKeys_.of(item).key == HotKeys::Key::manual;
+    return isDue && !lastWordOfRun().empty() && !isRunShown();
+  }
   if (!mayRetype(item) || line_.isHidden() || line_.isShown() || !line_.hasUnshownLetters()) {
     return false;
   }
@@ -102,7 +111,12 @@ bool Keys::needsEchoFirst(const InputItem& item) {
   return false;
 }
 
+bool Keys::isEchoComplete() {
+  return output_.screen().isFilled() ? isRunShown() : line_.isShown();
+}
+
 void Keys::giveUpEcho() {
+  if (output_.screen().isFilled()) return followScreen();
   expectsEcho_ = false;
   untranslated_.clear();
   line_.hide();
@@ -115,13 +129,15 @@ void Keys::noteOutput() {
   if (output_.takePrompt()) {
     expectsEcho_ = true;
     homeIsDue_ = true;
-    addressingGroup_ = -1;
+    if (!output_.isAlternateScreen()) setAddressing(-1);
+    expectCommand();
   }
   if (output_.takeAddressing()) {
     const auto modes = pty_.modes();
-    if (modes && modes->isRaw()) addressingGroup_ = pty_.foregroundGroup();
+    if (modes && modes->isRaw()) setAddressing(pty_.foregroundGroup());
   }
-  if (output_.isAlternateScreen()) homeIsDue_ = true;
+  if (output_.isAlternateScreen() && !homeIsDue_ && !isNamed()) homeIsDue_ = true;
+  retyping_.noteOutput();
   translateSent();
 }
 
@@ -137,7 +153,7 @@ bool Keys::mayTranslate() const {
 }
 
 bool Keys::goesAsItCame(const PtyModes& modes) const {
-  return modes.isRaw() && !outer_.agrees() && !mayTranslate();
+  return !isOnScreen_ && modes.isRaw() && !outer_.agrees() && !mayTranslate();
 }
 
 void Keys::translateSent() {
@@ -163,9 +179,10 @@ void Keys::noticeProgram(const PtyModes* modes) {
   const auto group = pty_.foregroundGroup();
   const bool isOther = reading != reading_ || group != readingGroup_;
   if (isOther) homeIsDue_ = true;
-  if (reading != Reading::keys || group != addressingGroup_) addressingGroup_ = -1;
+  if (reading != Reading::keys || group != addressingGroup_) setAddressing(-1);
   reading_ = reading;
   if (group == std::exchange(readingGroup_, group)) return;
+  run_.clear();
   program_ = programOf(group);
 }
 
@@ -173,6 +190,10 @@ bool Keys::isCommandLine() const {
   // Shells edit their lines themselves; in any other way a script reads an answer.
   return reading_ == Reading::keys &&
          (isShell(program_) || (output_.wantsBrackets() && mayHoldShell(program_)));
+}
+
+void Keys::expectCommand() {
+  desktop_.textContext().expectCommand(desktop_.clock().uptime());
 }
 
 platform::TextContext::Part Keys::partInHand() const {
@@ -202,23 +223,41 @@ bool Keys::hasScreenForItself(const PtyModes* modes) const {
          addressingGroup_ == pty_.foregroundGroup();
 }
 
-bool Keys::isPassedThrough(const InputItem& item, const PtyModes* modes) const {
-  return item.kind == Kind::answer || item.kind == Kind::pasteBracket || hasScreenForItself(modes);
+void Keys::setAddressing(pid_t group) {
+  addressingGroup_ = group;
+  if (output_.isAlternateScreen()) return;
+  if (group >= 0) {
+    output_.screen().fill();
+  } else {
+    output_.screen().endFilling();
+  }
+}
+
+bool Keys::isNamed() const {
+  // tmux calls itself "tmux: client".
+  const auto name = program_.substr(0, program_.find(':'));
+  const auto named = desktop_.userDefaults().strings("fullScreen");
+  return std::find(named.begin(), named.end(), name) != named.end();
 }
 
 // One item.
 
 void Keys::press(const InputItem& item) {
   const auto modes = pty_.modes();
+  const TerminalSecureInput::Known reading(desktop_.secureInput(), modes);
   const auto* const known = modes ? &*modes : nullptr;
   noticeProgram(known);
-  if (isPassedThrough(item, known)) {
-    if (item.kind != Kind::answer) line_.breakOff();
-    toProgram_.add(item.bytes);
-    return;
+  if (item.kind != Kind::answer) retyping_.giveUp();
+  if (item.kind == Kind::answer) return toProgram_.add(item.bytes);
+  if (hasScreenForItself(known) && modes && modes->isRaw()) return pressOnScreen(item, *modes);
+  run_.clear();
+  if (item.kind == Kind::pasteBracket || hasScreenForItself(known)) {
+    line_.breakOff();
+    return toProgram_.add(item.bytes);
   }
   goHomeIfDue(item);
   if (modes) erase_ = modes->erase();
+  if (line_.text().empty() && isCommandLine()) expectCommand();
   // What the program makes of this key is not known, so neither is the word that it is part of.
   const bool isHidden = !modes || modes->isSecret() || (modes->isRaw() && line_.isHidden());
   if (isHidden) {
@@ -227,6 +266,152 @@ void Keys::press(const InputItem& item) {
     pressKey(item, *modes);
   }
   if (endsLine(item)) endLine();
+}
+
+// Programs that fill the screen.
+
+void Keys::pressOnScreen(const InputItem& item, const PtyModes& modes) {
+  line_.breakOff();
+  erase_ = modes.erase();
+  erases_ = 0;
+  retyped_.clear();
+  const bool isWatched = isNamed();
+  const auto press = hotKeys_.of(item);
+  const bool isManual = press.key == HotKeys::Key::manual;
+  isOnScreen_ = true;
+  if (isManual && convertOnScreen(press, isWatched)) {
+    isOnScreen_ = false;
+    return;
+  }
+  const bool erasesOne = item.kind == Kind::control && item.bytes.front() == erase_;
+  if (isManual || !isWatched || item.kind == Kind::pasteBracket) {
+    toProgram_.add(item.bytes);
+    if (item.kind == Kind::character) addToRun(item.bytes);
+    if (erasesOne && !run_.empty()) run_.pop_back();
+    if (item.kind != Kind::character && !erasesOne) run_.clear();
+  } else {
+    goHomeIfDue(item);
+    pressKey(item, modes);
+    finishOnScreen(run_, item.bytes);
+    if (item.kind != Kind::character && !erasesOne) run_.clear();
+    // Behind Escape an editor may wait for commands.
+    if (endsLine(item) || item.bytes == "\x1b") endLine();
+  }
+  isOnScreen_ = false;
+}
+
+bool Keys::convertOnScreen(HotKeys::Press press, bool isWatched) {
+  if (press.phase == HotKeys::Phase::release) return std::exchange(hasConverted_, false);
+  if (press.phase == HotKeys::Phase::repeat) return hasConverted_;
+  hasConverted_ = false;
+  // What the tap has followed it knows best: it may have fixed it, and is told that that was wrong.
+  const bool isFollowed = isWatched && !run_.empty() && isRunShown();
+  if (!isFollowed) {
+    const auto word = output_.screen().wordBeforeCursor(kLongestWord);
+    // Keys that are not shown are a secret, or commands.
+    const bool isHidden = !run_.empty() && !word.ends_with(run_.back());
+    if (word.empty() || isHidden) return false;
+    showToTap(word);
+    run_ = word;
+  }
+  pressHotKey(press);
+  hasConverted_ = erases_ > 0;
+  finishOnScreen(run_, {});
+  if (!isWatched) {
+    run_.clear();
+    KeyReader::readUnknown(event_);
+    send();
+    outer_.goHome();
+  }
+  return hasConverted_;
+}
+
+/// Has the tap follow a word that stands there already, as if it had just been typed.
+void Keys::showToTap(std::u32string_view word) {
+  const bool isRussian = std::any_of(word.begin(), word.end(), [](char32_t character) {
+    return character >= U'\u0400' && character <= U'\u04FF';
+  });
+  const auto language = isRussian ? Language::russian : Language::english;
+  desktop_.inputSources().setLanguage(language);
+  desktop_.runLoop().runQueue();
+  isShowing_ = true;
+  KeyReader::readStart(event_);
+  send();
+  for (const auto character : word) {
+    KeyReader::readShown(character, language, event_);
+    send();
+  }
+  isShowing_ = false;
+}
+
+std::u32string_view Keys::lastWordOfRun() const {
+  const std::u32string_view run = run_;
+  const auto space = run.rfind(U' ');
+  return space == std::u32string_view::npos ? run : run.substr(space + 1);
+}
+
+bool Keys::isRunShown() const {
+  const auto& screen = output_.screen();
+  const auto word = lastWordOfRun();
+  return screen.endsWith(word, screen.placeBeforeCursor(word));
+}
+
+/// What was typed does not stand on the screen. Perhaps a part of it was a command.
+void Keys::followScreen() {
+  if (!isNamed()) return;
+  const auto word = output_.screen().wordBeforeCursor(kLongestWord);
+  if (!word.empty() && lastWordOfRun().ends_with(word)) {
+    showToTap(word);
+    run_ = word;
+    return;
+  }
+  run_.clear();
+  KeyReader::readUnknown(event_);
+  send();
+}
+
+void Keys::finishOnScreen(std::u32string_view shown, std::string_view original) {
+  if (erases_ == 0) return;
+  const auto count = erases_;
+  const bool begins = count <= shown.size() &&
+                      retyping_.begin(shown.substr(shown.size() - count), erase_, retyped_);
+  if (!begins) {
+    // The key goes as it came.
+    toProgram_.add(original);
+    run_.clear();
+    KeyReader::readUnknown(event_);
+    erases_ = 0;
+    send();
+    return outer_.goHome();
+  }
+  run_.resize(run_.size() - count);
+  run_ += charactersOf(retyped_);
+}
+
+void Keys::deliverOnScreen(const TerminalEvent& event) {
+  const bool isErase = event.code == keyCodes::backspace && event.modifiers == 0;
+  if (isErase && event.bytes.empty()) {
+    ++erases_;
+    return;
+  }
+  if (isErase) {
+    toProgram_.add({&erase_, 1});
+    if (!run_.empty()) run_.pop_back();
+    return;
+  }
+  text_ = event.bytes;
+  if (text_.empty() && event.isText) text::assignUtf16(event.payload, text_);
+  if (erases_ > 0) {
+    retyped_ += text_;
+    return;
+  }
+  toProgram_.add(text_);
+  addToRun(text_);
+}
+
+void Keys::addToRun(std::string_view text) {
+  run_ += charactersOf(text);
+  if (run_.size() > kLongestRun) run_.erase(0, run_.size() - kLongestRun);
 }
 
 void Keys::pressHidden(const InputItem& item, const PtyModes* modes) {
@@ -286,7 +471,8 @@ void Keys::toggleLayout() {
 }
 
 bool Keys::typesRussian() const {
-  return !output_.isAlternateScreen() && desktop_.inputSources().language() == Language::russian;
+  return desktop_.inputSources().language() == Language::russian &&
+         (!output_.screen().isFilled() || isNamed());
 }
 
 void Keys::pressUnknown(const InputItem& item) {
@@ -339,7 +525,8 @@ void Keys::send() {
 }
 
 void Keys::deliver(const TerminalEvent& event) {
-  if (event.type == platform::EventType::keyUp) return;
+  if (event.type == platform::EventType::keyUp || isShowing_) return;
+  if (isOnScreen_) return deliverOnScreen(event);
   if (event.code == keyCodes::backspace && event.modifiers == 0) return sendErase();
   if (!event.bytes.empty()) return sendText(event.bytes);
   // Some keys of the person send nothing.

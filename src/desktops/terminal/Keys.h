@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -12,6 +13,7 @@
 #include "desktops/terminal/OuterLayout.h"
 #include "desktops/terminal/ProgramOutput.h"
 #include "desktops/terminal/Pty.h"
+#include "desktops/terminal/Retyping.h"
 #include "desktops/terminal/TerminalDesktop.h"
 #include "desktops/terminal/TerminalEvent.h"
 #include "desktops/terminal/TypedLine.h"
@@ -30,6 +32,10 @@ namespace tessarok::terminal {
 /// that some is still missing, and either the echo comes or `giveUpEcho` hides the line. For the
 /// same reason the own layout, where it is not the outer one, has no say in such a line before some
 /// letters have appeared: until then they go out as they came, and are typed anew when they have.
+///
+/// A program that fills the screen gets its keys as they come. Only what stands before the cursor
+/// is converted by hand; and in programs that the person has named, words are put right as
+/// elsewhere, when they stand on the screen as they were typed.
 class Keys final {
  public:
   /// All outlive this object; what the program is to get is added to `toProgram`.
@@ -45,10 +51,15 @@ class Keys final {
   /// The program has written something.
   void noteOutput();
   /// Everything typed has appeared.
-  [[nodiscard]] bool isEchoComplete() { return line_.isShown(); }
+  [[nodiscard]] bool isEchoComplete();
   /// It seems to have; `settle` after a moment says so if nothing has changed.
   [[nodiscard]] bool seemsEchoed() const { return line_.seemsShown(); }
   void settle();
+
+  /// A text was erased and its new form is still to be typed, before which no key may be pressed.
+  [[nodiscard]] bool isRetyping() const { return retyping_.isUnderWay(); }
+  /// It has taken too long.
+  void stopRetyping() { retyping_.stopWaiting(); }
 
   /// The person asks for the other layout, by a key or a command.
   void toggleLayout();
@@ -59,8 +70,8 @@ class Keys final {
   /// How the program reads its terminal, as far as one way ends a line that was typed for another.
   enum class Reading { unknown, lines, secretLines, keys, unedited };
 
-  [[nodiscard]] bool isPassedThrough(const InputItem& item, const PtyModes* modes) const;
   [[nodiscard]] bool isCommandLine() const;
+  void expectCommand();
   [[nodiscard]] platform::TextContext::Part partInHand() const;
   [[nodiscard]] bool hasScreenForItself(const PtyModes* modes) const;
   [[nodiscard]] bool mayTranslate() const;
@@ -68,6 +79,17 @@ class Keys final {
   void noticeProgram(const PtyModes* modes);
   void goHomeIfDue(const InputItem& item);
   void endLine();
+  [[nodiscard]] bool isNamed() const;
+  void setAddressing(pid_t group);
+  void pressOnScreen(const InputItem& item, const PtyModes& modes);
+  [[nodiscard]] bool convertOnScreen(HotKeys::Press press, bool isWatched);
+  void showToTap(std::u32string_view word);
+  [[nodiscard]] std::u32string_view lastWordOfRun() const;
+  [[nodiscard]] bool isRunShown() const;
+  void followScreen();
+  void finishOnScreen(std::u32string_view shown, std::string_view original);
+  void deliverOnScreen(const TerminalEvent& event);
+  void addToRun(std::string_view text);
   void pressHidden(const InputItem& item, const PtyModes* modes);
   void pressKey(const InputItem& item, const PtyModes& modes);
   void pressHotKey(HotKeys::Press press);
@@ -106,6 +128,18 @@ class Keys final {
   std::string program_;
   /// The one that moves the cursor about as programs do that fill the screen; -1 for none.
   pid_t addressingGroup_ = -1;
+  Retyping retyping_;
+  /// The key in hand is for a program that fills the screen.
+  bool isOnScreen_ = false;
+  /// What was typed into a named one of those since a key whose effect is not known.
+  std::u32string run_;
+  /// What the tap has made of the key in hand there: characters to be erased, and text to be typed.
+  std::size_t erases_ = 0;
+  std::string retyped_;
+  /// The tap is shown what stands on the screen already.
+  bool isShowing_ = false;
+  /// The release of the key that converts by hand is this program's too.
+  bool hasConverted_ = false;
   /// The own layout is to go home as soon as no word is under way.
   bool homeIsDue_ = false;
 };

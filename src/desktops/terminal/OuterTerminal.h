@@ -40,6 +40,7 @@ class OuterTerminal final {
   [[nodiscard]] static int input();
   /// Where the screen is written; if that is a terminal, without waiting.
   [[nodiscard]] int output() const;
+  [[nodiscard]] bool isOutputNonBlocking() const { return output_.isOpen(); }
 
  private:
   termios settings_{};

@@ -132,6 +132,7 @@ void ProgramOutput::feedEscape(char byte) {
   // Intermediate bytes, such as those that choose a character set.
   if (byte >= '\x20' && byte <= '\x2f') {
     state_ = State::intermediate;
+    intermediate_ = byte;
     return;
   }
   const bool isPlain = state_ != State::intermediate;
@@ -139,7 +140,7 @@ void ProgramOutput::feedEscape(char byte) {
   if (byte == kEscape) {
     state_ = State::escape;
   } else if (!isPlain) {
-    return;
+    screen_.designate(intermediate_, byte);
   } else if (byte == '[') {
     parameters_.clear();
     state_ = State::sequence;
@@ -149,7 +150,10 @@ void ProgramOutput::feedEscape(char byte) {
   } else {
     if (byte == '7' || byte == '8') keepsPlace_ = byte == '7';
     // A full reset.
-    if (byte == 'c') alternateScreen_ = wantsBrackets_ = keepsPlace_ = false;
+    if (byte == 'c') {
+      setAlternateScreen(false);
+      wantsBrackets_ = keepsPlace_ = false;
+    }
     screen_.escape(byte);
   }
 }
@@ -212,9 +216,19 @@ void ProgramOutput::setPrivateModes(bool on) {
   }
 }
 
+void ProgramOutput::setAlternateScreen(bool on) {
+  if (std::exchange(alternateScreen_, on) == on) return;
+  if (on) {
+    screen_.fill();
+  } else {
+    screen_.endFilling();
+  }
+}
+
 void ProgramOutput::setPrivateMode(int mode, bool on) {
   constexpr int kBracketedPaste = 2004;
-  if (isAlternateScreenMode(mode)) alternateScreen_ = on;
+  if (isAlternateScreenMode(mode)) setAlternateScreen(on);
+  screen_.setPrivateMode(mode, on);
   if (mode != kBracketedPaste) return;
   wantsBrackets_ = on;
   if (on) sawPrompt_ = true;

@@ -35,6 +35,7 @@ class ProgramOutput final {
   [[nodiscard]] std::vector<std::string> takeRequests() { return std::exchange(requests_, {}); }
 
   [[nodiscard]] Screen& screen() { return screen_; }
+  [[nodiscard]] const Screen& screen() const { return screen_; }
 
  private:
   enum class State { text, escape, intermediate, sequence, string, stringEscape };
@@ -49,10 +50,13 @@ class ProgramOutput final {
   void endString();
   void setPrivateModes(bool on);
   void setPrivateMode(int mode, bool on);
+  void setAlternateScreen(bool on);
   void putByte(char byte);
 
   Screen screen_;
   State state_ = State::text;
+  /// The last one of an escape sequence.
+  char intermediate_ = 0;
   std::string parameters_;
   /// The beginning of a string that is addressed to the terminal.
   std::string string_;

@@ -19,6 +19,8 @@ constexpr double kEscapeDelay = 0.05;
 /// Seconds for which the echo of a word is waited for. It is there long before a person has
 /// pressed the next key, except through a slow connection.
 constexpr double kEchoDelay = 0.2;
+/// Seconds for which keys wait until a word on a filled screen is erased, before its new form.
+constexpr double kRetypingDelay = 1.0;
 /// Seconds for which a cursor has to rest before what stands there is believed to be an echo.
 constexpr double kSettleDelay = 0.005;
 /// Bytes that come together only in a paste.
@@ -69,8 +71,9 @@ TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer,
       screen_(
           outer.output(), [this] { return toScreen_.isEmpty() ? short{0} : short{POLLOUT}; },
           [this](short) { flushScreen(); }),
-      toProgram_(pty.descriptor()),
-      toScreen_(outer.output()),
+      toProgram_(pty.descriptor(), posix::WriteQueue::Mode::nonBlocking),
+      toScreen_(outer.output(), outer.isOutputNonBlocking() ? posix::WriteQueue::Mode::nonBlocking
+                                                            : posix::WriteQueue::Mode::any),
       keys_(desktop, pty, output_, toProgram_),
       sign_([&desktop](std::string_view key) { return desktop.userDefaults().string(key); }) {
   auto& loop = desktop_.runLoop();
@@ -89,7 +92,6 @@ TerminalSession::~TerminalSession() {
 }
 
 int TerminalSession::run() {
-  desktop_.secureInput().watch(pty_);
   desktop_.systemLog().hold();
   outer_.makeRaw();
   // The window may have changed while the program was starting.
@@ -123,7 +125,7 @@ void TerminalSession::handleSignal(int signal) {
 void TerminalSession::resize() {
   const auto size = outer_.size();
   pty_.setSize(size);
-  output_.screen().setColumns(size.ws_col);
+  output_.screen().setSize(size.ws_row, size.ws_col);
 }
 
 void TerminalSession::stop() {
@@ -161,10 +163,11 @@ void TerminalSession::tidyScreen() {
 // Keys.
 
 bool TerminalSession::readsInput() const {
-  return isDrained_ && !held_ && !isProgramGone_ && !toProgram_.isFull();
+  return isDrained_ && !held_ && !keys_.isRetyping() && !isProgramGone_ && !toProgram_.isFull();
 }
 
 void TerminalSession::readInput() {
+  if (const auto begin = std::exchange(onFirstKey, nullptr)) begin();
   const bool continues = isBurst_ && desktop_.clock().uptime() <= burstUntil_;
   auto count = readMore();
   while (!continues && count > kTypedSize && count < kPasteSize &&
@@ -198,19 +201,19 @@ std::size_t TerminalSession::readMore() {
 void TerminalSession::serveInput() {
   isDrained_ = false;
   // Where the program takes at once all that there was room for, nothing would call again.
-  while (!isDrained_ && !held_ && !isProgramGone_ && !toProgram_.isFull()) {
+  while (!isDrained_ && !held_ && !keys_.isRetyping() && !isProgramGone_ && !toProgram_.isFull()) {
     pressKeys();
     flushToProgram();
   }
   flushScreen();
-  if (held_ || !isDrained_) waitedAt_ = desktop_.clock().uptime();
+  if (held_ || keys_.isRetyping() || !isDrained_) waitedAt_ = desktop_.clock().uptime();
   if (!isDrained_) return;
   burstUntil_ = desktop_.clock().uptime() + kBurstGap;
   if (decoder_.isWaiting()) waitForRest();
 }
 
 void TerminalSession::pressKeys() {
-  while (!held_ && !toProgram_.isFull()) {
+  while (!held_ && !keys_.isRetyping() && !toProgram_.isFull()) {
     const auto item = decoder_.next();
     if (!item) {
       isDrained_ = true;
@@ -219,9 +222,20 @@ void TerminalSession::pressKeys() {
     if (keys_.needsEchoFirst(*item)) {
       waitForEcho(*item);
     } else {
-      keys_.press(*item);
+      press(*item);
     }
   }
+}
+
+void TerminalSession::press(const InputItem& item) {
+  keys_.press(item);
+  if (!keys_.isRetyping()) return;
+  const auto wait = ++retypingWait_;
+  desktop_.runLoop().after(kRetypingDelay, [this, wait] {
+    if (wait != retypingWait_ || !keys_.isRetyping()) return;
+    keys_.stopRetyping();
+    serveInput();
+  });
 }
 
 void TerminalSession::waitForRest() {
@@ -256,7 +270,7 @@ void TerminalSession::waitToSettle() {
 }
 
 void TerminalSession::echoCame() {
-  keys_.press(*held_);
+  press(*held_);
   held_.reset();
   serveInput();
 }

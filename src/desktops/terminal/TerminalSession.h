@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 #include "desktops/posix/CallbackSource.h"
@@ -36,6 +37,9 @@ class TerminalSession final {
   /// signal has ended this program, or the terminal has gone, before the other one.
   [[nodiscard]] int run();
 
+  /// Called once, when there is a key for the first time, before it is read.
+  std::function<void()> onFirstKey;
+
  private:
   [[nodiscard]] bool readsInput() const;
   [[nodiscard]] short programEvents() const;
@@ -54,6 +58,7 @@ class TerminalSession final {
   [[nodiscard]] std::size_t readMore();
   void serveInput();
   void pressKeys();
+  void press(const InputItem& item);
   void waitForEcho(const InputItem& item);
   void waitToSettle();
   void echoCame();
@@ -87,6 +92,7 @@ class TerminalSession final {
   /// Tells a time-out from those of earlier waits.
   std::uint64_t echoWait_ = 0;
   std::uint64_t restWait_ = 0;
+  std::uint64_t retypingWait_ = 0;
   /// Everything in the decoder is served, as far as it is complete.
   bool isDrained_ = true;
   /// A large paste is coming in; until then, seconds of uptime, more is part of it.

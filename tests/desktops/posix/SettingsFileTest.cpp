@@ -95,6 +95,31 @@ TEST_F(SettingsFileTest, LeavesAFileWithOtherValuesAlone) {
   expectUnusable("\"shiftLagFix\" is neither true nor false");
 }
 
+TEST_F(SettingsFileTest, AListOfTextsIsReadAndSurvivesASave) {
+  write(R"({"fullScreen": ["irssi", "weechat"]})");
+  {
+    SettingsFile settings(file_, files_, log_);
+    EXPECT_EQ(settings.strings("fullScreen"), (std::vector<std::string>{"irssi", "weechat"}));
+    EXPECT_EQ(settings.strings("other"), std::vector<std::string>());
+    EXPECT_EQ(settings.string("fullScreen"), std::nullopt);
+    settings.setBoolean("pack.it", true);
+    settings.flush();
+  }
+  SettingsFile settings(file_, files_, log_);
+  EXPECT_EQ(settings.strings("fullScreen"), (std::vector<std::string>{"irssi", "weechat"}));
+  EXPECT_EQ(settings.boolean("pack.it"), true);
+}
+
+TEST_F(SettingsFileTest, SaysThatAListIsNone) {
+  write(R"({"fullScreen": "irssi"})");
+  expectUnusable("\"fullScreen\" is no list of texts");
+}
+
+TEST_F(SettingsFileTest, SaysThatAListHoldsWhatIsNoText) {
+  write(R"({"fullScreen": ["irssi", 1]})");
+  expectUnusable("\"fullScreen\" is no list of texts");
+}
+
 TEST_F(SettingsFileTest, SaysWhyAFileCannotBeRead) {
   std::filesystem::create_directories(file_);
   expectUnusable("directory");

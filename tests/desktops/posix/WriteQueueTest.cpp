@@ -50,6 +50,22 @@ TEST_F(WriteQueueTest, KeepsWhatCannotBeWrittenYet) {
   EXPECT_EQ(received, sent);
 }
 
+TEST_F(WriteQueueTest, OfANonBlockingDescriptorKeepsWhatCannotBeWrittenYet) {
+  ASSERT_EQ(::fcntl(ends_[1], F_SETFL, O_NONBLOCK), 0);
+  WriteQueue queue(ends_[1], WriteQueue::Mode::nonBlocking);
+  const std::string sent(200 * 1000, 'x');
+  queue.add(sent);
+  ASSERT_TRUE(queue.flush());
+  EXPECT_FALSE(queue.isEmpty());
+  std::string received;
+  while (!queue.isEmpty()) {
+    received += read();
+    ASSERT_TRUE(queue.flush());
+  }
+  received += read();
+  EXPECT_EQ(received, sent);
+}
+
 TEST_F(WriteQueueTest, SaysWhenNobodyReadsAnyMore) {
   WriteQueue queue(ends_[1]);
   ::close(ends_[0]);

@@ -90,7 +90,7 @@ TEST_F(TypedLineTest, AnErasedCharacterHasToGo) {
 }
 
 TEST_F(TypedLineTest, LongLinesGoOnInTheNextRow) {
-  output_.screen().setColumns(10);
+  output_.screen().setSize(24, 10);
   show("$ ");
   type(U"abcdefghij");
   // As readline does at the edge.
