@@ -1,10 +1,10 @@
-#include "typing/CommandWords.h"
-
 #include <gtest/gtest.h>
 #include <string>
 
+#include "desktops/virtual/TemporaryDirectory.h"
 #include "desktops/virtual/VirtualDesktop.h"
 #include "tests/support/PartlyVirtualDesktop.h"
+#include "typing/CommandWords.h"
 
 namespace tessarok {
 namespace {
@@ -32,7 +32,8 @@ class Desktop final : public testing::PartlyVirtualDesktop {
   Context context;
 
  private:
-  virtualdesktop::VirtualDesktop base_;
+  virtualdesktop::TemporaryDirectory home_;
+  virtualdesktop::VirtualDesktop base_{home_.path(), std::nullopt};
 };
 
 class CommandWords : public ::testing::Test {

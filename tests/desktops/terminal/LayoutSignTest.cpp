@@ -1,8 +1,8 @@
-#include "desktops/terminal/LayoutSign.h"
-
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <map>
+
+#include "desktops/terminal/LayoutSign.h"
 
 namespace tessarok::terminal {
 namespace {

@@ -1,7 +1,6 @@
-#include "desktops/terminal/TerminalStatusBar.h"
-
 #include <gtest/gtest.h>
 
+#include "desktops/terminal/TerminalStatusBar.h"
 #include "platform/Menu.h"
 
 namespace tessarok::terminal {
