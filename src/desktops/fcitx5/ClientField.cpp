@@ -16,8 +16,9 @@ constexpr double kForgetting = 0.99;
 
 }  // namespace
 
-void ClientField::reset() {
+void ClientField::reset(double settle) {
   *this = ClientField();
+  settle_ = settle;
 }
 
 void ClientField::forgetText() {
@@ -108,15 +109,16 @@ void ClientField::reportedNothing() {
 }
 
 double ClientField::patience(Effect effect) const {
-  if (!reports_) return kSettle;
+  if (!reports_) return settle_;
   const bool isTried = unanswered(effect) < kMaxUnanswered;
   if (reportsFollow_) {
     if (!isTried) return std::clamp(kSlower * slowest_, kLeastPatience, kMostPatience);
     return effect == Effect::unknown ? kUnknownPatience : kPatience;
   }
   // An empty report is what programs give that report nothing, and empty fields.
-  if (isReportEmpty_) return unanswered(Effect::text) == 0 ? kFirstSettle : kSettle;
-  if (!isTried) return kSettle;
+  if (isReportEmpty_)
+    return unanswered(Effect::text) == 0 ? std::max(kFirstSettle, settle_) : settle_;
+  if (!isTried) return settle_;
   return unanswered(effect) == 0 && effect != Effect::unknown ? kPatience : kUnknownPatience;
 }
 

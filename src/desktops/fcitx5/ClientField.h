@@ -28,8 +28,8 @@ class ClientField final {
     double now = 0;
   };
 
-  /// Seconds after which a program that reports nothing is taken to have dealt with a key, and one
-  /// that may yet begin to report.
+  /// Seconds after which a program that reports nothing is taken to have dealt with a key, unless
+  /// another time is said, and one that may yet begin to report.
   static constexpr double kSettle = 0.016;
   static constexpr double kFirstSettle = 0.04;
   /// The same for programs that report: what changes the text, and what may change nothing.
@@ -42,8 +42,8 @@ class ClientField final {
   static constexpr double kLeastPatience = 0.3;
   static constexpr double kMostPatience = 1;
 
-  /// Another field.
-  void reset();
+  /// Another field, whose program takes so long for a key at most as long as it reports nothing.
+  void reset(double settle = kSettle);
   /// Another place in a field whose reports are as good as they were.
   void forgetText();
 
@@ -90,6 +90,7 @@ class ClientField final {
   [[nodiscard]] int& unanswered(Effect effect);
   [[nodiscard]] int unanswered(Effect effect) const;
 
+  double settle_ = kSettle;
   FieldHistory history_;
   CorrectionCheck check_;
   bool isDamaged_ = false;

@@ -1,13 +1,14 @@
 #include "desktops/fcitx5/CorrectionCheck.h"
 
-#include <fcitx-utils/utf8.h>
+#include <algorithm>
 
 namespace tessarok::fcitx5 {
 
 namespace {
 
 std::ptrdiff_t scalars(std::string_view text) {
-  return static_cast<std::ptrdiff_t>(fcitx::utf8::length(text));
+  return std::count_if(text.begin(), text.end(),
+                       [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; });
 }
 
 }  // namespace

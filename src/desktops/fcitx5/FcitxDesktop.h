@@ -6,11 +6,13 @@
 #include <optional>
 
 #include "desktops/fcitx5/FcitxApplication.h"
-#include "desktops/fcitx5/FcitxEventTaps.h"
-#include "desktops/fcitx5/FcitxInputSources.h"
+#include "desktops/fcitx5/FcitxClients.h"
+#include "desktops/fcitx5/FcitxInputMethods.h"
 #include "desktops/fcitx5/FcitxRunLoop.h"
-#include "desktops/fcitx5/FcitxSecureInput.h"
 #include "desktops/fcitx5/FcitxStatusBar.h"
+#include "desktops/fcitx5/FieldEventTaps.h"
+#include "desktops/fcitx5/FieldInputSources.h"
+#include "desktops/fcitx5/FieldSecureInput.h"
 #include "desktops/fcitx5/Guard.h"
 #include "desktops/fcitx5/KeyFlow.h"
 #include "desktops/fcitx5/WaylandOutlet.h"
@@ -50,16 +52,16 @@ class FcitxDesktop final : public platform::Desktop {
   posix::DataDirectoryBundle& bundle() override { return bundle_; }
   posix::MonotonicClock& clock() override { return clock_; }
   posix::ProcessEnvironment& environment() override { return environment_; }
-  FcitxEventTaps& eventTaps() override { return eventTaps_; }
-  platform::PlainEvents<FcitxEvent>& events() override { return events_; }
+  FieldEventTaps& eventTaps() override { return eventTaps_; }
+  platform::PlainEvents<FieldEvent>& events() override { return events_; }
   posix::PosixFiles& files() override { return *files_; }
-  FcitxInputSources& inputSources() override { return inputSources_; }
+  FieldInputSources& inputSources() override { return inputSources_; }
   posix::NotificationCentre& inputSourceNotifications() override {
     return inputSourceNotifications_;
   }
   platform::OnlyKeyboard& keyboard() override { return keyboard_; }
   FcitxRunLoop& runLoop() override { return runLoop_; }
-  FcitxSecureInput& secureInput() override { return secureInput_; }
+  FieldSecureInput& secureInput() override { return secureInput_; }
   posix::ThreadQueues& serialQueues() override { return serialQueues_; }
   FcitxStatusBar& statusBar() override { return statusBar_; }
   posix::StandardErrorLog& systemLog() override { return systemLog_; }
@@ -73,7 +75,12 @@ class FcitxDesktop final : public platform::Desktop {
 
   // What Fcitx tells.
 
+  void keyEvent(fcitx::KeyEvent& event);
   void focusIn(fcitx::InputContext& context);
+  void focusOut(fcitx::InputContext& context);
+  void reset(fcitx::InputContext& context);
+  void textReported(fcitx::InputContext& context);
+  void destroyed(fcitx::InputContext& context);
   /// The input method of a text field, or the list of them, is another.
   void inputMethodChanged();
   void groupChanged();
@@ -95,14 +102,16 @@ class FcitxDesktop final : public platform::Desktop {
   posix::ThreadQueues serialQueues_;
   posix::NotificationCentre inputSourceNotifications_;
   posix::NotificationCentre workspaceNotifications_;
-  FcitxInputSources inputSources_;
-  FcitxEventTaps eventTaps_;
-  platform::PlainEvents<FcitxEvent> events_;
+  FcitxClients clients_;
+  FcitxInputMethods inputMethods_;
+  FieldInputSources inputSources_{inputMethods_};
+  FieldEventTaps eventTaps_;
+  platform::PlainEvents<FieldEvent> events_;
   WaylandOutlet outlet_;
   /// It has the key beside the left Shift, which counts only where its characters are its own.
   platform::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::iso};
   KeyFlow keyFlow_;
-  FcitxSecureInput secureInput_;
+  FieldSecureInput secureInput_;
   FcitxStatusBar statusBar_;
   /// Null without such a bus.
   std::unique_ptr<freedesktop::Bus> sessionBus_;

@@ -1,9 +1,6 @@
 #include "desktops/fcitx5/KeyFlow.h"
 
 #include <algorithm>
-#include <fcitx-utils/utf8.h>
-#include <fcitx/candidatelist.h>
-#include <fcitx/inputpanel.h>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -18,15 +15,15 @@ namespace tessarok::fcitx5 {
 
 namespace {
 
-using fcitx::CapabilityFlag;
-using fcitx::InputContext;
-using fcitx::Key;
-using fcitx::KeyState;
-using fcitx::KeyStates;
+using inputmethod::Client;
+using inputmethod::Key;
+using inputmethod::KeyAnswer;
+using inputmethod::KeyEvent;
 using platform::EventType;
 using Way = ClientField::Way;
 namespace eventFlags = platform::eventFlags;
 namespace hardwareKeys = xkb::hardwareKeys;
+namespace keyStates = inputmethod::keyStates;
 
 /// Seconds for which a program's reset may be the answer to a key that was sent to it: by the
 /// corrector, and because the person pressed it. Nobody clicks so soon behind a key.
@@ -38,14 +35,7 @@ constexpr double kNextField = 1;
 /// that the word is not followed until it ends.
 constexpr std::u16string_view kComposed = u"é";
 
-/// Fcitx's part for KWin and Weston: the first version of the input method protocol.
-constexpr std::string_view kKwinFrontend = "wayland";
-
 constexpr std::uint64_t kShortcut = eventFlags::control | eventFlags::option | eventFlags::command;
-
-std::size_t scalars(std::string_view text) {
-  return fcitx::utf8::length(text);
-}
 
 }  // namespace
 
@@ -60,19 +50,19 @@ KeyFlow::Press KeyFlow::describe(const Key& key) const {
   event.type = EventType::keyDown;
   event.key = key;
   event.code = keyNames::codeOf(key);
-  event.modifiers = keyNames::flagsOf(key.states());
+  event.modifiers = keyNames::flagsOf(key.states);
   event.payload = keyNames::payloadOf(key);
-  event.autorepeat = key.states().test(KeyState::Repeat);
+  event.autorepeat = (key.states & keyStates::repeat) != 0;
   const bool isShortcut = (event.modifiers & kShortcut) != 0;
-  if (!isShortcut && keyNames::isPrintable(key)) press.text = Key::keySymToUTF8(key.sym());
+  if (!isShortcut && keyNames::isPrintable(key)) press.text = keyNames::textOf(key);
   applyManualKey(event, key);
   applyPauseKey(event);
   return press;
 }
 
-void KeyFlow::applyManualKey(FcitxEvent& event, const Key& key) const {
+void KeyFlow::applyManualKey(FieldEvent& event, const Key& key) const {
   const bool isPlain = (event.modifiers & (kShortcut | eventFlags::shift)) == 0;
-  if (key.code() == hardwareKeys::kPause && manualKey_.pause && isPlain) {
+  if (key.code == hardwareKeys::kPause && manualKey_.pause && isPlain) {
     event.code = keyCodes::space;
     event.modifiers |= eventFlags::option;
   } else if (event.code == keyCodes::space && !manualKey_.altSpace &&
@@ -81,169 +71,164 @@ void KeyFlow::applyManualKey(FcitxEvent& event, const Key& key) const {
   }
 }
 
-void KeyFlow::applyPauseKey(FcitxEvent& event) const {
+void KeyFlow::applyPauseKey(FieldEvent& event) const {
   if (!xkb::PauseKey::isOne(event.code)) return;
   const auto layout = InputSource::languageOf(parts_.inputSources.current());
   // The corrector knows the keys that pause by their codes; this one is a letter.
   if (!pauseKey_.pauses(event.code, layout)) event.code = hardwareKeys::kNoKey;
 }
 
-bool KeyFlow::isComposing(InputContext& context) {
-  if (!parts_.inputSources.isKeyboard(context) || parts_.instance.isComposing(&context)) {
-    return true;
-  }
-  const auto& panel = context.inputPanel();
-  return !panel.preedit().empty() || !panel.clientPreedit().empty() ||
-         (panel.candidateList() && !panel.candidateList()->empty());
-}
-
-bool KeyFlow::markComposed(InputContext& context, Press& press) {
-  if (!isComposing(context)) return false;
+bool KeyFlow::markComposed(const Client& client, Press& press) const {
+  if (parts_.inputSources.isKeyboard(client) && !client.isComposing()) return false;
   if (!press.event.payload.empty()) press.event.payload = kComposed;
   return true;
 }
 
 bool KeyFlow::isLeftAlone() const {
-  const auto* context = context_.get();
-  if (context == nullptr) return false;
-  const fcitx::CapabilityFlags secret{CapabilityFlag::Password, CapabilityFlag::Disable};
-  return context->capabilityFlags().testAny(secret) || leftAlone_.contains(context->uuid());
+  return client_ && (client_->isSecret() || leftAlone_.contains(client_.get()));
 }
 
-// What Fcitx tells.
+// What the framework tells.
 
-void KeyFlow::keyEvent(fcitx::KeyEvent& event) {
-  auto* context = event.inputContext();
-  if (replayed_ != nullptr) return replayed(event);
-  if (context_.get() != context) focusIn(*context);
-  if (keyNames::isModifier(event.rawKey())) return modifier(event);
-  modifiers_.otherKey(event.origKey().states());
-  if (event.isRelease()) return released(event);
-  pressed(event);
-  isPressHidden_ = event.filtered();
+KeyAnswer KeyFlow::keyEvent(const std::shared_ptr<Client>& client, const KeyEvent& event) {
+  if (client_ != client) focusIn(client);
+  if (keyNames::isModifier(event.translated)) return modifier(event);
+  modifiers_.otherKey(event.key.states);
+  if (event.isRelease) return released(event);
+  const auto answer = pressed(*client, event);
+  isPressHidden_ = answer != KeyAnswer::pass;
+  return answer;
 }
 
-void KeyFlow::modifier(fcitx::KeyEvent& event) {
+KeyAnswer KeyFlow::modifier(const KeyEvent& event) {
   modifiers_.modifierKey(event, now());
   if (!steps_.empty()) runSoon();
   // Fcitx takes Shift for pressed alone, which switches the layout, when it has seen no other key
   // between its press and its release. One that was held back has been between them.
-  if (event.isRelease() && isPressHidden_) return event.filter();
+  if (event.isRelease && isPressHidden_) return KeyAnswer::hide;
   isPressHidden_ = false;
+  return KeyAnswer::pass;
 }
 
-void KeyFlow::pressed(fcitx::KeyEvent& event) {
-  auto& context = *event.inputContext();
+KeyAnswer KeyFlow::pressed(Client& client, const KeyEvent& event) {
   parts_.keyboard.noteKeyDown();
-  // Switches of the layout take effect before the key. Fcitx has translated it already, so behind
-  // one it is taken anew.
-  const auto before = parts_.instance.inputMethod(&context);
-  parts_.runLoop.runQueue();
-  const bool isOutdated = parts_.instance.inputMethod(&context) != before;
-  const auto late = symbolWithoutLateShift(event);
+  // Switches of the layout take effect before the key. The framework has translated it already, so
+  // behind one it is taken anew.
+  const auto before = parts_.inputSources.inputMethodOf(client);
+  parts_.runQueue();
+  const bool isOutdated = parts_.inputSources.inputMethodOf(client) != before;
+  const auto late = symbolWithoutLateShift(client, event);
   // The symbol is that of the layout; the modifiers are best known to the program.
-  auto press = describe(
-      Key(late.value_or(event.rawKey().sym()), event.origKey().states(), event.rawKey().code()));
-  press.event.key = event.origKey();
-  const auto [down, isNew] = keysDown_.insert_or_assign(event.rawKey().code(), press.event.code);
+  auto press = describe({.symbol = late.value_or(event.translated.symbol),
+                         .states = event.key.states,
+                         .code = event.translated.code});
+  press.event.key = event.key;
+  const auto [down, isNew] = keysDown_.insert_or_assign(event.translated.code, press.event.code);
   press.event.autorepeat = press.event.autorepeat || !isNew;
-  const bool isTranslated = event.rawKey().sym() != event.origKey().sym();
-  const bool sends = late || losesShift(context, press);
-  const bool commits = !press.text.empty() && (sends || (event.forward() && isTranslated));
+  const bool isTranslated = event.translated.symbol != event.key.symbol;
+  const bool sends = late || losesShift(client, press);
+  const bool commits = !press.text.empty() && (sends || (event.isTranslating && isTranslated));
   const auto way = commits ? Way::text : Way::key;
   if (isOutdated || mustWait(way)) return hold(event);
-  const bool composes = markComposed(context, press);
-  if (!showToTap(press.event)) return event.filterAndAccept();
+  const bool composes = markComposed(client, press);
+  if (!showToTap(press.event)) return KeyAnswer::take;
   if (composes) press.text.clear();
   notePassed(press, way, false);
-  if (!sends || press.text.empty()) return;
-  event.filterAndAccept();
-  context.commitString(press.text);
+  if (!sends || press.text.empty()) return KeyAnswer::pass;
+  client.commit(press.text);
+  return KeyAnswer::take;
 }
 
-bool KeyFlow::losesShift(const InputContext& context, const Press& press) {
-  return context.frontend() == kKwinFrontend && !press.text.empty() &&
-         (press.event.modifiers & eventFlags::shift) != 0;
+bool KeyFlow::losesShift(const Client& client, const Press& press) {
+  return !press.text.empty() && (press.event.modifiers & eventFlags::shift) != 0 &&
+         client.habits().losesShift;
 }
 
-std::optional<fcitx::KeySym> KeyFlow::symbolWithoutLateShift(const fcitx::KeyEvent& event) {
-  const auto layout =
-      event.forward() ? parts_.inputSources.layoutOf(*event.inputContext()) : nullptr;
-  const auto& key = event.origKey();
-  if (!layout || key.code() <= 0) return std::nullopt;
-  const auto code = static_cast<std::uint32_t>(key.code());
-  const auto right = layout->symbol(code, key.states());
-  const auto otherwise = layout->symbol(code, key.states() ^ KeyStates(KeyState::Shift));
-  const auto found = event.rawKey().sym();
+std::optional<std::uint32_t> KeyFlow::symbolWithoutLateShift(const Client& client,
+                                                             const KeyEvent& event) const {
+  if (!event.isTranslating || event.key.code <= 0) return std::nullopt;
+  const auto layout = parts_.inputSources.layoutOf(client);
+  if (!layout) return std::nullopt;
+  const auto code = static_cast<std::uint32_t>(event.key.code);
+  const auto right = layout->symbol(code, event.key.states);
+  const auto otherwise = layout->symbol(code, event.key.states ^ keyStates::shift);
+  const auto found = event.translated.symbol;
   if (found == right || found != otherwise) return std::nullopt;
   return right;
 }
 
-void KeyFlow::released(fcitx::KeyEvent& event) {
-  const auto found = keysDown_.find(event.rawKey().code());
-  auto code = keyNames::codeOf(event.rawKey());
+KeyAnswer KeyFlow::released(const KeyEvent& event) {
+  const auto found = keysDown_.find(event.translated.code);
+  auto code = keyNames::codeOf(event.translated);
   if (found != keysDown_.end()) {
     code = found->second;
     keysDown_.erase(found);
   }
-  if (heldKeys_.erase(event.rawKey().code()) > 0) return event.filterAndAccept();
-  FcitxEvent up;
+  if (heldKeys_.erase(event.translated.code) > 0) return KeyAnswer::take;
+  FieldEvent up;
   up.type = EventType::keyUp;
   up.code = code;
-  if (!showToTap(up)) event.filterAndAccept();
+  return showToTap(up) ? KeyAnswer::pass : KeyAnswer::take;
 }
 
 bool KeyFlow::mustWait(Way way) {
   if (!steps_.empty()) return true;
   if (isLeftAlone() || !parts_.taps.isOpen()) return false;
+  if (parts_.inputSources.unsettledUntil(now())) return true;
   if (!unsettledUntil() || field_.lastWay() == way) return false;
-  // A key behind a text that Fcitx itself has sent is no worse off than without the corrector.
+  // A key behind a text that the framework itself has sent is no worse off than without the
+  // corrector.
   return field_.isLastOwn() || way == Way::text;
 }
 
-void KeyFlow::hold(fcitx::KeyEvent& event) {
-  heldKeys_.insert(event.rawKey().code());
-  steps_.push_back(Held{event.origKey(), event.time()});
-  event.filterAndAccept();
+KeyAnswer KeyFlow::hold(const KeyEvent& event) {
+  heldKeys_.insert(event.translated.code);
+  steps_.push_back(Held{event.key, event.time});
   runSoon();
+  return KeyAnswer::take;
 }
 
-void KeyFlow::focusIn(InputContext& context) {
-  context_ = context.watch();
-  parts_.inputSources.setContext(&context);
-  field_.reset();
+void KeyFlow::focusIn(const std::shared_ptr<Client>& client) {
+  client_ = client;
+  parts_.inputSources.setClient(client);
+  field_.reset(client->habits().settle);
   modifiers_.reset();
   keysDown_.clear();
   resetsExpected_ = 0;
   announceOtherPlace();
-  textReported(context);
+  textReported(*client);
   if (!steps_.empty()) runSoon();
 }
 
-void KeyFlow::focusOut(InputContext& context) {
-  if (context_.get() != &context) return;
+void KeyFlow::focusOut(Client& client) {
+  if (client_.get() != &client) return;
   const bool isRetyping = std::any_of(steps_.begin(), steps_.end(), [](const Step& step) {
     return !std::holds_alternative<Held>(step);
   });
-  if (isRetyping) hurry(context);
-  context_.unwatch();
+  if (isRetyping) hurry(client);
+  client_.reset();
   keysDown_.clear();
   announceOtherPlace();
   if (steps_.empty()) return;
   // The keys behind a Tab are meant for the field that it leads to.
   const auto alarm = ++alarm_;
   parts_.runLoop.after(kNextField, [this, alarm] {
-    if (alarm == alarm_ && context_.get() == nullptr) steps_.clear();
+    if (alarm == alarm_ && !client_) steps_.clear();
   });
 }
 
-void KeyFlow::destroyed(InputContext& context) {
-  leftAlone_.erase(context.uuid());
-  if (context_.get() != &context) return;
-  context_.unwatch();
+void KeyFlow::destroyed(Client& client) {
+  leftAlone_.erase(&client);
+  if (client_.get() != &client) return;
+  client_.reset();
   steps_.clear();
+  parts_.inputSources.setClient(nullptr);
   parts_.inputSources.forgetPutOff();
   announceOtherPlace();
+}
+
+void KeyFlow::inputMethodSettled() {
+  if (!steps_.empty()) runSoon();
 }
 
 void KeyFlow::expectReset(bool own) {
@@ -252,8 +237,8 @@ void KeyFlow::expectReset(bool own) {
   resetsExpectedUntil_ = std::max(resetsExpectedUntil_, until);
 }
 
-void KeyFlow::reset(InputContext& context) {
-  if (context_.get() != &context || !steps_.empty()) return;
+void KeyFlow::reset(Client& client) {
+  if (client_.get() != &client || !steps_.empty()) return;
   if (resetsExpected_ > 0 && now() < resetsExpectedUntil_) {
     --resetsExpected_;
     return;
@@ -262,28 +247,23 @@ void KeyFlow::reset(InputContext& context) {
   announceOtherPlace();
 }
 
-void KeyFlow::textReported(InputContext& context) {
-  if (context_.get() != &context) return;
-  const auto& surrounding = context.surroundingText();
-  if (!surrounding.isValid() || isLeftAlone()) {
+void KeyFlow::textReported(Client& client) {
+  if (client_.get() != &client) return;
+  const auto report = isLeftAlone() ? std::nullopt : client.report();
+  if (!report) {
     field_.reportedNothing();
   } else {
-    const auto& text = surrounding.text();
-    const auto cursor = std::min<std::size_t>(surrounding.cursor(), scalars(text));
-    const auto bytes = fcitx::utf8::ncharByteLength(text.begin(), cursor);
-    const bool isSelected = surrounding.cursor() != surrounding.anchor();
-    const auto before = std::string_view(text).substr(0, static_cast<std::size_t>(bytes));
-    const bool isSamePlace = field_.reported(before, isSelected, now());
-    if (field_.isDamaged()) leaveAlone(context);
+    const bool isSamePlace = field_.reported(report->before, report->isSelected, now());
+    if (field_.isDamaged()) leaveAlone(client);
     if (!isSamePlace && steps_.empty()) announceOtherPlace();
   }
   if (!steps_.empty()) runSoon();
 }
 
-void KeyFlow::leaveAlone(InputContext& context) {
-  field_.reset();
-  if (!leftAlone_.insert(context.uuid()).second) return;
-  const auto& program = context.program();
+void KeyFlow::leaveAlone(const Client& client) {
+  field_.reset(client.habits().settle);
+  if (!leftAlone_.insert(&client).second) return;
+  const auto program = client.program();
   parts_.log.write("Tessarok: " + (program.empty() ? "a program" : program) +
                    " did not erase what it was asked to; nothing more is corrected in that text "
                    "field");
@@ -296,7 +276,7 @@ void KeyFlow::announceOtherPlace() {
 
 // The tap.
 
-bool KeyFlow::showToTap(FcitxEvent& event) {
+bool KeyFlow::showToTap(FieldEvent& event) {
   parts_.inputSources.putOffSelections(true);
   const bool passes = parts_.taps.send(event);
   queuePosted();

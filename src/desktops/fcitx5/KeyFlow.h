@@ -2,24 +2,24 @@
 
 #include <cstdint>
 #include <deque>
-#include <fcitx/inputcontext.h>
-#include <fcitx/instance.h>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
 #include <variant>
 
 #include "desktops/fcitx5/ClientField.h"
-#include "desktops/fcitx5/FcitxEventTaps.h"
-#include "desktops/fcitx5/FcitxInputSources.h"
-#include "desktops/fcitx5/FcitxRunLoop.h"
+#include "desktops/fcitx5/FieldEventTaps.h"
+#include "desktops/fcitx5/FieldInputSources.h"
 #include "desktops/fcitx5/ModifierWatch.h"
+#include "desktops/inputmethod/Client.h"
 #include "desktops/plain/PlainKeyboard.h"
 #include "desktops/xkb/ManualKey.h"
 #include "desktops/xkb/PauseKey.h"
 #include "platform/Clock.h"
+#include "platform/RunLoop.h"
 #include "platform/SystemLog.h"
 #include "typing/KeyCodes.h"
 
@@ -33,14 +33,21 @@ namespace tessarok::fcitx5 {
 /// replayed in their order: nothing is lost, doubled or reordered.
 class KeyFlow final {
  public:
-  /// All outlive this object. `flush` sends on its way what was said to a text field.
+  using Client = inputmethod::Client;
+  using Key = inputmethod::Key;
+  using KeyAnswer = inputmethod::KeyAnswer;
+  using KeyEvent = inputmethod::KeyEvent;
+
+  /// All outlive this object.
   struct Parts {
-    fcitx::Instance& instance;
-    FcitxEventTaps& taps;
-    FcitxInputSources& inputSources;
+    FieldEventTaps& taps;
+    FieldInputSources& inputSources;
     platform::PlainKeyboard& keyboard;
-    FcitxRunLoop& runLoop;
+    platform::RunLoop& runLoop;
     platform::Clock& clock;
+    /// Runs everything that is queued on the loop: a key is to find nothing.
+    std::function<void()> runQueue;
+    /// Sends on its way what was said to a text field.
     std::function<void()> flush;
     /// Is told what a person should know.
     platform::SystemLog& log;
@@ -50,13 +57,15 @@ class KeyFlow final {
   KeyFlow(const KeyFlow&) = delete;
   KeyFlow& operator=(const KeyFlow&) = delete;
 
-  // What Fcitx tells.
-  void keyEvent(fcitx::KeyEvent& event);
-  void focusIn(fcitx::InputContext& context);
-  void focusOut(fcitx::InputContext& context);
-  void reset(fcitx::InputContext& context);
-  void textReported(fcitx::InputContext& context);
-  void destroyed(fcitx::InputContext& context);
+  // What the framework tells.
+  [[nodiscard]] KeyAnswer keyEvent(const std::shared_ptr<Client>& client, const KeyEvent& event);
+  void focusIn(const std::shared_ptr<Client>& client);
+  void focusOut(Client& client);
+  void reset(Client& client);
+  void textReported(Client& client);
+  void destroyed(Client& client);
+  /// A selected input method is the current one now.
+  void inputMethodSettled();
 
   /// Sends everything that still waits at once. For the end.
   void finish();
@@ -64,7 +73,7 @@ class KeyFlow final {
   void setManualKey(xkb::ManualKey key) { manualKey_ = key; }
   void setPauseKey(xkb::PauseKey key) { pauseKey_ = key; }
   /// The text field in which keys are being typed; null for none.
-  [[nodiscard]] fcitx::InputContext* context() const { return context_.get(); }
+  [[nodiscard]] Client* client() const { return client_.get(); }
   /// Whether nothing may be kept or changed there: passwords, or nothing for an input method, are
   /// typed, or a correction has damaged the text.
   [[nodiscard]] bool isLeftAlone() const;
@@ -83,70 +92,66 @@ class KeyFlow final {
   };
   /// Hands a key back to the program.
   struct Forward {
-    fcitx::Key key;
+    Key key;
   };
   /// A key that the person pressed.
   struct Held {
-    fcitx::Key key;
+    Key key;
     int time = 0;
   };
   using Step = std::variant<Retype, Select, Forward, Held>;
   /// A key press as the tap and the field see it.
   struct Press {
-    FcitxEvent event;
+    FieldEvent event;
     /// What it types; empty for keys that do something else.
     std::string text;
   };
 
-  void modifier(fcitx::KeyEvent& event);
-  void pressed(fcitx::KeyEvent& event);
-  void released(fcitx::KeyEvent& event);
-  void replayed(fcitx::KeyEvent& event);
-  [[nodiscard]] Press describe(const fcitx::Key& key) const;
-  /// Whether the key would reach its program without the Shift with which it was pressed. KWin
-  /// tells a program the modifiers of the moment in which it hands a key back, and by then Shift
-  /// may be up: "сайт!" became "сайт1" with keys 15 ms apart. What it types is sent as text
-  /// instead.
-  [[nodiscard]] static bool losesShift(const fcitx::InputContext& context, const Press& press);
-  /// On X11 Fcitx translates a key by the state that Shift has by now, which on a busy machine is
-  /// that of a later key. The symbol by the state that it had; absent when that is what Fcitx
-  /// found.
-  [[nodiscard]] std::optional<fcitx::KeySym> symbolWithoutLateShift(const fcitx::KeyEvent& event);
-  /// Whether what a key types is not known, because something is composed of several keys.
-  [[nodiscard]] bool isComposing(fcitx::InputContext& context);
-  /// The same, after which the tap does not take the key for what it types alone.
-  [[nodiscard]] bool markComposed(fcitx::InputContext& context, Press& press);
-  void applyManualKey(FcitxEvent& event, const fcitx::Key& key) const;
-  void applyPauseKey(FcitxEvent& event) const;
+  [[nodiscard]] KeyAnswer modifier(const KeyEvent& event);
+  [[nodiscard]] KeyAnswer pressed(Client& client, const KeyEvent& event);
+  [[nodiscard]] KeyAnswer released(const KeyEvent& event);
+  [[nodiscard]] KeyAnswer replayed(Client& client, Press& press);
+  [[nodiscard]] Press describe(const Key& key) const;
+  /// Whether the key would reach its program without the Shift with which it was pressed. What it
+  /// types is sent as text instead.
+  [[nodiscard]] static bool losesShift(const Client& client, const Press& press);
+  /// A framework may translate a key by the state that Shift has by now, which on a busy machine is
+  /// that of a later key. The symbol by the state that it had; absent when that is what was found.
+  [[nodiscard]] std::optional<std::uint32_t> symbolWithoutLateShift(const Client& client,
+                                                                    const KeyEvent& event) const;
+  /// Whether what a key types is not known, because something is composed of several keys. The tap
+  /// does not take it for what it types alone then.
+  [[nodiscard]] bool markComposed(const Client& client, Press& press) const;
+  void applyManualKey(FieldEvent& event, const Key& key) const;
+  void applyPauseKey(FieldEvent& event) const;
   [[nodiscard]] bool mustWait(ClientField::Way way);
-  void hold(fcitx::KeyEvent& event);
+  [[nodiscard]] KeyAnswer hold(const KeyEvent& event);
   /// Whether the key is to go on.
-  [[nodiscard]] bool showToTap(FcitxEvent& event);
+  [[nodiscard]] bool showToTap(FieldEvent& event);
   void queuePosted();
   void notePassed(const Press& press, ClientField::Way way, bool own);
 
   void runSoon();
   void run();
   /// The time at which to go on; absent when the first step is done.
-  [[nodiscard]] std::optional<double> perform(fcitx::InputContext& context);
-  [[nodiscard]] std::optional<double> retype(fcitx::InputContext& context, Retype& step);
-  [[nodiscard]] std::optional<double> replayFirst(fcitx::InputContext& context);
+  [[nodiscard]] std::optional<double> perform(Client& client);
+  [[nodiscard]] std::optional<double> retype(Client& client, Retype& step);
+  [[nodiscard]] std::optional<double> replayFirst(Client& client);
   [[nodiscard]] std::optional<double> waitForWay(ClientField::Way way);
-  [[nodiscard]] std::optional<double> waitForKey(const fcitx::InputContext& context,
-                                                 fcitx::KeyStates states);
-  [[nodiscard]] std::optional<double> waitForModifiers(const fcitx::InputContext& context,
-                                                       fcitx::KeyStates states);
+  [[nodiscard]] std::optional<double> waitForKey(const Client& client, std::uint32_t states);
+  [[nodiscard]] std::optional<double> waitForModifiers(const Client& client, std::uint32_t states);
   [[nodiscard]] std::optional<double> unsettledUntil();
-  [[nodiscard]] bool mayDelete(const fcitx::InputContext& context, std::size_t characters) const;
-  void erase(fcitx::InputContext& context, std::size_t characters);
-  void forward(fcitx::InputContext& context, const fcitx::Key& key);
-  void commit(fcitx::InputContext& context, const std::string& text);
-  void replay(fcitx::InputContext& context, const Held& held, Press& press);
-  [[nodiscard]] fcitx::Key translated(fcitx::InputContext& context, const fcitx::Key& key);
-  void hurry(fcitx::InputContext& context);
+  /// How a held key goes on.
+  [[nodiscard]] static ClientField::Way wayOf(const Client& client, const Press& press);
+  [[nodiscard]] bool mayDelete(const Client& client, std::size_t characters) const;
+  void erase(Client& client, std::size_t characters);
+  void commit(Client& client, const std::string& text);
+  void replay(Client& client, const Held& held, const Key& translated, Press& press);
+  [[nodiscard]] Key translated(const Client& client, const Key& key) const;
+  void hurry(Client& client);
   void expectReset(bool own);
   void announceOtherPlace();
-  void leaveAlone(fcitx::InputContext& context);
+  void leaveAlone(const Client& client);
   [[nodiscard]] double now() const { return parts_.clock.uptime(); }
   /// Of what the corrector sends.
   [[nodiscard]] ClientField::Sending own(ClientField::Way way) const {
@@ -156,10 +161,11 @@ class KeyFlow final {
   Parts parts_;
   xkb::ManualKey manualKey_;
   xkb::PauseKey pauseKey_;
-  fcitx::TrackableObjectReference<fcitx::InputContext> context_;
+  /// Null when there is none.
+  std::shared_ptr<Client> client_;
   ClientField field_;
   /// The text fields that a correction has damaged.
-  std::set<fcitx::ICUUID> leftAlone_;
+  std::set<const Client*> leftAlone_;
   ModifierWatch modifiers_;
   std::deque<Step> steps_;
   /// The X key codes whose press was held, so that their release is not sent on alone.
@@ -167,10 +173,8 @@ class KeyFlow final {
   /// The X key codes that are down, and as what the tap saw them. A press of one of them is a
   /// repetition.
   std::map<int, KeyCode> keysDown_;
-  /// Fcitx has not seen the last key that was pressed.
+  /// The framework has not seen the last key that was pressed.
   bool isPressHidden_ = false;
-  /// The key that is being replayed; null when none is.
-  Press* replayed_ = nullptr;
   bool isRunning_ = false;
   bool isHurrying_ = false;
   bool isRunDue_ = false;

@@ -1,6 +1,7 @@
 #include "desktops/fcitx5/KeyNames.h"
 
 #include <optional>
+#include <xkbcommon/xkbcommon.h>
 
 #include "desktops/xkb/HardwareKeys.h"
 #include "platform/EventFlags.h"
@@ -10,70 +11,70 @@ namespace tessarok::fcitx5::keyNames {
 
 namespace {
 
-using fcitx::KeyState;
-using fcitx::KeyStates;
+using inputmethod::Key;
 namespace eventFlags = platform::eventFlags;
 namespace hardwareKeys = xkb::hardwareKeys;
+namespace keyStates = inputmethod::keyStates;
 
 /// The keys of the number pad that move the caret, and those that a program may send without a key
 /// code.
-std::optional<KeyCode> codeOfSymbol(fcitx::KeySym symbol) {
+std::optional<KeyCode> codeOfSymbol(std::uint32_t symbol) {
   switch (symbol) {
-    case FcitxKey_KP_Home:
+    case XKB_KEY_KP_Home:
       return keyCodes::home;
-    case FcitxKey_KP_Left:
+    case XKB_KEY_KP_Left:
       return keyCodes::left;
-    case FcitxKey_KP_Up:
+    case XKB_KEY_KP_Up:
       return keyCodes::up;
-    case FcitxKey_KP_Right:
+    case XKB_KEY_KP_Right:
       return keyCodes::right;
-    case FcitxKey_KP_Down:
+    case XKB_KEY_KP_Down:
       return keyCodes::down;
-    case FcitxKey_KP_Page_Up:
+    case XKB_KEY_KP_Page_Up:
       return keyCodes::pageUp;
-    case FcitxKey_KP_Page_Down:
+    case XKB_KEY_KP_Page_Down:
       return keyCodes::pageDown;
-    case FcitxKey_KP_End:
+    case XKB_KEY_KP_End:
       return keyCodes::end;
-    case FcitxKey_KP_Delete:
+    case XKB_KEY_KP_Delete:
       return keyCodes::forwardDelete;
     default:
       return std::nullopt;
   }
 }
 
-std::optional<KeyCode> codeWithoutKey(fcitx::KeySym symbol) {
+std::optional<KeyCode> codeWithoutKey(std::uint32_t symbol) {
   switch (symbol) {
-    case FcitxKey_BackSpace:
+    case XKB_KEY_BackSpace:
       return keyCodes::backspace;
-    case FcitxKey_Tab:
-    case FcitxKey_ISO_Left_Tab:
+    case XKB_KEY_Tab:
+    case XKB_KEY_ISO_Left_Tab:
       return keyCodes::tab;
-    case FcitxKey_Return:
+    case XKB_KEY_Return:
       return keyCodes::returnKey;
-    case FcitxKey_KP_Enter:
+    case XKB_KEY_KP_Enter:
       return keyCodes::enter;
-    case FcitxKey_Escape:
+    case XKB_KEY_Escape:
       return keyCodes::escape;
-    case FcitxKey_space:
+    case XKB_KEY_space:
       return keyCodes::space;
-    case FcitxKey_Delete:
+    case XKB_KEY_Delete:
       return keyCodes::forwardDelete;
-    case FcitxKey_Home:
+    case XKB_KEY_Home:
       return keyCodes::home;
-    case FcitxKey_Left:
+    case XKB_KEY_Left:
       return keyCodes::left;
-    case FcitxKey_Up:
+    case XKB_KEY_Up:
       return keyCodes::up;
-    case FcitxKey_Right:
+    case XKB_KEY_Right:
       return keyCodes::right;
-    case FcitxKey_Down:
+    case XKB_KEY_Down:
       return keyCodes::down;
-    case FcitxKey_Page_Up:
+    case XKB_KEY_Page_Up:
       return keyCodes::pageUp;
-    case FcitxKey_Page_Down:
+    case XKB_KEY_Page_Down:
       return keyCodes::pageDown;
-    case FcitxKey_End:
+    case XKB_KEY_End:
       return keyCodes::end;
     default:
       return std::nullopt;
@@ -82,49 +83,55 @@ std::optional<KeyCode> codeWithoutKey(fcitx::KeySym symbol) {
 
 }  // namespace
 
-KeyCode codeOf(const fcitx::Key& key) {
+KeyCode codeOf(const Key& key) {
   constexpr int kKeys = 256;
-  if (const auto code = codeOfSymbol(key.sym())) return *code;
-  if (key.code() > 0 && key.code() < kKeys) {
-    return hardwareKeys::codeOf(static_cast<std::uint8_t>(key.code()));
+  if (const auto code = codeOfSymbol(key.symbol)) return *code;
+  if (key.code > 0 && key.code < kKeys) {
+    return hardwareKeys::codeOf(static_cast<std::uint8_t>(key.code));
   }
-  return codeWithoutKey(key.sym()).value_or(hardwareKeys::kNoKey);
+  return codeWithoutKey(key.symbol).value_or(hardwareKeys::kNoKey);
 }
 
-std::uint64_t flagsOf(KeyStates states) {
+std::uint64_t flagsOf(std::uint32_t states) {
+  const auto has = [states](std::uint32_t mask) { return (states & mask) != 0; };
   std::uint64_t flags = 0;
-  if (states.test(KeyState::Shift)) flags |= eventFlags::shift;
-  if (states.test(KeyState::CapsLock)) flags |= eventFlags::capsLock;
-  if (states.test(KeyState::Ctrl)) flags |= eventFlags::control;
-  if (states.test(KeyState::Alt)) flags |= eventFlags::option;
-  const KeyStates command{KeyState::Super, KeyState::Super2, KeyState::Hyper, KeyState::Hyper2};
+  if (has(keyStates::shift)) flags |= eventFlags::shift;
+  if (has(keyStates::capsLock)) flags |= eventFlags::capsLock;
+  if (has(keyStates::control)) flags |= eventFlags::control;
+  if (has(keyStates::alt)) flags |= eventFlags::option;
   // Where Meta shares a key with Alt, toolkits report both.
-  const bool isMeta = states.test(KeyState::Meta) && !states.test(KeyState::Alt);
-  if (isMeta || states.testAny(command)) flags |= eventFlags::command;
+  const bool isMeta = has(keyStates::meta) && !has(keyStates::alt);
+  const auto command = keyStates::super | keyStates::superToo | keyStates::mod3 | keyStates::hyper;
+  if (isMeta || has(command)) flags |= eventFlags::command;
   return flags;
 }
 
-bool isPrintable(const fcitx::Key& key) {
+bool isPrintable(const Key& key) {
   constexpr std::uint32_t kDelete = 0x7F;
-  const auto scalar = fcitx::Key::keySymToUnicode(key.sym());
+  const auto scalar = xkb_keysym_to_utf32(key.symbol);
   return scalar >= U' ' && scalar != kDelete;
 }
 
-std::u16string payloadOf(const fcitx::Key& key) {
-  const auto scalar = fcitx::Key::keySymToUnicode(key.sym());
+std::u16string payloadOf(const Key& key) {
+  const auto scalar = xkb_keysym_to_utf32(key.symbol);
   if (scalar == 0) return {};
   std::string spelled;
   text::appendScalar(scalar, spelled);
   return text::utf16(spelled);
 }
 
-bool isModifier(const fcitx::Key& key) {
-  if (key.isModifier()) return true;
-  const auto symbol = key.sym();
-  return (symbol >= FcitxKey_Shift_L && symbol <= FcitxKey_Hyper_R) ||
-         (symbol >= FcitxKey_ISO_Lock && symbol <= FcitxKey_ISO_Level5_Lock) ||
-         symbol == FcitxKey_Mode_switch || symbol == FcitxKey_Num_Lock ||
-         symbol == FcitxKey_Scroll_Lock;
+std::string textOf(const Key& key) {
+  std::string spelled;
+  if (isPrintable(key)) text::appendScalar(xkb_keysym_to_utf32(key.symbol), spelled);
+  return spelled;
+}
+
+bool isModifier(const Key& key) {
+  const auto symbol = key.symbol;
+  return (symbol >= XKB_KEY_Shift_L && symbol <= XKB_KEY_Hyper_R) ||
+         (symbol >= XKB_KEY_ISO_Lock && symbol <= XKB_KEY_ISO_Level5_Lock) ||
+         symbol == XKB_KEY_Mode_switch || symbol == XKB_KEY_Num_Lock ||
+         symbol == XKB_KEY_Scroll_Lock;
 }
 
 }  // namespace tessarok::fcitx5::keyNames

@@ -1,40 +1,41 @@
 #include "desktops/fcitx5/ModifierWatch.h"
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 namespace tessarok::fcitx5 {
 
 namespace {
 
-using fcitx::KeyState;
-using fcitx::KeyStates;
+namespace keyStates = inputmethod::keyStates;
 
 /// The compositor tells the new state behind the key; this long at most.
 constexpr double kStateDelay = 0.003;
 
-KeyStates modifiersIn(KeyStates states) {
-  return states &
-         KeyStates{KeyState::Shift, KeyState::Ctrl, KeyState::Alt, KeyState::Super, KeyState::Mod5};
+std::uint32_t modifiersIn(std::uint32_t states) {
+  return states & (keyStates::shift | keyStates::control | keyStates::alt | keyStates::super |
+                   keyStates::mod5);
 }
 
-KeyStates stateOf(fcitx::KeySym symbol) {
+std::uint32_t stateOf(std::uint32_t symbol) {
   switch (symbol) {
-    case FcitxKey_Shift_L:
-    case FcitxKey_Shift_R:
-      return KeyState::Shift;
-    case FcitxKey_Control_L:
-    case FcitxKey_Control_R:
-      return KeyState::Ctrl;
-    case FcitxKey_Alt_L:
-    case FcitxKey_Alt_R:
-    case FcitxKey_Meta_L:
-    case FcitxKey_Meta_R:
-      return KeyState::Alt;
-    case FcitxKey_Super_L:
-    case FcitxKey_Super_R:
-      return KeyState::Super;
-    case FcitxKey_ISO_Level3_Shift:
-      return KeyState::Mod5;
+    case XKB_KEY_Shift_L:
+    case XKB_KEY_Shift_R:
+      return keyStates::shift;
+    case XKB_KEY_Control_L:
+    case XKB_KEY_Control_R:
+      return keyStates::control;
+    case XKB_KEY_Alt_L:
+    case XKB_KEY_Alt_R:
+    case XKB_KEY_Meta_L:
+    case XKB_KEY_Meta_R:
+      return keyStates::alt;
+    case XKB_KEY_Super_L:
+    case XKB_KEY_Super_R:
+      return keyStates::super;
+    case XKB_KEY_ISO_Level3_Shift:
+      return keyStates::mod5;
     default:
-      return KeyState::NoState;
+      return 0;
   }
 }
 
@@ -44,21 +45,20 @@ void ModifierWatch::reset() {
   *this = ModifierWatch();
 }
 
-void ModifierWatch::modifierKey(const fcitx::KeyEvent& event, double now) {
-  const auto& key = event.origKey();
-  const auto state = stateOf(key.sym());
-  down_ = modifiersIn(key.states());
-  down_ = event.isRelease() ? down_.unset(state) : down_ | state;
+void ModifierWatch::modifierKey(const inputmethod::KeyEvent& event, double now) {
+  const auto state = stateOf(event.key.symbol);
+  down_ = modifiersIn(event.key.states);
+  down_ = event.isRelease ? down_ & ~state : down_ | state;
   changedAt_ = now;
 }
 
-void ModifierWatch::otherKey(KeyStates states) {
+void ModifierWatch::otherKey(std::uint32_t states) {
   down_ = modifiersIn(states);
   changedAt_.reset();
 }
 
-std::optional<double> ModifierWatch::waitFor(KeyStates states, double now) {
-  const bool isTooMuchDown = (down_ & ~modifiersIn(states)) != KeyStates();
+std::optional<double> ModifierWatch::waitFor(std::uint32_t states, double now) {
+  const bool isTooMuchDown = (down_ & ~modifiersIn(states)) != 0;
   if (!isTooMuchDown) {
     waitingSince_.reset();
     if (changedAt_ && now < *changedAt_ + kStateDelay) return *changedAt_ + kStateDelay;

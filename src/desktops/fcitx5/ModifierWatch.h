@@ -1,8 +1,9 @@
 #pragma once
 
-#include <fcitx-utils/key.h>
-#include <fcitx/event.h>
+#include <cstdint>
 #include <optional>
+
+#include "desktops/inputmethod/KeyEvent.h"
 
 namespace tessarok::fcitx5 {
 
@@ -18,16 +19,16 @@ class ModifierWatch final {
   /// Nothing is down.
   void reset();
   /// A modifier was pressed or released.
-  void modifierKey(const fcitx::KeyEvent& event, double now);
+  void modifierKey(const inputmethod::KeyEvent& event, double now);
   /// Another key was: with these modifiers.
-  void otherKey(fcitx::KeyStates states);
+  void otherKey(std::uint32_t states);
 
   /// The time at which to ask again; absent when a key that was pressed with these modifiers is
   /// to be sent now.
-  [[nodiscard]] std::optional<double> waitFor(fcitx::KeyStates states, double now);
+  [[nodiscard]] std::optional<double> waitFor(std::uint32_t states, double now);
 
  private:
-  fcitx::KeyStates down_;
+  std::uint32_t down_ = 0;
   /// When a modifier key was; absent when a key has come since.
   std::optional<double> changedAt_;
   std::optional<double> waitingSince_;

@@ -185,24 +185,23 @@ void TessarokAddon::watch(EventType type, EventWatcherPhase phase, Work work) {
 void TessarokAddon::watch() {
   using fcitx::InputContextEvent;
   auto& desktop = *desktop_;
-  auto& flow = desktop.keyFlow();
   watch<fcitx::KeyEvent>(EventType::InputContextKeyEvent, EventWatcherPhase::PreInputMethod,
-                         [&flow](fcitx::KeyEvent& event) { flow.keyEvent(event); });
+                         [&desktop](fcitx::KeyEvent& event) { desktop.keyEvent(event); });
   watch<InputContextEvent>(
       EventType::InputContextFocusIn, EventWatcherPhase::PostInputMethod,
       [&desktop](InputContextEvent& event) { desktop.focusIn(*event.inputContext()); });
   watch<InputContextEvent>(
       EventType::InputContextFocusOut, EventWatcherPhase::PreInputMethod,
-      [&flow](InputContextEvent& event) { flow.focusOut(*event.inputContext()); });
+      [&desktop](InputContextEvent& event) { desktop.focusOut(*event.inputContext()); });
   watch<InputContextEvent>(
       EventType::InputContextReset, EventWatcherPhase::PreInputMethod,
-      [&flow](InputContextEvent& event) { flow.reset(*event.inputContext()); });
+      [&desktop](InputContextEvent& event) { desktop.reset(*event.inputContext()); });
   watch<InputContextEvent>(
       EventType::InputContextSurroundingTextUpdated, EventWatcherPhase::PostInputMethod,
-      [&flow](InputContextEvent& event) { flow.textReported(*event.inputContext()); });
+      [&desktop](InputContextEvent& event) { desktop.textReported(*event.inputContext()); });
   watch<InputContextEvent>(
       EventType::InputContextDestroyed, EventWatcherPhase::PreInputMethod,
-      [&flow](InputContextEvent& event) { flow.destroyed(*event.inputContext()); });
+      [&desktop](InputContextEvent& event) { desktop.destroyed(*event.inputContext()); });
   watch<InputContextEvent>(EventType::InputContextSwitchInputMethod,
                            EventWatcherPhase::PostInputMethod,
                            [&desktop](InputContextEvent&) { desktop.inputMethodChanged(); });

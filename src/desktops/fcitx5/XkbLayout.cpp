@@ -53,10 +53,10 @@ std::u16string XkbLayout::shown(KeyCode code, bool shift) const {
   return xkb::shownKeys::shown(*scratch_, code, shift, 0);
 }
 
-fcitx::KeySym XkbLayout::symbol(std::uint32_t xKey, fcitx::KeyStates states) const {
-  const auto modifiers = static_cast<std::uint32_t>(states) & kRealModifiers;
+std::uint32_t XkbLayout::symbol(std::uint32_t xKey, std::uint32_t states) const {
+  const auto modifiers = states & kRealModifiers;
   xkb_state_update_mask(scratch_, modifiers & ~kLocks, 0, modifiers & kLocks, 0, 0, 0);
-  return static_cast<fcitx::KeySym>(xkb_state_key_get_one_sym(scratch_, xKey));
+  return xkb_state_key_get_one_sym(scratch_, xKey);
 }
 
 }  // namespace tessarok::fcitx5

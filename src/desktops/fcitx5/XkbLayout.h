@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <fcitx-utils/key.h>
 #include <memory>
 #include <string>
 
@@ -13,8 +12,8 @@ struct xkb_state;
 
 namespace tessarok::fcitx5 {
 
-/// What the keys of one XKB layout give. Fcitx hands its own keymaps to nobody, so the layout is
-/// compiled from its name as Fcitx does. Main thread.
+/// What the keys of one XKB layout give. Input methods hand their keymaps to nobody, so the
+/// layout is compiled from its name as they do. Main thread.
 class XkbLayout final {
  public:
   /// Null when the system has no such layout. Compiling takes milliseconds; each layout is
@@ -30,7 +29,7 @@ class XkbLayout final {
   /// beside the left Shift shows nothing when it only repeats what other keys give.
   [[nodiscard]] std::u16string shown(KeyCode code, bool shift) const;
   /// The symbol of a key (an X key code) under these modifiers.
-  [[nodiscard]] fcitx::KeySym symbol(std::uint32_t xKey, fcitx::KeyStates states) const;
+  [[nodiscard]] std::uint32_t symbol(std::uint32_t xKey, std::uint32_t states) const;
 
  private:
   explicit XkbLayout(xkb_keymap* keymap);

@@ -6,10 +6,10 @@
 namespace tessarok::fcitx5 {
 
 /// The text field says that a password is typed there. Main thread.
-class FcitxSecureInput final : public platform::SecureInput {
+class FieldSecureInput final : public platform::SecureInput {
  public:
   /// `flow` outlives this object.
-  explicit FcitxSecureInput(const KeyFlow& flow) : flow_(flow) {}
+  explicit FieldSecureInput(const KeyFlow& flow) : flow_(flow) {}
   bool isEnabled() override { return flow_.isLeftAlone(); }
 
  private:
