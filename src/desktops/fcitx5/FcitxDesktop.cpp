@@ -15,7 +15,7 @@ using xkb::PauseKey;
 
 }  // namespace
 
-FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, Guard& guard,
+FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, inputmethod::Guard& guard,
                            std::optional<std::filesystem::path> resources)
     : runLoop_(instance.eventLoop(), guard),
       bundle_(std::move(resources)),

@@ -10,17 +10,17 @@
 #include "desktops/fcitx5/FcitxInputMethods.h"
 #include "desktops/fcitx5/FcitxRunLoop.h"
 #include "desktops/fcitx5/FcitxStatusBar.h"
-#include "desktops/fcitx5/FieldEventTaps.h"
-#include "desktops/fcitx5/FieldInputSources.h"
-#include "desktops/fcitx5/FieldSecureInput.h"
-#include "desktops/fcitx5/Guard.h"
-#include "desktops/fcitx5/KeyFlow.h"
 #include "desktops/fcitx5/WaylandOutlet.h"
 #include "desktops/freedesktop/Bus.h"
 #include "desktops/freedesktop/FreedesktopWorkspace.h"
 #include "desktops/freedesktop/Notice.h"
 #include "desktops/freedesktop/Programs.h"
 #include "desktops/freedesktop/SessionWatch.h"
+#include "desktops/inputmethod/FieldEventTaps.h"
+#include "desktops/inputmethod/FieldInputSources.h"
+#include "desktops/inputmethod/FieldSecureInput.h"
+#include "desktops/inputmethod/Guard.h"
+#include "desktops/inputmethod/KeyFlow.h"
 #include "desktops/plain/FreeAccessibility.h"
 #include "desktops/plain/OnlyKeyboard.h"
 #include "desktops/plain/PlainEvents.h"
@@ -41,7 +41,7 @@ class FcitxDesktop final : public platform::Desktop {
  public:
   /// Both outlive this object. `resources` is the directory of the data files, absent to search
   /// for it.
-  FcitxDesktop(fcitx::Instance& instance, Guard& guard,
+  FcitxDesktop(fcitx::Instance& instance, inputmethod::Guard& guard,
                std::optional<std::filesystem::path> resources);
   FcitxDesktop(const FcitxDesktop&) = delete;
   FcitxDesktop& operator=(const FcitxDesktop&) = delete;
@@ -52,16 +52,16 @@ class FcitxDesktop final : public platform::Desktop {
   posix::DataDirectoryBundle& bundle() override { return bundle_; }
   posix::MonotonicClock& clock() override { return clock_; }
   posix::ProcessEnvironment& environment() override { return environment_; }
-  FieldEventTaps& eventTaps() override { return eventTaps_; }
-  platform::PlainEvents<FieldEvent>& events() override { return events_; }
+  inputmethod::FieldEventTaps& eventTaps() override { return eventTaps_; }
+  platform::PlainEvents<inputmethod::FieldEvent>& events() override { return events_; }
   posix::PosixFiles& files() override { return *files_; }
-  FieldInputSources& inputSources() override { return inputSources_; }
+  inputmethod::FieldInputSources& inputSources() override { return inputSources_; }
   posix::NotificationCentre& inputSourceNotifications() override {
     return inputSourceNotifications_;
   }
   platform::OnlyKeyboard& keyboard() override { return keyboard_; }
   FcitxRunLoop& runLoop() override { return runLoop_; }
-  FieldSecureInput& secureInput() override { return secureInput_; }
+  inputmethod::FieldSecureInput& secureInput() override { return secureInput_; }
   posix::ThreadQueues& serialQueues() override { return serialQueues_; }
   FcitxStatusBar& statusBar() override { return statusBar_; }
   posix::StandardErrorLog& systemLog() override { return systemLog_; }
@@ -69,7 +69,7 @@ class FcitxDesktop final : public platform::Desktop {
   freedesktop::FreedesktopWorkspace& workspace() override { return workspace_; }
   posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
 
-  [[nodiscard]] KeyFlow& keyFlow() { return keyFlow_; }
+  [[nodiscard]] inputmethod::KeyFlow& keyFlow() { return keyFlow_; }
   /// Null without a session bus.
   [[nodiscard]] freedesktop::Bus* sessionBus() { return sessionBus_.get(); }
 
@@ -104,14 +104,14 @@ class FcitxDesktop final : public platform::Desktop {
   posix::NotificationCentre workspaceNotifications_;
   FcitxClients clients_;
   FcitxInputMethods inputMethods_;
-  FieldInputSources inputSources_{inputMethods_};
-  FieldEventTaps eventTaps_;
-  platform::PlainEvents<FieldEvent> events_;
+  inputmethod::FieldInputSources inputSources_{inputMethods_};
+  inputmethod::FieldEventTaps eventTaps_;
+  platform::PlainEvents<inputmethod::FieldEvent> events_;
   WaylandOutlet outlet_;
   /// It has the key beside the left Shift, which counts only where its characters are its own.
   platform::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::iso};
-  KeyFlow keyFlow_;
-  FieldSecureInput secureInput_;
+  inputmethod::KeyFlow keyFlow_;
+  inputmethod::FieldSecureInput secureInput_;
   FcitxStatusBar statusBar_;
   /// Null without such a bus.
   std::unique_ptr<freedesktop::Bus> sessionBus_;

@@ -10,8 +10,8 @@
 #include "app/Corrector.h"
 #include "desktops/fcitx5/AddonConfig.h"
 #include "desktops/fcitx5/FcitxDesktop.h"
-#include "desktops/fcitx5/Guard.h"
 #include "desktops/freedesktop/SessionContact.h"
+#include "desktops/inputmethod/Guard.h"
 
 namespace tessarok::fcitx5 {
 
@@ -42,7 +42,7 @@ class TessarokAddon final : public fcitx::AddonInstance {
   void applySettings();
 
   fcitx::Instance& instance_;
-  Guard guard_;
+  inputmethod::Guard guard_;
   std::unique_ptr<FcitxDesktop> desktop_;
   std::unique_ptr<commands::Corrector> corrector_;
   /// Absent while the corrector is.

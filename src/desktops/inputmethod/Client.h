@@ -9,9 +9,9 @@
 
 namespace tessarok::inputmethod {
 
-/// A text field of some program, as an input method framework reaches it: what the framework tells of
-/// it and does for the corrector. The object may outlive the field, of which then nothing is known and
-/// to which nothing goes. Main thread.
+/// A text field of some program, as an input method framework reaches it: what the framework tells
+/// of it and does for the corrector. The object may outlive the field, of which then nothing is
+/// known and to which nothing goes. Main thread.
 class Client {
  public:
   /// What its side makes of what is sent to it.
@@ -21,8 +21,8 @@ class Client {
     bool maySwapBytes = false;
     /// A key that is handed back comes with the modifiers of the moment, not with its own.
     bool readsModifiersLate = false;
-    /// And so does one that is merely let through, so that what it types with Shift is to be sent as
-    /// text.
+    /// And so does one that is merely let through, so that what it types with Shift is to be sent
+    /// as text.
     bool losesShift = false;
     /// The person's held letters go on as keys, not as text.
     bool getsLettersAsKeys = false;
@@ -66,9 +66,9 @@ class Client {
   virtual void deleteBefore(std::size_t scalars) = 0;
   /// Hands a key to the program, pressed and released.
   virtual void forward(const Key& key) = 0;
-  /// Shows a key to the framework as if it had just been pressed. `show` says what the corrector makes
-  /// of it, and is called once, unless somebody else takes the key before. `translated` is the key in
-  /// the layout that is on now.
+  /// Shows a key to the framework as if it had just been pressed. `show` says what the corrector
+  /// makes of it, and is called once, unless somebody else takes the key before. `translated` is
+  /// the key in the layout that is on now.
   [[nodiscard]] virtual Replayed replay(const Key& key, const Key& translated, int time,
                                         const std::function<KeyAnswer()>& show) = 0;
 };

@@ -19,7 +19,8 @@ class InputMethods {
 
   /// Those that the person has chosen, in their order.
   [[nodiscard]] virtual std::vector<std::string> chosen() const = 0;
-  /// The one that gets the keys of a text field, or would without one; empty when that is not known.
+  /// The one that gets the keys of a text field, or would without one; empty when that is not
+  /// known.
   [[nodiscard]] virtual std::string current(const Client* client) const = 0;
   /// The layout that one is; absent when it is more than a keyboard layout.
   [[nodiscard]] virtual std::optional<xkb::layoutNames::Layout> layoutOf(

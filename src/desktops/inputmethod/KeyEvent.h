@@ -13,8 +13,8 @@ struct KeyEvent {
   bool isRelease = false;
   /// When it was, in the program's own milliseconds.
   int time = 0;
-  /// The framework has layouts of its own: a key that types something else there than in its program
-  /// reaches that as text.
+  /// The framework has layouts of its own: a key that types something else there than in its
+  /// program reaches that as text.
   bool isTranslating = false;
 };
 

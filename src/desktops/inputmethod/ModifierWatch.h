@@ -5,7 +5,7 @@
 
 #include "desktops/inputmethod/KeyEvent.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 /// The modifiers that are down. On Wayland a key that is handed back to a program comes with those
 /// of the moment, and not with those with which it was pressed: Return would become Shift+Return
@@ -19,7 +19,7 @@ class ModifierWatch final {
   /// Nothing is down.
   void reset();
   /// A modifier was pressed or released.
-  void modifierKey(const inputmethod::KeyEvent& event, double now);
+  void modifierKey(const KeyEvent& event, double now);
   /// Another key was: with these modifiers.
   void otherKey(std::uint32_t states);
 
@@ -34,4 +34,4 @@ class ModifierWatch final {
   std::optional<double> waitingSince_;
 };
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

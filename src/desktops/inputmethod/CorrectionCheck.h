@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 /// Finds out from a program's reports whether a correction took more, or less, of its text away
 /// than it should have. Main thread.
@@ -48,4 +48,4 @@ class CorrectionCheck final {
   std::size_t witnessed_ = 0;
 };
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

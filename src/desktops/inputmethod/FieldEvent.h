@@ -5,7 +5,7 @@
 #include "desktops/inputmethod/Key.h"
 #include "desktops/plain/PlainEvent.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 /// A key that a text field's program handed to the framework, or one that the corrector makes. Main
 /// thread.
@@ -20,7 +20,7 @@ class FieldEvent final : public platform::PlainEvent {
   }
 
   /// The key as the text field's program sent it; for handing it back.
-  inputmethod::Key key;
+  Key key;
 };
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

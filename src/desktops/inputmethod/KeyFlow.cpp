@@ -1,29 +1,24 @@
-#include "desktops/fcitx5/KeyFlow.h"
+#include "desktops/inputmethod/KeyFlow.h"
 
 #include <algorithm>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "desktops/fcitx5/KeyNames.h"
+#include "desktops/inputmethod/KeyNames.h"
 #include "desktops/xkb/HardwareKeys.h"
 #include "platform/EventFlags.h"
 #include "text/Text.h"
 #include "typing/InputSource.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 namespace {
 
-using inputmethod::Client;
-using inputmethod::Key;
-using inputmethod::KeyAnswer;
-using inputmethod::KeyEvent;
 using platform::EventType;
 using Way = ClientField::Way;
 namespace eventFlags = platform::eventFlags;
 namespace hardwareKeys = xkb::hardwareKeys;
-namespace keyStates = inputmethod::keyStates;
 
 /// Seconds for which a program's reset may be the answer to a key that was sent to it: by the
 /// corrector, and because the person pressed it. Nobody clicks so soon behind a key.
@@ -103,8 +98,8 @@ KeyAnswer KeyFlow::keyEvent(const std::shared_ptr<Client>& client, const KeyEven
 KeyAnswer KeyFlow::modifier(const KeyEvent& event) {
   modifiers_.modifierKey(event, now());
   if (!steps_.empty()) runSoon();
-  // Fcitx takes Shift for pressed alone, which switches the layout, when it has seen no other key
-  // between its press and its release. One that was held back has been between them.
+  // A framework may take Shift for pressed alone, which switches the layout, when it has seen no
+  // other key between its press and its release. One that was held back has been between them.
   if (event.isRelease && isPressHidden_) return KeyAnswer::hide;
   isPressHidden_ = false;
   return KeyAnswer::pass;
@@ -317,7 +312,7 @@ void KeyFlow::queuePosted() {
 void KeyFlow::notePassed(const Press& press, Way way, bool own) {
   if (isLeftAlone()) return field_.forgetText();
   const ClientField::Sending sending{.way = way, .isOwn = own, .now = now()};
-  // Firefox with Fcitx's part for GTK resets at every letter. Where reports tell of clicks anyway
+  // Firefox with a module of GTK resets at every letter. Where reports tell of clicks anyway
   // nothing is missed by that.
   if (press.text.empty() || field_.hasReports()) expectReset(own);
   if (!press.text.empty()) return field_.typed(press.text, sending);
@@ -326,4 +321,4 @@ void KeyFlow::notePassed(const Press& press, Way way, bool own) {
   field_.keyOfUnknownEffect(sending);
 }
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

@@ -1,4 +1,4 @@
-#include "desktops/fcitx5/XkbLayout.h"
+#include "desktops/inputmethod/XkbLayout.h"
 
 #include <map>
 #include <utility>
@@ -6,7 +6,7 @@
 
 #include "desktops/xkb/ShownKeys.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 namespace {
 
@@ -59,4 +59,4 @@ std::uint32_t XkbLayout::symbol(std::uint32_t xKey, std::uint32_t states) const 
   return xkb_state_key_get_one_sym(scratch_, xKey);
 }
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "desktops/fcitx5/XkbLayout.h"
 #include "desktops/inputmethod/InputMethods.h"
+#include "desktops/inputmethod/XkbLayout.h"
 #include "platform/InputSources.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 /// The input methods that a person has chosen, as input sources. Those that are keyboard layouts go
 /// by the names that the corrector knows them by, all others by names that it leaves alone. Main
@@ -17,7 +17,7 @@ namespace tessarok::fcitx5 {
 class FieldInputSources final : public platform::InputSources {
  public:
   /// `methods` outlives this object.
-  explicit FieldInputSources(inputmethod::InputMethods& methods) : methods_(methods) {}
+  explicit FieldInputSources(InputMethods& methods) : methods_(methods) {}
 
   std::vector<std::shared_ptr<platform::InputSourceHandle>> enabledLayouts() override;
   const std::optional<std::string>& current() override;
@@ -25,13 +25,13 @@ class FieldInputSources final : public platform::InputSources {
   bool select(platform::InputSourceHandle& source) override;
 
   /// The text field in which keys are being typed; null for none.
-  void setClient(std::shared_ptr<inputmethod::Client> client) { client_ = std::move(client); }
+  void setClient(std::shared_ptr<Client> client) { client_ = std::move(client); }
   /// A selection is to wait until what was typed before it has arrived.
   void putOffSelections(bool putOff) { putsOff_ = putOff; }
   /// The input method that `select` was asked for meanwhile; absent when there is none.
   [[nodiscard]] std::optional<std::string> takePutOff();
   /// Makes an input method the current one of a text field; whether it is now.
-  bool selectNow(inputmethod::Client& client, const std::string& inputMethod);
+  bool selectNow(Client& client, const std::string& inputMethod);
   /// No selection is to come any more, whatever was put off.
   void forgetPutOff();
   /// The time until which the last selection may not have taken effect; absent when it has.
@@ -40,22 +40,22 @@ class FieldInputSources final : public platform::InputSources {
   }
 
   /// The input method that gets the keys of a text field; empty when that is not known.
-  [[nodiscard]] std::string inputMethodOf(const inputmethod::Client& client) const {
+  [[nodiscard]] std::string inputMethodOf(const Client& client) const {
     return methods_.current(&client);
   }
   /// The layout in which a text field's keys are; null when it has none that is known.
-  [[nodiscard]] std::shared_ptr<const XkbLayout> layoutOf(const inputmethod::Client& client) const;
+  [[nodiscard]] std::shared_ptr<const XkbLayout> layoutOf(const Client& client) const;
   /// Whether the input method of a text field is a mere keyboard layout.
-  [[nodiscard]] bool isKeyboard(const inputmethod::Client& client) const;
+  [[nodiscard]] bool isKeyboard(const Client& client) const;
 
  private:
   class Handle;
 
   [[nodiscard]] std::string identifierOf(const std::string& inputMethod) const;
 
-  inputmethod::InputMethods& methods_;
+  InputMethods& methods_;
   /// Null when there is none.
-  std::shared_ptr<inputmethod::Client> client_;
+  std::shared_ptr<Client> client_;
   bool putsOff_ = false;
   /// Selected as far as the corrector knows, but not yet in the framework.
   std::optional<std::string> pending_;
@@ -64,4 +64,4 @@ class FieldInputSources final : public platform::InputSources {
   std::optional<std::string> current_;
 };
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

@@ -5,10 +5,10 @@
 #include <optional>
 #include <string_view>
 
-#include "desktops/fcitx5/CorrectionCheck.h"
-#include "desktops/fcitx5/FieldHistory.h"
+#include "desktops/inputmethod/CorrectionCheck.h"
+#include "desktops/inputmethod/FieldHistory.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 /// The text field that is being typed into: what is before its caret, and whether its program has
 /// dealt with everything that was sent to it. Main thread.
@@ -109,4 +109,4 @@ class ClientField final {
   std::array<int, 3> unanswered_{};
 };
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

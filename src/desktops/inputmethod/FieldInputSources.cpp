@@ -1,9 +1,9 @@
-#include "desktops/fcitx5/FieldInputSources.h"
+#include "desktops/inputmethod/FieldInputSources.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 /// One of the chosen input methods.
 class FieldInputSources::Handle final : public platform::InputSourceHandle {
@@ -63,7 +63,7 @@ std::optional<std::string> FieldInputSources::takePutOff() {
   return pending_;
 }
 
-bool FieldInputSources::selectNow(inputmethod::Client& client, const std::string& inputMethod) {
+bool FieldInputSources::selectNow(Client& client, const std::string& inputMethod) {
   pending_.reset();
   return methods_.select(client, inputMethod);
 }
@@ -72,14 +72,13 @@ void FieldInputSources::forgetPutOff() {
   pending_.reset();
 }
 
-std::shared_ptr<const XkbLayout> FieldInputSources::layoutOf(
-    const inputmethod::Client& client) const {
+std::shared_ptr<const XkbLayout> FieldInputSources::layoutOf(const Client& client) const {
   const auto layout = methods_.layoutOf(methods_.current(&client));
   return layout ? XkbLayout::named(*layout) : nullptr;
 }
 
-bool FieldInputSources::isKeyboard(const inputmethod::Client& client) const {
+bool FieldInputSources::isKeyboard(const Client& client) const {
   return methods_.layoutOf(methods_.current(&client)).has_value();
 }
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

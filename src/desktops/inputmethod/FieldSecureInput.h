@@ -1,9 +1,9 @@
 #pragma once
 
-#include "desktops/fcitx5/KeyFlow.h"
+#include "desktops/inputmethod/KeyFlow.h"
 #include "platform/SecureInput.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 /// The text field says that a password is typed there. Main thread.
 class FieldSecureInput final : public platform::SecureInput {
@@ -16,4 +16,4 @@ class FieldSecureInput final : public platform::SecureInput {
   const KeyFlow& flow_;
 };
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

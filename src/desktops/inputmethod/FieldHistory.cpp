@@ -1,11 +1,11 @@
-#include "desktops/fcitx5/FieldHistory.h"
+#include "desktops/inputmethod/FieldHistory.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "text/Text.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 namespace {
 
@@ -188,4 +188,4 @@ std::optional<std::ptrdiff_t> FieldHistory::lengthWithout(std::size_t characters
   return *length - scalars(*erased);
 }
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

@@ -1,8 +1,8 @@
-#include "desktops/fcitx5/CorrectionCheck.h"
+#include "desktops/inputmethod/CorrectionCheck.h"
 
 #include <algorithm>
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 namespace {
 
@@ -48,4 +48,4 @@ void CorrectionCheck::reported(std::string_view before) {
   witnessed_ = before.size();
 }
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

@@ -10,7 +10,7 @@
 struct xkb_keymap;
 struct xkb_state;
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 /// What the keys of one XKB layout give. Input methods hand their keymaps to nobody, so the
 /// layout is compiled from its name as they do. Main thread.
@@ -39,4 +39,4 @@ class XkbLayout final {
   xkb_state* scratch_;
 };
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

@@ -1,12 +1,10 @@
-#include "desktops/fcitx5/ModifierWatch.h"
+#include "desktops/inputmethod/ModifierWatch.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 namespace {
-
-namespace keyStates = inputmethod::keyStates;
 
 /// The compositor tells the new state behind the key; this long at most.
 constexpr double kStateDelay = 0.003;
@@ -45,7 +43,7 @@ void ModifierWatch::reset() {
   *this = ModifierWatch();
 }
 
-void ModifierWatch::modifierKey(const inputmethod::KeyEvent& event, double now) {
+void ModifierWatch::modifierKey(const KeyEvent& event, double now) {
   const auto state = stateOf(event.key.symbol);
   down_ = modifiersIn(event.key.states);
   down_ = event.isRelease ? down_ & ~state : down_ | state;
@@ -71,4 +69,4 @@ std::optional<double> ModifierWatch::waitFor(std::uint32_t states, double now) {
   return std::nullopt;
 }
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

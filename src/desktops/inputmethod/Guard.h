@@ -5,11 +5,11 @@
 #include <string>
 #include <utility>
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
-/// Keeps exceptions from reaching Fcitx, which they would end together with all typing. After one
-/// the corrector is in no known state: `onFailure` is told once, and nothing guarded runs again.
-/// Main thread.
+/// Keeps exceptions from reaching the framework, which they would end together with all typing.
+/// After one the corrector is in no known state: `onFailure` is told once, and nothing guarded runs
+/// again. Main thread.
 class Guard final {
  public:
   Guard() = default;
@@ -44,4 +44,4 @@ class Guard final {
   bool hasFailed_ = false;
 };
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

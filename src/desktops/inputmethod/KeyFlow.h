@@ -10,11 +10,11 @@
 #include <string>
 #include <variant>
 
-#include "desktops/fcitx5/ClientField.h"
-#include "desktops/fcitx5/FieldEventTaps.h"
-#include "desktops/fcitx5/FieldInputSources.h"
-#include "desktops/fcitx5/ModifierWatch.h"
 #include "desktops/inputmethod/Client.h"
+#include "desktops/inputmethod/ClientField.h"
+#include "desktops/inputmethod/FieldEventTaps.h"
+#include "desktops/inputmethod/FieldInputSources.h"
+#include "desktops/inputmethod/ModifierWatch.h"
 #include "desktops/plain/PlainKeyboard.h"
 #include "desktops/xkb/ManualKey.h"
 #include "desktops/xkb/PauseKey.h"
@@ -23,7 +23,7 @@
 #include "platform/SystemLog.h"
 #include "typing/KeyCodes.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 /// The way of the keys: from the text field's program through the tap and back, and the retyping of
 /// words. Main thread.
@@ -33,11 +33,6 @@ namespace tessarok::fcitx5 {
 /// replayed in their order: nothing is lost, doubled or reordered.
 class KeyFlow final {
  public:
-  using Client = inputmethod::Client;
-  using Key = inputmethod::Key;
-  using KeyAnswer = inputmethod::KeyAnswer;
-  using KeyEvent = inputmethod::KeyEvent;
-
   /// All outlive this object.
   struct Parts {
     FieldEventTaps& taps;
@@ -184,4 +179,4 @@ class KeyFlow final {
   double resetsExpectedUntil_ = 0;
 };
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

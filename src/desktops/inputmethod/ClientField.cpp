@@ -1,8 +1,8 @@
-#include "desktops/fcitx5/ClientField.h"
+#include "desktops/inputmethod/ClientField.h"
 
 #include <algorithm>
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 namespace {
 
@@ -133,4 +133,4 @@ std::optional<double> ClientField::unsettledUntil(double now) {
   return std::nullopt;
 }
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

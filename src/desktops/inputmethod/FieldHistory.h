@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 /// What a text field holds before its caret after each thing that was sent to it, as far as that
 /// can be told, and how far its program's reports show it to have come. Main thread.
@@ -84,4 +84,4 @@ class FieldHistory final {
   bool isWindowed_ = false;
 };
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "desktops/fcitx5/FieldHistory.h"
+#include "desktops/inputmethod/FieldHistory.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 namespace {
 
 using Effect = FieldHistory::Effect;
@@ -253,4 +253,4 @@ TEST(FieldHistory, TakesTheOldestOfVeryManyForArrived) {
 }
 
 }  // namespace
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

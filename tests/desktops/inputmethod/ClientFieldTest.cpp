@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "desktops/fcitx5/ClientField.h"
+#include "desktops/inputmethod/ClientField.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 namespace {
 
 using Way = ClientField::Way;
@@ -195,4 +195,4 @@ TEST(ClientField, KeepsWhatWasTypedWhenReportsEnd) {
 }
 
 }  // namespace
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

@@ -1,6 +1,6 @@
-#include "desktops/fcitx5/FieldEventTaps.h"
+#include "desktops/inputmethod/FieldEventTaps.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 std::vector<FieldEvent> FieldEventTaps::takePosted() {
   std::vector<FieldEvent> passed;
@@ -8,4 +8,4 @@ std::vector<FieldEvent> FieldEventTaps::takePosted() {
   return passed;
 }
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

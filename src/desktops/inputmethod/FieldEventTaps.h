@@ -2,10 +2,10 @@
 
 #include <vector>
 
-#include "desktops/fcitx5/FieldEvent.h"
+#include "desktops/inputmethod/FieldEvent.h"
 #include "desktops/plain/PlainEventTaps.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 /// The tap that the keys of all text fields pass. Text fields show no clicks. Main thread.
 class FieldEventTaps final : public platform::PlainEventTaps<FieldEvent> {
@@ -16,4 +16,4 @@ class FieldEventTaps final : public platform::PlainEventTaps<FieldEvent> {
   [[nodiscard]] std::vector<FieldEvent> takePosted();
 };
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

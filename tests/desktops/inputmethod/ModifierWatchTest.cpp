@@ -1,13 +1,10 @@
 #include <gtest/gtest.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
-#include "desktops/fcitx5/ModifierWatch.h"
+#include "desktops/inputmethod/ModifierWatch.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 namespace {
-
-using inputmethod::KeyEvent;
-namespace keyStates = inputmethod::keyStates;
 
 constexpr int kShiftKey = 50;
 
@@ -75,4 +72,4 @@ TEST(ModifierWatch, AnotherFieldBeginsWithoutModifiers) {
 }
 
 }  // namespace
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

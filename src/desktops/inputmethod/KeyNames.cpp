@@ -1,4 +1,4 @@
-#include "desktops/fcitx5/KeyNames.h"
+#include "desktops/inputmethod/KeyNames.h"
 
 #include <optional>
 #include <xkbcommon/xkbcommon.h>
@@ -7,14 +7,12 @@
 #include "platform/EventFlags.h"
 #include "text/Text.h"
 
-namespace tessarok::fcitx5::keyNames {
+namespace tessarok::inputmethod::keyNames {
 
 namespace {
 
-using inputmethod::Key;
 namespace eventFlags = platform::eventFlags;
 namespace hardwareKeys = xkb::hardwareKeys;
-namespace keyStates = inputmethod::keyStates;
 
 /// The keys of the number pad that move the caret, and those that a program may send without a key
 /// code.
@@ -134,4 +132,4 @@ bool isModifier(const Key& key) {
          symbol == XKB_KEY_Scroll_Lock;
 }
 
-}  // namespace tessarok::fcitx5::keyNames
+}  // namespace tessarok::inputmethod::keyNames

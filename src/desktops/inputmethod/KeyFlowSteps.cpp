@@ -5,16 +5,13 @@
 #include <utility>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
-#include "desktops/fcitx5/KeyFlow.h"
+#include "desktops/inputmethod/KeyFlow.h"
 #include "desktops/xkb/HardwareKeys.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
 namespace {
 
-using inputmethod::Client;
-using inputmethod::Key;
-using inputmethod::KeyAnswer;
 using platform::EventType;
 using Way = ClientField::Way;
 namespace hardwareKeys = xkb::hardwareKeys;
@@ -215,4 +212,4 @@ void KeyFlow::finish() {
   steps_.clear();
 }
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod
