@@ -24,8 +24,8 @@ class Client {
     /// And so does one that is merely let through, so that what it types with Shift is to be sent
     /// as text.
     bool losesShift = false;
-    /// The person's held letters go on as keys, not as text.
-    bool getsLettersAsKeys = false;
+    /// Of two texts that are sent one soon behind the other the first may be lost.
+    bool takesOneTextAtATime = false;
     /// Seconds that a key takes to it at most, as far as it tells nothing of its text.
     double settle = 0.016;
   };

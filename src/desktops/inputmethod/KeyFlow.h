@@ -132,15 +132,16 @@ class KeyFlow final {
   [[nodiscard]] std::optional<double> perform(Client& client);
   [[nodiscard]] std::optional<double> retype(Client& client, Retype& step);
   [[nodiscard]] std::optional<double> replayFirst(Client& client);
-  [[nodiscard]] std::optional<double> waitForWay(ClientField::Way way);
+  [[nodiscard]] std::optional<double> waitForWay(const Client& client, ClientField::Way way);
   [[nodiscard]] std::optional<double> waitForKey(const Client& client, std::uint32_t states);
   [[nodiscard]] std::optional<double> waitForModifiers(const Client& client, std::uint32_t states);
   [[nodiscard]] std::optional<double> unsettledUntil();
-  /// How a held key goes on.
-  [[nodiscard]] static ClientField::Way wayOf(const Client& client, const Press& press);
   [[nodiscard]] bool mayDelete(const Client& client, std::size_t characters) const;
   void erase(Client& client, std::size_t characters);
   void commit(Client& client, const std::string& text);
+  void forward(Client& client, const Key& key);
+  /// Sends the texts that were gathered to be one.
+  void sendText(Client& client);
   void replay(Client& client, const Held& held, const Key& translated, Press& press);
   [[nodiscard]] Key translated(const Client& client, const Key& key) const;
   void hurry(Client& client);
@@ -170,6 +171,8 @@ class KeyFlow final {
   std::map<int, KeyCode> keysDown_;
   /// The framework has not seen the last key that was pressed.
   bool isPressHidden_ = false;
+  /// Texts that are to be sent as one, for programs that take one at a time.
+  std::string gathered_;
   bool isRunning_ = false;
   bool isHurrying_ = false;
   bool isRunDue_ = false;

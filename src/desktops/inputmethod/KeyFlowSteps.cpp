@@ -43,6 +43,7 @@ void KeyFlow::run() {
   ++alarm_;
   for (auto client = client_; client && !steps_.empty(); client = client_) {
     const auto until = perform(*client);
+    if (until || steps_.empty() || client_ != client) sendText(*client);
     if (!until) continue;
     parts_.runLoop.after(*until - now(), [this, alarm = alarm_] {
       if (alarm == alarm_) run();
@@ -71,7 +72,7 @@ std::optional<double> KeyFlow::perform(Client& client) {
     steps_.pop_front();
     expectReset(true);
     field_.keyOfUnknownEffect(own(Way::key));
-    client.forward(key);
+    forward(client, key);
   } else {
     return replayFirst(client);
   }
@@ -87,7 +88,7 @@ std::optional<double> KeyFlow::retype(Client& client, Retype& step) {
     erase(client, std::exchange(step.erase, 0));
   }
   if (step.text.empty()) return std::nullopt;
-  if (const auto until = waitForWay(Way::text)) return until;
+  if (const auto until = waitForWay(client, Way::text)) return until;
   commit(client, step.text);
   return std::nullopt;
 }
@@ -96,13 +97,16 @@ std::optional<double> KeyFlow::unsettledUntil() {
   return isHurrying_ ? std::nullopt : field_.unsettledUntil(now());
 }
 
-std::optional<double> KeyFlow::waitForWay(Way way) {
+std::optional<double> KeyFlow::waitForWay(const Client& client, Way way) {
   const auto until = unsettledUntil();
-  return until && field_.lastWay() != way ? until : std::nullopt;
+  if (!until || field_.lastWay() != way) return until;
+  const bool overtakes =
+      way == Way::text && gathered_.empty() && client.habits().takesOneTextAtATime;
+  return overtakes ? until : std::nullopt;
 }
 
 std::optional<double> KeyFlow::waitForKey(const Client& client, std::uint32_t states) {
-  if (const auto until = waitForWay(Way::key)) return until;
+  if (const auto until = waitForWay(client, Way::key)) return until;
   return waitForModifiers(client, states);
 }
 
@@ -124,6 +128,7 @@ void KeyFlow::erase(Client& client, std::size_t characters) {
   if (mayDelete(client, characters)) {
     const auto count = scalars(*field_.last(characters));
     field_.erased(characters, own(Way::text));
+    sendText(client);
     return client.deleteBefore(count);
   }
   const Key backspace{
@@ -131,13 +136,24 @@ void KeyFlow::erase(Client& client, std::size_t characters) {
   for (std::size_t i = 0; i < characters; ++i) {
     expectReset(true);
     field_.erased(1, own(Way::key));
-    client.forward(backspace);
+    forward(client, backspace);
   }
 }
 
 void KeyFlow::commit(Client& client, const std::string& text) {
   field_.typed(text, own(Way::text));
-  client.commit(text);
+  if (!client.habits().takesOneTextAtATime) return client.commit(text);
+  gathered_ += text;
+}
+
+void KeyFlow::forward(Client& client, const Key& key) {
+  sendText(client);
+  client.forward(key);
+}
+
+void KeyFlow::sendText(Client& client) {
+  if (gathered_.empty()) return;
+  client.commit(std::exchange(gathered_, {}));
 }
 
 Key KeyFlow::translated(const Client& client, const Key& key) const {
@@ -147,16 +163,13 @@ Key KeyFlow::translated(const Client& client, const Key& key) const {
   return {.symbol = symbol, .states = key.states, .code = key.code};
 }
 
-ClientField::Way KeyFlow::wayOf(const Client& client, const Press& press) {
-  return press.text.empty() || client.habits().getsLettersAsKeys ? Way::key : Way::text;
-}
-
 std::optional<double> KeyFlow::replayFirst(Client& client) {
   const auto held = std::get<Held>(steps_.front());
   const auto key = translated(client, held.key);
   auto press = describe(key);
-  const auto way = wayOf(client, press);
-  const auto until = way == Way::key ? waitForKey(client, held.key.states) : waitForWay(Way::text);
+  const auto way = press.text.empty() ? Way::key : Way::text;
+  const auto until =
+      way == Way::key ? waitForKey(client, held.key.states) : waitForWay(client, Way::text);
   if (until) return until;
   steps_.pop_front();
   if (client.hasFocus()) {
@@ -164,7 +177,7 @@ std::optional<double> KeyFlow::replayFirst(Client& client) {
   } else if (way == Way::text) {
     commit(client, press.text);
   } else {
-    client.forward(key);
+    forward(client, key);
   }
   return std::nullopt;
 }
@@ -175,7 +188,7 @@ void KeyFlow::replay(Client& client, const Held& held, const Key& translated, Pr
   const auto after =
       client.replay(held.key, translated, held.time, [&] { return replayed(client, press); });
   isPressHidden_ = isPressHidden_ || after.isHidden;
-  if (!after.isTaken) client.forward(client.habits().getsLettersAsKeys ? translated : held.key);
+  if (!after.isTaken) forward(client, held.key);
   FieldEvent up;
   up.type = EventType::keyUp;
   up.code = code;
@@ -187,7 +200,7 @@ KeyAnswer KeyFlow::replayed(Client& client, Press& press) {
   const bool composes = markComposed(client, press);
   if (!showToTap(press.event)) return KeyAnswer::take;
   if (composes) press.text.clear();
-  if (wayOf(client, press) == Way::key) {
+  if (press.text.empty()) {
     notePassed(press, Way::key, true);
     return KeyAnswer::pass;
   }
@@ -203,6 +216,7 @@ void KeyFlow::hurry(Client& client) {
   isHurrying_ = true;
   while (!steps_.empty())
     static_cast<void>(perform(client));
+  sendText(client);
   isHurrying_ = false;
   parts_.flush();
 }
