@@ -46,15 +46,15 @@ std::vector<Kind> kinds() {
                  .key = {0, 0.006},
                  .text = {0, 0.001},
                  .report = {0, 0.006},
-                 .oneLostOf = 20});
+                 .oneLostOf = 20,
+                 .oneWrongOf = 25});
   all.push_back({.name = "FirefoxOnKwin",
                  .habits = {.maySwapBytes = true, .readsModifiersLate = true, .losesShift = true},
                  .reports = Reports::line,
                  .canDelete = true,
                  .key = {0.002, 0.02},
                  .text = {0, 0.004},
-                 .report = {0.03, 0.12},
-                 .oneWrongOf = 25});
+                 .report = {0.03, 0.12}});
   all.push_back({.name = "Chromium",
                  .habits = {.maySwapBytes = true, .readsModifiersLate = true},
                  .reports = Reports::emptyText,
