@@ -5,7 +5,6 @@
 #include <memory>
 #include <optional>
 
-#include "desktops/fcitx5/FcitxApplication.h"
 #include "desktops/fcitx5/FcitxClients.h"
 #include "desktops/fcitx5/FcitxInputMethods.h"
 #include "desktops/fcitx5/FcitxRunLoop.h"
@@ -19,6 +18,7 @@
 #include "desktops/inputmethod/FieldEventTaps.h"
 #include "desktops/inputmethod/FieldInputSources.h"
 #include "desktops/inputmethod/FieldSecureInput.h"
+#include "desktops/inputmethod/FrameworkApplication.h"
 #include "desktops/inputmethod/Guard.h"
 #include "desktops/inputmethod/KeyFlow.h"
 #include "desktops/plain/FreeAccessibility.h"
@@ -48,7 +48,7 @@ class FcitxDesktop final : public platform::Desktop {
   ~FcitxDesktop() override;
 
   platform::FreeAccessibility& accessibility() override { return accessibility_; }
-  FcitxApplication& application() override { return application_; }
+  inputmethod::FrameworkApplication& application() override { return application_; }
   posix::DataDirectoryBundle& bundle() override { return bundle_; }
   posix::MonotonicClock& clock() override { return clock_; }
   posix::ProcessEnvironment& environment() override { return environment_; }
@@ -95,7 +95,7 @@ class FcitxDesktop final : public platform::Desktop {
   posix::StandardErrorLog systemLog_;
   std::unique_ptr<posix::PosixFiles> files_ = posix::PosixFiles::ofUser();
   platform::FreeAccessibility accessibility_;
-  FcitxApplication application_;
+  inputmethod::FrameworkApplication application_;
   posix::DataDirectoryBundle bundle_;
   posix::ProcessEnvironment environment_;
   posix::SettingsFile userDefaults_;

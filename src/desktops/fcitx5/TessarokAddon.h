@@ -7,10 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "app/Corrector.h"
 #include "desktops/fcitx5/AddonConfig.h"
 #include "desktops/fcitx5/FcitxDesktop.h"
-#include "desktops/freedesktop/SessionContact.h"
+#include "desktops/inputmethod/CorrectorLife.h"
 #include "desktops/inputmethod/Guard.h"
 
 namespace tessarok::fcitx5 {
@@ -33,9 +32,7 @@ class TessarokAddon final : public fcitx::AddonInstance {
   void watch();
   template <typename Event, typename Work>
   void watch(fcitx::EventType type, fcitx::EventWatcherPhase phase, Work work);
-  void launch();
-  void tryAgainLater();
-  void stop();
+  [[nodiscard]] inputmethod::CorrectorLife::Framework framework();
   [[nodiscard]] std::vector<std::string> obstacles() const;
   void fail(const std::string& reason);
   void readSettings() const;
@@ -44,13 +41,9 @@ class TessarokAddon final : public fcitx::AddonInstance {
   fcitx::Instance& instance_;
   inputmethod::Guard guard_;
   std::unique_ptr<FcitxDesktop> desktop_;
-  std::unique_ptr<commands::Corrector> corrector_;
-  /// Absent while the corrector is.
-  std::optional<freedesktop::SessionContact> contact_;
+  std::unique_ptr<inputmethod::CorrectorLife> life_;
   std::vector<Watcher> watchers_;
   mutable AddonConfig config_;
-  bool hasStopped_ = false;
-  int tries_ = 0;
 };
 
 }  // namespace tessarok::fcitx5

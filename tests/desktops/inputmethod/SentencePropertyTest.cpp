@@ -1,5 +1,5 @@
-// Random sentences at random speeds, in programs that delay, reorder, lose and misreport as those that
-// were measured: what stands in them in the end is what stands on the virtual desktop.
+// Random sentences at random speeds, in programs that delay, reorder, lose and misreport as those
+// that were measured: what stands in them in the end is what stands on the virtual desktop.
 
 #include <gtest/gtest.h>
 #include <numeric>

@@ -127,21 +127,20 @@ SimulatedSession::SimulatedSession(const SimulatedProgram::Kind& kind, Layouts l
   platform::setDesktop(*desktop_);
   auto& base = desktop_->base();
   const auto textOf = [this](const Key& key) {
-    const auto layout =
-        layouts_ == Layouts::frameworks ? "us" : desktop_->methods.current(nullptr);
+    const auto layout = layouts_ == Layouts::frameworks ? "us" : desktop_->methods.current(nullptr);
     const auto symbol = XkbLayout::named(layoutNamed(layout))
                             ->symbol(static_cast<std::uint32_t>(key.code), key.states);
     return inputmethod::keyNames::textOf({.symbol = symbol, .states = key.states});
   };
   program_ = std::make_shared<SimulatedProgram>(
-      kind, SimulatedProgram::Surroundings{
-                .loop = base.runLoop(),
-                .clock = base.clock(),
-                .random = random_,
-                .textOf = textOf,
-                .modifiers = [this] { return modifiers_; },
-                .onReport = [this] { desktop_->flow.textReported(*program_); },
-                .onReset = [this] { desktop_->flow.reset(*program_); }});
+      kind,
+      SimulatedProgram::Surroundings{.loop = base.runLoop(),
+                                     .clock = base.clock(),
+                                     .random = random_,
+                                     .textOf = textOf,
+                                     .modifiers = [this] { return modifiers_; },
+                                     .onReport = [this] { desktop_->flow.textReported(*program_); },
+                                     .onReset = [this] { desktop_->flow.reset(*program_); }});
   desktop_->methods.onSwitch = [this] {
     const auto takes = kSwitchLeast + upTo(kSwitchMost - kSwitchLeast);
     desktop_->base().runLoop().after(takes, [this] {

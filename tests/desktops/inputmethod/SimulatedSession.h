@@ -22,8 +22,8 @@ namespace tessarok::testing {
 /// whole corrector between them. Time passes only while the person types and waits. One a process.
 class SimulatedSession final {
  public:
-  /// Whose the layouts are: the framework's, which sends what it has translated as text and switches
-  /// at once; or the desktop's, which takes its time to switch.
+  /// Whose the layouts are: the framework's, which sends what it has translated as text and
+  /// switches at once; or the desktop's, which takes its time to switch.
   enum class Layouts { frameworks, desktops };
 
   SimulatedSession(const SimulatedProgram::Kind& kind, Layouts layouts, unsigned seed);
@@ -31,7 +31,8 @@ class SimulatedSession final {
   SimulatedSession& operator=(const SimulatedSession&) = delete;
   ~SimulatedSession();
 
-  /// Types the keys that these characters have in the English layout, at most so many seconds apart.
+  /// Types the keys that these characters have in the English layout, at most so many seconds
+  /// apart.
   void type(std::string_view keys, double mostBetween);
   /// Waits until nothing happens any more, and says what stands in the program's field.
   [[nodiscard]] std::string textInTheEnd();

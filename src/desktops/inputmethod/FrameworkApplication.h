@@ -8,11 +8,11 @@
 
 #include "platform/Application.h"
 
-namespace tessarok::fcitx5 {
+namespace tessarok::inputmethod {
 
-/// The corrector as a part of Fcitx, which it must not end. Other copies are known by the lock.
-/// Main thread.
-class FcitxApplication final : public platform::Application {
+/// The corrector as a part of an input method framework, which it must not end. Other copies are
+/// known by the lock. Main thread.
+class FrameworkApplication final : public platform::Application {
  public:
   void becomeAccessory() override {}
   platform::RunningApplication self() override {
@@ -27,4 +27,4 @@ class FcitxApplication final : public platform::Application {
   std::function<void()> onTerminate;
 };
 
-}  // namespace tessarok::fcitx5
+}  // namespace tessarok::inputmethod

@@ -1,0 +1,43 @@
+/* exported init */
+// Lets the person's own programs choose among the input sources that the person has set up, as the
+// menu in the panel does. For GNOME 43 and 44, whose extensions are no modules yet.
+
+const {Gio} = imports.gi;
+const {getInputSourceManager} = imports.ui.status.keyboard;
+
+const PATH = '/app/tessarok/InputSources';
+const INTERFACE = `
+<node>
+  <interface name="app.tessarok.InputSources1">
+    <method name="Activate">
+      <arg type="s" direction="in" name="type"/>
+      <arg type="s" direction="in" name="id"/>
+      <arg type="b" direction="out" name="done"/>
+    </method>
+  </interface>
+</node>`;
+
+class Extension {
+    enable() {
+        this._object = Gio.DBusExportedObject.wrapJSObject(INTERFACE, this);
+        this._object.export(Gio.DBus.session, PATH);
+    }
+
+    disable() {
+        this._object.unexport();
+        this._object = null;
+    }
+
+    // False when the person has no such source.
+    Activate(type, id) {
+        const sources = Object.values(getInputSourceManager().inputSources);
+        const source = sources.find(one => one.type === type && one.id === id);
+        if (source)
+            source.activate(true);
+        return source !== undefined;
+    }
+}
+
+function init() {
+    return new Extension();
+}
