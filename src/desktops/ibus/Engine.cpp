@@ -40,6 +40,16 @@ void focusOut(IBusEngine* engine, const gchar*) {
   if (theListener != nullptr) theListener->focusOut(*engine);
 }
 
+// The daemon calls these until it has found out that the engine takes the other two.
+
+void plainFocusIn(IBusEngine* engine) {
+  focusIn(engine, nullptr, nullptr);
+}
+
+void plainFocusOut(IBusEngine* engine) {
+  focusOut(engine, nullptr);
+}
+
 void enable(IBusEngine* engine) {
   ibus_engine_get_surrounding_text(engine, nullptr, nullptr, nullptr);
 }
@@ -69,6 +79,8 @@ void tessarok_engine_init(TessarokEngine*) {}
 void tessarok_engine_class_init(TessarokEngineClass* type) {
   auto* engine = &type->parent;
   engine->process_key_event = &keyEvent;
+  engine->focus_in = &plainFocusIn;
+  engine->focus_out = &plainFocusOut;
   engine->focus_in_id = &focusIn;
   engine->focus_out_id = &focusOut;
   engine->enable = &enable;
@@ -86,10 +98,9 @@ IBusEngine* create(IBusFactory* factory, const gchar* name, gpointer) {
   }
   const auto path = "/org/freedesktop/IBus/Engine/Tessarok/" + std::to_string(++number);
   // With the identity of the context, which stays the same when the person switches engines.
-  return IBUS_ENGINE(g_object_new(tessarok_engine_get_type(), "engine-name", name, "object-path",
-                                  path.c_str(), "connection",
-                                  ibus_service_get_connection(IBUS_SERVICE(factory)),
-                                  "has-focus-id", TRUE, nullptr));
+  return IBUS_ENGINE(g_object_new(
+      tessarok_engine_get_type(), "engine-name", name, "object-path", path.c_str(), "connection",
+      ibus_service_get_connection(IBUS_SERVICE(factory)), "has-focus-id", TRUE, nullptr));
 }
 
 }  // namespace

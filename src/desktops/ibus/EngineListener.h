@@ -5,8 +5,9 @@
 
 namespace tessarok::ibus {
 
-/// What IBus tells the engines. A text field's program is an input context of IBus; the daemon hands
-/// it an engine whenever it gets the keys, and another one when the person switches. Main thread.
+/// What IBus tells the engines. A text field's program is an input context of IBus; the daemon
+/// hands it an engine whenever it gets the keys, and another one when the person switches. Main
+/// thread.
 class EngineListener {
  public:
   EngineListener() = default;
@@ -17,7 +18,8 @@ class EngineListener {
   /// Whether the key is not to go to its program. The code is the kernel's.
   [[nodiscard]] virtual bool keyEvent(IBusEngine& engine, guint symbol, guint code,
                                       guint states) = 0;
-  /// `context` is the path of the input context, `program` what it calls itself.
+  /// `context` is the path of the input context, `program` what it calls itself; both are empty
+  /// when the daemon does not tell.
   virtual void focusIn(IBusEngine& engine, const std::string& context,
                        const std::string& program) = 0;
   virtual void focusOut(IBusEngine& engine) = 0;

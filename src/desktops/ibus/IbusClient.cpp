@@ -41,8 +41,7 @@ bool IbusClient::canDelete() const {
 }
 
 void IbusClient::commit(const std::string& text) {
-  if (engine_ != nullptr)
-    ibus_engine_commit_text(engine_, ibus_text_new_from_string(text.c_str()));
+  if (engine_ != nullptr) ibus_engine_commit_text(engine_, ibus_text_new_from_string(text.c_str()));
 }
 
 void IbusClient::deleteBefore(std::size_t scalars) {

@@ -12,8 +12,8 @@ class IbusClient final : public inputmethod::Client {
  public:
   explicit IbusClient(std::string program) : program_(std::move(program)) {}
 
-  /// The engine through which it is reached; null when IBus has taken it away. It outlives its being
-  /// that.
+  /// The engine through which it is reached; null when IBus has taken it away. It outlives its
+  /// being that.
   void setEngine(IBusEngine* engine) { engine_ = engine; }
   [[nodiscard]] IBusEngine* engine() const { return engine_; }
   void setFocus(bool hasFocus) { hasFocus_ = hasFocus; }
@@ -37,8 +37,8 @@ class IbusClient final : public inputmethod::Client {
                   const std::function<inputmethod::KeyAnswer()>& show) override;
 
  private:
-  /// Whether it stands for the programs on GNOME's Wayland.
-  [[nodiscard]] bool isShell() const { return program_ == "gnome-shell"; }
+  /// Whether it stands for the programs on GNOME's Wayland, or may do so.
+  [[nodiscard]] bool isShell() const { return program_.empty() || program_ == "gnome-shell"; }
 
   std::string program_;
   IBusEngine* engine_ = nullptr;

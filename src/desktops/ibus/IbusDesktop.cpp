@@ -49,10 +49,8 @@ IbusDesktop::IbusDesktop(IBusBus& bus, inputmethod::Guard& guard,
       sessionBus_(freedesktop::Bus::openSession(runLoop_)),
       systemBus_(freedesktop::Bus::openSystem(runLoop_)),
       sourceList_(runLoop_),
-      engineSwitch_({.session = sessionBus_.get(),
-                     .bus = bus,
-                     .sources = sourceList_,
-                     .loop = runLoop_}),
+      engineSwitch_(
+          {.session = sessionBus_.get(), .bus = bus, .sources = sourceList_, .loop = runLoop_}),
       inputMethods_(engineSwitch_, sourceList_, clock_),
       keyFlow_({.taps = eventTaps_,
                 .inputSources = inputSources_,
@@ -114,8 +112,9 @@ void IbusDesktop::focusIn(IBusEngine& engine, const std::string& context,
                           const std::string& program) {
   guard_([&] {
     const std::string name = ibus_engine_get_name(&engine);
+    const bool maySame = context.empty() || context == context_;
     // The same field goes on behind a switch that was asked for.
-    if (client_ && context == context_ && inputMethods_.isSwitching()) {
+    if (client_ && maySame && inputMethods_.isSwitching()) {
       adopt(engine);
       return engineEnabled(name);
     }

@@ -82,8 +82,7 @@ class IbusDesktop final : public platform::Desktop, public EngineListener {
   void setOpen(bool isOpen);
 
   bool keyEvent(IBusEngine& engine, guint symbol, guint code, guint states) override;
-  void focusIn(IBusEngine& engine, const std::string& context,
-               const std::string& program) override;
+  void focusIn(IBusEngine& engine, const std::string& context, const std::string& program) override;
   void focusOut(IBusEngine& engine) override;
   void reset(IBusEngine& engine) override;
   void surroundingText(IBusEngine& engine, const std::string& text, guint caret,

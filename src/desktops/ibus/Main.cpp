@@ -23,8 +23,9 @@ int usageError(const std::string& message) {
 
 void printHelp() {
   std::cout << "tessarok-ibus [--ibus] [--resources DIR]\n"
-            << translated("Corrects in the text fields that IBus serves. IBus starts it when one "
-                          "of its input sources is chosen.")
+            << translated(
+                   "Corrects in the text fields that IBus serves. IBus starts it when one "
+                   "of its input sources is chosen.")
             << "\n  --ibus           "
             << translated("the daemon has read the component file of the engines")
             << "\n  --resources DIR  " << translated("the directory of the data files") << '\n';

@@ -29,16 +29,15 @@ void CorrectorLife::launch() {
   if (hasStopped_) return tryAgainLater();
   corrector_ = std::move(corrector);
   auto& desktop = parts_.desktop;
-  contact_.emplace(
-      freedesktop::SessionContact::Surroundings{.session = parts_.session,
-                                                .loop = desktop.runLoop(),
-                                                .queues = desktop.serialQueues(),
-                                                .log = desktop.systemLog(),
-                                                .settings = desktop.userDefaults(),
-                                                .delegate = corrector_->delegate()},
-      freedesktop::RemoteControl::Desktop{.name = framework_.name,
-                                          .obstacles = framework_.obstacles},
-      framework_.program);
+  contact_.emplace(freedesktop::SessionContact::Surroundings{.session = parts_.session,
+                                                             .loop = desktop.runLoop(),
+                                                             .queues = desktop.serialQueues(),
+                                                             .log = desktop.systemLog(),
+                                                             .settings = desktop.userDefaults(),
+                                                             .delegate = corrector_->delegate()},
+                   freedesktop::RemoteControl::Desktop{.name = framework_.name,
+                                                       .obstacles = framework_.obstacles},
+                   framework_.program);
   parts_.application.onTerminate = [this] {
     // Not while the menu item that asks for it is running.
     parts_.desktop.runLoop().async([this] {
