@@ -1,16 +1,13 @@
 #include "desktops/ibus/EngineSwitch.h"
 
-#include <string_view>
 #include <utility>
+
+#include "desktops/ibus/ShellExtension.h"
 
 namespace tessarok::ibus {
 
 namespace {
 
-constexpr const char* kShell = "org.gnome.Shell";
-/// What the extension offers.
-constexpr const char* kPath = "/app/tessarok/InputSources";
-constexpr const char* kInterface = "app.tessarok.InputSources1";
 /// Milliseconds for an answer.
 constexpr int kPatience = 2000;
 
@@ -23,12 +20,9 @@ bool isNobodyThere(const sd_bus_error& error) {
 }  // namespace
 
 void EngineSwitch::to(const std::string& engine) {
-  auto message = parts_.session == nullptr
-                     ? freedesktop::BusMessage()
-                     : parts_.session->methodCall(kShell, kPath, kInterface, "Activate");
+  auto message = parts_.session == nullptr ? freedesktop::BusMessage()
+                                           : shellExtension::call(*parts_.session, "Activate");
   if (!message) return byIbus(engine);
-  // A shell that does not run is not to be started.
-  sd_bus_message_set_auto_start(message.get(), 0);
   sd_bus_message_append(message.get(), "ss", "ibus", engine.c_str());
   call_ = parts_.session->call(std::move(message),
                                [this, engine](sd_bus_message& reply) { answered(reply, engine); });

@@ -11,8 +11,11 @@ using inputmethod::KeyAnswer;
 
 /// IBus has the kernel's key codes, X those plus 8.
 constexpr int kFirstXKey = 8;
-/// Seconds in which a key has gone by the daemon and the shell to a program that reports nothing.
-constexpr double kShellSettle = 0.03;
+/// Seconds in which a program that reports nothing has dealt with a key, behind the moment in which
+/// GNOME's shell has passed it on; and from the moment in which it was sent, where that is not
+/// known.
+constexpr double kSettleBehindShell = 0.05;
+constexpr double kSettleWithShell = 0.15;
 
 }  // namespace
 
@@ -24,7 +27,8 @@ inputmethod::Client::Habits IbusClient::habits() const {
   return {.maySwapBytes = true,
           .readsModifiersLate = true,
           .takesOneTextAtATime = true,
-          .settle = kShellSettle};
+          .reportsWhenAsked = true,
+          .settle = outlet_.isAnswering() ? kSettleBehindShell : kSettleWithShell};
 }
 
 void IbusClient::setContentType(guint purpose, guint hints) {
@@ -40,18 +44,33 @@ bool IbusClient::canDelete() const {
   return engine_ != nullptr && (engine_->client_capabilities & IBUS_CAP_SURROUNDING_TEXT) != 0;
 }
 
+void IbusClient::noteSent() {
+  if (isShell()) outlet_.noteSent();
+}
+
+std::optional<double> IbusClient::undeliveredUntil(double now) const {
+  return isShell() ? outlet_.undeliveredUntil(now) : std::nullopt;
+}
+
 void IbusClient::commit(const std::string& text) {
+  noteSent();
   if (engine_ != nullptr) ibus_engine_commit_text(engine_, ibus_text_new_from_string(text.c_str()));
+}
+
+void IbusClient::askForReport() {
+  if (engine_ != nullptr) ibus_engine_get_surrounding_text(engine_, nullptr, nullptr, nullptr);
 }
 
 void IbusClient::deleteBefore(std::size_t scalars) {
   if (engine_ == nullptr) return;
+  noteSent();
   ibus_engine_delete_surrounding_text(engine_, -static_cast<gint>(scalars),
                                       static_cast<guint>(scalars));
 }
 
 void IbusClient::forward(const Key& key) {
   if (engine_ == nullptr) return;
+  noteSent();
   const auto code = static_cast<guint>(key.code >= kFirstXKey ? key.code - kFirstXKey : 0);
   ibus_engine_forward_key_event(engine_, key.symbol, code, key.states);
   ibus_engine_forward_key_event(engine_, key.symbol, code,

@@ -2,6 +2,7 @@
 
 #include <ibus.h>
 
+#include "desktops/ibus/ShellOutlet.h"
 #include "desktops/inputmethod/Client.h"
 
 namespace tessarok::ibus {
@@ -10,7 +11,9 @@ namespace tessarok::ibus {
 /// thread.
 class IbusClient final : public inputmethod::Client {
  public:
-  explicit IbusClient(std::string program) : program_(std::move(program)) {}
+  /// `outlet` outlives this object.
+  IbusClient(std::string program, ShellOutlet& outlet)
+      : program_(std::move(program)), outlet_(outlet) {}
 
   /// The engine through which it is reached; null when IBus has taken it away. It outlives its
   /// being that.
@@ -33,6 +36,8 @@ class IbusClient final : public inputmethod::Client {
   void commit(const std::string& text) override;
   void deleteBefore(std::size_t scalars) override;
   void forward(const inputmethod::Key& key) override;
+  void askForReport() override;
+  std::optional<double> undeliveredUntil(double now) const override;
   Replayed replay(const inputmethod::Key& key, const inputmethod::Key& translated, int time,
                   const std::function<inputmethod::KeyAnswer()>& show) override;
 
@@ -40,7 +45,10 @@ class IbusClient final : public inputmethod::Client {
   /// Whether it stands for the programs on GNOME's Wayland, or may do so.
   [[nodiscard]] bool isShell() const { return program_.empty() || program_ == "gnome-shell"; }
 
+  void noteSent();
+
   std::string program_;
+  ShellOutlet& outlet_;
   IBusEngine* engine_ = nullptr;
   bool hasFocus_ = false;
   bool isSecret_ = false;

@@ -51,6 +51,7 @@ IbusDesktop::IbusDesktop(IBusBus& bus, inputmethod::Guard& guard,
       sourceList_(runLoop_),
       engineSwitch_(
           {.session = sessionBus_.get(), .bus = bus, .sources = sourceList_, .loop = runLoop_}),
+      shellOutlet_(sessionBus_.get(), clock_),
       inputMethods_(engineSwitch_, sourceList_, clock_),
       keyFlow_({.taps = eventTaps_,
                 .inputSources = inputSources_,
@@ -58,7 +59,7 @@ IbusDesktop::IbusDesktop(IBusBus& bus, inputmethod::Guard& guard,
                 .runLoop = runLoop_,
                 .clock = clock_,
                 .runQueue = [this] { runLoop_.runQueue(); },
-                .flush = [] {},
+                .flush = [this] { shellOutlet_.flush(); },
                 .log = systemLog_},
                {}),
       secureInput_(keyFlow_),
@@ -75,6 +76,7 @@ IbusDesktop::IbusDesktop(IBusBus& bus, inputmethod::Guard& guard,
   keyFlow_.setPauseKey(xkb::keySetting<PauseKey>(userDefaults_, systemLog_));
   inputMethods_.onInVain = [this] { sayThatNobodySwitches(); };
   inputMethods_.onSettled = [this] { keyFlow_.inputMethodSettled(); };
+  shellOutlet_.onDelivered = [this] { keyFlow_.delivered(); };
   sourceList_.onChange = [this] { announceLater(Notification::enabledInputSourcesChanged); };
   engine::setListener(this);
 }
@@ -86,14 +88,14 @@ IbusDesktop::~IbusDesktop() {
 std::shared_ptr<IbusClient> IbusDesktop::clientFor(const std::string& context,
                                                    const std::string& program) {
   // Every time it has the keys they may be meant for another program.
-  if (program == kShell) return std::make_shared<IbusClient>(program);
+  if (program == kShell) return std::make_shared<IbusClient>(program, shellOutlet_);
   if (clients_.size() >= kMostClients) {
     for (const auto& [path, client] : clients_)
       keyFlow_.destroyed(*client);
     clients_.clear();
   }
   auto& client = clients_[context];
-  if (!client) client = std::make_shared<IbusClient>(program);
+  if (!client) client = std::make_shared<IbusClient>(program, shellOutlet_);
   return client;
 }
 

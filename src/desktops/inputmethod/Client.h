@@ -26,6 +26,8 @@ class Client {
     bool losesShift = false;
     /// Of two texts that are sent one soon behind the other the first may be lost.
     bool takesOneTextAtATime = false;
+    /// Tells some changes of its text only when it is asked to.
+    bool reportsWhenAsked = false;
     /// Seconds that a key takes to it at most, as far as it tells nothing of its text.
     double settle = 0.016;
   };
@@ -66,6 +68,11 @@ class Client {
   virtual void deleteBefore(std::size_t scalars) = 0;
   /// Hands a key to the program, pressed and released.
   virtual void forward(const Key& key) = 0;
+  /// The time until which what was sent may not have come to its program, whose time begins then;
+  /// absent when it has, or when nobody tells.
+  [[nodiscard]] virtual std::optional<double> undeliveredUntil(double) const { return {}; }
+  /// Asks for a report, for clients that tell one then.
+  virtual void askForReport() {}
   /// Shows a key to the framework as if it had just been pressed. `show` says what the corrector
   /// makes of it, and is called once, unless somebody else takes the key before. `translated` is
   /// the key in the layout that is on now.

@@ -122,6 +122,12 @@ double ClientField::patience(Effect effect) const {
   return unanswered(effect) == 0 && effect != Effect::unknown ? kPatience : kUnknownPatience;
 }
 
+bool ClientField::isStillOnItsWay(double now) {
+  if (!history_.awaited() || isGivenUp_) return false;
+  last_.now = std::max(last_.now, now);
+  return true;
+}
+
 std::optional<double> ClientField::unsettledUntil(double now) {
   const auto awaited = history_.awaited();
   if (!awaited || isGivenUp_) return std::nullopt;

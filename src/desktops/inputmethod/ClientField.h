@@ -75,6 +75,9 @@ class ClientField final {
   /// Whether the program tells what is in the field.
   [[nodiscard]] bool hasReports() const { return reports_ && !isReportEmpty_; }
 
+  /// What was sent last has not come to the program yet, which gets its time from now on. Whether
+  /// that matters.
+  [[nodiscard]] bool isStillOnItsWay(double now);
   /// The time at which to ask again; absent when everything has been dealt with.
   [[nodiscard]] std::optional<double> unsettledUntil(double now);
   /// The way of what was sent last, and whether the corrector sent it; only while unsettled.

@@ -222,6 +222,10 @@ void KeyFlow::destroyed(Client& client) {
   announceOtherPlace();
 }
 
+void KeyFlow::delivered() {
+  if (!steps_.empty()) runSoon();
+}
+
 void KeyFlow::inputMethodSettled() {
   if (!steps_.empty()) runSoon();
 }

@@ -59,6 +59,8 @@ class KeyFlow final {
   void reset(Client& client);
   void textReported(Client& client);
   void destroyed(Client& client);
+  /// What was sent has come to its program.
+  void delivered();
   /// A selected input method is the current one now.
   void inputMethodSettled();
 
@@ -128,6 +130,7 @@ class KeyFlow final {
 
   void runSoon();
   void run();
+  void runAt(double time, const Client& client);
   /// The time at which to go on; absent when the first step is done.
   [[nodiscard]] std::optional<double> perform(Client& client);
   [[nodiscard]] std::optional<double> retype(Client& client, Retype& step);
@@ -136,6 +139,7 @@ class KeyFlow final {
   [[nodiscard]] std::optional<double> waitForKey(const Client& client, std::uint32_t states);
   [[nodiscard]] std::optional<double> waitForModifiers(const Client& client, std::uint32_t states);
   [[nodiscard]] std::optional<double> unsettledUntil();
+  [[nodiscard]] std::optional<double> undeliveredUntil(const Client& client);
   [[nodiscard]] bool mayDelete(const Client& client, std::size_t characters) const;
   void erase(Client& client, std::size_t characters);
   void commit(Client& client, const std::string& text);

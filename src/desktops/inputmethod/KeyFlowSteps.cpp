@@ -16,6 +16,9 @@ using platform::EventType;
 using Way = ClientField::Way;
 namespace hardwareKeys = xkb::hardwareKeys;
 
+/// Seconds between two questions for a report.
+constexpr double kAskAgain = 0.03;
+
 bool isAscii(std::string_view text) {
   return std::none_of(text.begin(), text.end(),
                       [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; });
@@ -45,13 +48,21 @@ void KeyFlow::run() {
     const auto until = perform(*client);
     if (until || steps_.empty() || client_ != client) sendText(*client);
     if (!until) continue;
-    parts_.runLoop.after(*until - now(), [this, alarm = alarm_] {
-      if (alarm == alarm_) run();
-    });
+    runAt(*until, *client);
     break;
   }
   isRunning_ = false;
   parts_.flush();
+}
+
+void KeyFlow::runAt(double time, const Client& client) {
+  const bool asks =
+      client.habits().reportsWhenAsked && field_.hasReports() && time > now() + kAskAgain;
+  parts_.runLoop.after(asks ? kAskAgain : time - now(), [this, asks, alarm = alarm_] {
+    if (alarm != alarm_) return;
+    if (asks && client_) client_->askForReport();
+    run();
+  });
 }
 
 std::optional<double> KeyFlow::perform(Client& client) {
@@ -63,6 +74,8 @@ std::optional<double> KeyFlow::perform(Client& client) {
     if (const auto until = retype(client, *words)) return until;
     steps_.pop_front();
   } else if (const auto* select = std::get_if<Select>(&step)) {
+    // A switch keeps whoever passes texts on from doing so.
+    if (const auto until = undeliveredUntil(client)) return until;
     const auto inputMethod = select->inputMethod;
     steps_.pop_front();
     static_cast<void>(parts_.inputSources.selectNow(client, inputMethod));
@@ -81,7 +94,9 @@ std::optional<double> KeyFlow::perform(Client& client) {
 
 std::optional<double> KeyFlow::retype(Client& client, Retype& step) {
   if (step.erase > 0) {
-    if (const auto until = unsettledUntil()) return until;
+    // A Backspace does not overtake a key; but only behind all of them is it known what is there.
+    const bool isKeyBehindKeys = !field_.hasReports() && field_.lastWay() == Way::key;
+    if (const auto until = unsettledUntil(); until && !isKeyBehindKeys) return until;
     if (!mayDelete(client, step.erase)) {
       if (const auto until = waitForModifiers(client, 0)) return until;
     }
@@ -94,7 +109,14 @@ std::optional<double> KeyFlow::retype(Client& client, Retype& step) {
 }
 
 std::optional<double> KeyFlow::unsettledUntil() {
-  return isHurrying_ ? std::nullopt : field_.unsettledUntil(now());
+  if (isHurrying_) return std::nullopt;
+  const auto undelivered = client_ ? client_->undeliveredUntil(now()) : std::nullopt;
+  if (undelivered && field_.isStillOnItsWay(now())) return undelivered;
+  return field_.unsettledUntil(now());
+}
+
+std::optional<double> KeyFlow::undeliveredUntil(const Client& client) {
+  return isHurrying_ ? std::nullopt : client.undeliveredUntil(now());
 }
 
 std::optional<double> KeyFlow::waitForWay(const Client& client, Way way) {

@@ -2,7 +2,7 @@
 // Lets the person's own programs choose among the input sources that the person has set up, as the
 // menu in the panel does. For GNOME 43 and 44, whose extensions are no modules yet.
 
-const {Gio} = imports.gi;
+const {Gio, GLib} = imports.gi;
 const {getInputSourceManager} = imports.ui.status.keyboard;
 
 const PATH = '/app/tessarok/InputSources';
@@ -14,6 +14,7 @@ const INTERFACE = `
       <arg type="s" direction="in" name="id"/>
       <arg type="b" direction="out" name="done"/>
     </method>
+    <method name="Sync"/>
   </interface>
 </node>`;
 
@@ -35,6 +36,15 @@ class Extension {
         if (source)
             source.activate(true);
         return source !== undefined;
+    }
+
+    // Answers when the shell has passed on to programs what input methods have sent before: it does
+    // so when it has no events to handle, and draws only behind that.
+    SyncAsync(parameters, invocation) {
+        GLib.idle_add(GLib.PRIORITY_HIGH_IDLE, () => {
+            invocation.return_value(null);
+            return GLib.SOURCE_REMOVE;
+        });
     }
 }
 

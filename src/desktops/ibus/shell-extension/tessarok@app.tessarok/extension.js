@@ -2,6 +2,7 @@
 // menu in the panel does. For GNOME 45 and later.
 
 import Gio from 'gi://Gio';
+import GLib from 'gi://GLib';
 
 import {Extension} from 'resource:///org/gnome/shell/extensions/extension.js';
 import {getInputSourceManager} from 'resource:///org/gnome/shell/ui/status/keyboard.js';
@@ -15,6 +16,7 @@ const INTERFACE = `
       <arg type="s" direction="in" name="id"/>
       <arg type="b" direction="out" name="done"/>
     </method>
+    <method name="Sync"/>
   </interface>
 </node>`;
 
@@ -36,5 +38,14 @@ export default class TessarokExtension extends Extension {
         if (source)
             source.activate(true);
         return source !== undefined;
+    }
+
+    // Answers when the shell has passed on to programs what input methods have sent before: it does
+    // so when it has no events to handle, and draws only behind that.
+    SyncAsync(parameters, invocation) {
+        GLib.idle_add(GLib.PRIORITY_HIGH_IDLE, () => {
+            invocation.return_value(null);
+            return GLib.SOURCE_REMOVE;
+        });
     }
 }
