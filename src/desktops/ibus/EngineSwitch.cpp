@@ -20,12 +20,12 @@ bool isNobodyThere(const sd_bus_error& error) {
 }  // namespace
 
 void EngineSwitch::to(const std::string& engine) {
-  auto message = parts_.session == nullptr ? freedesktop::BusMessage()
-                                           : shellExtension::call(*parts_.session, "Activate");
+  auto message =
+      session_ == nullptr ? freedesktop::BusMessage() : shellExtension::call(*session_, "Activate");
   if (!message) return byIbus(engine);
   sd_bus_message_append(message.get(), "ss", "ibus", engine.c_str());
-  call_ = parts_.session->call(std::move(message),
-                               [this, engine](sd_bus_message& reply) { answered(reply, engine); });
+  call_ = session_->call(std::move(message),
+                         [this, engine](sd_bus_message& reply) { answered(reply, engine); });
   if (!call_) byIbus(engine);
 }
 
@@ -40,12 +40,13 @@ void EngineSwitch::answered(sd_bus_message& reply, const std::string& engine) {
   }
   if (isNobodyThere(*error)) return byIbus(engine);
   lacksExtension_ = true;
-  if (!parts_.sources.bringForward(engine) && onRefused) onRefused();
+  // The list of sources in the settings would do it too, but the shell loses keys while it reads
+  // that.
+  if (onRefused) onRefused();
 }
 
 void EngineSwitch::byIbus(const std::string& engine) {
-  ibus_bus_set_global_engine_async(&parts_.bus, engine.c_str(), kPatience, nullptr, nullptr,
-                                   nullptr);
+  ibus_bus_set_global_engine_async(&bus_, engine.c_str(), kPatience, nullptr, nullptr, nullptr);
 }
 
 }  // namespace tessarok::ibus

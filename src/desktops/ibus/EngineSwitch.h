@@ -5,25 +5,16 @@
 #include <string>
 
 #include "desktops/freedesktop/Bus.h"
-#include "desktops/ibus/SourceList.h"
-#include "platform/RunLoop.h"
 
 namespace tessarok::ibus {
 
 /// Has another engine selected, by whoever decides that in this session: GNOME's shell through the
-/// extension that comes with the corrector, the same shell through the list of input sources in its
-/// settings, or IBus itself where there is no such shell. Main thread.
+/// extension that comes with the corrector, or IBus itself where there is no such shell. Main
+/// thread.
 class EngineSwitch final {
  public:
-  /// All outlive this object; `session` is null without a session bus.
-  struct Parts {
-    freedesktop::Bus* session;
-    IBusBus& bus;
-    SourceList& sources;
-    platform::RunLoop& loop;
-  };
-
-  explicit EngineSwitch(const Parts& parts) : parts_(parts) {}
+  /// Both outlive this object; `session` is null without a session bus.
+  EngineSwitch(freedesktop::Bus* session, IBusBus& bus) : session_(session), bus_(bus) {}
   EngineSwitch(const EngineSwitch&) = delete;
   EngineSwitch& operator=(const EngineSwitch&) = delete;
 
@@ -38,7 +29,8 @@ class EngineSwitch final {
   void answered(sd_bus_message& reply, const std::string& engine);
   void byIbus(const std::string& engine);
 
-  Parts parts_;
+  freedesktop::Bus* session_;
+  IBusBus& bus_;
   freedesktop::BusSlot call_;
   bool lacksExtension_ = false;
 };

@@ -48,9 +48,7 @@ IbusDesktop::IbusDesktop(IBusBus& bus, inputmethod::Guard& guard,
       userDefaults_(posix::SettingsFile::locationFor(files_->homeDirectory()), *files_, systemLog_),
       sessionBus_(freedesktop::Bus::openSession(runLoop_)),
       systemBus_(freedesktop::Bus::openSystem(runLoop_)),
-      sourceList_(runLoop_),
-      engineSwitch_(
-          {.session = sessionBus_.get(), .bus = bus, .sources = sourceList_, .loop = runLoop_}),
+      engineSwitch_(sessionBus_.get(), bus),
       shellOutlet_(sessionBus_.get(), clock_),
       inputMethods_(engineSwitch_, sourceList_, clock_),
       keyFlow_({.taps = eventTaps_,
@@ -209,8 +207,9 @@ std::vector<std::string> IbusDesktop::obstacles() const {
   std::vector<std::string> all;
   if (engineSwitch_.lacksExtension()) {
     all.emplace_back(posix::translatable(
-        "GNOME's shell has no Tessarok extension switched on, so layouts are switched through its "
-        "settings, which takes longer: gnome-extensions enable tessarok@app.tessarok"));
+        "GNOME's shell has no Tessarok extension switched on, so switching the layout is left to "
+        "you: gnome-extensions enable tessarok@app.tessarok, on GNOME 43 and 44 "
+        "tessarok-43@app.tessarok"));
   }
   return all;
 }

@@ -28,7 +28,8 @@ class ShellOutlet final {
   void noteSent();
   /// Asks the shell to answer when it has passed all of it on.
   void flush();
-  /// The time at which to ask again; absent when all has been passed on, as far as that can be known.
+  /// The time at which to ask again; absent when all has been passed on, as far as that can be
+  /// known.
   [[nodiscard]] std::optional<double> undeliveredUntil(double now) const;
   /// Whether the shell tells at all.
   [[nodiscard]] bool isAnswering() const { return isAnswering_; }
