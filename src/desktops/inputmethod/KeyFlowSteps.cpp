@@ -94,9 +94,7 @@ std::optional<double> KeyFlow::perform(Client& client) {
 
 std::optional<double> KeyFlow::retype(Client& client, Retype& step) {
   if (step.erase > 0) {
-    // A Backspace does not overtake a key; but only behind all of them is it known what is there.
-    const bool isKeyBehindKeys = !field_.hasReports() && field_.lastWay() == Way::key;
-    if (const auto until = unsettledUntil(); until && !isKeyBehindKeys) return until;
+    if (const auto until = unsettledUntil()) return until;
     if (!mayDelete(client, step.erase)) {
       if (const auto until = waitForModifiers(client, 0)) return until;
     }
