@@ -1,5 +1,6 @@
 #include "desktops/ibus/IbusClient.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tessarok::ibus {
@@ -14,13 +15,17 @@ constexpr int kFirstXKey = 8;
 /// Seconds in which a program that reports nothing has dealt with a key, behind the moment in which
 /// GNOME's shell has passed it on; and from the moment in which it was sent, where that is not
 /// known.
-constexpr double kSettleBehindShell = 0.05;
+constexpr double kSettleBehindShell = 0.04;
+/// So many times what the shell took itself.
+constexpr double kSlower = 2;
 constexpr double kSettleWithShell = 0.15;
+constexpr double kMostSettle = 0.5;
 
 }  // namespace
 
 inputmethod::Client::Habits IbusClient::habits() const {
   if (!isShell()) return {};
+  const auto settle = std::clamp(kSlower * outlet_.slowest(), kSettleBehindShell, kMostSettle);
   // As everywhere on Wayland: bytes are counted in what is to be deleted, which GTK 4.8 does not
   // understand, and a key comes with the modifiers of the moment. And the shell keeps the last text
   // only of those that come before it has passed one on.
@@ -28,7 +33,7 @@ inputmethod::Client::Habits IbusClient::habits() const {
           .readsModifiersLate = true,
           .takesOneTextAtATime = true,
           .reportsWhenAsked = true,
-          .settle = outlet_.isAnswering() ? kSettleBehindShell : kSettleWithShell};
+          .settle = outlet_.isAnswering() ? settle : kSettleWithShell};
 }
 
 void IbusClient::setContentType(guint purpose, guint hints) {

@@ -17,7 +17,7 @@ bool isOurs(const std::string& engine) {
 IbusInputMethods::IbusInputMethods(EngineSwitch& engineSwitch, const SourceList& sources,
                                    platform::Clock& clock)
     : switch_(engineSwitch), sources_(sources), clock_(clock) {
-  switch_.onRefused = [this] { giveUp(); };
+  switch_.onRefused = [this] { refused(); };
 }
 
 std::vector<std::string> IbusInputMethods::chosen() const {
@@ -53,11 +53,15 @@ std::optional<double> IbusInputMethods::unsettledUntil(double now) {
   return std::nullopt;
 }
 
+void IbusInputMethods::refused() {
+  discouragedUntil_ = clock_.uptime() + kDiscouraged;
+  if (onInVain) onInVain();
+  giveUp();
+}
+
 void IbusInputMethods::giveUp() {
   if (!isSwitching()) return;
   wanted_.clear();
-  discouragedUntil_ = clock_.uptime() + kDiscouraged;
-  if (onInVain) onInVain();
   if (onSettled) onSettled();
 }
 

@@ -14,8 +14,8 @@ namespace tessarok::ibus {
 class IbusInputMethods final : public inputmethod::InputMethods {
  public:
   /// Seconds for which keys wait for another engine.
-  static constexpr double kPatience = 0.5;
-  /// Seconds for which no switch is asked for when one was in vain.
+  static constexpr double kPatience = 2;
+  /// Seconds for which no switch is asked for when one was refused.
   static constexpr double kDiscouraged = 30;
 
   /// All outlive this object.
@@ -40,6 +40,7 @@ class IbusInputMethods final : public inputmethod::InputMethods {
   std::function<void()> onSettled;
 
  private:
+  void refused();
   void giveUp();
 
   EngineSwitch& switch_;

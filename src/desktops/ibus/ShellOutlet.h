@@ -33,6 +33,8 @@ class ShellOutlet final {
   [[nodiscard]] std::optional<double> undeliveredUntil(double now) const;
   /// Whether the shell tells at all.
   [[nodiscard]] bool isAnswering() const { return isAnswering_; }
+  /// How many seconds its answers took lately, which on a busy machine programs take as well.
+  [[nodiscard]] double slowest() const { return slowest_; }
   /// All has been passed on.
   std::function<void()> onDelivered;
 
@@ -44,6 +46,8 @@ class ShellOutlet final {
   freedesktop::BusSlot call_;
   /// When the last thing was sent; absent when all has been passed on.
   std::optional<double> sentAt_;
+  double askedAt_ = 0;
+  double slowest_ = 0;
   bool isToBeAsked_ = false;
   bool isAnswering_ = true;
   double deafUntil_ = 0;

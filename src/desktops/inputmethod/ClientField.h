@@ -44,6 +44,8 @@ class ClientField final {
 
   /// Another field, whose program takes so long for a key at most as long as it reports nothing.
   void reset(double settle = kSettle);
+  /// The program of the same field takes so long from now on.
+  void setSettle(double settle) { settle_ = settle; }
   /// Another place in a field whose reports are as good as they were.
   void forgetText();
 

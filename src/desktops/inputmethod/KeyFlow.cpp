@@ -223,6 +223,7 @@ void KeyFlow::destroyed(Client& client) {
 }
 
 void KeyFlow::delivered() {
+  if (client_) field_.setSettle(client_->habits().settle);
   if (!steps_.empty()) runSoon();
 }
 
