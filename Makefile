@@ -37,10 +37,10 @@ test-apps: $(BUILD)/build.ninja ## Type into Chromium and a Qt entry (installs b
 	@$(BUILD)/tests/desktops/x11/tessarok_application_tests
 	@$(BUILD)/tests/desktops/fcitx5/tessarok_fcitx5_application_tests
 
-test-desktops: $(BUILD)/build.ninja ## Type into programs on KWin and sway (installs both), with a control run without Tessarok
+test-desktops: $(BUILD)/build.ninja ## Type into programs on KWin, sway and GNOME (installs them), with a control run without Tessarok
 	@scripts/install-packages test test-desktops
 	@cmake --preset release > /dev/null
-	@cmake --build --preset release --target tessarok tessarok_fcitx5 tessarok_wayland_keys
+	@cmake --build --preset release --target tessarok tessarok_fcitx5 tessarok_ibus tessarok_wayland_keys
 	@tests/desktops/wayland/check-desktops $(BUILD) tests/data tests/desktops/wayland/figures.json
 
 test-fcitx5: $(BUILD)/build.ninja ## Type the sentences through Fcitx5 over and over, RUNS (10) times
