@@ -50,7 +50,7 @@ int main(int argc, char** argv) {
       printHelp();
       return 0;
     } else {
-      return usageError(translated("unknown argument {1}", {std::string(argument)}));
+      return usageError(translated("wrong argument: {1}", {std::string(argument)}));
     }
   }
   try {

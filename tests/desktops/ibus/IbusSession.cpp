@@ -144,8 +144,7 @@ void IbusSession::type(std::string_view keys, int milliseconds) {
 }
 
 void IbusSession::press(std::uint32_t xKey, bool shift) {
-  const auto layout = XkbLayout::named(
-      {engine() == ibus::engine::kRussian ? "ru" : "us", ""});
+  const auto layout = XkbLayout::named({engine() == ibus::engine::kRussian ? "ru" : "us", ""});
   const guint states = shift ? static_cast<guint>(IBUS_SHIFT_MASK) : 0;
   const auto symbol = layout->symbol(xKey, states);
   const guint code = xKey - kFirstXKey;

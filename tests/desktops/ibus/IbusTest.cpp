@@ -22,8 +22,7 @@ void expectSentences(Reports reports, int milliseconds) {
   const auto lines = sentences(20, static_cast<unsigned>(milliseconds) + 1);
   const auto keys = std::accumulate(lines.begin(), lines.end(), std::string());
   // The layout that the word before has left on.
-  const auto expected =
-      onTheVirtualDesktop("ghbdtn " + keys).substr(std::string("привет ").size());
+  const auto expected = onTheVirtualDesktop("ghbdtn " + keys).substr(std::string("привет ").size());
   session.type(keys, milliseconds);
   EXPECT_EQ(session.textInTheEnd(expected), expected);
 }
