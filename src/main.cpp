@@ -17,6 +17,7 @@
 #include "commands/DidYouMean.h"
 #include "commands/ExplainCommand.h"
 #include "commands/HelpText.h"
+#include "commands/JoinedText.h"
 #include "commands/LearnedCommand.h"
 #include "commands/ReplayCommand.h"
 #include "commands/ReportCommand.h"
@@ -34,16 +35,29 @@ using tessarok::posix::translated;
 /// Whatever is wrong with how the program was called.
 constexpr int kUsageError = 2;
 
-std::string joined(const std::vector<std::string>& words) {
-  std::string text;
-  for (const auto& word : words)
-    text += (text.empty() ? "" : " ") + word;
-  return text;
-}
-
 /// The name with which the library begins what it says.
 std::string firstWord(const std::string& text) {
   return text.substr(0, text.find_first_of(": "));
+}
+
+/// The option that the library could not set: "Could not convert: --json = x".
+std::string optionIn(const std::string& text) {
+  const auto start = text.find("--");
+  return start == std::string::npos ? text : text.substr(start, text.find(' ', start) - start);
+}
+
+/// Refuses every other value than a layout's short name.
+std::string problemWithLayout(const std::string& value) {
+  if (value == "en" || value == "ru") return {};
+  return translated("\"{1}\" is neither en nor ru", {value});
+}
+
+/// Refuses whatever is no number of words.
+std::string problemWithCount(const std::string& value) {
+  constexpr std::size_t kMostDigits = 9;
+  const bool isCount = !value.empty() && value.size() <= kMostDigits &&
+                       value.find_first_not_of("0123456789") == std::string::npos;
+  return isCount ? std::string() : translated("\"{1}\" is not a whole number", {value});
 }
 
 /// The commands and what their options were set to.
@@ -89,6 +103,10 @@ class CommandLine {
       throw CommandError(translated("an argument is missing: {1}", {firstWord(error.what())}));
     } catch (const CLI::ArgumentMismatch& error) {
       throw CommandError(translated("{1} needs a value", {firstWord(error.what())}));
+    } catch (const CLI::ConversionError& error) {
+      throw CommandError(translated("{1} takes no value", {optionIn(error.what())}));
+    } catch (const CLI::ValidationError& error) {
+      throw CommandError(error.what());
     } catch (const CLI::ParseError& error) {
       throw CommandError(translated("wrong argument: {1}", {error.what()}));
     }
@@ -197,7 +215,7 @@ class CommandLine {
     auto* type = app_.add_subcommand("type", translated("type a text and print the screen"));
     addNoLists(*type);
     type->add_option("--from", from_, translated("the layout selected at the start"))
-        ->check(CLI::IsMember({"en", "ru"}))
+        ->check(problemWithLayout)
         ->type_name("en|ru");
     type->add_option("TEXT", words_, translated("what to type; standard input without it"));
     type->callback([this] {
@@ -205,7 +223,7 @@ class CommandLine {
         TypeOptions options;
         options.lists = lists();
         if (!from_.empty()) options.from = from_ == "ru" ? Language::russian : Language::english;
-        if (!words_.empty()) options.text = joined(words_);
+        if (!words_.empty()) options.text = joined(words_, " ");
         return runType(options_, options);
       };
     });
@@ -217,8 +235,10 @@ class CommandLine {
     explain->add_flag("--json", explain_.json, translated("one JSON object a word"));
     addNoLists(*explain);
     explain->add_option("--ru-streak", explain_.ruStreak, translated("Russian words before it"))
+        ->check(problemWithCount)
         ->type_name("N");
     explain->add_option("--en-streak", explain_.enStreak, translated("English words before it"))
+        ->check(problemWithCount)
         ->type_name("N");
     explain
         ->add_option("WORD", explain_.words,

@@ -12,6 +12,7 @@
 #include "commands/CommandError.h"
 #include "commands/DecisionCounts.h"
 #include "commands/DesktopControl.h"
+#include "commands/JoinedText.h"
 #include "commands/TerminalControl.h"
 #include "desktops/posix/NewFile.h"
 #include "desktops/posix/PersonsEnvironment.h"
@@ -113,20 +114,13 @@ void addSession(Report& report) {
   }
 }
 
-std::string joined(const std::vector<std::string>& texts) {
-  std::string all;
-  for (const auto& text : texts)
-    all += (all.empty() ? "" : ", ") + text;
-  return all;
-}
-
 void addCorrection(Report& report) {
   report.section("correction");
   if (const auto desktop = askDesktop()) {
     report.entry("desktop", desktop->desktop + " " + desktop->version);
     report.entry("state", desktop->correction);
     report.entry("layout", desktop->layout);
-    report.entry("layouts", joined(desktop->layouts));
+    report.entry("layouts", joined(desktop->layouts, ", "));
     for (const auto& obstacle : desktop->obstacles)
       report.entry("obstacle", obstacle);
   } else {

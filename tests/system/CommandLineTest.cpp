@@ -116,6 +116,25 @@ TEST(CommandLine, AWrongNameIsAnsweredWithTheRightOne) {
   }
 }
 
+TEST(CommandLine, AWrongValueIsNamedWithItsOption) {
+  const std::vector<std::pair<Arguments, std::string>> calls = {
+      {{"type", "--from", "fr", "x"}, "--from: \"fr\" is neither en nor ru"},
+      {{"explain", "--ru-streak", "abc", "x"}, "--ru-streak: \"abc\" is not a whole number"},
+      {{"explain", "--en-streak=-3", "x"}, "--en-streak: \"-3\" is not a whole number"},
+      {{"explain", "--en-streak", "99999999999999999999", "x"},
+       "--en-streak: \"99999999999999999999\" is not a whole number"},
+      {{"explain", "--json=x", "y"}, "--json takes no value"},
+      {{"type", "--from"}, "--from needs a value"},
+      {{"explain"}, "an argument is missing: WORD"},
+  };
+  for (const auto& [arguments, answer] : calls) {
+    SCOPED_TRACE(::testing::PrintToString(arguments));
+    const auto run = runProgram(arguments);
+    expectRefusal(run);
+    EXPECT_EQ(run.err, "tessarok: " + answer + "\n");
+  }
+}
+
 TEST(CommandLine, HelpNamesKeysFilesAndVariables) {
   const auto help = runProgram({"--help"}).out;
   for (const auto* part :

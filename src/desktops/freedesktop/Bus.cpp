@@ -36,17 +36,15 @@ int ignore(sd_bus_message*, void*, sd_bus_error*) noexcept {
 }  // namespace
 
 std::unique_ptr<Bus> Bus::openSession(platform::RunLoop& loop) {
-  std::string reason;
   sd_bus* bus = nullptr;
   const int result = sd_bus_open_user(&bus);
-  return started(loop, result, bus, reason);
+  return started(loop, result, bus);
 }
 
 std::unique_ptr<Bus> Bus::openSystem(platform::RunLoop& loop) {
-  std::string reason;
   sd_bus* bus = nullptr;
   const int result = sd_bus_open_system(&bus);
-  return started(loop, result, bus, reason);
+  return started(loop, result, bus);
 }
 
 std::unique_ptr<Bus> Bus::openAddress(platform::RunLoop& loop, const std::string& address,
@@ -56,14 +54,13 @@ std::unique_ptr<Bus> Bus::openAddress(platform::RunLoop& loop, const std::string
   if (result >= 0) result = sd_bus_set_address(bus, address.c_str());
   if (result >= 0) result = sd_bus_set_bus_client(bus, 1);
   if (result >= 0) result = sd_bus_start(bus);
-  return started(loop, result, bus, reason);
+  if (result < 0) reason = textOf(-result);
+  return started(loop, result, bus);
 }
 
-std::unique_ptr<Bus> Bus::started(platform::RunLoop& loop, int result, sd_bus* bus,
-                                  std::string& reason) {
+std::unique_ptr<Bus> Bus::started(platform::RunLoop& loop, int result, sd_bus* bus) {
   if (result < 0) {
     sd_bus_unref(bus);
-    reason = textOf(-result);
     return nullptr;
   }
   return std::unique_ptr<Bus>(new Bus(loop, bus));

@@ -66,8 +66,8 @@ class Bus final : public posix::PollSource {
 
  private:
   Bus(platform::RunLoop& loop, sd_bus* bus);
-  static std::unique_ptr<Bus> started(platform::RunLoop& loop, int result, sd_bus* bus,
-                                      std::string& reason);
+  /// The connection of which the library said `result`; null when that is an error.
+  static std::unique_ptr<Bus> started(platform::RunLoop& loop, int result, sd_bus* bus);
   void process();
   /// The connection is of no use from now on. The library takes it down as one that the other end
   /// has closed, and answers every call that waits with an error.

@@ -43,10 +43,11 @@ def wait_until(is_so, what):
 
 
 class Desktop:
-    def __init__(self):
-        self.home = tempfile.mkdtemp(dir=os.environ.get("AUTOPKGTEST_TMP"))
+    def __init__(self, home=None):
+        """`home` is that of a session before."""
+        self.home = home or tempfile.mkdtemp(dir=os.environ.get("AUTOPKGTEST_TMP"))
         runtime = os.path.join(self.home, "run")
-        os.mkdir(runtime, 0o700)
+        os.makedirs(runtime, 0o700, exist_ok=True)
         self.environment = {name: value for name, value in os.environ.items()
                             if not name.startswith(("XDG_", "WAYLAND_", "TESSAROK_"))}
         self.environment.update(HOME=self.home, XDG_RUNTIME_DIR=runtime, LC_ALL="C.UTF-8",
@@ -71,6 +72,19 @@ class Desktop:
             self.x11.XOpenDisplay(self.environment["DISPLAY"].encode()))
         assert self.display, "the display cannot be opened"
         self.keyboard = self.open_keyboard("Xvfb keyboard")
+
+    def start_bus(self):
+        bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address"],
+                         stdout=subprocess.PIPE, text=True)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
+
+    def is_named(self, name):
+        """Whether somebody on the bus has the name."""
+        answer = subprocess.run(
+            ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
+             "org.freedesktop.DBus.NameHasOwner", "string:" + name],
+            env=self.environment, capture_output=True, text=True, check=True)
+        return "true" in answer.stdout
 
     def open_keyboard(self, name):
         """A real one: keys of the server's test keyboard are those of programs, which a corrector

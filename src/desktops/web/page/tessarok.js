@@ -7,7 +7,9 @@
 'use strict';
 
 // Filled in by packaging/web/build.
-const FILES = {version: '@VERSION@', wasm: 'tessarok.wasm?@VERSION@', words: 'tessarok.words?@VERSION@'};
+const FILES = {version: '@VERSION@', wasm: 'tessarok.wasm?@VERSION@', words: 'tessarok.words?@VERSION@',
+  // Of this the host knows nothing: the words as they are kept.
+  unzippedWords: 'tessarok.words?@VERSION@&unzipped'};
 const WORDS_SIZE = Number('@WORDS_SIZE@');
 const CACHE = 'tessarok-' + FILES.version;
 
@@ -164,6 +166,52 @@ const MOST_REPLACED = 200;
 const TEXT_INPUTS = new Set(['text', 'search']);
 const MODIFIER_KEYS = new Set(['Shift', 'Control', 'Alt', 'Meta', 'AltGraph', 'CapsLock', 'Fn', 'NumLock', 'ScrollLock']);
 
+/** Keys that type a letter in one of the two layouts, but for the one that pauses. */
+const LETTER_KEYS = /^(Key[A-Z]|Bracket(Left|Right)|Semicolon|Quote|Comma|Period)$/;
+
+/** The word that is begun before the corrector is there: a page is typed into as soon as it shows.
+    The keys type as ever, and the corrector hears of them when it comes. */
+class EarlyWord {
+  constructor() {
+    this.begin();
+    this.listeners = new AbortController();
+    const on = (type, handler) =>
+      document.addEventListener(type, handler.bind(this), {capture: true, signal: this.listeners.signal});
+    on('keydown', this.onKeyDown);
+    on('input', this.onInput);
+    for (const type of ['pointerdown', 'focusin', 'focusout']) on(type, this.begin);
+  }
+
+  begin() {
+    this.presses = [];
+    this.caret = 0;
+    this.isKnown = true;
+  }
+  onKeyDown(event) {
+    if (MODIFIER_KEYS.has(event.key)) return;
+    const isLetter = LETTER_KEYS.test(event.code) && !event.isComposing && !Fields.isShortcut(event);
+    this.press = isLetter ? event : null;
+  }
+  onInput(event) {
+    const {press} = this;
+    this.press = null;
+    if (event.inputType === 'insertLineBreak' || event.data === ' ') return this.begin();
+    this.isKnown = this.isKnown && event.data !== null && event.data === press?.key;
+    this.presses.push(press);
+    this.caret = event.target.selectionEnd;
+  }
+
+  /** Hears no more. The key presses of the word before the caret; absent when they are not known. */
+  end() {
+    this.listeners.abort();
+    const field = Fields.fieldOf(document.activeElement);
+    if (this.presses.length === 0) return [];
+    if (!this.isKnown || !field || field.selectionStart !== this.caret) return null;
+    const typed = this.presses.map((press) => press.key).join('');
+    return field.value.slice(0, this.caret).endsWith(typed) ? this.presses : null;
+  }
+}
+
 /** The keys of every text field of the document, on their way through the corrector. */
 class Fields {
   /** `onFailure` is called once, when the corrector has failed; from then on the fields are ordinary. */
@@ -222,6 +270,22 @@ class Fields {
     const isKnown = known.field === field && known.caret === field.selectionEnd &&
         known.length === field.value.length;
     if (!isKnown || field.selectionStart !== field.selectionEnd) this.corrector.click();
+  }
+
+  /** The word that was begun before this was there; null for one that is not known. */
+  takeUp(presses) {
+    const field = Fields.fieldOf(document.activeElement);
+    if (!field) return;
+    this.remember(field);
+    const isKnown = presses !== null && presses.every((press) => this.isTakenUp(press));
+    if (!isKnown) this.corrector.textTyped('');
+  }
+  isTakenUp(press) {
+    const code = this.corrector.codeOf(press.code);
+    this.followSystemLayout(press);
+    const edit = this.corrector.keyDown(code, Fields.modifiersOf(press), press.repeat);
+    this.corrector.keyUp(code, 0);
+    return edit.passes && edit.erase === 0 && edit.text === '' && edit.keyText === press.key;
   }
 
   static modifiersOf(event) {
@@ -537,6 +601,7 @@ class Page {
     this.texts = TEXTS[this.isRussianText ? 'ru' : 'en'];
     this.root.lang = this.isRussianText ? 'ru' : 'en';
     this.setAppearance(Page.storedAppearance());
+    this.earlyWord = new EarlyWord();
     // While the browser still reads the page.
     this.parts = location.protocol === 'file:' ? null : this.fetchParts();
     this.parts?.catch(() => { /* `load` meets it again */ });
@@ -557,6 +622,7 @@ class Page {
     this.writeTexts();
     this.prepareAppearance();
     this.field.focus();
+    performance.mark('tessarok-listening');
     if (location.protocol === 'file:') return this.fail('file');
     try {
       await this.load();
@@ -564,6 +630,7 @@ class Page {
       console.error(error);
       // What cannot be used is not to be found again at the next visit.
       globalThis.caches?.delete(CACHE).catch(() => {});
+      this.earlyWord.end();
       this.fail(typeof WebAssembly === 'undefined' || error instanceof WebAssembly.CompileError ? 'old' : 'failed');
     }
   }
@@ -630,6 +697,7 @@ class Page {
       console.error(error);
       this.fail('failed');
     });
+    this.fields.takeUp(this.earlyWord.end());
     this.prepareControls();
     if (cache) await Promise.all(this.keeping).then(() => keepForOffline(cache)).catch((error) => console.warn(error));
     Page.closeDoors();
@@ -643,15 +711,24 @@ class Page {
   async fetchKept(cache, file) {
     const kept = await cache?.match(file);
     if (kept) return kept;
-    const response = await fetch(file);
-    if (!response.ok) throw new Error(file + ': ' + response.status);
+    const response = await Page.fetched(file);
     if (cache) this.keeping.push(cache.put(file, response.clone()));
     return response;
   }
+  static async fetched(file) {
+    const response = await fetch(file);
+    if (!response.ok) throw new Error(file + ': ' + response.status);
+    return response;
+  }
   async fetchWords(cache) {
-    const kept = await cache?.match(FILES.words);
-    const packed = kept ? kept.body : this.counted((await this.fetchKept(cache, FILES.words)).body);
-    return new Uint8Array(await new Response(packed.pipeThrough(new DecompressionStream('gzip'))).arrayBuffer());
+    // Unzipped they are there sooner at the next visit.
+    const kept = await cache?.match(FILES.unzippedWords);
+    if (kept) return new Uint8Array(await kept.arrayBuffer());
+    const response = await Page.fetched(FILES.words);
+    const unzipped = this.counted(response.body).pipeThrough(new DecompressionStream('gzip'));
+    const words = new Uint8Array(await new Response(unzipped).arrayBuffer());
+    if (cache) this.keeping.push(cache.put(FILES.unzippedWords, new Response(words)));
+    return words;
   }
   /** The same stream, and the bar shows how far it has come. */
   counted(stream) {
