@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "desktops/ibus/Engine.h"
+#include "desktops/inputmethod/Scalars.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/xkb/KeySetting.h"
-#include "text/Text.h"
 
 namespace tessarok::ibus {
 
@@ -27,16 +27,6 @@ constexpr std::uint32_t kModifiers =
 constexpr std::size_t kMostClients = 64;
 /// GNOME's shell, which speaks for all programs on Wayland by one input context.
 constexpr const char* kShell = "gnome-shell";
-
-std::size_t bytesOf(const std::string& text, guint scalars) {
-  std::size_t at = 0;
-  for (guint i = 0; i < scalars && at < text.size(); ++i) {
-    ++at;
-    while (at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80)
-      ++at;
-  }
-  return at;
-}
 
 }  // namespace
 
@@ -178,8 +168,9 @@ void IbusDesktop::surroundingText(IBusEngine& engine, const std::string& text, g
   guard_([&] {
     const auto client = clientOf(engine);
     if (!client) return;
-    client->setReport(inputmethod::Client::Report{.before = text.substr(0, bytesOf(text, caret)),
-                                                  .isSelected = caret != anchor});
+    client->setReport(inputmethod::Client::Report{
+        .before = text.substr(0, inputmethod::bytesOfScalars(text, caret)),
+        .isSelected = caret != anchor});
     if (isOpen_) keyFlow_.textReported(*client);
   });
 }

@@ -1,17 +1,8 @@
 #include "desktops/inputmethod/CorrectionCheck.h"
 
-#include <algorithm>
+#include "desktops/inputmethod/Scalars.h"
 
 namespace tessarok::inputmethod {
-
-namespace {
-
-std::ptrdiff_t scalars(std::string_view text) {
-  return std::count_if(text.begin(), text.end(),
-                       [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; });
-}
-
-}  // namespace
 
 void CorrectionCheck::begin(std::ptrdiff_t stays) {
   forget();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktops/inputmethod/Scalars.h"
 #include "text/Text.h"
 
 namespace tessarok::inputmethod {
@@ -15,11 +16,6 @@ constexpr std::size_t kLongestTail = 256;
 constexpr std::size_t kWholeReport = 1900;
 /// So many things may be on their way; of more the oldest are taken to have arrived.
 constexpr std::size_t kMostStates = 256;
-
-std::ptrdiff_t scalars(std::string_view text) {
-  return std::count_if(text.begin(), text.end(),
-                       [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; });
-}
 
 /// A window that moves along with the typing is of more than the word that is being typed.
 bool hasSeveralWords(std::string_view text) {

@@ -6,6 +6,7 @@
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 #include "desktops/inputmethod/KeyFlow.h"
+#include "desktops/inputmethod/Scalars.h"
 #include "desktops/xkb/HardwareKeys.h"
 
 namespace tessarok::inputmethod {
@@ -22,13 +23,6 @@ constexpr double kAskAgain = 0.03;
 bool isAscii(std::string_view text) {
   return std::none_of(text.begin(), text.end(),
                       [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; });
-}
-
-std::size_t scalars(std::string_view text) {
-  const auto continues = [](char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-  };
-  return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continues));
 }
 
 }  // namespace
@@ -146,7 +140,7 @@ void KeyFlow::erase(Client& client, std::size_t characters) {
   // What is known of the field is brought up to date first: a program may answer at once.
   field_.correctionBegins(characters);
   if (mayDelete(client, characters)) {
-    const auto count = scalars(*field_.last(characters));
+    const auto count = static_cast<std::size_t>(scalars(*field_.last(characters)));
     field_.erased(characters, own(Way::text));
     sendText(client);
     return client.deleteBefore(count);
