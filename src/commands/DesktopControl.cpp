@@ -117,6 +117,11 @@ std::vector<std::string> obstaclesToDesktop() {
           "Fcitx 5 in System Settings, Virtual Keyboard, and give it an English and a Russian "
           "keyboard")};
     }
+    if (freedesktop::isGnomeSession(environment)) {
+      return {translatable(
+          "this is GNOME on Wayland, and IBus runs no Tessarok: add English (Tessarok) and Russian "
+          "(Tessarok) in Settings, Keyboard, Input Sources, and remove the others")};
+    }
     return {translatable(
         "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: start "
         "fcitx5, with an English and a Russian keyboard among its input methods")};

@@ -10,7 +10,7 @@ namespace tessarok::commands {
 /// What the corrector of this desktop says of itself.
 struct DesktopStatus {
   std::string version;
-  /// Which desktop it serves: "x11" or "fcitx5".
+  /// Which desktop it serves: "x11", "fcitx5" or "ibus".
   std::string desktop;
   std::uint32_t process = 0;
   /// When it started, in seconds since 1970.

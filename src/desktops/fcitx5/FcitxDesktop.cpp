@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "desktops/fcitx5/FcitxKeys.h"
 #include "desktops/xkb/KeySetting.h"
 
 namespace tessarok::fcitx5 {
@@ -14,15 +15,22 @@ using xkb::PauseKey;
 
 }  // namespace
 
-FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, Guard& guard,
+FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, inputmethod::Guard& guard,
                            std::optional<std::filesystem::path> resources)
     : runLoop_(instance.eventLoop(), guard),
       bundle_(std::move(resources)),
       userDefaults_(posix::SettingsFile::locationFor(files_->homeDirectory()), *files_, systemLog_),
-      inputSources_(instance),
+      clients_(instance),
+      inputMethods_(instance),
       outlet_(instance),
-      keyFlow_({instance, eventTaps_, inputSources_, keyboard_, runLoop_, clock_,
-                [this] { outlet_.flush(); }, systemLog_},
+      keyFlow_({.taps = eventTaps_,
+                .inputSources = inputSources_,
+                .keyboard = keyboard_,
+                .runLoop = runLoop_,
+                .clock = clock_,
+                .runQueue = [this] { runLoop_.runQueue(); },
+                .flush = [this] { outlet_.flush(); },
+                .log = systemLog_},
                {}),
       secureInput_(keyFlow_),
       statusBar_(instance, guard),
@@ -46,8 +54,31 @@ void FcitxDesktop::readKeySettings() {
   keyFlow_.setPauseKey(xkb::keySetting<PauseKey>(userDefaults_, systemLog_));
 }
 
+void FcitxDesktop::keyEvent(fcitx::KeyEvent& event) {
+  const auto client = clients_.of(*event.inputContext());
+  if (client->answerReplayed(event)) return;
+  fcitxKeys::answer(event, keyFlow_.keyEvent(client, fcitxKeys::eventOf(event)));
+}
+
+void FcitxDesktop::focusOut(fcitx::InputContext& context) {
+  keyFlow_.focusOut(*clients_.of(context));
+}
+
+void FcitxDesktop::reset(fcitx::InputContext& context) {
+  keyFlow_.reset(*clients_.of(context));
+}
+
+void FcitxDesktop::textReported(fcitx::InputContext& context) {
+  keyFlow_.textReported(*clients_.of(context));
+}
+
+void FcitxDesktop::destroyed(fcitx::InputContext& context) {
+  keyFlow_.destroyed(*clients_.of(context));
+  clients_.forget(context);
+}
+
 void FcitxDesktop::focusIn(fcitx::InputContext& context) {
-  keyFlow_.focusIn(context);
+  keyFlow_.focusIn(clients_.of(context));
   statusBar_.showFor(context);
   inputMethodChanged();
 }

@@ -5,20 +5,22 @@
 #include <memory>
 #include <optional>
 
-#include "desktops/fcitx5/FcitxApplication.h"
-#include "desktops/fcitx5/FcitxEventTaps.h"
-#include "desktops/fcitx5/FcitxInputSources.h"
+#include "desktops/fcitx5/FcitxClients.h"
+#include "desktops/fcitx5/FcitxInputMethods.h"
 #include "desktops/fcitx5/FcitxRunLoop.h"
-#include "desktops/fcitx5/FcitxSecureInput.h"
 #include "desktops/fcitx5/FcitxStatusBar.h"
-#include "desktops/fcitx5/Guard.h"
-#include "desktops/fcitx5/KeyFlow.h"
 #include "desktops/fcitx5/WaylandOutlet.h"
 #include "desktops/freedesktop/Bus.h"
 #include "desktops/freedesktop/FreedesktopWorkspace.h"
 #include "desktops/freedesktop/Notice.h"
 #include "desktops/freedesktop/Programs.h"
 #include "desktops/freedesktop/SessionWatch.h"
+#include "desktops/inputmethod/FieldEventTaps.h"
+#include "desktops/inputmethod/FieldInputSources.h"
+#include "desktops/inputmethod/FieldSecureInput.h"
+#include "desktops/inputmethod/FrameworkApplication.h"
+#include "desktops/inputmethod/Guard.h"
+#include "desktops/inputmethod/KeyFlow.h"
 #include "desktops/plain/FreeAccessibility.h"
 #include "desktops/plain/OnlyKeyboard.h"
 #include "desktops/plain/PlainEvents.h"
@@ -39,27 +41,27 @@ class FcitxDesktop final : public platform::Desktop {
  public:
   /// Both outlive this object. `resources` is the directory of the data files, absent to search
   /// for it.
-  FcitxDesktop(fcitx::Instance& instance, Guard& guard,
+  FcitxDesktop(fcitx::Instance& instance, inputmethod::Guard& guard,
                std::optional<std::filesystem::path> resources);
   FcitxDesktop(const FcitxDesktop&) = delete;
   FcitxDesktop& operator=(const FcitxDesktop&) = delete;
   ~FcitxDesktop() override;
 
   platform::FreeAccessibility& accessibility() override { return accessibility_; }
-  FcitxApplication& application() override { return application_; }
+  inputmethod::FrameworkApplication& application() override { return application_; }
   posix::DataDirectoryBundle& bundle() override { return bundle_; }
   posix::MonotonicClock& clock() override { return clock_; }
   posix::ProcessEnvironment& environment() override { return environment_; }
-  FcitxEventTaps& eventTaps() override { return eventTaps_; }
-  platform::PlainEvents<FcitxEvent>& events() override { return events_; }
+  inputmethod::FieldEventTaps& eventTaps() override { return eventTaps_; }
+  platform::PlainEvents<inputmethod::FieldEvent>& events() override { return events_; }
   posix::PosixFiles& files() override { return *files_; }
-  FcitxInputSources& inputSources() override { return inputSources_; }
+  inputmethod::FieldInputSources& inputSources() override { return inputSources_; }
   posix::NotificationCentre& inputSourceNotifications() override {
     return inputSourceNotifications_;
   }
   platform::OnlyKeyboard& keyboard() override { return keyboard_; }
   FcitxRunLoop& runLoop() override { return runLoop_; }
-  FcitxSecureInput& secureInput() override { return secureInput_; }
+  inputmethod::FieldSecureInput& secureInput() override { return secureInput_; }
   posix::ThreadQueues& serialQueues() override { return serialQueues_; }
   FcitxStatusBar& statusBar() override { return statusBar_; }
   posix::StandardErrorLog& systemLog() override { return systemLog_; }
@@ -67,13 +69,18 @@ class FcitxDesktop final : public platform::Desktop {
   freedesktop::FreedesktopWorkspace& workspace() override { return workspace_; }
   posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
 
-  [[nodiscard]] KeyFlow& keyFlow() { return keyFlow_; }
+  [[nodiscard]] inputmethod::KeyFlow& keyFlow() { return keyFlow_; }
   /// Null without a session bus.
   [[nodiscard]] freedesktop::Bus* sessionBus() { return sessionBus_.get(); }
 
   // What Fcitx tells.
 
+  void keyEvent(fcitx::KeyEvent& event);
   void focusIn(fcitx::InputContext& context);
+  void focusOut(fcitx::InputContext& context);
+  void reset(fcitx::InputContext& context);
+  void textReported(fcitx::InputContext& context);
+  void destroyed(fcitx::InputContext& context);
   /// The input method of a text field, or the list of them, is another.
   void inputMethodChanged();
   void groupChanged();
@@ -88,21 +95,23 @@ class FcitxDesktop final : public platform::Desktop {
   posix::StandardErrorLog systemLog_;
   std::unique_ptr<posix::PosixFiles> files_ = posix::PosixFiles::ofUser();
   platform::FreeAccessibility accessibility_;
-  FcitxApplication application_;
+  inputmethod::FrameworkApplication application_;
   posix::DataDirectoryBundle bundle_;
   posix::ProcessEnvironment environment_;
   posix::SettingsFile userDefaults_;
   posix::ThreadQueues serialQueues_;
   posix::NotificationCentre inputSourceNotifications_;
   posix::NotificationCentre workspaceNotifications_;
-  FcitxInputSources inputSources_;
-  FcitxEventTaps eventTaps_;
-  platform::PlainEvents<FcitxEvent> events_;
+  FcitxClients clients_;
+  FcitxInputMethods inputMethods_;
+  inputmethod::FieldInputSources inputSources_{inputMethods_};
+  inputmethod::FieldEventTaps eventTaps_;
+  platform::PlainEvents<inputmethod::FieldEvent> events_;
   WaylandOutlet outlet_;
   /// It has the key beside the left Shift, which counts only where its characters are its own.
   platform::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::iso};
-  KeyFlow keyFlow_;
-  FcitxSecureInput secureInput_;
+  inputmethod::KeyFlow keyFlow_;
+  inputmethod::FieldSecureInput secureInput_;
   FcitxStatusBar statusBar_;
   /// Null without such a bus.
   std::unique_ptr<freedesktop::Bus> sessionBus_;

@@ -66,7 +66,8 @@ class FcitxRunLoop::RepeatingTimer final : public platform::Timer {
   std::unique_ptr<fcitx::EventSourceTime> source_;
 };
 
-FcitxRunLoop::FcitxRunLoop(fcitx::EventLoop& loop, Guard& guard) : loop_(loop), guard_(guard) {
+FcitxRunLoop::FcitxRunLoop(fcitx::EventLoop& loop, inputmethod::Guard& guard)
+    : loop_(loop), guard_(guard) {
   turn_ = loop_.addDeferEvent([this](fcitx::EventSource*) {
     guard_([this] {
       done_.clear();

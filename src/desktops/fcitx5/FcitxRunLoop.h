@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "desktops/fcitx5/Guard.h"
+#include "desktops/inputmethod/Guard.h"
 #include "desktops/posix/MainQueue.h"
 #include "desktops/posix/PollSource.h"
 #include "platform/RunLoop.h"
@@ -20,7 +20,7 @@ namespace tessarok::fcitx5 {
 class FcitxRunLoop final : public platform::RunLoop {
  public:
   /// Both outlive this object.
-  FcitxRunLoop(fcitx::EventLoop& loop, Guard& guard);
+  FcitxRunLoop(fcitx::EventLoop& loop, inputmethod::Guard& guard);
   FcitxRunLoop(const FcitxRunLoop&) = delete;
   FcitxRunLoop& operator=(const FcitxRunLoop&) = delete;
   ~FcitxRunLoop() override;
@@ -44,7 +44,7 @@ class FcitxRunLoop final : public platform::RunLoop {
   void throwAway(std::unique_ptr<fcitx::EventSource> source);
 
   fcitx::EventLoop& loop_;
-  Guard& guard_;
+  inputmethod::Guard& guard_;
   posix::MainQueue queue_;
   std::thread::id mainThread_ = std::this_thread::get_id();
   /// For what other threads ask for.

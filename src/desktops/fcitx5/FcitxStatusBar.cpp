@@ -146,7 +146,7 @@ class FcitxStatusBar::Item final : public platform::StatusItem {
   std::vector<std::unique_ptr<ItemAction>> actions_;
 };
 
-FcitxStatusBar::FcitxStatusBar(fcitx::Instance& instance, Guard& guard)
+FcitxStatusBar::FcitxStatusBar(fcitx::Instance& instance, inputmethod::Guard& guard)
     : instance_(instance), guard_(guard) {}
 
 FcitxStatusBar::~FcitxStatusBar() = default;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "desktops/fcitx5/Guard.h"
+#include "desktops/inputmethod/Guard.h"
 #include "platform/StatusBar.h"
 
 namespace tessarok::fcitx5 {
@@ -16,7 +16,7 @@ namespace tessarok::fcitx5 {
 class FcitxStatusBar final : public platform::StatusBar {
  public:
   /// Both outlive this object.
-  FcitxStatusBar(fcitx::Instance& instance, Guard& guard);
+  FcitxStatusBar(fcitx::Instance& instance, inputmethod::Guard& guard);
   FcitxStatusBar(const FcitxStatusBar&) = delete;
   FcitxStatusBar& operator=(const FcitxStatusBar&) = delete;
   ~FcitxStatusBar() override;
@@ -35,7 +35,7 @@ class FcitxStatusBar final : public platform::StatusBar {
   class MainAction;
 
   fcitx::Instance& instance_;
-  Guard& guard_;
+  inputmethod::Guard& guard_;
   Item* item_ = nullptr;
 };
 

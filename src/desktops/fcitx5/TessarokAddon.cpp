@@ -25,12 +25,6 @@ namespace fs = std::filesystem;
 using fcitx::EventType;
 using fcitx::EventWatcherPhase;
 
-/// Seconds between two attempts to start while another copy runs, and how often the shorter wait
-/// is taken first: a Fcitx that takes the place of another one only has to wait for its end.
-constexpr double kShortWait = 0.2;
-constexpr double kWait = 2;
-constexpr int kShortWaits = 25;
-
 /// The file that this code was loaded from; absent when the system does not tell.
 std::optional<fs::path> ownFile() {
   Dl_info info{};
@@ -101,9 +95,14 @@ TessarokAddon::TessarokAddon(fcitx::Instance& instance) : instance_(instance) {
   guard_([this] {
     desktop_ = std::make_unique<FcitxDesktop>(instance_, guard_, installedData());
     platform::setDesktop(*desktop_);
-    desktop_->application().onTerminate = [this] { hasStopped_ = true; };
+    life_ = std::make_unique<inputmethod::CorrectorLife>(
+        inputmethod::CorrectorLife::Parts{.desktop = *desktop_,
+                                          .application = desktop_->application(),
+                                          .flow = desktop_->keyFlow(),
+                                          .session = desktop_->sessionBus()},
+        framework());
     // Addons are made before the groups of input methods are read.
-    desktop_->runLoop().async([this] { launch(); });
+    desktop_->runLoop().async([this] { life_->launch(); });
   });
 }
 
@@ -111,41 +110,22 @@ TessarokAddon::~TessarokAddon() {
   watchers_.clear();
   if (desktop_) guard_([this] { desktop_->keyFlow().finish(); });
   guard_.onFailure = nullptr;
-  stop();
+  life_.reset();
 }
 
-void TessarokAddon::launch() {
-  if (instance_.inputMethodManager().groupCount() == 0) return tryAgainLater();
-  hasStopped_ = false;
-  auto corrector = std::make_unique<commands::Corrector>(AppDelegate::Instances::onlyOne,
-                                                         AppDelegate::Keys::wait);
-  corrector->launch();
-  if (hasStopped_) return tryAgainLater();
-  corrector_ = std::move(corrector);
-  contact_.emplace(freedesktop::SessionContact::Surroundings{.session = desktop_->sessionBus(),
-                                                             .loop = desktop_->runLoop(),
-                                                             .queues = desktop_->serialQueues(),
-                                                             .log = desktop_->systemLog(),
-                                                             .settings = desktop_->userDefaults(),
-                                                             .delegate = corrector_->delegate()},
-                   freedesktop::RemoteControl::Desktop{.name = "fcitx5",
-                                                       .obstacles = [this] { return obstacles(); }},
-                   ownFile());
-  desktop_->application().onTerminate = [this] {
-    // Not while the menu item that asks for it is running.
-    desktop_->runLoop().async([this] {
-      watchers_.clear();
-      desktop_->keyFlow().finish();
-      stop();
-    });
-  };
-  watch();
-  if (auto* context = instance_.lastFocusedInputContext()) desktop_->focusIn(*context);
-}
-
-void TessarokAddon::tryAgainLater() {
-  const auto wait = ++tries_ > kShortWaits ? kWait : kShortWait;
-  desktop_->runLoop().after(wait, [this] { launch(); });
+inputmethod::CorrectorLife::Framework TessarokAddon::framework() {
+  return {.name = "fcitx5",
+          .obstacles = [this] { return obstacles(); },
+          .program = ownFile(),
+          .isReady = [this] { return instance_.inputMethodManager().groupCount() > 0; },
+          .onStarted =
+              [this] {
+                watch();
+                if (auto* context = instance_.lastFocusedInputContext())
+                  desktop_->focusIn(*context);
+              },
+          .onEnding = [this] { watchers_.clear(); },
+          .onFailure = [this](const std::string& reason) { fail(reason); }};
 }
 
 std::vector<std::string> TessarokAddon::obstacles() const {
@@ -157,15 +137,6 @@ std::vector<std::string> TessarokAddon::obstacles() const {
         "GTK_IM_MODULE is fcitx, with which programs of GTK 4 lose Return on KDE: unset it"));
   }
   return all;
-}
-
-void TessarokAddon::stop() {
-  try {
-    contact_.reset();
-    corrector_.reset();
-  } catch (const std::exception& error) {
-    fail(error.what());
-  }
 }
 
 void TessarokAddon::fail(const std::string& reason) {
@@ -185,24 +156,23 @@ void TessarokAddon::watch(EventType type, EventWatcherPhase phase, Work work) {
 void TessarokAddon::watch() {
   using fcitx::InputContextEvent;
   auto& desktop = *desktop_;
-  auto& flow = desktop.keyFlow();
   watch<fcitx::KeyEvent>(EventType::InputContextKeyEvent, EventWatcherPhase::PreInputMethod,
-                         [&flow](fcitx::KeyEvent& event) { flow.keyEvent(event); });
+                         [&desktop](fcitx::KeyEvent& event) { desktop.keyEvent(event); });
   watch<InputContextEvent>(
       EventType::InputContextFocusIn, EventWatcherPhase::PostInputMethod,
       [&desktop](InputContextEvent& event) { desktop.focusIn(*event.inputContext()); });
   watch<InputContextEvent>(
       EventType::InputContextFocusOut, EventWatcherPhase::PreInputMethod,
-      [&flow](InputContextEvent& event) { flow.focusOut(*event.inputContext()); });
+      [&desktop](InputContextEvent& event) { desktop.focusOut(*event.inputContext()); });
   watch<InputContextEvent>(
       EventType::InputContextReset, EventWatcherPhase::PreInputMethod,
-      [&flow](InputContextEvent& event) { flow.reset(*event.inputContext()); });
+      [&desktop](InputContextEvent& event) { desktop.reset(*event.inputContext()); });
   watch<InputContextEvent>(
       EventType::InputContextSurroundingTextUpdated, EventWatcherPhase::PostInputMethod,
-      [&flow](InputContextEvent& event) { flow.textReported(*event.inputContext()); });
+      [&desktop](InputContextEvent& event) { desktop.textReported(*event.inputContext()); });
   watch<InputContextEvent>(
       EventType::InputContextDestroyed, EventWatcherPhase::PreInputMethod,
-      [&flow](InputContextEvent& event) { flow.destroyed(*event.inputContext()); });
+      [&desktop](InputContextEvent& event) { desktop.destroyed(*event.inputContext()); });
   watch<InputContextEvent>(EventType::InputContextSwitchInputMethod,
                            EventWatcherPhase::PostInputMethod,
                            [&desktop](InputContextEvent&) { desktop.inputMethodChanged(); });
@@ -261,7 +231,7 @@ void TessarokAddon::reloadConfig() {
 
 void TessarokAddon::applySettings() {
   desktop_->readKeySettings();
-  if (!corrector_) return;
+  if (!life_ || !life_->isRunning()) return;
   auto& keyTap = KeyTap::shared();
   keyTap.shiftFixEnabled = desktop_->userDefaults().boolean(KeyTap::kShiftFixKey).value_or(true);
   BuiltinPacks::rebuild();

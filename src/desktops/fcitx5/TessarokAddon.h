@@ -7,11 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "app/Corrector.h"
 #include "desktops/fcitx5/AddonConfig.h"
 #include "desktops/fcitx5/FcitxDesktop.h"
-#include "desktops/fcitx5/Guard.h"
-#include "desktops/freedesktop/SessionContact.h"
+#include "desktops/inputmethod/CorrectorLife.h"
+#include "desktops/inputmethod/Guard.h"
 
 namespace tessarok::fcitx5 {
 
@@ -33,24 +32,18 @@ class TessarokAddon final : public fcitx::AddonInstance {
   void watch();
   template <typename Event, typename Work>
   void watch(fcitx::EventType type, fcitx::EventWatcherPhase phase, Work work);
-  void launch();
-  void tryAgainLater();
-  void stop();
+  [[nodiscard]] inputmethod::CorrectorLife::Framework framework();
   [[nodiscard]] std::vector<std::string> obstacles() const;
   void fail(const std::string& reason);
   void readSettings() const;
   void applySettings();
 
   fcitx::Instance& instance_;
-  Guard guard_;
+  inputmethod::Guard guard_;
   std::unique_ptr<FcitxDesktop> desktop_;
-  std::unique_ptr<commands::Corrector> corrector_;
-  /// Absent while the corrector is.
-  std::optional<freedesktop::SessionContact> contact_;
+  std::unique_ptr<inputmethod::CorrectorLife> life_;
   std::vector<Watcher> watchers_;
   mutable AddonConfig config_;
-  bool hasStopped_ = false;
-  int tries_ = 0;
 };
 
 }  // namespace tessarok::fcitx5

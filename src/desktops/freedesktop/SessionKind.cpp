@@ -4,6 +4,15 @@
 
 namespace tessarok::freedesktop {
 
+namespace {
+
+bool isDesktop(platform::Environment& environment, const char* name) {
+  const auto desktops = environment.variable("XDG_CURRENT_DESKTOP").value_or("");
+  return desktops.find(name) != std::string::npos;
+}
+
+}  // namespace
+
 bool isWaylandSession(platform::Environment& environment) {
   // Each is missing from some sessions: one where a display manager knows of none, the other
   // where the compositor starts programs of the session before it has a name.
@@ -12,8 +21,11 @@ bool isWaylandSession(platform::Environment& environment) {
 }
 
 bool isPlasmaSession(platform::Environment& environment) {
-  const auto desktops = environment.variable("XDG_CURRENT_DESKTOP").value_or("");
-  return desktops.find("KDE") != std::string::npos;
+  return isDesktop(environment, "KDE");
+}
+
+bool isGnomeSession(platform::Environment& environment) {
+  return isDesktop(environment, "GNOME");
 }
 
 }  // namespace tessarok::freedesktop

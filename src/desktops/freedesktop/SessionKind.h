@@ -12,4 +12,7 @@ namespace tessarok::freedesktop {
 /// KDE Plasma, whose compositor is told in its settings which input method to start.
 [[nodiscard]] bool isPlasmaSession(platform::Environment& environment);
 
+/// GNOME and its kin, whose shell is its own input method and speaks with IBus.
+[[nodiscard]] bool isGnomeSession(platform::Environment& environment);
+
 }  // namespace tessarok::freedesktop

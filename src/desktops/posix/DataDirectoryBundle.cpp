@@ -17,7 +17,8 @@ std::optional<fs::path> directoryBesideExecutable() {
   if (!executable) return std::nullopt;
   const auto folder = executable->parent_path();
   fs::path directory;
-  if (folder.filename() == "bin") directory = folder.parent_path() / "share" / "tessarok";
+  const bool isInstalled = folder.filename() == "bin" || folder.filename() == "libexec";
+  if (isInstalled) directory = folder.parent_path() / "share" / "tessarok";
   if (folder.filename() == "MacOS") directory = folder.parent_path() / "Resources";
   std::error_code error;
   if (directory.empty() || !fs::is_directory(directory, error)) return std::nullopt;

@@ -7,6 +7,8 @@ import signal
 import subprocess
 import time
 
+from gnome import begin_gnome
+
 HERE = os.path.dirname(os.path.abspath(__file__))
 SHIFT = 42
 # Characters by their keys of a US keyboard, with whether Shift is held.
@@ -26,6 +28,7 @@ TERMINALS = {
     "foot": ["foot"],
     "konsole": ["konsole", "--nofork", "-e"],
     "gnome-terminal": ["gnome-terminal", "--wait", "--"],
+    "kgx": ["kgx", "-e"],
 }
 FIREFOX_SETTINGS = """user_pref("browser.shell.checkDefaultBrowser", false);
 user_pref("browser.startup.homepage_override.mstone", "ignore");
@@ -46,12 +49,14 @@ def wait_until(condition, seconds):
 
 class Session:
     """`room` is a folder that nobody may read, with the parts that `check-desktops` lays there.
-    `corrected`: with Tessarok, or as a control with Fcitx alone."""
+    `corrected`: with Tessarok, or as a control with Fcitx or IBus alone."""
 
     def __init__(self, room, compositor, corrected):
         self.room = room
         self.compositor = compositor
         self.corrected = corrected
+        # In GNOME's shell, as far as it has one.
+        self.has_extension = True
         self.home = os.path.join(room, "session")
         shutil.rmtree(self.home, ignore_errors=True)
         os.makedirs(os.path.join(self.home, "run"), 0o700)
@@ -65,7 +70,7 @@ class Session:
             "XDG_DATA_HOME": os.path.join(self.home, "data"),
             "XDG_CACHE_HOME": os.path.join(self.home, "cache"),
             "XDG_SESSION_TYPE": "wayland",
-            "XDG_CURRENT_DESKTOP": "KDE" if compositor == "kwin" else compositor,
+            "XDG_CURRENT_DESKTOP": {"kwin": "KDE", "gnome": "GNOME"}.get(compositor, compositor),
             "LANG": "C.UTF-8",
             "NO_AT_BRIDGE": "1",
             "GTK_A11Y": "none",
@@ -140,18 +145,26 @@ class Session:
             stdout=subprocess.PIPE,
         )
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+        if self.compositor == "gnome":
+            return begin_gnome(self)
         getattr(self, "begin_" + self.compositor)()
+        self.start_keys("keys")
+        # The first key makes a keyboard known to the input method.
+        time.sleep(2)
+        self.press_shift()
+
+    def press_shift(self):
+        self.key(SHIFT, 1)
+        self.key(SHIFT, 0)
+        self.flush()
+
+    def start_keys(self, program):
         self.keys = self.start(
             "keys",
-            [os.path.join(self.room, "keys")],
+            [os.path.join(self.room, program)],
             stdin=subprocess.PIPE,
             stdout=subprocess.PIPE,
         )
-        self.flush()
-        # The first key makes a keyboard known to the input method.
-        time.sleep(2)
-        self.key(SHIFT, 1)
-        self.key(SHIFT, 0)
         self.flush()
 
     def fcitx(self):
