@@ -56,16 +56,20 @@ void readPart(int descriptor, std::size_t from, std::size_t to) {
 
 }  // namespace
 
-PagesAtHand::PagesAtHand(int descriptor, std::string_view mapping)
+PagesAtHand::PagesAtHand(int descriptor, std::string_view mapping,
+                         std::chrono::nanoseconds patience)
     : PagesAtHand(
           mapping.size(), [=](std::size_t place) { return isInMemory(descriptor, mapping, place); },
-          [descriptor](std::size_t from, std::size_t to) { readPart(descriptor, from, to); }) {}
+          [descriptor](std::size_t from, std::size_t to) { readPart(descriptor, from, to); },
+          patience) {}
 
-PagesAtHand::PagesAtHand(std::size_t size, Ask ask, Read read)
+PagesAtHand::PagesAtHand(std::size_t size, Ask ask, Read read, std::chrono::nanoseconds patience)
     : size_(size),
       ask_(std::move(ask)),
       read_(std::move(read)),
-      seen_(std::make_unique<std::atomic<std::uint32_t>[]>(pagesOf(size))) {}
+      wholePatience_(patience),
+      seen_(std::make_unique<std::atomic<std::uint32_t>[]>(pagesOf(size))),
+      patience_(patience) {}
 
 bool PagesAtHand::contain(std::size_t from, std::size_t to) {
   const auto round = round_.load(std::memory_order_relaxed);
@@ -81,7 +85,7 @@ bool PagesAtHand::contain(std::size_t from, std::size_t to) {
 void PagesAtHand::askAnew() {
   round_.fetch_add(1, std::memory_order_relaxed);
   const std::lock_guard lock(mutex_);
-  patience_ = kPatience;
+  patience_ = wholePatience_;
 }
 
 bool PagesAtHand::fetch(std::size_t page) {

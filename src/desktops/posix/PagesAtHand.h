@@ -19,8 +19,8 @@ namespace tessarok::posix {
 /// the disk, a page at a time, and so does the key that ends a word.
 ///
 /// Behavior: a page is asked for before it is read. One that is not in memory is read by another
-/// thread, and is waited for as long as `kPatience` lasts. When that is used up everything is read,
-/// and until it is there nothing is at hand. What was found is believed until `askAnew`.
+/// thread, and is waited for as long as the patience lasts. When that is used up everything is
+/// read, and until it is there nothing is at hand. What was found is believed until `askAnew`.
 ///
 /// Operational notes: the question is a call of the system that some file systems cannot answer
 /// (tmpfs, overlays, FUSE, NFS). There another call tells, if the person may write the file; of a
@@ -38,9 +38,10 @@ class PagesAtHand {
   using Ask = std::function<bool(std::size_t place)>;
 
   /// For a file that is mapped as a whole. Both outlive the object.
-  PagesAtHand(int descriptor, std::string_view mapping);
+  PagesAtHand(int descriptor, std::string_view mapping,
+              std::chrono::nanoseconds patience = kPatience);
   /// With other ways to ask and to read.
-  PagesAtHand(std::size_t size, Ask ask, Read read);
+  PagesAtHand(std::size_t size, Ask ask, Read read, std::chrono::nanoseconds patience = kPatience);
 
   /// Whether the bytes from one place up to another can be read without a wait.
   [[nodiscard]] bool contain(std::size_t from, std::size_t to);
@@ -55,6 +56,7 @@ class PagesAtHand {
   const std::size_t size_;
   const Ask ask_;
   const Read read_;
+  const std::chrono::nanoseconds wholePatience_;
   /// The round in which a page was last seen to be at hand, for every page.
   const std::unique_ptr<std::atomic<std::uint32_t>[]> seen_;
   std::atomic<std::uint32_t> round_{1};
@@ -65,7 +67,7 @@ class PagesAtHand {
   std::mutex mutex_;
   std::condition_variable answered_;
   std::uint64_t answers_ = 0;
-  std::chrono::nanoseconds patience_ = kPatience;
+  std::chrono::nanoseconds patience_;
   /// Last, so that what it does has ended before the rest goes.
   ThreadQueue reader_;
 };

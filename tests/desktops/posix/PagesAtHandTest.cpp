@@ -23,6 +23,9 @@ constexpr std::size_t kPage = 4096;
 constexpr std::size_t kPages = 8;
 constexpr std::size_t kSize = kPages * kPage - 100;
 
+/// Longer than any machine needs to let another thread have its turn.
+constexpr std::chrono::minutes kAnyTime{1};
+
 /// A disk that answers when the test lets it, and memory that holds what was read.
 class Disk {
  public:
@@ -69,7 +72,7 @@ TEST(PagesAtHand, WhatIsInMemoryIsAskedForOnce) {
 TEST(PagesAtHand, WhatADiskGivesAtOnceIsWaitedFor) {
   Disk disk;
   disk.answer();
-  PagesAtHand pages(kSize, disk.ask(), disk.read());
+  PagesAtHand pages(kSize, disk.ask(), disk.read(), kAnyTime);
   EXPECT_TRUE(pages.contain(kPage - 1, kPage + 1));
   EXPECT_EQ(disk.reads, 2);
   // Up to the last byte, and not beyond it.
@@ -119,7 +122,7 @@ TEST(PagesAtHand, AFileThatMemoryHasLostIsReadAgain) {
   std::vector<unsigned char> isResident(kPages);
   ASSERT_EQ(::mincore(mapping, kSize, isResident.data()), 0);
   if ((isResident[3] & 1) != 0) GTEST_SKIP() << "this file system keeps its files in memory";
-  PagesAtHand pages(descriptor.get(), {static_cast<const char*>(mapping), kSize});
+  PagesAtHand pages(descriptor.get(), {static_cast<const char*>(mapping), kSize}, kAnyTime);
   EXPECT_TRUE(pages.contain(3 * kPage, 3 * kPage + 1));
   ASSERT_EQ(::mincore(mapping, kSize, isResident.data()), 0);
   EXPECT_EQ(isResident[3] & 1, 1);
