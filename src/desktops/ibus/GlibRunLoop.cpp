@@ -16,7 +16,7 @@ GIOCondition conditionOf(short events) {
   int condition = G_IO_ERR | G_IO_HUP;
   if ((events & POLLIN) != 0) condition |= G_IO_IN;
   if ((events & POLLOUT) != 0) condition |= G_IO_OUT;
-  // A source that waits for nothing is to be left alone.
+  // A source that waits for nothing is to be left alone, whatever happens to it.
   return static_cast<GIOCondition>(events == 0 ? 0 : condition);
 }
 
@@ -84,21 +84,41 @@ struct GlibRunLoop::Served {
   GSource source;
   GlibRunLoop* loop;
   posix::PollSource* served;
+  /// Null while the source is to be left alone: GLib would tell of a hang-up all the same.
   gpointer tag;
+  GIOCondition watched;
+
+  /// Tells GLib what to wait for when that is another thing than before: behind every such change
+  /// it begins its turn anew, and would never rest.
+  void watch() {
+    const auto wanted = conditionOf(served->events());
+    if (wanted == watched) return;
+    watched = wanted;
+    if (tag == nullptr) {
+      tag = g_source_add_unix_fd(&source, served->descriptor(), wanted);
+    } else if (wanted != 0) {
+      g_source_modify_unix_fd(&source, tag, wanted);
+    } else {
+      g_source_remove_unix_fd(&source, std::exchange(tag, nullptr));
+    }
+  }
+  [[nodiscard]] GIOCondition condition() {
+    return tag == nullptr ? GIOCondition{} : g_source_query_unix_fd(&source, tag);
+  }
 
   static gboolean prepare(GSource* source, gint* timeout) {
     auto& own = as<Served>(source);
     *timeout = -1;
-    g_source_modify_unix_fd(source, own.tag, conditionOf(own.served->events()));
+    own.watch();
     return own.served->isReady() ? TRUE : FALSE;
   }
   static gboolean check(GSource* source) {
-    const auto& own = as<Served>(source);
-    return g_source_query_unix_fd(source, own.tag) != 0 || own.served->isReady() ? TRUE : FALSE;
+    auto& own = as<Served>(source);
+    return own.condition() != 0 || own.served->isReady() ? TRUE : FALSE;
   }
   static gboolean dispatch(GSource* source, GSourceFunc, gpointer) {
-    const auto& own = as<Served>(source);
-    const auto events = eventsOf(g_source_query_unix_fd(source, own.tag));
+    auto& own = as<Served>(source);
+    const auto events = eventsOf(own.condition());
     own.loop->guard_([&] { own.served->ready(events); });
     return G_SOURCE_CONTINUE;
   }
@@ -161,7 +181,7 @@ void GlibRunLoop::add(platform::RunLoopSource& source) {
   auto& own = as<Served>(made);
   own.loop = this;
   own.served = served;
-  own.tag = g_source_add_unix_fd(made, served->descriptor(), conditionOf(served->events()));
+  own.watch();
   g_source_attach(made, nullptr);
   sources_[served] = made;
 }
