@@ -132,6 +132,7 @@ class Start final {
 
 int correct(const Options& options, OuterTerminal& outer, Pty& pty) {
   TerminalDesktop desktop(options.resources);
+  desktop.userDefaults().leaveReadingToPrepare();
   platform::setDesktop(desktop);
   Corrector corrector(AppDelegate::Instances::many, AppDelegate::Keys::wait);
   Start start(desktop, corrector, pty);

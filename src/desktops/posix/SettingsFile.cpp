@@ -91,7 +91,7 @@ std::vector<std::string> SettingsFile::strings(std::string_view key) {
 }
 
 std::optional<SettingsFile::Value> SettingsFile::value(std::string_view key) {
-  prepare();
+  if (isReadOnUse_) prepare();
   const std::lock_guard lock(mutex_);
   const auto found = values_.find(key);
   return found == values_.end() ? std::nullopt : std::optional(found->second);
@@ -106,7 +106,7 @@ void SettingsFile::setString(std::string_view key, std::string value) {
 }
 
 void SettingsFile::set(std::string_view key, Value value) {
-  prepare();
+  if (isReadOnUse_) prepare();
   {
     const std::lock_guard lock(mutex_);
     values_.insert_or_assign(std::string(key), value);
@@ -141,6 +141,8 @@ void SettingsFile::load() {
   if (!read) return;
   const std::lock_guard lock(mutex_);
   values_ = std::move(*read);
+  for (const auto& [key, value] : unsaved_)
+    values_.insert_or_assign(key, value);
 }
 
 std::optional<SettingsFile::Values> SettingsFile::readFile() {

@@ -19,10 +19,9 @@
 namespace tessarok::posix {
 
 /// The person's switches in a file, a JSON object of booleans; a few settings are texts or lists of
-/// texts. A file
-/// that cannot be used is reported once and left as it is: changes then last until the program
-/// ends. Main thread; what is changed is in force at once and saved on a thread of its own, because
-/// keys wait while the main one does.
+/// texts. A file that cannot be used is reported once and left as it is: changes then last until
+/// the program ends. Main thread; what is changed is in force at once and saved on a thread of its
+/// own, because keys wait while the main one does.
 class SettingsFile final : public platform::UserDefaults {
  public:
   /// Read on first use. Its end waits until all is saved. `files` and `log` outlive this object.
@@ -38,9 +37,12 @@ class SettingsFile final : public platform::UserDefaults {
   void setString(std::string_view key, std::string value);
   /// A setting that is a list of texts; empty when it was never set or is none.
   [[nodiscard]] std::vector<std::string> strings(std::string_view key);
-  /// Reads the file, once. From any thread, when nothing else is called meanwhile: so that the
-  /// first use need not wait for the disk.
+  /// Reads the file, once. From any thread, when nothing else is called meanwhile or when reading
+  /// is left to it.
   void prepare();
+  /// From now on no other call reads the file for the first time: until `prepare` has, nothing is
+  /// known but what was set. For a thread that must not wait for the disk.
+  void leaveReadingToPrepare() { isReadOnUse_ = false; }
   /// Reads the file again, which somebody else may have written.
   void reload();
   /// Waits until all changes are saved, as far as they can be.
@@ -64,6 +66,7 @@ class SettingsFile final : public platform::UserDefaults {
   std::filesystem::path file_;
   platform::Files& files_;
   platform::SystemLog& log_;
+  bool isReadOnUse_ = true;
   std::atomic<bool> isLoaded_ = false;
   /// The file holds something that must not be overwritten.
   std::atomic<bool> isUnusable_ = false;

@@ -79,6 +79,7 @@ class Keys final {
   void noticeProgram(const PtyModes* modes);
   void goHomeIfDue(const InputItem& item);
   void endLine();
+  /// The program is one of those that are corrected though they fill the screen.
   [[nodiscard]] bool isNamed() const;
   void setAddressing(pid_t group);
   void pressOnScreen(const InputItem& item, const PtyModes& modes);

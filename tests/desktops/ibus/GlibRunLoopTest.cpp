@@ -1,12 +1,11 @@
 // GLib's loop serves what the corrector adds, and sleeps when there is nothing to do.
 
-#include "desktops/ibus/GlibRunLoop.h"
-
 #include <array>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <unistd.h>
 
+#include "desktops/ibus/GlibRunLoop.h"
 #include "desktops/posix/PollSource.h"
 
 namespace tessarok::ibus {

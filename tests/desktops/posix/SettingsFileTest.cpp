@@ -80,6 +80,29 @@ TEST_F(SettingsFileTest, DoesNotUndoWhatAnotherCopyHasSaved) {
   EXPECT_EQ(SettingsFile(file_, files_, log_).boolean("pack.chat"), true);
 }
 
+TEST_F(SettingsFileTest, NothingIsKnownUntilThePreparationThatReadingIsLeftTo) {
+  write(R"({"shiftLagFix": false, "manualKey": "pause"})");
+  SettingsFile settings(file_, files_, log_);
+  settings.leaveReadingToPrepare();
+  EXPECT_EQ(settings.boolean("shiftLagFix"), std::nullopt);
+  EXPECT_EQ(settings.string("manualKey"), std::nullopt);
+  settings.prepare();
+  EXPECT_EQ(settings.boolean("shiftLagFix"), false);
+  EXPECT_EQ(settings.string("manualKey"), "pause");
+}
+
+TEST_F(SettingsFileTest, WhatIsSetBeforeThePreparationStays) {
+  write(R"({"shiftLagFix": false, "manualKey": "pause"})");
+  SettingsFile settings(file_, files_, log_);
+  settings.leaveReadingToPrepare();
+  settings.setBoolean("shiftLagFix", true);
+  settings.prepare();
+  EXPECT_EQ(settings.boolean("shiftLagFix"), true);
+  EXPECT_EQ(settings.string("manualKey"), "pause");
+  settings.flush();
+  EXPECT_EQ(contentOf(file_), "{\n  \"manualKey\": \"pause\",\n  \"shiftLagFix\": true\n}\n");
+}
+
 TEST_F(SettingsFileTest, LeavesAMalformedFileAlone) {
   write("{\"shiftLagFix\": tru}");
   expectUnusable("line 1");
