@@ -4,6 +4,7 @@
 #include <xkbcommon/xkbcommon.h>
 
 #include "desktops/xkb/HardwareKeys.h"
+#include "desktops/xkb/NumberPad.h"
 #include "platform/EventFlags.h"
 #include "text/Text.h"
 
@@ -14,33 +15,7 @@ namespace {
 namespace eventFlags = platform::eventFlags;
 namespace hardwareKeys = xkb::hardwareKeys;
 
-/// The keys of the number pad that move the caret, and those that a program may send without a key
-/// code.
-std::optional<KeyCode> codeOfSymbol(std::uint32_t symbol) {
-  switch (symbol) {
-    case XKB_KEY_KP_Home:
-      return keyCodes::home;
-    case XKB_KEY_KP_Left:
-      return keyCodes::left;
-    case XKB_KEY_KP_Up:
-      return keyCodes::up;
-    case XKB_KEY_KP_Right:
-      return keyCodes::right;
-    case XKB_KEY_KP_Down:
-      return keyCodes::down;
-    case XKB_KEY_KP_Page_Up:
-      return keyCodes::pageUp;
-    case XKB_KEY_KP_Page_Down:
-      return keyCodes::pageDown;
-    case XKB_KEY_KP_End:
-      return keyCodes::end;
-    case XKB_KEY_KP_Delete:
-      return keyCodes::forwardDelete;
-    default:
-      return std::nullopt;
-  }
-}
-
+/// The keys that a program may send without a key code.
 std::optional<KeyCode> codeWithoutKey(std::uint32_t symbol) {
   switch (symbol) {
     case XKB_KEY_BackSpace:
@@ -83,7 +58,7 @@ std::optional<KeyCode> codeWithoutKey(std::uint32_t symbol) {
 
 KeyCode codeOf(const Key& key) {
   constexpr int kKeys = 256;
-  if (const auto code = codeOfSymbol(key.symbol)) return *code;
+  if (const auto code = xkb::caretMoverOfNumberPad(key.symbol)) return *code;
   if (key.code > 0 && key.code < kKeys) {
     return hardwareKeys::codeOf(static_cast<std::uint8_t>(key.code));
   }

@@ -16,6 +16,7 @@
 
 #include "desktops/xkb/HardwareKeys.h"
 #include "desktops/xkb/LayoutNames.h"
+#include "desktops/xkb/NumberPad.h"
 #include "desktops/xkb/ShownKeys.h"
 #include "text/Text.h"
 
@@ -76,31 +77,6 @@ platform::PhysicalLayoutType shapeOf(Display* display) {
   }
   XkbFreeKeyboard(description, XkbAllComponentsMask, True);
   return type;
-}
-
-std::optional<KeyCode> caretMoverOf(xkb_keysym_t symbol) {
-  switch (symbol) {
-    case XKB_KEY_KP_Home:
-      return keyCodes::home;
-    case XKB_KEY_KP_Left:
-      return keyCodes::left;
-    case XKB_KEY_KP_Up:
-      return keyCodes::up;
-    case XKB_KEY_KP_Right:
-      return keyCodes::right;
-    case XKB_KEY_KP_Down:
-      return keyCodes::down;
-    case XKB_KEY_KP_Page_Up:
-      return keyCodes::pageUp;
-    case XKB_KEY_KP_Page_Down:
-      return keyCodes::pageDown;
-    case XKB_KEY_KP_End:
-      return keyCodes::end;
-    case XKB_KEY_KP_Delete:
-      return keyCodes::forwardDelete;
-    default:
-      return std::nullopt;
-  }
 }
 
 }  // namespace
@@ -269,7 +245,7 @@ bool Keymap::isHeldModifier(std::uint8_t key) const {
 
 std::optional<KeyCode> Keymap::caretMover(std::uint8_t key, const KeyboardState& state) const {
   set(state);
-  return caretMoverOf(xkb_state_key_get_one_sym(scratch_, key));
+  return xkb::caretMoverOfNumberPad(xkb_state_key_get_one_sym(scratch_, key));
 }
 
 std::optional<Keymap::Stroke> Keymap::strokeFor(char32_t character, unsigned preferredGroup,
