@@ -135,11 +135,19 @@ bool SettingsFile::hasUnsaved() {
   return !unsaved_.empty();
 }
 
+std::uint64_t SettingsFile::saves() {
+  const std::lock_guard lock(mutex_);
+  return saves_;
+}
+
 void SettingsFile::load() {
   if (isUnusable_) return;
+  const auto savesBefore = saves();
   auto read = readFile();
   if (!read) return;
   const std::lock_guard lock(mutex_);
+  // What was saved meanwhile may not be in what was read.
+  if (saves_ != savesBefore) return;
   values_ = std::move(*read);
   for (const auto& [key, value] : unsaved_)
     values_.insert_or_assign(key, value);
@@ -170,18 +178,23 @@ void SettingsFile::save() {
     const std::lock_guard lock(mutex_);
     // A file that has gone leaves what is known.
     if (read) values_ = std::move(*read);
-    for (const auto& [key, value] : unsaved_)
+    saved = unsaved_;
+    for (const auto& [key, value] : saved)
       values_.insert_or_assign(key, value);
-    unsaved_.swap(saved);
     read = values_;
   }
-  const auto failure = write(*read);
-  if (!failure) return;
-  report(translated("could not save settings {1}: {2}; changes last until the program ends",
-                    {file_.string(), failure.reason()}));
+  if (const auto failure = write(*read)) {
+    report(translated("could not save settings {1}: {2}; changes last until the program ends",
+                      {file_.string(), failure.reason()}));
+    return;
+  }
   const std::lock_guard lock(mutex_);
-  // What has been changed again meanwhile is newer.
-  unsaved_.merge(saved);
+  ++saves_;
+  // What has been changed again meanwhile is still to be saved.
+  std::erase_if(unsaved_, [&saved](const auto& change) {
+    const auto found = saved.find(change.first);
+    return found != saved.end() && found->second == change.second;
+  });
 }
 
 platform::Failure SettingsFile::write(const Values& values) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <mutex>
@@ -56,6 +57,7 @@ class SettingsFile final : public platform::UserDefaults {
 
   [[nodiscard]] std::optional<Value> value(std::string_view key);
   [[nodiscard]] bool hasUnsaved();
+  [[nodiscard]] std::uint64_t saves();
   void load();
   [[nodiscard]] std::optional<Values> readFile();
   void set(std::string_view key, Value value);
@@ -74,8 +76,10 @@ class SettingsFile final : public platform::UserDefaults {
   /// Never held while the disk is asked for something.
   std::mutex mutex_;
   Values values_;
-  /// Changes that are not saved; reading the file again would lose them.
+  /// Changes that are not in the file yet; reading it again would lose them.
   Values unsaved_;
+  /// How often changes came into the file.
+  std::uint64_t saves_ = 0;
   /// Goes first, and finishes its work.
   ThreadQueue queue_;
 };

@@ -1,8 +1,11 @@
 #include <cstdlib>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
+#include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "desktops/posix/PosixFiles.h"
@@ -24,6 +27,19 @@ class Log final : public platform::SystemLog {
  public:
   void write(std::string_view message) override { messages.emplace_back(message); }
   std::vector<std::string> messages;
+};
+
+/// Something happens behind the first reading, before its result is taken.
+class InterruptedFiles final : public PosixFiles {
+ public:
+  using PosixFiles::PosixFiles;
+  std::optional<std::string> read(const std::filesystem::path& file,
+                                  std::string* error = nullptr) override {
+    auto text = PosixFiles::read(file, error);
+    if (const auto interruption = std::exchange(afterFirstReading, nullptr)) interruption();
+    return text;
+  }
+  std::function<void()> afterFirstReading;
 };
 
 class SettingsFileTest : public ::testing::Test {
@@ -101,6 +117,20 @@ TEST_F(SettingsFileTest, WhatIsSetBeforeThePreparationStays) {
   EXPECT_EQ(settings.string("manualKey"), "pause");
   settings.flush();
   EXPECT_EQ(contentOf(file_), "{\n  \"manualKey\": \"pause\",\n  \"shiftLagFix\": true\n}\n");
+}
+
+TEST_F(SettingsFileTest, WhatIsSavedWhileTheFileIsReadStays) {
+  write(R"({"shiftLagFix": false, "manualKey": "pause"})");
+  InterruptedFiles files(folder_.path(), std::nullopt);
+  SettingsFile settings(file_, files, log_);
+  settings.leaveReadingToPrepare();
+  files.afterFirstReading = [&settings] {
+    settings.setBoolean("shiftLagFix", true);
+    settings.flush();
+  };
+  settings.prepare();
+  EXPECT_EQ(settings.boolean("shiftLagFix"), true);
+  EXPECT_EQ(settings.string("manualKey"), "pause");
 }
 
 TEST_F(SettingsFileTest, LeavesAMalformedFileAlone) {
