@@ -53,7 +53,8 @@ std::optional<Multiplexer> Multiplexer::aroundTmux() {
     return std::nullopt;
   const auto line = lineOf(
       "tmux display-message -p -t \"$TMUX_PANE\" "
-      "'#{client_control_mode}#{pane_active}#{window_active} #{pane_tty} #{client_tty}' 2> /dev/null");
+      "'#{client_control_mode}#{pane_active}#{window_active} #{pane_tty} #{client_tty}' 2> "
+      "/dev/null");
   const auto inFront = "011 " + std::string(own.data()) + " ";
   if (!line.starts_with(inFront)) return std::nullopt;
   Multiplexer around;

@@ -11,8 +11,8 @@ namespace tessarok::terminal {
 /// themselves and keep sequences that they do not know. Main thread.
 class Multiplexer final {
  public:
-  /// Which window this process runs in, by what both leave in the environment; empty outside. A process that was started in
-  /// another one, or outside, has another value.
+  /// Which window this process runs in, by what both leave in the environment; empty outside. A
+  /// process that was started in another one, or outside, has another value.
   [[nodiscard]] static std::string window();
 
   /// The way to the terminal around the window. What that terminal answers is typed into the window
