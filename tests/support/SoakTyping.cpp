@@ -27,8 +27,8 @@ void SoakTyping::addWords(const char* dictionary) {
   std::ifstream file(std::string(TESSAROK_TEST_DATA) + "/" + dictionary);
   for (std::string word; std::getline(file, word);) {
     const auto keys = keysOf(word);
-    const bool isUsable = keys.size() > 1 && keys.size() <= kLongestWord &&
-                          keys.front() != '#' && keys.find(kPauseKey) == std::string::npos;
+    const bool isUsable = keys.size() > 1 && keys.size() <= kLongestWord && keys.front() != '#' &&
+                          keys.find(kPauseKey) == std::string::npos;
     if (isUsable) words_.push_back(keys);
   }
 }

@@ -98,7 +98,9 @@ class X11Soak : public ::testing::Test {
     const auto place = static_cast<std::size_t>(at - text.begin());
     const auto from = place > 40 ? place - 40 : 0;
     FAIL() << "after " << typing_.count() << " keys and " << last_ << ", shown '"
-           << text.substr(from, 80) << "', pressed '" << keys.substr(from, 80) << "'; the window: " << window_->text() << "\n" << program_->errors();
+           << text.substr(from, 80) << "', pressed '" << keys.substr(from, 80)
+           << "'; the window: " << window_->text() << "\n"
+           << program_->errors();
   }
   /// A fix that the person takes back: it counts, and the count comes into a file and stays.
   void reject() {
@@ -116,7 +118,8 @@ class X11Soak : public ::testing::Test {
     if (!isFixed) return;
     server_->tapWith(kAlt, kSpace);
     ASSERT_TRUE(waitUntil([&] { return lastWord() == word; })) << lastWord() << " for " << word;
-    ASSERT_TRUE(waitUntil([&] { return isLearned(word); })) << word << " after " << last_ << "\n" << program_->errors();
+    ASSERT_TRUE(waitUntil([&] { return isLearned(word); })) << word << " after " << last_ << "\n"
+                                                            << program_->errors();
     learned_.insert(word);
     server_->lockGroup(0);
   }
@@ -208,34 +211,51 @@ class X11LongDay : public X11Soak {
       {"the watchdog is killed", [this] { restart(SIGKILL, true); }},
       {"the program is killed", [this] { restart(SIGKILL, false); }},
       {"the program is ended", [this] { restart(SIGTERM, true); }},
-      {"the X server ends", [this] { expectKeys(); startServer(); }},
-      {"the bus ends", [this] { type(typing_.word()); bus_->stop(); }},
+      {"the X server ends",
+       [this] {
+         expectKeys();
+         startServer();
+       }},
+      {"the bus ends",
+       [this] {
+         type(typing_.word());
+         bus_->stop();
+       }},
       {"the bus hangs", [this] { bus_->hang(); }},
-      {"one layout is left", [this] {
+      {"one layout is left",
+       [this] {
          type(typing_.word());
          server_->setLayouts(typing_.below(2) == 0 ? "us" : "ru");
          type(typing_.words());
          expectKeys();
          server_->setLayouts("us,ru");
        }},
-      {"layouts change places", [this] {
+      {"layouts change places",
+       [this] {
          server_->setLayouts("ru,us");
          type(typing_.words());
          expectKeys();
          server_->setLayouts("us,ru");
        }},
-      {"the keyboard goes and comes", [this] {
+      {"the keyboard goes and comes",
+       [this] {
          expectKeys();
          server_->setKeyboardEnabled(false);
          server_->setKeyboardEnabled(true);
        }},
-      {"the server sleeps", [this] {
+      {"the server sleeps",
+       [this] {
          server_->pause();
          std::this_thread::sleep_for(std::chrono::milliseconds(300));
          server_->resume();
        }},
-      {"the person switches", [this] { server_->lockGroup(static_cast<unsigned>(typing_.below(2))); }},
-      {"the person clicks", [this] { expectKeys(); server_->click(); }},
+      {"the person switches",
+       [this] { server_->lockGroup(static_cast<unsigned>(typing_.below(2))); }},
+      {"the person clicks",
+       [this] {
+         expectKeys();
+         server_->click();
+       }},
       {"a list is edited", [this] { editList(); }},
       {"no file can be written", [this] { withoutFolder(); }},
       {"another program has the keyboard at the start",
@@ -274,8 +294,8 @@ TEST_F(X11LongDay, LosesNoKey) {
   endProgram(SIGTERM, true);
   for (const auto& word : learned_)
     EXPECT_TRUE(isLearned(word)) << word;
-  std::cout << typing_.count() << " keys, " << faults << " faults of " << done_.size()
-            << " kinds, " << learned_.size() << " words learned\n";
+  std::cout << typing_.count() << " keys, " << faults << " faults of " << done_.size() << " kinds, "
+            << learned_.size() << " words learned\n";
 }
 
 }  // namespace
