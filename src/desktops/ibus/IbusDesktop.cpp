@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "desktops/ibus/Engine.h"
+#include "desktops/ibus/SourceObstacles.h"
 #include "desktops/inputmethod/Scalars.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/xkb/KeySetting.h"
@@ -200,8 +201,11 @@ void IbusDesktop::setOpen(bool isOpen) {
 }
 
 std::vector<std::string> IbusDesktop::obstacles() const {
-  std::vector<std::string> all;
-  if (shellExtension_.state() == ShellExtension::State::off) {
+  const auto shell = shellExtension_.state();
+  // Elsewhere the list is not what counts.
+  const bool isGnome = shell == ShellExtension::State::on || shell == ShellExtension::State::off;
+  auto all = isGnome ? obstaclesIn(sourceList_.sources()) : std::vector<std::string>();
+  if (shell == ShellExtension::State::off) {
     all.emplace_back(posix::translatable(
         "GNOME's shell has no Tessarok extension switched on, so switching the layout is left to "
         "you: gnome-extensions enable tessarok@app.tessarok, on GNOME 43 and 44 "
