@@ -5,6 +5,8 @@ import shutil
 import subprocess
 import time
 
+from waiting import wait_until
+
 SYSTEM_BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig><type>system</type><listen>unix:path={socket}</listen><auth>EXTERNAL</auth>
@@ -39,6 +41,17 @@ def mock(session, name, bus, *service):
     session.start(name, ["/usr/bin/python3", "-m", "dbusmock", bus, *service])
 
 
+def mock_display_manager(session):
+    """Without one of a version that can unlock the shell has no lock screen."""
+    name = "org.gnome.DisplayManager"
+    path = "/org/gnome/DisplayManager/Manager"
+    mock(session, "gdm", "--system", name, path, name + ".Manager")
+    add = ["--method", "org.freedesktop.DBus.Mock.AddProperty", name + ".Manager", "Version", "<'46'>"]
+    call = ["gdbus", "call", "--system", "--dest", name, "--object-path", path, *add]
+    if not wait_until(lambda: session.ask(*call) == "()", 10):
+        raise RuntimeError("there is no display manager")
+
+
 def begin_gnome(session):
     environment = session.environment
     socket = os.path.join(environment["XDG_RUNTIME_DIR"], "system_bus")
@@ -54,6 +67,7 @@ def begin_gnome(session):
     manager = "org.gnome.SessionManager"
     mock(session, "manager", "--session", manager, "/org/gnome/SessionManager", manager)
     time.sleep(1.5)
+    mock_display_manager(session)
     environment.update(
         {
             "GSETTINGS_BACKEND": "keyfile",
@@ -85,6 +99,7 @@ def start_shell(session):
             "gnome",
             ["gnome-shell", "--headless", "--wayland", "--no-x11", "--virtual-monitor", "640x480"],
         )
+        session.shell = shell
         session.wait_for_socket()
         # A busy machine takes its time from the socket to the first key.
         for _ in range(KEY_ATTEMPTS):
@@ -108,12 +123,13 @@ def start_shell(session):
 def leave_overview(session):
     """The session begins in the overview, which takes all keys. The first key only makes a keyboard."""
     session.press_shift()
-    time.sleep(2)
-    call = session.start(
-        "overview",
-        ["gdbus", "call", "--session", "--dest", "org.gnome.Shell", "--object-path", "/org/gnome/Shell"]
-        + ["--method", "org.freedesktop.DBus.Properties.Set", "org.gnome.Shell", "OverviewActive"]
-        + ["<false>"],
+    # Before that the overview would come again.
+    wait_until(lambda: "GNOME Shell started at" in session.log("gnome"), 30)
+    time.sleep(1)
+    session.ask(
+        *["gdbus", "call", "--session", "--dest", "org.gnome.Shell"],
+        *["--object-path", "/org/gnome/Shell"],
+        *["--method", "org.freedesktop.DBus.Properties.Set"],
+        *["org.gnome.Shell", "OverviewActive", "<false>"],
     )
-    call.wait(30)
     time.sleep(1)

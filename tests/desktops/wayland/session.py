@@ -8,6 +8,7 @@ import subprocess
 import time
 
 from gnome import begin_gnome
+from waiting import wait_until
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 SHIFT = 42
@@ -29,6 +30,7 @@ TERMINALS = {
     "konsole": ["konsole", "--nofork", "-e"],
     "gnome-terminal": ["gnome-terminal", "--wait", "--"],
     "kgx": ["kgx", "-e"],
+    "ptyxis": ["ptyxis", "--standalone", "-x"],
 }
 FIREFOX_SETTINGS = """user_pref("browser.shell.checkDefaultBrowser", false);
 user_pref("browser.startup.homepage_override.mstone", "ignore");
@@ -36,15 +38,6 @@ user_pref("datareporting.policy.dataSubmissionEnabled", false);
 user_pref("browser.aboutwelcome.enabled", false);
 user_pref("security.fileuri.strict_origin_policy", false);
 """
-
-
-def wait_until(condition, seconds):
-    end = time.monotonic() + seconds
-    while time.monotonic() < end:
-        if condition():
-            return True
-        time.sleep(0.02)
-    return bool(condition())
 
 
 class Session:
@@ -119,6 +112,17 @@ class Session:
             )
         self.processes.append(process)
         return process
+
+    def ask(self, *command):
+        """What a command of the session's person answers."""
+        process = self.start("ask", command, stdout=subprocess.PIPE)
+        try:
+            answer = process.communicate(timeout=30)[0].decode()
+        except subprocess.TimeoutExpired:
+            process.kill()
+            raise
+        self.processes.remove(process)
+        return answer.strip()
 
     def log(self, name):
         try:
@@ -291,3 +295,15 @@ class Session:
                 pause()
                 self.key(SHIFT, 0)
             pause()
+
+    def until_corrected(self):
+        """Programs and Fcitx find each other in their own time."""
+        for _ in range(10):
+            before = self.text()
+            self.type("ghbdtn\n", 15)
+            endings = (before + "привет\n", before + "ghbdtn\n")
+            wait_until(lambda: self.text() in endings, 3)
+            if self.text() == endings[0] or not self.corrected and self.text() == endings[1]:
+                time.sleep(0.3)
+                return
+        raise RuntimeError("nothing comes out as it should: " + repr(self.text()))
