@@ -33,6 +33,10 @@ lock-enabled=false
 ENGINES = "[('ibus', 'tessarok:us'), ('ibus', 'tessarok:ru')]"
 # GNOME 43 and 44, and later ones.
 EXTENSIONS = ("tessarok-43@app.tessarok", "tessarok@app.tessarok")
+OPTIONS = {
+    "gnome": ["--headless", "--wayland", "--no-x11", "--virtual-monitor", "640x480"],
+    "gnome-x11": ["--x11"],
+}
 ATTEMPTS = 6
 KEY_ATTEMPTS = 4
 
@@ -88,19 +92,38 @@ def begin_gnome(session):
         os.path.join(session.room, "shell-extension"),
         os.path.join(session.home, "data/gnome-shell/extensions"),
     )
+    if session.compositor == "gnome-x11":
+        start_x11(session)
     start_shell(session)
     leave_overview(session)
+
+
+def start_x11(session):
+    """An X server, and what a session of X11 has besides in its environment."""
+    server = session.start(
+        "x11", ["Xvfb", "-displayfd", "1", "-screen", "0", "800x600x24"], stdout=subprocess.PIPE
+    )
+    number = server.stdout.readline().decode().strip()
+    session.environment.pop("WAYLAND_DISPLAY", None)
+    session.environment.pop("MOZ_ENABLE_WAYLAND")
+    session.environment.update(
+        {
+            "DISPLAY": ":" + number,
+            "XDG_SESSION_TYPE": "x11",
+            "GDK_BACKEND": "x11",
+            "QT_QPA_PLATFORM": "xcb",
+            "GTK_IM_MODULE": "ibus",
+            "XMODIFIERS": "@im=ibus",
+        }
+    )
 
 
 def start_shell(session):
     """It ends in some of its starts here, without a word of its own about it."""
     for _ in range(ATTEMPTS):
-        shell = session.start(
-            "gnome",
-            ["gnome-shell", "--headless", "--wayland", "--no-x11", "--virtual-monitor", "640x480"],
-        )
-        session.shell = shell
-        session.wait_for_socket()
+        shell = session.start("gnome", ["gnome-shell", *OPTIONS[session.compositor]])
+        if session.compositor == "gnome":
+            session.wait_for_socket()
         # A busy machine takes its time from the socket to the first key.
         for _ in range(KEY_ATTEMPTS):
             time.sleep(3)

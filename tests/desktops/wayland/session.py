@@ -25,12 +25,12 @@ for first, plain, shifted in (
         KEYS[one] = (first + offset, False)
         KEYS[other] = (first + offset, True)
 
+DESKTOPS = {"kwin": "KDE", "gnome": "GNOME", "gnome-x11": "GNOME"}
 TERMINALS = {
     "foot": ["foot"],
     "konsole": ["konsole", "--nofork", "-e"],
     "gnome-terminal": ["gnome-terminal", "--wait", "--"],
     "kgx": ["kgx", "-e"],
-    "ptyxis": ["ptyxis", "--standalone", "-x"],
 }
 FIREFOX_SETTINGS = """user_pref("browser.shell.checkDefaultBrowser", false);
 user_pref("browser.startup.homepage_override.mstone", "ignore");
@@ -63,7 +63,7 @@ class Session:
             "XDG_DATA_HOME": os.path.join(self.home, "data"),
             "XDG_CACHE_HOME": os.path.join(self.home, "cache"),
             "XDG_SESSION_TYPE": "wayland",
-            "XDG_CURRENT_DESKTOP": {"kwin": "KDE", "gnome": "GNOME"}.get(compositor, compositor),
+            "XDG_CURRENT_DESKTOP": DESKTOPS.get(compositor, compositor),
             "LANG": "C.UTF-8",
             "NO_AT_BRIDGE": "1",
             "GTK_A11Y": "none",
@@ -149,7 +149,7 @@ class Session:
             stdout=subprocess.PIPE,
         )
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
-        if self.compositor == "gnome":
+        if self.compositor.startswith("gnome"):
             return begin_gnome(self)
         getattr(self, "begin_" + self.compositor)()
         self.start_keys("keys")
