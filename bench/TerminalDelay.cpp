@@ -1,6 +1,7 @@
 // What the program costs in a terminal: from a key to its echo, for 100 MB of output, and from
-// start to end, each without anything in between, with the program, and with tmux, which sits in
-// the same place. Prints JSON.
+// start to end, each without anything in between, with the program, with tmux, which sits in the
+// same place, and with a relay that only hands on bytes: less nothing in between can take. Prints
+// JSON.
 //
 // usage: tessarok_terminal_bench RESOURCES [KEYS [MEGABYTES [STARTS]]]
 
@@ -22,6 +23,7 @@
 #include <signal.h>
 #include <stdexcept>
 #include <string>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <thread>
@@ -130,6 +132,45 @@ int echo() {
     if (::write(STDOUT_FILENO, shown.data(), shown.size()) < 0) break;
   }
   return EXIT_SUCCESS;
+}
+
+/// Hands on what comes from one side; whether there was anything.
+bool handOn(int from, int to) {
+  std::array<char, 65536> chunk;
+  const auto count = ::read(from, chunk.data(), chunk.size());
+  if (count <= 0) return false;
+  for (ssize_t done = 0; done < count;) {
+    const auto written = ::write(to, chunk.data() + done, static_cast<std::size_t>(count - done));
+    if (written < 0) return false;
+    done += written;
+  }
+  return true;
+}
+
+/// A program in a terminal within this one, and nothing done with what passes.
+int relay(char** command) {
+  termios outer{};
+  winsize size{};
+  ::tcgetattr(STDIN_FILENO, &outer);
+  ::ioctl(STDIN_FILENO, TIOCGWINSZ, &size);
+  int terminal = -1;
+  const auto process = ::forkpty(&terminal, nullptr, &outer, &size);
+  if (process < 0) return EXIT_FAILURE;
+  if (process == 0) {
+    ::execvp(command[0], command);
+    ::_exit(127);
+  }
+  auto raw = outer;
+  ::cfmakeraw(&raw);
+  ::tcsetattr(STDIN_FILENO, TCSANOW, &raw);
+  std::array<pollfd, 2> waiting = {pollfd{STDIN_FILENO, POLLIN, 0}, pollfd{terminal, POLLIN, 0}};
+  while (::poll(waiting.data(), waiting.size(), -1) > 0) {
+    if (waiting[0].revents != 0 && !handOn(STDIN_FILENO, terminal)) break;
+    if (waiting[1].revents != 0 && !handOn(terminal, STDOUT_FILENO)) break;
+  }
+  int status = 0;
+  ::waitpid(process, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : EXIT_FAILURE;
 }
 
 /// How programs are started in between: by name, what comes before a command.
@@ -245,13 +286,14 @@ int measure(int argc, char** argv) {
   const Tmux tmux(home.path());
   Ways ways = {{"without", {}},
                {"tessarok", {TESSAROK_PROGRAM, "--resources", argv[1], "terminal", "--"}}};
+  const auto self = std::filesystem::read_symlink("/proc/self/exe").string();
+  ways["relay"] = {self, "--relay"};
   if (Tmux::isInstalled()) ways["tmux"] = tmux.way();
   const int keys = numberAt(argc, argv, 2, 3000);
   const int megabytes = numberAt(argc, argv, 3, 100);
   const int starts = numberAt(argc, argv, 4, 40);
   const auto text = (home.path() / "text").string();
   writeText(text, megabytes);
-  const auto self = std::filesystem::read_symlink("/proc/self/exe").string();
   nlohmann::json result;
   result["echo"] = keyDelays(ways, {self, "--echo"}, keys);
   result["shell"] = keyDelays(ways, {"bash", "--norc"}, keys);
@@ -265,6 +307,7 @@ int measure(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   if (argc > 1 && std::strcmp(argv[1], "--echo") == 0) return echo();
+  if (argc > 2 && std::strcmp(argv[1], "--relay") == 0) return relay(argv + 2);
   if (argc < 2) {
     std::fprintf(stderr, "usage: tessarok_terminal_bench RESOURCES [KEYS [MEGABYTES [STARTS]]]\n");
     return 2;

@@ -15,10 +15,10 @@
 
 #include "app/Corrector.h"
 #include "commands/CommandError.h"
-#include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/ThreadQueue.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/posix/WriteSignals.h"
+#include "desktops/terminal/CorrectedMark.h"
 #include "desktops/terminal/LoginShell.h"
 #include "desktops/terminal/OuterTerminal.h"
 #include "desktops/terminal/Pty.h"
@@ -32,6 +32,7 @@ namespace tessarok::commands {
 namespace {
 
 using posix::translated;
+using terminal::CorrectedMark;
 using terminal::OuterTerminal;
 using terminal::Pty;
 using terminal::TerminalDesktop;
@@ -43,9 +44,6 @@ void sayThatDataIsMissing(TerminalDesktop& desktop) {
       "Tessarok: " +
       translated("the word data is missing; automatic correction is off, Alt+Space works"));
 }
-
-/// In the environment of what runs in a corrected terminal.
-constexpr const char* kNested = "TESSAROK_TERMINAL";
 
 /// Whether programs here take text for UTF-8. Others erase a Russian letter in two steps.
 bool isUtf8Locale() {
@@ -60,7 +58,7 @@ bool isUtf8Locale() {
 /// Why nothing is to be corrected in this terminal; absent when there is no reason.
 std::optional<std::string> obstacle() {
   // Two correctors, one in the other, would fix every word twice.
-  if (posix::personsVariable(kNested).value_or("") != "")
+  if (CorrectedMark::find() == CorrectedMark::Place::here)
     return translated("this terminal is corrected already");
   if (!isUtf8Locale()) {
     return translated("the locale (LC_ALL, LC_CTYPE or LANG) is not one with UTF-8");
@@ -154,7 +152,7 @@ int runTerminal(const Options& options, const TerminalOptions& terminal) {
   if (const auto reason = obstacle()) return runPlainly(command, *reason);
   posix::ignoreWriteSignals();
   OuterTerminal outer;
-  ::setenv(kNested, "1", 1);
+  CorrectedMark::leave();
   // Started before the corrector, whose threads a new process would not have.
   auto started = Pty::start(command, outer.settings(), outer.size());
   if (const auto* failure = std::get_if<Pty::Failure>(&started)) {

@@ -4,11 +4,17 @@
 
 #include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/Translation.h"
+#include "desktops/terminal/CorrectedMark.h"
+#include "desktops/terminal/Multiplexer.h"
 #include "desktops/terminal/OuterTerminal.h"
 
 namespace tessarok::commands {
 
 namespace {
+
+using terminal::CorrectedMark;
+using terminal::Multiplexer;
+using terminal::OuterTerminal;
 
 constexpr std::string_view kAnswer = "\x1b]7717;tessarok;";
 /// Milliseconds for an answer: of a terminal at the other end of a slow line, and of one that
@@ -16,8 +22,12 @@ constexpr std::string_view kAnswer = "\x1b]7717;tessarok;";
 constexpr int kPatience = 1000;
 constexpr int kLittlePatience = 150;
 
-bool isSet(const char* variable) {
-  return posix::personsVariable(variable).value_or("") != "";
+/// Absent when nothing answers, or nothing that corrects.
+std::optional<TerminalStatus> statusOf(const OuterTerminal::Question& question) {
+  const auto answer = OuterTerminal::ask(question);
+  if (!answer) return std::nullopt;
+  return TerminalStatus{.isOn = answer->starts_with("on"),
+                        .layout = answer->ends_with("ru") ? Language::russian : Language::english};
 }
 
 }  // namespace
@@ -30,13 +40,24 @@ std::string describe(const TerminalStatus& status) {
 }
 
 std::optional<TerminalStatus> askTerminal(const std::string& request) {
-  if (!terminal::OuterTerminal::isStandardInput()) return std::nullopt;
-  const bool isLikely = isSet("TESSAROK_TERMINAL") || isSet("SSH_TTY");
-  const auto answer = terminal::OuterTerminal::ask("\x1b]7717;" + request + "\a", kAnswer, "\x1b\\",
-                                                   isLikely ? kPatience : kLittlePatience);
-  if (!answer) return std::nullopt;
-  return TerminalStatus{.isOn = answer->starts_with("on"),
-                        .layout = answer->ends_with("ru") ? Language::russian : Language::english};
+  if (!OuterTerminal::isStandardInput()) return std::nullopt;
+  const auto mark = CorrectedMark::find();
+  const bool isRemote = posix::personsVariable("SSH_TTY").value_or("") != "";
+  const bool isWindow = !Multiplexer::window().empty();
+  const bool isLikely = mark == CorrectedMark::Place::here || (isRemote && !isWindow);
+  const auto sequence = "\x1b]7717;" + request + "\a";
+  OuterTerminal::Question question{.text = sequence,
+                                   .before = kAnswer,
+                                   .after = "\x1b\\",
+                                   .patience = isLikely ? kPatience : kLittlePatience};
+  if (const auto status = statusOf(question)) return status;
+  const auto around = Multiplexer::aroundWindow();
+  if (!around) return std::nullopt;
+  const auto wrapped = around->wrapped(sequence);
+  question.text = wrapped;
+  question.output = around->output();
+  if (mark == CorrectedMark::Place::around || isRemote) question.patience = kPatience;
+  return statusOf(question);
 }
 
 }  // namespace tessarok::commands

@@ -24,6 +24,8 @@ namespace hardwareKeys = xkb::hardwareKeys;
 /// corrector, and because the person pressed it. Nobody clicks so soon behind a key.
 constexpr double kOwnResetDelay = 1;
 constexpr double kResetDelay = 0.3;
+/// Seconds behind a switch in which keys may come that were pressed before it.
+constexpr double kWayOfKeys = 0.5;
 /// Seconds for which held keys wait for the text field that the last key has brought forward.
 constexpr double kNextField = 1;
 /// Stands for what is composed of several keys: a letter that is on no key of either layout, so
@@ -111,7 +113,8 @@ KeyAnswer KeyFlow::pressed(Client& client, const KeyEvent& event) {
   // behind one it is taken anew.
   const auto before = parts_.inputSources.inputMethodOf(client);
   parts_.runQueue();
-  const bool isOutdated = parts_.inputSources.inputMethodOf(client) != before;
+  const bool isOutdated =
+      parts_.inputSources.inputMethodOf(client) != before || isOfLayoutBefore(client, event);
   const auto late = symbolWithoutLateShift(client, event);
   // The symbol is that of the layout; the modifiers are best known to the program.
   auto press = describe({.symbol = late.value_or(event.translated.symbol),
@@ -150,6 +153,23 @@ std::optional<std::uint32_t> KeyFlow::symbolWithoutLateShift(const Client& clien
   const auto found = event.translated.symbol;
   if (found == right || found != otherwise) return std::nullopt;
   return right;
+}
+
+bool KeyFlow::isOfLayoutBefore(const Client& client, const KeyEvent& event) const {
+  if (!layoutBefore_ || now() > layoutBeforeUntil_ || event.key.code <= 0) return false;
+  if (isLeftAlone()) return false;
+  const auto layout = parts_.inputSources.layoutOf(client);
+  if (!layout) return false;
+  const auto code = static_cast<std::uint32_t>(event.key.code);
+  const auto found = event.translated.symbol;
+  return found != layout->symbol(code, event.key.states) &&
+         found == layoutBefore_->symbol(code, event.key.states);
+}
+
+void KeyFlow::selectInputMethod(Client& client, const std::string& inputMethod) {
+  layoutBefore_ = parts_.inputSources.layoutOf(client);
+  layoutBeforeUntil_ = now() + kWayOfKeys;
+  static_cast<void>(parts_.inputSources.selectNow(client, inputMethod));
 }
 
 KeyAnswer KeyFlow::released(const KeyEvent& event) {
@@ -228,6 +248,7 @@ void KeyFlow::delivered() {
 }
 
 void KeyFlow::inputMethodSettled() {
+  layoutBeforeUntil_ = now() + kWayOfKeys;
   if (!steps_.empty()) runSoon();
 }
 

@@ -116,6 +116,8 @@ class KeyFlow final {
   /// that of a later key. The symbol by the state that it had; absent when that is what was found.
   [[nodiscard]] std::optional<std::uint32_t> symbolWithoutLateShift(const Client& client,
                                                                     const KeyEvent& event) const;
+  /// Whether a key was translated by the layout that a switch has left, and has come behind that.
+  [[nodiscard]] bool isOfLayoutBefore(const Client& client, const KeyEvent& event) const;
   /// Whether what a key types is not known, because something is composed of several keys. The tap
   /// does not take it for what it types alone then.
   [[nodiscard]] bool markComposed(const Client& client, Press& press) const;
@@ -148,6 +150,7 @@ class KeyFlow final {
   void sendText(Client& client);
   void replay(Client& client, const Held& held, const Key& translated, Press& press);
   [[nodiscard]] Key translated(const Client& client, const Key& key) const;
+  void selectInputMethod(Client& client, const std::string& inputMethod);
   void hurry(Client& client);
   void expectReset(bool own);
   void announceOtherPlace();
@@ -181,6 +184,10 @@ class KeyFlow final {
   bool isHurrying_ = false;
   bool isRunDue_ = false;
   std::uint64_t alarm_ = 0;
+  /// The layout that the corrector has switched away from, while keys may still come that programs
+  /// have translated by it; null when there is none.
+  std::shared_ptr<const XkbLayout> layoutBefore_;
+  double layoutBeforeUntil_ = 0;
   /// Programs reset their input method at keys such as Backspace; so many may yet, until then.
   int resetsExpected_ = 0;
   double resetsExpectedUntil_ = 0;

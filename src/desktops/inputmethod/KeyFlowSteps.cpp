@@ -72,7 +72,7 @@ std::optional<double> KeyFlow::perform(Client& client) {
     if (const auto until = undeliveredUntil(client)) return until;
     const auto inputMethod = select->inputMethod;
     steps_.pop_front();
-    static_cast<void>(parts_.inputSources.selectNow(client, inputMethod));
+    selectInputMethod(client, inputMethod);
   } else if (const auto* again = std::get_if<Forward>(&step)) {
     if (const auto until = waitForKey(client, again->key.states)) return until;
     const auto key = again->key;

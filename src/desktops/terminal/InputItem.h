@@ -31,6 +31,12 @@ struct InputItem {
   std::string_view bytes;
   /// For `character`, `control` and `meta`.
   char32_t scalar = 0;
+
+  [[nodiscard]] bool isLetterOrNumber() const;
+  [[nodiscard]] bool isReturn() const;
+  /// Whether it ends the line, whatever the program does with it: Return, and Control with C, D, Z
+  /// or the backslash.
+  [[nodiscard]] bool endsLine() const;
 };
 
 }  // namespace tessarok::terminal

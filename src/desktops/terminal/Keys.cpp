@@ -6,6 +6,7 @@
 
 #include "desktops/terminal/CommandLine.h"
 #include "desktops/terminal/ForegroundProgram.h"
+#include "desktops/terminal/PrintedCharacters.h"
 #include "platform/EventFlags.h"
 #include "text/Text.h"
 #include "typing/KeyCodes.h"
@@ -19,53 +20,12 @@ using Kind = InputItem::Kind;
 /// So many letters of a line have to appear before the own layout has a say in it; one is enough
 /// where a line editor is known to be at work.
 constexpr std::size_t kLettersShown = 3;
-/// No word that is to be converted is longer.
-constexpr std::size_t kLongestWord = 64;
-/// So much of what was typed on a filled screen is remembered.
-constexpr std::size_t kLongestRun = 200;
-
-bool isLetterOrNumber(const InputItem& item) {
-  return item.kind == Kind::character && (text::isLetter(item.bytes) || text::isNumber(item.bytes));
-}
-
-bool isReturn(const InputItem& item) {
-  return (item.kind == Kind::control && (item.scalar == '\r' || item.scalar == '\n')) ||
-         (item.kind == Kind::sequence && item.bytes == "\x1bOM");
-}
-
-/// Whether a key ends the line, whatever the program does with it: Return, and Control with C, D, Z
-/// or the backslash.
-bool endsLine(const InputItem& item) {
-  if (item.kind == Kind::paste) return item.bytes.find_first_of("\r\n") != std::string_view::npos;
-  if (isReturn(item) || item.bytes == "\x1b[13u") return true;
-  constexpr std::u32string_view kEnds = U"\x03\x04\x1a\x1c";
-  return item.kind == Kind::control && kEnds.find(item.scalar) != std::u32string_view::npos;
-}
 
 bool endsInWord(std::u32string_view typed) {
   if (typed.empty()) return false;
   std::string last;
   text::appendScalar(typed.back(), last);
   return text::isLetter(last) || text::isNumber(last);
-}
-
-/// The characters of what a key sends; empty when it sends anything that does not print.
-std::u32string charactersOf(std::string_view bytes) {
-  std::u32string characters;
-  while (!bytes.empty()) {
-    auto first = text::firstCharacter(bytes);
-    bytes.remove_prefix(first.size());
-    for (std::size_t size = 1; !first.empty(); ++size) {
-      if (size > first.size()) return {};
-      const auto scalar = text::singleScalar(first.substr(0, size));
-      if (!scalar) continue;
-      if (*scalar < 0x20 || *scalar == 0x7F) return {};
-      characters.push_back(*scalar);
-      first.remove_prefix(size);
-      size = 0;
-    }
-  }
-  return characters;
 }
 
 }  // namespace
@@ -88,8 +48,8 @@ Keys::Keys(TerminalDesktop& desktop, const Pty& pty, ProgramOutput& output,
 
 /// Whether a key may end a word, or change it.
 bool Keys::mayRetype(const InputItem& item) const {
-  if (item.kind == Kind::character) return !isLetterOrNumber(item);
-  return isReturn(item) || (item.kind == Kind::control && item.scalar == '\t') ||
+  if (item.kind == Kind::character) return !item.isLetterOrNumber();
+  return item.isReturn() || (item.kind == Kind::control && item.scalar == '\t') ||
          hotKeys_.of(item).key == HotKeys::Key::manual;
 }
 
@@ -204,7 +164,7 @@ platform::TextContext::Part Keys::partInHand() const {
 void Keys::goHomeIfDue(const InputItem& item) {
   if (!homeIsDue_) return;
   // A word that is typed while the program starts to read it is not torn in two.
-  if (isLetterOrNumber(item) && endsInWord(line_.text())) return;
+  if (item.isLetterOrNumber() && endsInWord(line_.text())) return;
   homeIsDue_ = false;
   outer_.goHome();
 }
@@ -215,29 +175,6 @@ void Keys::endLine() {
   homeIsDue_ = false;
   outer_.goHome();
   desktop_.runLoop().runQueue();
-}
-
-bool Keys::hasScreenForItself(const PtyModes* modes) const {
-  if (output_.isAlternateScreen()) return true;
-  return modes != nullptr && modes->isRaw() && addressingGroup_ >= 0 &&
-         addressingGroup_ == pty_.foregroundGroup();
-}
-
-void Keys::setAddressing(pid_t group) {
-  addressingGroup_ = group;
-  if (output_.isAlternateScreen()) return;
-  if (group >= 0) {
-    output_.screen().fill();
-  } else {
-    output_.screen().endFilling();
-  }
-}
-
-bool Keys::isNamed() const {
-  // tmux calls itself "tmux: client".
-  const auto name = program_.substr(0, program_.find(':'));
-  const auto named = desktop_.userDefaults().strings("fullScreen");
-  return std::find(named.begin(), named.end(), name) != named.end();
 }
 
 // One item.
@@ -265,153 +202,7 @@ void Keys::press(const InputItem& item) {
   } else {
     pressKey(item, *modes);
   }
-  if (endsLine(item)) endLine();
-}
-
-// Programs that fill the screen.
-
-void Keys::pressOnScreen(const InputItem& item, const PtyModes& modes) {
-  line_.breakOff();
-  erase_ = modes.erase();
-  erases_ = 0;
-  retyped_.clear();
-  const bool isWatched = isNamed();
-  const auto press = hotKeys_.of(item);
-  const bool isManual = press.key == HotKeys::Key::manual;
-  isOnScreen_ = true;
-  if (isManual && convertOnScreen(press, isWatched)) {
-    isOnScreen_ = false;
-    return;
-  }
-  const bool erasesOne = item.kind == Kind::control && item.bytes.front() == erase_;
-  if (isManual || !isWatched || item.kind == Kind::pasteBracket) {
-    toProgram_.add(item.bytes);
-    if (item.kind == Kind::character) addToRun(item.bytes);
-    if (erasesOne && !run_.empty()) run_.pop_back();
-    if (item.kind != Kind::character && !erasesOne) run_.clear();
-  } else {
-    goHomeIfDue(item);
-    pressKey(item, modes);
-    finishOnScreen(run_, item.bytes);
-    if (item.kind != Kind::character && !erasesOne) run_.clear();
-    // Behind Escape an editor may wait for commands.
-    if (endsLine(item) || item.bytes == "\x1b") endLine();
-  }
-  isOnScreen_ = false;
-}
-
-bool Keys::convertOnScreen(HotKeys::Press press, bool isWatched) {
-  if (press.phase == HotKeys::Phase::release) return std::exchange(hasConverted_, false);
-  if (press.phase == HotKeys::Phase::repeat) return hasConverted_;
-  hasConverted_ = false;
-  // What the tap has followed it knows best: it may have fixed it, and is told that that was wrong.
-  const bool isFollowed = isWatched && !run_.empty() && isRunShown();
-  if (!isFollowed) {
-    const auto word = output_.screen().wordBeforeCursor(kLongestWord);
-    // Keys that are not shown are a secret, or commands.
-    const bool isHidden = !run_.empty() && !word.ends_with(run_.back());
-    if (word.empty() || isHidden) return false;
-    showToTap(word);
-    run_ = word;
-  }
-  pressHotKey(press);
-  hasConverted_ = erases_ > 0;
-  finishOnScreen(run_, {});
-  if (!isWatched) {
-    run_.clear();
-    KeyReader::readUnknown(event_);
-    send();
-    outer_.goHome();
-  }
-  return hasConverted_;
-}
-
-/// Has the tap follow a word that stands there already, as if it had just been typed.
-void Keys::showToTap(std::u32string_view word) {
-  const bool isRussian = std::any_of(word.begin(), word.end(), [](char32_t character) {
-    return character >= U'\u0400' && character <= U'\u04FF';
-  });
-  const auto language = isRussian ? Language::russian : Language::english;
-  desktop_.inputSources().setLanguage(language);
-  desktop_.runLoop().runQueue();
-  isShowing_ = true;
-  KeyReader::readStart(event_);
-  send();
-  for (const auto character : word) {
-    KeyReader::readShown(character, language, event_);
-    send();
-  }
-  isShowing_ = false;
-}
-
-std::u32string_view Keys::lastWordOfRun() const {
-  const std::u32string_view run = run_;
-  const auto space = run.rfind(U' ');
-  return space == std::u32string_view::npos ? run : run.substr(space + 1);
-}
-
-bool Keys::isRunShown() const {
-  const auto& screen = output_.screen();
-  const auto word = lastWordOfRun();
-  return screen.endsWith(word, screen.placeBeforeCursor(word));
-}
-
-/// What was typed does not stand on the screen. Perhaps a part of it was a command.
-void Keys::followScreen() {
-  if (!isNamed()) return;
-  const auto word = output_.screen().wordBeforeCursor(kLongestWord);
-  if (!word.empty() && lastWordOfRun().ends_with(word)) {
-    showToTap(word);
-    run_ = word;
-    return;
-  }
-  run_.clear();
-  KeyReader::readUnknown(event_);
-  send();
-}
-
-void Keys::finishOnScreen(std::u32string_view shown, std::string_view original) {
-  if (erases_ == 0) return;
-  const auto count = erases_;
-  const bool begins = count <= shown.size() &&
-                      retyping_.begin(shown.substr(shown.size() - count), erase_, retyped_);
-  if (!begins) {
-    // The key goes as it came.
-    toProgram_.add(original);
-    run_.clear();
-    KeyReader::readUnknown(event_);
-    erases_ = 0;
-    send();
-    return outer_.goHome();
-  }
-  run_.resize(run_.size() - count);
-  run_ += charactersOf(retyped_);
-}
-
-void Keys::deliverOnScreen(const TerminalEvent& event) {
-  const bool isErase = event.code == keyCodes::backspace && event.modifiers == 0;
-  if (isErase && event.bytes.empty()) {
-    ++erases_;
-    return;
-  }
-  if (isErase) {
-    toProgram_.add({&erase_, 1});
-    if (!run_.empty()) run_.pop_back();
-    return;
-  }
-  text_ = event.bytes;
-  if (text_.empty() && event.isText) text::assignUtf16(event.payload, text_);
-  if (erases_ > 0) {
-    retyped_ += text_;
-    return;
-  }
-  toProgram_.add(text_);
-  addToRun(text_);
-}
-
-void Keys::addToRun(std::string_view text) {
-  run_ += charactersOf(text);
-  if (run_.size() > kLongestRun) run_.erase(0, run_.size() - kLongestRun);
+  if (item.endsLine()) endLine();
 }
 
 void Keys::pressHidden(const InputItem& item, const PtyModes* modes) {
@@ -419,7 +210,7 @@ void Keys::pressHidden(const InputItem& item, const PtyModes* modes) {
   line_.hide();
   // They belong to this program, and would be part of a password.
   if (hotKeys_.of(item).key != HotKeys::Key::none) return;
-  if (modes != nullptr && !modes->isSecret() && endsLine(item)) {
+  if (modes != nullptr && !modes->isSecret() && item.endsLine()) {
     reader_.read(item, *modes, event_);
   } else {
     KeyReader::readUnknown(event_);
@@ -542,7 +333,7 @@ void Keys::sendErase() {
 
 void Keys::sendText(std::string_view text) {
   toProgram_.add(text);
-  for (const auto character : charactersOf(text))
+  for (const auto character : printedCharacters(text))
     line_.add(character);
 }
 

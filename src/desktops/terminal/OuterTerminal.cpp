@@ -58,11 +58,11 @@ bool OuterTerminal::isStandardInput() {
   return ::isatty(STDIN_FILENO) == 1;
 }
 
-std::optional<std::string> OuterTerminal::ask(std::string_view question, std::string_view before,
-                                              std::string_view after, int patience) {
+std::optional<std::string> OuterTerminal::ask(const Question& question) {
+  const auto& [text, before, after, patience, output] = question;
   OuterTerminal terminal;
   terminal.makeRaw();
-  if (::write(STDIN_FILENO, question.data(), question.size()) < 0) return std::nullopt;
+  if (::write(output, text.data(), text.size()) < 0) return std::nullopt;
   std::string answer;
   pollfd waiting{STDIN_FILENO, POLLIN, 0};
   while (posix::waitFor({&waiting, 1}, patience) > 0) {

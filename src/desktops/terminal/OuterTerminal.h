@@ -21,12 +21,21 @@ class OuterTerminal final {
   ~OuterTerminal();
 
   [[nodiscard]] static bool isStandardInput();
-  /// Writes a question to the terminal of this process and waits for what comes between `before`
-  /// and `after`; absent when that does not come within `patience` milliseconds. Other bytes that
-  /// come meanwhile are lost, so this is for programs that want nothing else.
-  [[nodiscard]] static std::optional<std::string> ask(std::string_view question,
-                                                      std::string_view before,
-                                                      std::string_view after, int patience);
+  /// A question that a terminal answers.
+  struct Question {
+    std::string_view text;
+    /// The answer stands between these.
+    std::string_view before;
+    std::string_view after;
+    /// Milliseconds.
+    int patience;
+    /// Where it is written.
+    int output = input();
+  };
+  /// Asks, and waits for what comes to the terminal of this process; absent when that does not
+  /// come in time. Other bytes that come meanwhile are lost, so this is for programs that want
+  /// nothing else.
+  [[nodiscard]] static std::optional<std::string> ask(const Question& question);
 
   /// As they were found.
   [[nodiscard]] const termios& settings() const { return settings_; }

@@ -79,7 +79,8 @@ struct Case {
 std::vector<Case> cases() {
   std::vector<Case> all;
   for (const auto& kind : kinds()) {
-    for (const auto layouts : {Layouts::frameworks, Layouts::desktops}) {
+    for (const auto layouts :
+         {Layouts::frameworks, Layouts::desktops, Layouts::desktopsBeforeTheWay}) {
       for (int number = 0; number < static_cast<int>(std::size(kSpeeds)); ++number) {
         auto one = kind;
         // GNOME's shell keeps the last of several texts only.
@@ -96,8 +97,11 @@ std::vector<Case> cases() {
 
 std::string nameOf(const ::testing::TestParamInfo<Case>& info) {
   const auto& [kind, layouts, number] = info.param;
-  return kind.name + (layouts == Layouts::desktops ? "WithTheDesktopsLayouts" : "") + "At" +
-         std::to_string(static_cast<int>(kSpeeds[number] * 1000)) + "Milliseconds";
+  const char* whose = "";
+  if (layouts == Layouts::desktops) whose = "WithTheDesktopsLayouts";
+  if (layouts == Layouts::desktopsBeforeTheWay) whose = "WithLayoutsBeforeTheWay";
+  return kind.name + whose + "At" + std::to_string(static_cast<int>(kSpeeds[number] * 1000)) +
+         "Milliseconds";
 }
 
 /// Compares up to the first line that differs.

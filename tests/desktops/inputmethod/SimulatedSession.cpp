@@ -127,6 +127,7 @@ SimulatedSession::SimulatedSession(const SimulatedProgram::Kind& kind, Layouts l
   platform::setDesktop(*desktop_);
   auto& base = desktop_->base();
   const auto textOf = [this](const Key& key) {
+    if (layouts_ == Layouts::desktopsBeforeTheWay) return inputmethod::keyNames::textOf(key);
     const auto layout = layouts_ == Layouts::frameworks ? "us" : desktop_->methods.current(nullptr);
     const auto symbol = XkbLayout::named(layoutNamed(layout))
                             ->symbol(static_cast<std::uint32_t>(key.code), key.states);
@@ -196,7 +197,9 @@ void SimulatedSession::key(std::uint32_t xKey, bool isRelease) {
   KeyEvent event;
   event.isTranslating = layouts_ == Layouts::frameworks;
   event.isRelease = isRelease;
-  event.key = {.symbol = XkbLayout::named(layoutNamed("us"))->symbol(xKey, modifiers_),
+  const auto layout =
+      layouts_ == Layouts::desktopsBeforeTheWay ? desktop_->methods.current(nullptr) : "us";
+  event.key = {.symbol = XkbLayout::named(layoutNamed(layout))->symbol(xKey, modifiers_),
                .states = modifiers_,
                .code = static_cast<int>(xKey)};
   if (xKey == kShiftKey) modifiers_ = isRelease ? 0 : keyStates::shift;
@@ -213,8 +216,10 @@ void SimulatedSession::arrive(const KeyEvent& pressed) {
   auto event = pressed;
   const auto layout = XkbLayout::named(layoutNamed(desktop_->methods.current(nullptr)));
   event.translated = event.key;
-  event.translated.symbol =
-      layout->symbol(static_cast<std::uint32_t>(event.key.code), event.key.states);
+  if (layouts_ != Layouts::desktopsBeforeTheWay) {
+    event.translated.symbol =
+        layout->symbol(static_cast<std::uint32_t>(event.key.code), event.key.states);
+  }
   // A desktop lets no key pass while it switches.
   if (!event.isTranslating) event.key = event.translated;
   const auto answer = desktop_->flow.keyEvent(program_, event);

@@ -23,8 +23,10 @@ namespace tessarok::testing {
 class SimulatedSession final {
  public:
   /// Whose the layouts are: the framework's, which sends what it has translated as text and
-  /// switches at once; or the desktop's, which takes its time to switch.
-  enum class Layouts { frameworks, desktops };
+  /// switches at once; or the desktop's, which takes its time to switch and keeps keys back
+  /// meanwhile; or the desktop's, while programs translate keys when they are pressed, which may be
+  /// before the switch whose end they come behind.
+  enum class Layouts { frameworks, desktops, desktopsBeforeTheWay };
 
   SimulatedSession(const SimulatedProgram::Kind& kind, Layouts layouts, unsigned seed);
   SimulatedSession(const SimulatedSession&) = delete;
