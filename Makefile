@@ -44,6 +44,7 @@ test-desktops: $(BUILD)/build.ninja ## Type into programs on KWin, sway and GNOM
 	@scripts/install-packages test test-desktops
 	@cmake --preset release > /dev/null
 	@cmake --build --preset release --target tessarok tessarok_fcitx5 tessarok_ibus tessarok_wayland_keys
+	@tests/desktops/wayland/check-gnome $(BUILD) tests/data
 	@tests/desktops/wayland/check-desktops $(BUILD) tests/data tests/desktops/wayland/figures.json
 
 test-fcitx5: $(BUILD)/build.ninja ## Type the sentences through Fcitx5 over and over, RUNS (10) times
