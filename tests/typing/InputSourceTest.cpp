@@ -428,6 +428,18 @@ TEST_F(InputSourceTest, LayoutsWithoutDataCannotBeProcessed) {
   EXPECT_GT(InputSource::nextPreparationRetry(), 0);
 }
 
+TEST(KeyTableTest, EachCharacterIsOnOneKeyAndOtherKeysGiveNone) {
+  for (const auto* table : {&layouts::KeyTable::english(), &layouts::KeyTable::russian()}) {
+    int keys = 0;
+    for (std::int64_t code = -1; code < 128; ++code)
+      keys += table->character(code, false) ? 1 : 0;
+    EXPECT_EQ(keys, 48);
+    // Return, Tab, Space, Backspace.
+    for (const int code : {36, 48, 49, 51})
+      EXPECT_EQ(table->character(code, false), std::nullopt);
+  }
+}
+
 TEST_F(InputSourceTest, LayoutsThatLackALetterCannotBeProcessed) {
   auto russian = layout(kRussian, true);
   russian->keys.erase({50, false});  // ё

@@ -46,11 +46,13 @@ constexpr std::string_view kEnglishLayouts[] = {"com.apple.keylayout.US", "com.a
 constexpr std::string_view kRussianLayouts[] = {"com.apple.keylayout.Russian",
                                                 "com.apple.keylayout.RussianWin"};
 
-/// Row and place of a key. No optional of it: older C++ libraries assign none in constants.
+/// Row and place of a key. No optional of it: older C++ libraries assign none in constants. A key
+/// that is in no table is all zeros: optimised by g++ 13 and 14, some keys in the table of places
+/// had these whatever the initial values said, and Return, Tab and Space gave ё.
 struct Place {
-  std::size_t row = std::size(kRows);
+  /// Counted from 1.
+  std::size_t row = 0;
   std::size_t column = 0;
-  [[nodiscard]] constexpr bool isInTables() const { return row < std::size(kRows); }
 };
 
 constexpr std::size_t kCodes = 51;
@@ -59,7 +61,7 @@ constexpr auto kPlaces = [] {
   std::array<Place, kCodes> places{};
   for (std::size_t row = 0; row < std::size(kRows); ++row) {
     for (std::size_t column = 0; column < kRows[row].size(); ++column) {
-      places[kRows[row][column]] = Place{row, column};
+      places[kRows[row][column]] = Place{row + 1, column};
     }
   }
   return places;
@@ -88,8 +90,8 @@ const KeyTable* KeyTable::ofLayout(std::string_view identifier) {
 std::optional<char16_t> KeyTable::character(std::int64_t code, bool shift) const {
   if (code < 0 || code >= static_cast<std::int64_t>(kCodes)) return std::nullopt;
   const auto place = kPlaces[static_cast<std::size_t>(code)];
-  if (!place.isInTables()) return std::nullopt;
-  return rows_[2 * place.row + (shift ? 1 : 0)][place.column];
+  if (place.row == 0) return std::nullopt;
+  return rows_[2 * (place.row - 1) + (shift ? 1 : 0)][place.column];
 }
 
 std::optional<KeyTable::Stroke> KeyTable::strokeFor(char32_t wanted) const {
