@@ -77,8 +77,12 @@ faults: build ## Make every call of the system fail in turn, and look at what is
 	@tests/fault/check-faults --all $(BUILD)/tests/fault/libtessarok_faults.so $(BUILD)/tessarok tests/data
 	@TESSAROK_ALL_FAULTS=1 $(BUILD)/tests/desktops/x11/tessarok_x11_tests --gtest_filter='*Faults.*'
 
-soak: build ## Eight hours of typing with the faults of a day, on the virtual desktop
+soak: build ## Eight hours of typing with the faults of a day, on the virtual desktop, and one each on X11 and in terminals
+	@scripts/install-packages test
+	@cmake --build --preset release --target tessarok_x11_tests tessarok_terminal_tests
 	@tests/system/check-soak --hours 8 $(BUILD)/tessarok tests/data
+	@TESSAROK_SOAK_SECONDS=3600 $(BUILD)/tests/desktops/terminal/tessarok_terminal_tests --gtest_filter='*LongDay*'
+	@TESSAROK_SOAK_SECONDS=3600 $(BUILD)/tests/desktops/x11/tessarok_x11_tests --gtest_filter='*LongDay*'
 
 mutate: build ## Make 100 mistakes in the corrector, one at a time, and see that the tests notice
 	@scripts/install-packages test
