@@ -44,6 +44,7 @@ test-desktops: $(BUILD)/build.ninja ## Type into programs on KWin, sway and GNOM
 	@scripts/install-packages test test-desktops
 	@cmake --preset release > /dev/null
 	@cmake --build --preset release --target tessarok tessarok_fcitx5 tessarok_ibus tessarok_wayland_keys
+	@tests/desktops/wayland/check-gnome $(BUILD) tests/data
 	@tests/desktops/wayland/check-desktops $(BUILD) tests/data tests/desktops/wayland/figures.json
 
 test-fcitx5: $(BUILD)/build.ninja ## Type the sentences through Fcitx5 over and over, RUNS (10) times
@@ -76,8 +77,12 @@ faults: build ## Make every call of the system fail in turn, and look at what is
 	@tests/fault/check-faults --all $(BUILD)/tests/fault/libtessarok_faults.so $(BUILD)/tessarok tests/data
 	@TESSAROK_ALL_FAULTS=1 $(BUILD)/tests/desktops/x11/tessarok_x11_tests --gtest_filter='*Faults.*'
 
-soak: build ## Eight hours of typing with the faults of a day, on the virtual desktop
+soak: build ## Eight hours of typing with the faults of a day, on the virtual desktop, and one each on X11 and in terminals
+	@scripts/install-packages test
+	@cmake --build --preset release --target tessarok_x11_tests tessarok_terminal_tests
 	@tests/system/check-soak --hours 8 $(BUILD)/tessarok tests/data
+	@TESSAROK_SOAK_SECONDS=3600 $(BUILD)/tests/desktops/terminal/tessarok_terminal_tests --gtest_filter='*LongDay*'
+	@TESSAROK_SOAK_SECONDS=3600 $(BUILD)/tests/desktops/x11/tessarok_x11_tests --gtest_filter='*LongDay*'
 
 mutate: build ## Make 100 mistakes in the corrector, one at a time, and see that the tests notice
 	@scripts/install-packages test

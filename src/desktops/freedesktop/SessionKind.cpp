@@ -20,6 +20,10 @@ bool isWaylandSession(platform::Environment& environment) {
          environment.variable("XDG_SESSION_TYPE").value_or("") == "wayland";
 }
 
+bool isX11Session(platform::Environment& environment) {
+  return environment.variable("XDG_SESSION_TYPE").value_or("") == "x11";
+}
+
 bool isPlasmaSession(platform::Environment& environment) {
   return isDesktop(environment, "KDE");
 }

@@ -2,26 +2,34 @@
 
 #include <utility>
 
-#include "desktops/ibus/ShellExtension.h"
-
 namespace tessarok::ibus {
 
 namespace {
 
+using State = ShellExtension::State;
+
 /// Milliseconds for an answer.
 constexpr int kPatience = 2000;
-
-/// Whether the shell's name has no owner: another desktop.
-bool isNobodyThere(const sd_bus_error& error) {
-  return sd_bus_error_has_name(&error, SD_BUS_ERROR_SERVICE_UNKNOWN) != 0 ||
-         sd_bus_error_has_name(&error, SD_BUS_ERROR_NAME_HAS_NO_OWNER) != 0;
-}
 
 }  // namespace
 
 void EngineSwitch::to(const std::string& engine) {
-  auto message =
-      session_ == nullptr ? freedesktop::BusMessage() : shellExtension::call(*session_, "Activate");
+  switch (extension_.state()) {
+    case State::noShell:
+      return byIbus(engine);
+    case State::off:
+      // The list of sources in the settings would do it too, but the shell loses keys while it
+      // reads that.
+      if (onRefused) onRefused();
+      return;
+    case State::unknown:
+    case State::on:
+      return byShell(engine);
+  }
+}
+
+void EngineSwitch::byShell(const std::string& engine) {
+  auto message = extension_.call("Activate");
   if (!message) return byIbus(engine);
   sd_bus_message_append(message.get(), "ss", "ibus", engine.c_str());
   call_ = session_->call(std::move(message),
@@ -30,18 +38,9 @@ void EngineSwitch::to(const std::string& engine) {
 }
 
 void EngineSwitch::answered(sd_bus_message& reply, const std::string& engine) {
-  const auto* error = sd_bus_message_get_error(&reply);
-  lacksExtension_ = false;
-  if (error == nullptr) {
-    int isDone = 0;
-    if (sd_bus_message_read(&reply, "b", &isDone) >= 0 && isDone != 0) return;
-    if (onRefused) onRefused();
-    return;
-  }
-  if (isNobodyThere(*error)) return byIbus(engine);
-  lacksExtension_ = true;
-  // The list of sources in the settings would do it too, but the shell loses keys while it reads
-  // that.
+  int isDone = 0;
+  if (sd_bus_message_read(&reply, "b", &isDone) >= 0 && isDone != 0) return;
+  if (extension_.state() == State::noShell) return byIbus(engine);
   if (onRefused) onRefused();
 }
 

@@ -4,7 +4,8 @@
 #include <ibus.h>
 #include <string>
 
-#include "desktops/freedesktop/Bus.h"
+#include "desktops/freedesktop/BusSlot.h"
+#include "desktops/ibus/ShellExtension.h"
 
 namespace tessarok::ibus {
 
@@ -13,8 +14,9 @@ namespace tessarok::ibus {
 /// thread.
 class EngineSwitch final {
  public:
-  /// Both outlive this object; `session` is null without a session bus.
-  EngineSwitch(freedesktop::Bus* session, IBusBus& bus) : session_(session), bus_(bus) {}
+  /// All outlive this object; `session` is null without a session bus.
+  EngineSwitch(freedesktop::Bus* session, ShellExtension& extension, IBusBus& bus)
+      : session_(session), extension_(extension), bus_(bus) {}
   EngineSwitch(const EngineSwitch&) = delete;
   EngineSwitch& operator=(const EngineSwitch&) = delete;
 
@@ -22,17 +24,16 @@ class EngineSwitch final {
   void to(const std::string& engine);
   /// Nobody will do it.
   std::function<void()> onRefused;
-  /// GNOME's shell runs without the extension.
-  [[nodiscard]] bool lacksExtension() const { return lacksExtension_; }
 
  private:
+  void byShell(const std::string& engine);
   void answered(sd_bus_message& reply, const std::string& engine);
   void byIbus(const std::string& engine);
 
   freedesktop::Bus* session_;
+  ShellExtension& extension_;
   IBusBus& bus_;
   freedesktop::BusSlot call_;
-  bool lacksExtension_ = false;
 };
 
 }  // namespace tessarok::ibus

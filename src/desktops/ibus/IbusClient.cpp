@@ -1,6 +1,7 @@
 #include "desktops/ibus/IbusClient.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace tessarok::ibus {
@@ -20,6 +21,8 @@ constexpr double kSettleBehindShell = 0.04;
 constexpr double kSlower = 2;
 constexpr double kSettleWithShell = 0.15;
 constexpr double kMostSettle = 0.5;
+/// How programs of GTK 4 begin that speak with IBus themselves.
+constexpr std::string_view kGtk4 = "gtk4-im";
 
 }  // namespace
 
@@ -34,6 +37,10 @@ inputmethod::Client::Habits IbusClient::habits() const {
           .takesOneTextAtATime = true,
           .reportsWhenAsked = true,
           .settle = outlet_.isAnswering() ? settle : kSettleWithShell};
+}
+
+bool IbusClient::takesNoKeysBack() const {
+  return program_.starts_with(kGtk4);
 }
 
 void IbusClient::setContentType(guint purpose, guint hints) {

@@ -28,7 +28,9 @@ class IbusClient final : public inputmethod::Client {
   Habits habits() const override;
   std::string program() const override { return program_; }
   bool hasFocus() const override { return hasFocus_; }
-  bool isSecret() const override { return isSecret_; }
+  /// A program to which no key can be handed back is left alone as well: a held-back Return would
+  /// be lost.
+  bool isSecret() const override { return isSecret_ || takesNoKeysBack(); }
   /// The engines compose nothing.
   bool isComposing() const override { return false; }
   bool canDelete() const override;
@@ -42,6 +44,8 @@ class IbusClient final : public inputmethod::Client {
                   const std::function<inputmethod::KeyAnswer()>& show) override;
 
  private:
+  /// IBus's own part for GTK 4 shows a key that it is handed to its input method only.
+  [[nodiscard]] bool takesNoKeysBack() const;
   /// Whether it stands for the programs on GNOME's Wayland, or may do so.
   [[nodiscard]] bool isShell() const { return program_.empty() || program_ == "gnome-shell"; }
 

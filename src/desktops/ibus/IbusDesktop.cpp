@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "desktops/ibus/Engine.h"
+#include "desktops/ibus/SourceObstacles.h"
 #include "desktops/inputmethod/Scalars.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/xkb/KeySetting.h"
@@ -38,8 +39,9 @@ IbusDesktop::IbusDesktop(IBusBus& bus, inputmethod::Guard& guard,
       userDefaults_(posix::SettingsFile::locationFor(files_->homeDirectory()), *files_, systemLog_),
       sessionBus_(freedesktop::Bus::openSession(runLoop_)),
       systemBus_(freedesktop::Bus::openSystem(runLoop_)),
-      engineSwitch_(sessionBus_.get(), bus),
-      shellOutlet_(sessionBus_.get(), clock_),
+      shellExtension_(sessionBus_.get()),
+      engineSwitch_(sessionBus_.get(), shellExtension_, bus),
+      shellOutlet_(sessionBus_.get(), shellExtension_, clock_),
       inputMethods_(engineSwitch_, sourceList_, clock_),
       keyFlow_({.taps = eventTaps_,
                 .inputSources = inputSources_,
@@ -64,6 +66,10 @@ IbusDesktop::IbusDesktop(IBusBus& bus, inputmethod::Guard& guard,
   keyFlow_.setPauseKey(xkb::keySetting<PauseKey>(userDefaults_, systemLog_));
   inputMethods_.onInVain = [this] { sayThatNobodySwitches(); };
   inputMethods_.onSettled = [this] { keyFlow_.inputMethodSettled(); };
+  shellExtension_.onChange = [this] {
+    inputMethods_.encourage();
+    shellOutlet_.extensionChanged();
+  };
   shellOutlet_.onDelivered = [this] { keyFlow_.delivered(); };
   sourceList_.onChange = [this] { announceLater(Notification::enabledInputSourcesChanged); };
   engine::setListener(this);
@@ -195,8 +201,11 @@ void IbusDesktop::setOpen(bool isOpen) {
 }
 
 std::vector<std::string> IbusDesktop::obstacles() const {
-  std::vector<std::string> all;
-  if (engineSwitch_.lacksExtension()) {
+  const auto shell = shellExtension_.state();
+  // Elsewhere the list is not what counts.
+  const bool isGnome = shell == ShellExtension::State::on || shell == ShellExtension::State::off;
+  auto all = isGnome ? obstaclesIn(sourceList_.sources()) : std::vector<std::string>();
+  if (shell == ShellExtension::State::off) {
     all.emplace_back(posix::translatable(
         "GNOME's shell has no Tessarok extension switched on, so switching the layout is left to "
         "you: gnome-extensions enable tessarok@app.tessarok, on GNOME 43 and 44 "

@@ -18,6 +18,7 @@
 #include "desktops/ibus/GlibRunLoop.h"
 #include "desktops/ibus/IbusClient.h"
 #include "desktops/ibus/IbusInputMethods.h"
+#include "desktops/ibus/ShellExtension.h"
 #include "desktops/ibus/ShellOutlet.h"
 #include "desktops/ibus/SourceList.h"
 #include "desktops/inputmethod/FieldEventTaps.h"
@@ -124,6 +125,7 @@ class IbusDesktop final : public platform::Desktop, public EngineListener {
   std::unique_ptr<freedesktop::Bus> sessionBus_;
   std::unique_ptr<freedesktop::Bus> systemBus_;
   SourceList sourceList_;
+  ShellExtension shellExtension_;
   EngineSwitch engineSwitch_;
   ShellOutlet shellOutlet_;
   IbusInputMethods inputMethods_;

@@ -32,6 +32,8 @@ class IbusInputMethods final : public inputmethod::InputMethods {
 
   /// IBus has given the keys to an engine; whether that was asked for.
   [[nodiscard]] bool enabled(const std::string& engine);
+  /// Somebody may switch by now who did not before.
+  void encourage() { discouragedUntil_ = 0; }
   /// An engine was asked for, and is not there yet.
   [[nodiscard]] bool isSwitching() const { return !wanted_.empty(); }
   /// Nobody switches: the person has to.

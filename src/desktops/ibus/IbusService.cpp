@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "desktops/freedesktop/Obstacles.h"
+#include "desktops/freedesktop/SessionKind.h"
 #include "desktops/ibus/Component.h"
 #include "desktops/ibus/Engine.h"
 #include "desktops/posix/Processes.h"
@@ -96,7 +97,9 @@ inputmethod::CorrectorLife::Framework IbusService::framework() {
                 return all;
               },
           .program = posix::programFileOf(::getpid()),
-          .isReady = [] { return true; },
+          // There programs speak with IBus themselves, each by a part of its toolkit's, and those
+          // lose letters in switches of the layout. The corrector for X11 needs none of them.
+          .isReady = [this] { return !freedesktop::isX11Session(desktop_->environment()); },
           .onStarted = [this] { desktop_->setOpen(true); },
           .onEnding = [this] { desktop_->setOpen(false); },
           .onFailure = [this](const std::string& reason) { fail(reason); }};

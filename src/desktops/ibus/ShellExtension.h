@@ -1,16 +1,42 @@
 #pragma once
 
+#include <functional>
+#include <memory>
+
 #include "desktops/freedesktop/Bus.h"
+#include "desktops/freedesktop/NameWatch.h"
 
-/// What the extension of GNOME's shell offers on the session bus. Main thread.
-namespace tessarok::ibus::shellExtension {
+namespace tessarok::ibus {
 
-/// A call of one of its methods. A shell that does not run is not started by it.
-[[nodiscard]] inline freedesktop::BusMessage call(freedesktop::Bus& session, const char* method) {
-  auto message = session.methodCall("org.gnome.Shell", "/app/tessarok/InputSources",
-                                    "app.tessarok.InputSources1", method);
-  if (message) sd_bus_message_set_auto_start(message.get(), 0);
-  return message;
-}
+/// The extension of GNOME's shell that comes with the corrector, as it is seen on the session bus:
+/// it has a name there for as long as it is on. Main thread.
+class ShellExtension final {
+ public:
+  enum class State {
+    /// The bus has not told yet.
+    unknown,
+    /// Another desktop, or no bus.
+    noShell,
+    /// Not installed, off, or off while the screen is locked.
+    off,
+    on
+  };
 
-}  // namespace tessarok::ibus::shellExtension
+  /// `session` outlives this object and is null without a session bus.
+  explicit ShellExtension(freedesktop::Bus* session);
+  ShellExtension(const ShellExtension&) = delete;
+  ShellExtension& operator=(const ShellExtension&) = delete;
+
+  [[nodiscard]] State state() const;
+  /// That is another one than before.
+  std::function<void()> onChange;
+  /// A call of one of its methods; null without a session bus. Nothing is started by it.
+  [[nodiscard]] freedesktop::BusMessage call(const char* method);
+
+ private:
+  freedesktop::Bus* session_;
+  std::unique_ptr<freedesktop::NameWatch> shell_;
+  std::unique_ptr<freedesktop::NameWatch> extension_;
+};
+
+}  // namespace tessarok::ibus

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktops/ibus/ShellExtension.h"
-
 namespace tessarok::ibus {
 
 namespace {
@@ -14,16 +12,21 @@ constexpr double kForgetting = 0.9;
 
 }  // namespace
 
+bool ShellOutlet::mayAnswer() const {
+  const auto state = extension_.state();
+  return state == ShellExtension::State::on || state == ShellExtension::State::unknown;
+}
+
 void ShellOutlet::noteSent() {
   const auto now = clock_.uptime();
-  if (session_ == nullptr || now < deafUntil_) return;
+  if (!mayAnswer() || now < deafUntil_) return;
   sentAt_ = now;
   isToBeAsked_ = true;
 }
 
 void ShellOutlet::flush() {
   if (!std::exchange(isToBeAsked_, false)) return;
-  auto message = shellExtension::call(*session_, "Sync");
+  auto message = extension_.call("Sync");
   if (!message) return answered(true);
   askedAt_ = clock_.uptime();
   // Of several questions the last one counts.

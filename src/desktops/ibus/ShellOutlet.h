@@ -3,7 +3,8 @@
 #include <functional>
 #include <optional>
 
-#include "desktops/freedesktop/Bus.h"
+#include "desktops/freedesktop/BusSlot.h"
+#include "desktops/ibus/ShellExtension.h"
 #include "platform/Clock.h"
 
 namespace tessarok::ibus {
@@ -15,12 +16,12 @@ class ShellOutlet final {
  public:
   /// Seconds that the shell may take.
   static constexpr double kPatience = 1;
-  /// Seconds before it is asked again whether it has the extension.
+  /// Seconds before it is asked again when it answers with an error.
   static constexpr double kAskAgain = 30;
 
-  /// Both outlive this object; `session` is null without a session bus.
-  ShellOutlet(freedesktop::Bus* session, platform::Clock& clock)
-      : session_(session), clock_(clock) {}
+  /// All outlive this object; `session` is null without a session bus.
+  ShellOutlet(freedesktop::Bus* session, ShellExtension& extension, platform::Clock& clock)
+      : session_(session), extension_(extension), clock_(clock) {}
   ShellOutlet(const ShellOutlet&) = delete;
   ShellOutlet& operator=(const ShellOutlet&) = delete;
 
@@ -32,16 +33,20 @@ class ShellOutlet final {
   /// known.
   [[nodiscard]] std::optional<double> undeliveredUntil(double now) const;
   /// Whether the shell tells at all.
-  [[nodiscard]] bool isAnswering() const { return isAnswering_; }
+  [[nodiscard]] bool isAnswering() const { return isAnswering_ && mayAnswer(); }
   /// How many seconds its answers took lately, which on a busy machine programs take as well.
   [[nodiscard]] double slowest() const { return slowest_; }
   /// All has been passed on.
   std::function<void()> onDelivered;
+  /// The extension was switched on or off.
+  void extensionChanged() { deafUntil_ = 0; }
 
  private:
+  [[nodiscard]] bool mayAnswer() const;
   void answered(bool isError);
 
   freedesktop::Bus* session_;
+  ShellExtension& extension_;
   platform::Clock& clock_;
   freedesktop::BusSlot call_;
   /// When the last thing was sent; absent when all has been passed on.

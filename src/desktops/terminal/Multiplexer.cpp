@@ -18,7 +18,7 @@ std::string variable(const char* name) {
 
 /// The first line that a shell's command prints; empty when it fails.
 std::string lineOf(const char* command) {
-  auto* const pipe = ::popen(command, "re");
+  auto* const pipe = ::popen(command, "r");
   if (pipe == nullptr) return {};
   std::array<char, 512> chunk{};
   std::string output;

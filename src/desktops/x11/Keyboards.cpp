@@ -111,6 +111,7 @@ bool Keyboards::hold(Keyboard& keyboard) {
   keys.set(XI_KeyRelease);
   auto mask = keys.forDevice(keyboard.device);
   ErrorTrap errors(connection_);
+  keyboard.heldBy = XNextRequest(connection_.display());
   const auto status = XIGrabDevice(connection_.display(), keyboard.device, connection_.root(),
                                    CurrentTime, None, GrabModeAsync, GrabModeAsync, False, &mask);
   // Of an error, as for a keyboard that has just been pulled out, Xlib makes a success.
@@ -124,7 +125,7 @@ void Keyboards::letGo(Keyboard& keyboard) {
 }
 
 platform::Failure Keyboards::hold() {
-  findKeyboards({});
+  findKeyboards();
   // One that another program holds is attached to nothing, and cannot be told from one that a
   // person has taken out of use.
   if (keyboards_.empty())
@@ -132,7 +133,7 @@ platform::Failure Keyboards::hold() {
         posix::translatable("there is no keyboard that another program does not hold"));
   isHolding_ = true;
   for (auto& keyboard : keyboards_) {
-    if (keyboard.isHeld || hold(keyboard)) continue;
+    if (keyboard.isHeld || !isIdle(keyboard) || hold(keyboard)) continue;
     letGo();
     return platform::Failure(
         posix::withValues(posix::translatable("another program holds the keyboard \"{1}\""),
@@ -151,18 +152,35 @@ void Keyboards::letGo() {
 }
 
 bool Keyboards::isIdle() {
-  return std::all_of(keyboards_.begin(), keyboards_.end(), [this](const Keyboard& keyboard) {
-    return connection_.isLost() || keysDown(connection_.display(), keyboard.device).empty();
+  return std::all_of(keyboards_.begin(), keyboards_.end(),
+                     [this](const Keyboard& keyboard) { return isIdle(keyboard); });
+}
+
+bool Keyboards::isIdle(const Keyboard& keyboard) const {
+  return connection_.isLost() || keysDown(connection_.display(), keyboard.device).empty();
+}
+
+bool Keyboards::isWaiting() const {
+  return isHolding_ && std::any_of(keyboards_.begin(), keyboards_.end(),
+                                   [](const Keyboard& keyboard) { return !keyboard.isHeld; });
+}
+
+bool Keyboards::isPassedOn(int device, unsigned long serial) const {
+  return std::any_of(keyboards_.begin(), keyboards_.end(), [&](const Keyboard& keyboard) {
+    return keyboard.device == device && (!keyboard.isHeld || serial < keyboard.heldBy);
   });
 }
 
-void Keyboards::findKeyboards(const std::vector<int>& changed) {
+void Keyboards::findKeyboards(const KeyboardChanges& changes) {
   const auto now = present();
   const auto contains = [](const std::vector<int>& devices, int device) {
     return std::find(devices.begin(), devices.end(), device) != devices.end();
   };
   const auto isGone = [&](const Keyboard& keyboard) {
-    return !contains(now, keyboard.device) || contains(changed, keyboard.device);
+    // What was held after it changed is held as it is now.
+    const bool isOld = keyboard.isHeld && keyboard.heldBy > changes.serial;
+    return !contains(now, keyboard.device) ||
+           (contains(changes.devices, keyboard.device) && !isOld);
   };
   std::vector<int> gone;
   for (const auto& keyboard : keyboards_) {
@@ -181,12 +199,12 @@ void Keyboards::findKeyboards(const std::vector<int>& changed) {
   }
 }
 
-platform::Failure Keyboards::update(const std::vector<int>& changed) {
+platform::Failure Keyboards::update(const KeyboardChanges& changes) {
   if (connection_.isLost()) return platform::Failure::none();
   auto* display = connection_.display();
   // Nobody must disable a keyboard between the look at it and the rest.
   XGrabServer(display);
-  findKeyboards(changed);
+  findKeyboards(changes);
   const bool isComplete = std::all_of(keyboards_.begin(), keyboards_.end(),
                                       [](const Keyboard& keyboard) { return keyboard.isHeld; });
   auto refusal = platform::Failure::none();

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "desktops/x11/KeyboardChanges.h"
 #include "desktops/x11/XConnection.h"
 #include "platform/Failure.h"
 
@@ -14,7 +15,8 @@ namespace tessarok::x11 {
 /// this program alone. Main thread.
 ///
 /// Operational notes. A keyboard that was disabled and enabled again comes back connected and held
-/// at once, so that every key would come twice: it is let go of and held again. To let go of a
+/// at once, so that every key would come twice: it is let go of and held again. The keys that were
+/// pressed in between have come twice nevertheless, and are no keys to be passed on. To let go of a
 /// disabled one has crashed servers. A held keyboard misses changes of the keymap, and its keymap
 /// is what the server goes back to in the end, so such changes are copied to it.
 class Keyboards final {
@@ -33,16 +35,21 @@ class Keyboards final {
   /// up unseen by the others, and stay down for them.
   [[nodiscard]] bool isIdle();
 
-  /// Something was plugged in, pulled out, enabled or disabled; `changed` are the devices that
-  /// were, even if they are now what they were before. While keyboards are held, why one could not
-  /// be; then none is held any more.
-  platform::Failure update(const std::vector<int>& changed);
+  /// Something was plugged in, pulled out, enabled or disabled.
+  /// While keyboards are held, why one could not be; then none is held any more.
+  platform::Failure update(const KeyboardChanges& changes);
   /// Gives the held keyboards the server's keymap.
   void copyKeymap();
   /// Repetitions come from the keyboards themselves, so synthetic keys must not repeat as well.
   void silenceSyntheticRepeats();
 
   [[nodiscard]] bool contains(int device) const;
+  /// A keyboard that came while they are held is not held yet: a key of it is down. It is to be
+  /// updated again.
+  [[nodiscard]] bool isWaiting() const;
+  /// Whether a key that came with this serial number of the connection was pressed before its
+  /// keyboard was held as it is now. The application has it already then.
+  [[nodiscard]] bool isPassedOn(int device, unsigned long serial) const;
   /// Called for a keyboard that is there no more: what was pressed on it will not be released.
   std::function<void(int device)> onGone;
 
@@ -50,10 +57,13 @@ class Keyboards final {
   struct Keyboard {
     int device = 0;
     bool isHeld = false;
+    /// The serial number of the request that it is held by.
+    unsigned long heldBy = 0;
   };
 
   [[nodiscard]] std::vector<int> present();
-  void findKeyboards(const std::vector<int>& changed);
+  void findKeyboards(const KeyboardChanges& changes = {});
+  [[nodiscard]] bool isIdle(const Keyboard& keyboard) const;
   [[nodiscard]] bool hold(Keyboard& keyboard);
   void letGo(Keyboard& keyboard);
   void watch(int device);

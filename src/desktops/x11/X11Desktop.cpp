@@ -25,13 +25,13 @@ std::optional<std::filesystem::path> lockFileOf(platform::Files& files) {
 }
 
 /// The devices that were enabled or disabled.
-std::vector<int> restarted(const XIHierarchyEvent& event) {
-  std::vector<int> devices;
+KeyboardChanges changesOf(const XIHierarchyEvent& event) {
+  KeyboardChanges changes{.serial = event.serial};
   for (int i = 0; i < event.num_info; ++i) {
     const bool isOne = (event.info[i].flags & (XIDeviceEnabled | XIDeviceDisabled)) != 0;
-    if (isOne) devices.push_back(event.info[i].deviceid);
+    if (isOne) changes.devices.push_back(event.info[i].deviceid);
   }
-  return devices;
+  return changes;
 }
 
 }  // namespace
@@ -197,6 +197,11 @@ void X11Desktop::dispatchInput(XEvent& event) {
   const auto* raw = static_cast<const XIRawEvent*>(cookie.data);
   switch (cookie.evtype) {
     case XI_KeyPress:
+      if (keyboards_.isPassedOn(key->deviceid, key->serial)) {
+        // The word that is followed is not the one that stands there.
+        workspaceNotifications_.announce(platform::Notification::applicationActivated);
+        break;
+      }
       eventTaps_->keyDown(key->deviceid, static_cast<std::uint8_t>(key->detail),
                           (key->flags & XIKeyRepeat) != 0);
       break;
@@ -210,7 +215,7 @@ void X11Desktop::dispatchInput(XEvent& event) {
       eventTaps_->buttonDown(raw->detail);
       break;
     case XI_HierarchyChanged:
-      eventTaps_->updateKeyboards(restarted(*static_cast<const XIHierarchyEvent*>(cookie.data)));
+      eventTaps_->updateKeyboards(changesOf(*static_cast<const XIHierarchyEvent*>(cookie.data)));
       break;
     default:
       break;

@@ -153,8 +153,12 @@ void X11EventTaps::close() {
   letGo();
 }
 
-void X11EventTaps::updateKeyboards(const std::vector<int>& changed) {
-  if (const auto refusal = parts_.keyboards.update(changed)) refuse(refusal.reason());
+void X11EventTaps::updateKeyboards(const KeyboardChanges& changes) {
+  if (const auto refusal = parts_.keyboards.update(changes)) return refuse(refusal.reason());
+  if (!parts_.keyboards.isWaiting()) return;
+  parts_.runLoop.after(kIdleCheck, [this] {
+    if (parts_.keyboards.isWaiting()) updateKeyboards({});
+  });
 }
 
 std::uint64_t X11EventTaps::flags() const {

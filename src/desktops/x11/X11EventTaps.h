@@ -49,7 +49,7 @@ class X11EventTaps final : public platform::EventTaps {
   /// A button of the mouse went down, by its X number.
   void buttonDown(int button);
   /// Keyboards came or went, as for `Keyboards::update`.
-  void updateKeyboards(const std::vector<int>& changed);
+  void updateKeyboards(const KeyboardChanges& changes);
   /// Lets the keyboards go for good: no tap can be created any more.
   void close();
 

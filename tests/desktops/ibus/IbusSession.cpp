@@ -41,7 +41,7 @@ struct IbusSession::Pressed {
   guint states;
 };
 
-IbusSession::IbusSession(Reports reports) : reports_(reports) {
+IbusSession::IbusSession(Reports reports, const std::string& kind) : reports_(reports) {
   const auto address = "unix:path=" + (folder_.path() / "ibus").string();
   const auto inside = [this](const char* name) { return (folder_.path() / name).string(); };
   std::filesystem::create_directory(inside("run"));
@@ -57,6 +57,7 @@ IbusSession::IbusSession(Reports reports) : reports_(reports) {
                        {"TESSAROK_RES", TESSAROK_TEST_DATA},
                        {"GSETTINGS_BACKEND", "memory"},
                        {"XDG_CURRENT_DESKTOP", ""},
+                       {"XDG_SESSION_TYPE", kind},
                        {"DISPLAY", ""},
                        {"WAYLAND_DISPLAY", ""},
                        {"DBUS_SESSION_BUS_ADDRESS", bus_.address()},
@@ -85,7 +86,16 @@ void IbusSession::connect() {
   ibus_ = ibus_bus_new();
   g_object_ref_sink(ibus_);
   if (ibus_bus_is_connected(ibus_) == FALSE) throw std::runtime_error("IBus does not answer");
-  context_ = ibus_bus_create_input_context(ibus_, "tessarok-test");
+  openProgram("tessarok-test");
+  ibus_bus_set_global_engine(ibus_, ibus::engine::kEnglish);
+}
+
+void IbusSession::openProgram(const std::string& name) {
+  if (context_ != nullptr) {
+    ibus_input_context_focus_out(context_);
+    g_object_unref(context_);
+  }
+  context_ = ibus_bus_create_input_context(ibus_, name.c_str());
   g_object_ref_sink(context_);
   const guint reports = reports_ == Reports::all ? IBUS_CAP_SURROUNDING_TEXT : 0;
   ibus_input_context_set_capabilities(context_, IBUS_CAP_FOCUS | reports);
@@ -111,7 +121,6 @@ void IbusSession::connect() {
                    }),
                    this);
   ibus_input_context_focus_in(context_);
-  ibus_bus_set_global_engine(ibus_, ibus::engine::kEnglish);
 }
 
 void IbusSession::setContentType(guint purpose, guint hints) {

@@ -20,7 +20,8 @@ class IbusSession final {
   /// What the program tells of its text.
   enum class Reports { nothing, all };
 
-  explicit IbusSession(Reports reports);
+  /// `kind` is that of the desktop's session, as its environment names it.
+  explicit IbusSession(Reports reports, const std::string& kind = "wayland");
   IbusSession(const IbusSession&) = delete;
   IbusSession& operator=(const IbusSession&) = delete;
   ~IbusSession();
@@ -29,6 +30,8 @@ class IbusSession final {
   void type(std::string_view keys, int milliseconds);
   /// Types "ghbdtn" until it is put right, and empties the field.
   [[nodiscard]] bool waitForCorrector();
+  /// Goes on in a text field of another program, by the name that it gives to IBus.
+  void openProgram(const std::string& name);
   /// What stands in the field when nothing has changed for a while, or when it is `expected`.
   [[nodiscard]] std::string textInTheEnd(const std::string& expected);
   void setContentType(guint purpose, guint hints);

@@ -72,6 +72,32 @@ TEST(IbusEngines, PrivateTextIsLeftAlone) {
   expectLeftAlone(IBUS_INPUT_PURPOSE_FREE_FORM, IBUS_INPUT_HINT_PRIVATE);
 }
 
+TEST(IbusEngines, ProgramsThatTakeNoKeysBackKeepTheirs) {
+  IbusSession session(Reports::all);
+  ASSERT_TRUE(session.waitForCorrector());
+  session.openProgram("gtk4-im:entry");
+  const int before = session.swallowed();
+  session.type("hello\n", 10);
+  EXPECT_EQ(session.textInTheEnd("руддщ\n"), "руддщ\n");
+  EXPECT_EQ(session.swallowed(), before);
+  session.openProgram("gtk3-im:entry");
+  session.type("hello\n", 10);
+  EXPECT_EQ(session.textInTheEnd("руддщ\nhello\n"), "руддщ\nhello\n");
+}
+
+TEST(IbusEngines, RestInSessionsOfX11) {
+  IbusSession session(Reports::all, "x11");
+  std::string expected;
+  // The corrector would be there by the second word.
+  for (int word = 0; word < 5; ++word) {
+    session.type("ghbdtn ", 10);
+    expected += "ghbdtn ";
+    EXPECT_EQ(session.textInTheEnd(expected), expected);
+  }
+  EXPECT_EQ(session.engine(), ibus::engine::kEnglish);
+  EXPECT_EQ(session.swallowed(), 0);
+}
+
 /// The layouts and titles of the engines, by their names.
 std::map<std::string, std::string> enginesOf(IBusComponent* component) {
   std::map<std::string, std::string> engines;

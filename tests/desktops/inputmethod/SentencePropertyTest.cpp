@@ -66,7 +66,8 @@ std::vector<Kind> kinds() {
   all.push_back({.name = "Terminal",
                  .habits = {.readsModifiersLate = true},
                  .key = {0, 0.012},
-                 .text = {0, 0.001}});
+                 .text = {0, 0.001},
+                 .report = {}});
   return all;
 }
 

@@ -73,7 +73,8 @@ termios typicalSettings(char erase) {
 UserAtTerminal::UserAtTerminal(const std::vector<std::string>& command)
     : UserAtTerminal(command, Setup()) {}
 
-UserAtTerminal::UserAtTerminal(const std::vector<std::string>& command, const Setup& setup) {
+UserAtTerminal::UserAtTerminal(const std::vector<std::string>& command, const Setup& setup)
+    : home_(setup.home.empty() ? folder_.path() : setup.home) {
   auto settings = typicalSettings(setup.erase);
   winsize size{setup.rows, setup.columns, 0, 0};
   if (::openpty(&terminal_, &keeper_, nullptr, &settings, &size) != 0) {
@@ -85,7 +86,7 @@ UserAtTerminal::UserAtTerminal(const std::vector<std::string>& command, const Se
   process_ = ::fork();
   if (process_ == 0) {
     ::login_tty(keeper_);
-    runProgram(command, home_.path(), setup.resources);
+    runProgram(command, home_, setup.resources);
   }
 }
 

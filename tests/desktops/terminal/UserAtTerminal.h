@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "desktops/virtual/TemporaryDirectory.h"
+#include "tests/support/ProcessMemory.h"
 
 namespace tessarok::testing {
 
@@ -22,6 +23,8 @@ class UserAtTerminal {
     unsigned short columns = 80;
     /// The erase character of the terminal.
     char erase = '\x7f';
+    /// Another person's home; empty for one of its own.
+    std::filesystem::path home = {};
   };
 
   explicit UserAtTerminal(const std::vector<std::string>& command);
@@ -40,6 +43,8 @@ class UserAtTerminal {
   [[nodiscard]] const std::string& screen() const { return screen_; }
   void resize(unsigned short rows, unsigned short columns);
   void send(int signal) const;
+  /// The memory of the program that is its own, kB.
+  [[nodiscard]] long privateMemory() const { return privateMemoryOf(process_); }
   /// Closes the terminal's window.
   void hangUp();
   /// Reads the screen until the program has ended; its exit status, or 128 and the signal that
@@ -49,7 +54,7 @@ class UserAtTerminal {
   /// The settings of the terminal, as they are now, and as they were before the program started.
   [[nodiscard]] termios settings() const;
   [[nodiscard]] const termios& formerSettings() const { return formerSettings_; }
-  [[nodiscard]] const std::filesystem::path& home() const { return home_.path(); }
+  [[nodiscard]] const std::filesystem::path& home() const { return home_; }
   /// The folder with what was learned.
   [[nodiscard]] std::filesystem::path learned() const;
 
@@ -57,7 +62,8 @@ class UserAtTerminal {
   /// False when nothing more comes.
   bool readScreen(int milliseconds);
 
-  virtualdesktop::TemporaryDirectory home_;
+  virtualdesktop::TemporaryDirectory folder_;
+  std::filesystem::path home_;
   int terminal_ = -1;
   /// Keeps the terminal alive when the program has gone, so that its settings can be looked at.
   int keeper_ = -1;

@@ -5,6 +5,8 @@ import shutil
 import subprocess
 import time
 
+from waiting import wait_until
+
 SYSTEM_BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig><type>system</type><listen>unix:path={socket}</listen><auth>EXTERNAL</auth>
@@ -31,12 +33,27 @@ lock-enabled=false
 ENGINES = "[('ibus', 'tessarok:us'), ('ibus', 'tessarok:ru')]"
 # GNOME 43 and 44, and later ones.
 EXTENSIONS = ("tessarok-43@app.tessarok", "tessarok@app.tessarok")
+OPTIONS = {
+    "gnome": ["--headless", "--wayland", "--no-x11", "--virtual-monitor", "640x480"],
+    "gnome-x11": ["--x11"],
+}
 ATTEMPTS = 6
 KEY_ATTEMPTS = 4
 
 
 def mock(session, name, bus, *service):
     session.start(name, ["/usr/bin/python3", "-m", "dbusmock", bus, *service])
+
+
+def mock_display_manager(session):
+    """Without one of a version that can unlock the shell has no lock screen."""
+    name = "org.gnome.DisplayManager"
+    path = "/org/gnome/DisplayManager/Manager"
+    mock(session, "gdm", "--system", name, path, name + ".Manager")
+    add = ["--method", "org.freedesktop.DBus.Mock.AddProperty", name + ".Manager", "Version", "<'46'>"]
+    call = ["gdbus", "call", "--system", "--dest", name, "--object-path", path, *add]
+    if not wait_until(lambda: session.ask(*call) == "()", 10):
+        raise RuntimeError("there is no display manager")
 
 
 def begin_gnome(session):
@@ -54,6 +71,7 @@ def begin_gnome(session):
     manager = "org.gnome.SessionManager"
     mock(session, "manager", "--session", manager, "/org/gnome/SessionManager", manager)
     time.sleep(1.5)
+    mock_display_manager(session)
     environment.update(
         {
             "GSETTINGS_BACKEND": "keyfile",
@@ -74,18 +92,38 @@ def begin_gnome(session):
         os.path.join(session.room, "shell-extension"),
         os.path.join(session.home, "data/gnome-shell/extensions"),
     )
+    if session.compositor == "gnome-x11":
+        start_x11(session)
     start_shell(session)
     leave_overview(session)
+
+
+def start_x11(session):
+    """An X server, and what a session of X11 has besides in its environment."""
+    server = session.start(
+        "x11", ["Xvfb", "-displayfd", "1", "-screen", "0", "800x600x24"], stdout=subprocess.PIPE
+    )
+    number = server.stdout.readline().decode().strip()
+    session.environment.pop("WAYLAND_DISPLAY", None)
+    session.environment.pop("MOZ_ENABLE_WAYLAND")
+    session.environment.update(
+        {
+            "DISPLAY": ":" + number,
+            "XDG_SESSION_TYPE": "x11",
+            "GDK_BACKEND": "x11",
+            "QT_QPA_PLATFORM": "xcb",
+            "GTK_IM_MODULE": "ibus",
+            "XMODIFIERS": "@im=ibus",
+        }
+    )
 
 
 def start_shell(session):
     """It ends in some of its starts here, without a word of its own about it."""
     for _ in range(ATTEMPTS):
-        shell = session.start(
-            "gnome",
-            ["gnome-shell", "--headless", "--wayland", "--no-x11", "--virtual-monitor", "640x480"],
-        )
-        session.wait_for_socket()
+        shell = session.start("gnome", ["gnome-shell", *OPTIONS[session.compositor]])
+        if session.compositor == "gnome":
+            session.wait_for_socket()
         # A busy machine takes its time from the socket to the first key.
         for _ in range(KEY_ATTEMPTS):
             time.sleep(3)
@@ -108,12 +146,13 @@ def start_shell(session):
 def leave_overview(session):
     """The session begins in the overview, which takes all keys. The first key only makes a keyboard."""
     session.press_shift()
-    time.sleep(2)
-    call = session.start(
-        "overview",
-        ["gdbus", "call", "--session", "--dest", "org.gnome.Shell", "--object-path", "/org/gnome/Shell"]
-        + ["--method", "org.freedesktop.DBus.Properties.Set", "org.gnome.Shell", "OverviewActive"]
-        + ["<false>"],
+    # Before that the overview would come again.
+    wait_until(lambda: "GNOME Shell started at" in session.log("gnome"), 30)
+    time.sleep(1)
+    session.ask(
+        *["gdbus", "call", "--session", "--dest", "org.gnome.Shell"],
+        *["--object-path", "/org/gnome/Shell"],
+        *["--method", "org.freedesktop.DBus.Properties.Set"],
+        *["org.gnome.Shell", "OverviewActive", "<false>"],
     )
-    call.wait(30)
     time.sleep(1)

@@ -8,6 +8,7 @@ import subprocess
 import time
 
 from gnome import begin_gnome
+from waiting import wait_until
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 SHIFT = 42
@@ -24,6 +25,7 @@ for first, plain, shifted in (
         KEYS[one] = (first + offset, False)
         KEYS[other] = (first + offset, True)
 
+DESKTOPS = {"kwin": "KDE", "gnome": "GNOME", "gnome-x11": "GNOME"}
 TERMINALS = {
     "foot": ["foot"],
     "konsole": ["konsole", "--nofork", "-e"],
@@ -36,15 +38,6 @@ user_pref("datareporting.policy.dataSubmissionEnabled", false);
 user_pref("browser.aboutwelcome.enabled", false);
 user_pref("security.fileuri.strict_origin_policy", false);
 """
-
-
-def wait_until(condition, seconds):
-    end = time.monotonic() + seconds
-    while time.monotonic() < end:
-        if condition():
-            return True
-        time.sleep(0.02)
-    return bool(condition())
 
 
 class Session:
@@ -70,7 +63,7 @@ class Session:
             "XDG_DATA_HOME": os.path.join(self.home, "data"),
             "XDG_CACHE_HOME": os.path.join(self.home, "cache"),
             "XDG_SESSION_TYPE": "wayland",
-            "XDG_CURRENT_DESKTOP": {"kwin": "KDE", "gnome": "GNOME"}.get(compositor, compositor),
+            "XDG_CURRENT_DESKTOP": DESKTOPS.get(compositor, compositor),
             "LANG": "C.UTF-8",
             "NO_AT_BRIDGE": "1",
             "GTK_A11Y": "none",
@@ -120,6 +113,17 @@ class Session:
         self.processes.append(process)
         return process
 
+    def ask(self, *command):
+        """What a command of the session's person answers."""
+        process = self.start("ask", command, stdout=subprocess.PIPE)
+        try:
+            answer = process.communicate(timeout=30)[0].decode()
+        except subprocess.TimeoutExpired:
+            process.kill()
+            raise
+        self.processes.remove(process)
+        return answer.strip()
+
     def log(self, name):
         try:
             with open(os.path.join(self.home, name + ".log"), errors="replace") as log:
@@ -145,7 +149,7 @@ class Session:
             stdout=subprocess.PIPE,
         )
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
-        if self.compositor == "gnome":
+        if self.compositor.startswith("gnome"):
             return begin_gnome(self)
         getattr(self, "begin_" + self.compositor)()
         self.start_keys("keys")
@@ -291,3 +295,15 @@ class Session:
                 pause()
                 self.key(SHIFT, 0)
             pause()
+
+    def until_corrected(self):
+        """Programs and Fcitx find each other in their own time."""
+        for _ in range(10):
+            before = self.text()
+            self.type("ghbdtn\n", 15)
+            endings = (before + "привет\n", before + "ghbdtn\n")
+            wait_until(lambda: self.text() in endings, 3)
+            if self.text() == endings[0] or not self.corrected and self.text() == endings[1]:
+                time.sleep(0.3)
+                return
+        raise RuntimeError("nothing comes out as it should: " + repr(self.text()))

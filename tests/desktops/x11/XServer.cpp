@@ -261,6 +261,16 @@ void XServer::setKeyboardEnabled(bool enabled) {
   if (hand_ != nullptr && enabled) hand_->connect();
 }
 
+void XServer::serveNobodyElse() {
+  XGrabServer(display_);
+  sync();
+}
+
+void XServer::serveAll() {
+  XUngrabServer(display_);
+  sync();
+}
+
 void XServer::addMasters(std::string name) {
   XIAnyHierarchyChangeInfo change{};
   change.add.type = XIAddMaster;

@@ -80,6 +80,9 @@ class XServer {
   /// The server takes what it is sent, and answers nothing until it resumes.
   void pause();
   void resume();
+  /// The server does what it is sent by the others later.
+  void serveNobodyElse();
+  void serveAll();
   /// Gives the focus to the window that a program has opened.
   void focus(unsigned long window);
   /// The windows on the screen.

@@ -5,6 +5,8 @@
 const {Gio, GLib} = imports.gi;
 const {getInputSourceManager} = imports.ui.status.keyboard;
 
+// Programs see by it whether the extension is on.
+const NAME = 'app.tessarok.InputSources';
 const PATH = '/app/tessarok/InputSources';
 const INTERFACE = `
 <node>
@@ -22,9 +24,13 @@ class Extension {
     enable() {
         this._object = Gio.DBusExportedObject.wrapJSObject(INTERFACE, this);
         this._object.export(Gio.DBus.session, PATH);
+        this._name = Gio.bus_own_name_on_connection(
+            Gio.DBus.session, NAME, Gio.BusNameOwnerFlags.NONE, null, null);
     }
 
     disable() {
+        Gio.bus_unown_name(this._name);
+        this._name = 0;
         this._object.unexport();
         this._object = null;
     }

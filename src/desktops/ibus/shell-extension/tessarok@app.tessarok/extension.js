@@ -7,6 +7,8 @@ import GLib from 'gi://GLib';
 import {Extension} from 'resource:///org/gnome/shell/extensions/extension.js';
 import {getInputSourceManager} from 'resource:///org/gnome/shell/ui/status/keyboard.js';
 
+// Programs see by it whether the extension is on.
+const NAME = 'app.tessarok.InputSources';
 const PATH = '/app/tessarok/InputSources';
 const INTERFACE = `
 <node>
@@ -24,9 +26,13 @@ export default class TessarokExtension extends Extension {
     enable() {
         this._object = Gio.DBusExportedObject.wrapJSObject(INTERFACE, this);
         this._object.export(Gio.DBus.session, PATH);
+        this._name = Gio.bus_own_name_on_connection(
+            Gio.DBus.session, NAME, Gio.BusNameOwnerFlags.NONE, null, null);
     }
 
     disable() {
+        Gio.bus_unown_name(this._name);
+        this._name = 0;
         this._object.unexport();
         this._object = null;
     }
