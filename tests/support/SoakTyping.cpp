@@ -1,5 +1,6 @@
 #include "tests/support/SoakTyping.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 
@@ -47,6 +48,25 @@ std::string SoakTyping::keysOf(const std::string& text) {
     keys.push_back(key ? static_cast<char>(*key) : static_cast<char>(scalar));
   }
   return keys;
+}
+
+std::vector<std::string> SoakTyping::someWords() {
+  constexpr int kCount = 20;
+  std::vector<std::string> some;
+  for (int i = 0; i < kCount; ++i)
+    some.push_back(word());
+  return some;
+}
+
+std::string SoakTyping::difference(const std::string& shown) const {
+  constexpr std::ptrdiff_t kBefore = 40;
+  constexpr std::size_t kLength = 80;
+  const auto [at, _] =
+      std::mismatch(shown.begin(), shown.end(), onScreen_.begin(), onScreen_.end());
+  const auto from =
+      static_cast<std::size_t>(std::max<std::ptrdiff_t>(at - shown.begin() - kBefore, 0));
+  return "after " + std::to_string(count_) + " keys, shown '" + shown.substr(from, kLength) +
+         "', pressed '" + onScreen_.substr(from, kLength) + "'";
 }
 
 std::string SoakTyping::words() {

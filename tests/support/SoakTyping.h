@@ -25,12 +25,16 @@ class SoakTyping final {
   [[nodiscard]] std::size_t below(std::size_t end) { return random_() % end; }
   /// The keys of a word, without the one that begins a pause.
   [[nodiscard]] const std::string& word() { return words_[below(words_.size())]; }
+  /// Words for the person's dictionary.
+  [[nodiscard]] std::vector<std::string> someWords();
   /// A few words with what stands between them.
   [[nodiscard]] std::string words();
   /// Takes note of keys that are pressed. A Backspace takes back the one before.
   void note(std::string_view keys);
   /// What must be on the screen, as keys.
   [[nodiscard]] const std::string& onScreen() const { return onScreen_; }
+  /// Where these keys, those of the screen, and those that must be there are not the same.
+  [[nodiscard]] std::string difference(const std::string& shown) const;
   /// The screen is empty.
   void begin() { onScreen_.clear(); }
   /// Keys that were pressed since the start.

@@ -8,7 +8,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <iostream>
@@ -23,6 +22,7 @@
 #include "desktops/layouts/KeyTable.h"
 #include "tests/desktops/fcitx5/Sentences.h"
 #include "tests/desktops/terminal/UserAtTerminal.h"
+#include "tests/support/SoakHome.h"
 #include "tests/support/SoakTyping.h"
 #include "text/Text.h"
 
@@ -106,13 +106,7 @@ class TerminalLongDay : public ::testing::Test {
       return shown == typing_.onScreen();
     });
     if (isRight) return;
-    const auto& keys = typing_.onScreen();
-    const auto [at, _] = std::mismatch(shown.begin(), shown.end(), keys.begin(), keys.end());
-    const auto from =
-        static_cast<std::size_t>(std::max<std::ptrdiff_t>(at - shown.begin() - 40, 0));
-    FAIL() << "after " << typing_.count() << " keys and " << last_ << ", program " << kind_
-           << ", shown '" << shown.substr(from, 80) << "', pressed '" << keys.substr(from, 80)
-           << "'";
+    FAIL() << typing_.difference(shown) << " in program " << kind_ << " after " << last_;
   }
 
   /// A fix that the person takes back: it counts, and the count comes into a file and stays.
@@ -123,28 +117,20 @@ class TerminalLongDay : public ::testing::Test {
     std::this_thread::sleep_for(kListsAreRead);
     const auto [word, text] = rejectable_.back();
     rejectable_.pop_back();
+    // With this letter both layouts are the English one, so that the word is not right already.
     isDesktopRussian_ = false;
+    typing_.note("q");
+    user_->type("q");
+    expectKeys();
     typing_.note(word + " ");
     user_->type(word + " ");
     ASSERT_TRUE(user_->sees(text)) << text << " after " << last_;
     user_->type(kAltSpace);
     ASSERT_TRUE(user_->sees(word)) << word;
     expectKeys();
-    ASSERT_TRUE(waitFor([&, name = word] { return isLearned(name); }))
+    ASSERT_TRUE(waitFor([&, name = word] { return home_.isLearned(name); }))
         << word << " after " << last_;
     learned_.insert(word);
-  }
-  [[nodiscard]] fs::path learnedFolder() const {
-    return home_.path() / ".local" / "share" / "Tessarok";
-  }
-  [[nodiscard]] bool isLearned(const std::string& word) const {
-    for (const char* name : {"ignored.txt", "rejects.txt"}) {
-      std::ifstream file(learnedFolder() / name);
-      for (std::string line; std::getline(file, line);) {
-        if (line.substr(0, line.find('\t')) == word) return true;
-      }
-    }
-    return false;
   }
   /// Words that are fixed when they stand alone.
   void chooseRejectable() {
@@ -172,6 +158,7 @@ class TerminalLongDay : public ::testing::Test {
   }
 
   SoakTyping typing_{2};
+  SoakHome home_;
   std::vector<std::pair<std::string, std::string>> rejectable_;
   std::set<std::string> learned_;
   std::map<std::string, int> done_;
@@ -196,26 +183,18 @@ class TerminalLongDay : public ::testing::Test {
   }
   void withoutFolder() {
     expectKeys();
-    const auto folder = learnedFolder();
-    const auto aside = folder.parent_path() / "aside";
-    std::error_code error;
-    fs::rename(folder, aside, error);
-    fs::create_symlink("/nonexistent/nowhere", folder, error);
+    home_.takeListsAway();
     type(typing_.words());
     expectKeys();
-    fs::remove(folder, error);
-    fs::rename(aside, folder, error);
+    home_.putListsBack();
   }
-  void editList() {
-    fs::create_directories(learnedFolder());
-    std::ofstream file(learnedFolder() / "dictionary.txt");
-    file << "\xEF\xBB\xBF# words\r\n";
-    for (int i = 0; i < 20; ++i) {
-      const auto& word = typing_.word();
-      const auto isIt = [&word](const auto& pair) { return pair.first == word; };
-      const bool isToBeFixed = std::any_of(rejectable_.begin(), rejectable_.end(), isIt);
-      if (!isToBeFixed) file << word << "\r\n";
-    }
+  void editDictionary() {
+    auto words = typing_.someWords();
+    std::erase_if(words, [this](const std::string& word) {
+      return std::any_of(rejectable_.begin(), rejectable_.end(),
+                         [&word](const auto& pair) { return pair.first == word; });
+    });
+    home_.editDictionary(words);
   }
   void stop() {
     type(typing_.words());
@@ -235,7 +214,6 @@ class TerminalLongDay : public ::testing::Test {
     EXPECT_NE(other.exitStatus(), -1);
   }
 
-  virtualdesktop::TemporaryDirectory home_;
   bool isDesktopRussian_ = false;
   bool hasSwitched_ = false;
   fs::path file_;
@@ -277,7 +255,7 @@ class TerminalLongDay : public ::testing::Test {
          typing_.note(text);
          user_->type(text);
        }},
-      {"a list is edited", [this] { editList(); }},
+      {"a list is edited", [this] { editDictionary(); }},
       {"no file can be written", [this] { withoutFolder(); }},
       {"another window is opened", [this] { openAnother(); }},
   };
@@ -309,7 +287,7 @@ TEST_F(TerminalLongDay, LosesNoKey) {
   expectKeys();
   close();
   for (const auto& word : learned_)
-    EXPECT_TRUE(isLearned(word)) << word;
+    EXPECT_TRUE(home_.isLearned(word)) << word;
   std::cout << typing_.count() << " keys, " << faults << " faults of " << done_.size() << " kinds, "
             << learned_.size() << " words learned\n";
 }

@@ -2,15 +2,11 @@
 // program itself and its watchdog, the X server, the bus, layouts, keyboards, the person's files.
 // No key is lost or doubled, no memory grows, and what was learned stays on the disk.
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <iostream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -27,12 +23,11 @@
 #include "tests/desktops/x11/Tessarok.h"
 #include "tests/desktops/x11/XServer.h"
 #include "tests/support/ProcessMemory.h"
+#include "tests/support/SoakHome.h"
 #include "tests/support/SoakTyping.h"
 
 namespace tessarok::testing {
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr std::uint8_t kAlt = 64;
 constexpr std::uint8_t kSpace = 65;
@@ -92,15 +87,7 @@ class X11Soak : public ::testing::Test {
     const auto shown = [this] { return SoakTyping::keysOf(window_->text()); };
     const bool isRight = waitUntilGives(shown, typing_.onScreen());
     if (isRight) return;
-    const auto text = shown();
-    const auto& keys = typing_.onScreen();
-    const auto [at, _] = std::mismatch(text.begin(), text.end(), keys.begin(), keys.end());
-    const auto place = static_cast<std::size_t>(at - text.begin());
-    const auto from = place > 40 ? place - 40 : 0;
-    FAIL() << "after " << typing_.count() << " keys and " << last_ << ", shown '"
-           << text.substr(from, 80) << "', pressed '" << keys.substr(from, 80)
-           << "'; the window: " << window_->text() << "\n"
-           << program_->errors();
+    FAIL() << typing_.difference(shown()) << " after " << last_ << "\n" << program_->errors();
   }
   /// A fix that the person takes back: it counts, and the count comes into a file and stays.
   void reject() {
@@ -118,8 +105,9 @@ class X11Soak : public ::testing::Test {
     if (!isFixed) return;
     server_->tapWith(kAlt, kSpace);
     ASSERT_TRUE(waitUntil([&] { return lastWord() == word; })) << lastWord() << " for " << word;
-    ASSERT_TRUE(waitUntil([&] { return isLearned(word); })) << word << " after " << last_ << "\n"
-                                                            << program_->errors();
+    ASSERT_TRUE(waitUntil([&] { return home_.isLearned(word); }))
+        << word << " after " << last_ << "\n"
+        << program_->errors();
     learned_.insert(word);
     server_->lockGroup(0);
   }
@@ -128,19 +116,6 @@ class X11Soak : public ::testing::Test {
     if (text.ends_with(' ')) text.pop_back();
     return text.substr(text.rfind('\n') + 1);
   }
-  [[nodiscard]] fs::path learnedFolder() const {
-    return home_.path() / ".local" / "share" / "Tessarok";
-  }
-  [[nodiscard]] bool isLearned(const std::string& word) const {
-    for (const char* name : {"ignored.txt", "rejects.txt"}) {
-      std::ifstream file(learnedFolder() / name);
-      for (std::string line; std::getline(file, line);) {
-        if (line.substr(0, line.find('\t')) == word) return true;
-      }
-    }
-    return false;
-  }
-
   void lookAtMemory() {
     if (typing_.count() - keysBefore_ < kWarmUp) return;
     const auto now = privateMemoryOf(program_->worker());
@@ -149,7 +124,7 @@ class X11Soak : public ::testing::Test {
   }
 
   SoakTyping typing_{1};
-  virtualdesktop::TemporaryDirectory home_;
+  SoakHome home_;
   std::unique_ptr<XServer> server_;
   std::unique_ptr<GtkEntry> window_;
   std::unique_ptr<PrivateBus> bus_;
@@ -189,22 +164,10 @@ class X11LongDay : public X11Soak {
   void withoutFolder() {
     // What can be written nowhere stays in memory until it can.
     expectKeys();
-    const auto folder = learnedFolder();
-    const auto aside = folder.parent_path() / "aside";
-    std::error_code error;
-    fs::rename(folder, aside, error);
-    fs::create_symlink("/nonexistent/nowhere", folder, error);
+    home_.takeListsAway();
     type(typing_.words());
     expectKeys();
-    fs::remove(folder, error);
-    fs::rename(aside, folder, error);
-  }
-  void editList() {
-    fs::create_directories(learnedFolder());
-    std::ofstream file(learnedFolder() / "dictionary.txt");
-    file << "\xEF\xBB\xBF# words\r\n";
-    for (int i = 0; i < 20; ++i)
-      file << typing_.word() << "\r\n";
+    home_.putListsBack();
   }
 
   const std::vector<std::pair<std::string, std::function<void()>>> faults_ = {
@@ -256,7 +219,7 @@ class X11LongDay : public X11Soak {
          expectKeys();
          server_->click();
        }},
-      {"a list is edited", [this] { editList(); }},
+      {"a list is edited", [this] { home_.editDictionary(typing_.someWords()); }},
       {"no file can be written", [this] { withoutFolder(); }},
       {"another program has the keyboard at the start",
        [this] {
@@ -293,7 +256,7 @@ TEST_F(X11LongDay, LosesNoKey) {
   expectKeys();
   endProgram(SIGTERM, true);
   for (const auto& word : learned_)
-    EXPECT_TRUE(isLearned(word)) << word;
+    EXPECT_TRUE(home_.isLearned(word)) << word;
   std::cout << typing_.count() << " keys, " << faults << " faults of " << done_.size() << " kinds, "
             << learned_.size() << " words learned\n";
 }
