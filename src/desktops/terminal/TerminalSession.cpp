@@ -23,18 +23,8 @@ constexpr double kEchoDelay = 0.2;
 constexpr double kRetypingDelay = 1.0;
 /// Seconds for which a cursor has to rest before what stands there is believed to be an echo.
 constexpr double kSettleDelay = 0.005;
-/// Bytes that come together only in a paste.
-constexpr std::size_t kPasteSize = 256;
-/// Bytes that hardly come together when typed; perhaps more of a paste follows at once.
-constexpr std::size_t kTypedSize = 32;
+/// In which more of a paste follows, when what has come may be its beginning.
 constexpr int kPasteGapMilliseconds = 10;
-/// The same for programs that have not asked for brackets, which a terminal would put around a
-/// paste else: three seconds of the fastest typing. Keys that had to wait may come together as
-/// well; so long ago, in seconds, must they have been read last without a wait.
-constexpr std::size_t kShortPasteSize = 64;
-constexpr double kWaitMemory = 5;
-/// Seconds in which the next part of a large paste comes.
-constexpr double kBurstGap = 0.1;
 /// Seconds between a program's leaving of its terminal and its end.
 constexpr double kPartingDelay = 1.0;
 /// The last words of a program, in chunks: others may write on and on.
@@ -168,23 +158,16 @@ bool TerminalSession::readsInput() const {
 
 void TerminalSession::readInput() {
   if (const auto begin = std::exchange(onFirstKey, nullptr)) begin();
-  const bool continues = isBurst_ && desktop_.clock().uptime() <= burstUntil_;
   auto count = readMore();
-  while (!continues && count > kTypedSize && count < kPasteSize &&
+  while (PasteBySize::mayHaveMore(count) && !PasteBySize::isLarge(count) &&
          isReadable(OuterTerminal::input(), kPasteGapMilliseconds)) {
     const auto more = readMore();
     if (more == 0) break;
     count += more;
   }
-  isBurst_ = isPaste(count) || (continues && count > 0);
-  decoder_.setBurst(isBurst_);
+  const auto now = desktop_.clock().uptime();
+  decoder_.setBurst(paste_.read(count, output_.wantsBrackets(), now));
   serveInput();
-}
-
-bool TerminalSession::isPaste(std::size_t count) const {
-  if (count >= kPasteSize) return true;
-  if (count < kShortPasteSize || output_.wantsBrackets()) return false;
-  return !waitedAt_ || desktop_.clock().uptime() - *waitedAt_ > kWaitMemory;
 }
 
 std::size_t TerminalSession::readMore() {
@@ -206,9 +189,9 @@ void TerminalSession::serveInput() {
     flushToProgram();
   }
   flushScreen();
-  if (held_ || keys_.isRetyping() || !isDrained_) waitedAt_ = desktop_.clock().uptime();
+  if (held_ || keys_.isRetyping() || !isDrained_) paste_.noteWait(desktop_.clock().uptime());
   if (!isDrained_) return;
-  burstUntil_ = desktop_.clock().uptime() + kBurstGap;
+  paste_.noteServed(desktop_.clock().uptime());
   if (decoder_.isWaiting()) waitForRest();
 }
 

@@ -13,6 +13,7 @@
 #include "desktops/terminal/Keys.h"
 #include "desktops/terminal/LayoutSign.h"
 #include "desktops/terminal/OuterTerminal.h"
+#include "desktops/terminal/PasteBySize.h"
 #include "desktops/terminal/ProgramOutput.h"
 #include "desktops/terminal/Pty.h"
 #include "desktops/terminal/TerminalDesktop.h"
@@ -52,8 +53,6 @@ class TerminalSession final {
   void tidyScreen();
 
   void readInput();
-  /// Whether so many bytes at once are a paste.
-  [[nodiscard]] bool isPaste(std::size_t count) const;
   /// The bytes that came; 0 when the terminal has gone.
   [[nodiscard]] std::size_t readMore();
   void serveInput();
@@ -84,6 +83,7 @@ class TerminalSession final {
   posix::WriteQueue toProgram_;
   posix::WriteQueue toScreen_;
   InputDecoder decoder_;
+  PasteBySize paste_;
   ProgramOutput output_;
   Keys keys_;
   LayoutSign sign_;
@@ -95,11 +95,6 @@ class TerminalSession final {
   std::uint64_t retypingWait_ = 0;
   /// Everything in the decoder is served, as far as it is complete.
   bool isDrained_ = true;
-  /// A large paste is coming in; until then, seconds of uptime, more is part of it.
-  bool isBurst_ = false;
-  double burstUntil_ = 0;
-  /// When keys had to wait last, seconds of uptime; absent for never.
-  std::optional<double> waitedAt_;
   /// Nothing more will come from the program.
   bool isProgramGone_ = false;
   std::optional<int> exitStatus_;
