@@ -25,6 +25,14 @@ bool SoakHome::isLearned(const std::string& word) const {
   return false;
 }
 
+std::string SoakHome::filesOfLists() const {
+  std::string names;
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(lists(), error))
+    names.append(names.empty() ? "" : ", ").append(entry.path().filename());
+  return names;
+}
+
 void SoakHome::editDictionary(const std::vector<std::string>& words) const {
   fs::create_directories(lists());
   std::ofstream file(lists() / "dictionary.txt");

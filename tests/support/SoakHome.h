@@ -16,6 +16,8 @@ class SoakHome final {
   [[nodiscard]] bool isLearned(const std::string& word) const;
   /// The person edits their dictionary, as a Windows editor saves it.
   void editDictionary(const std::vector<std::string>& words) const;
+  /// For a message: what is in the folder of the lists.
+  [[nodiscard]] std::string filesOfLists() const;
   /// Nothing can be written until the folder of the lists is put back.
   void takeListsAway() const;
   void putListsBack() const;

@@ -1,6 +1,6 @@
-#include "desktops/terminal/PasteBySize.h"
-
 #include <gtest/gtest.h>
+
+#include "desktops/terminal/PasteBySize.h"
 
 namespace tessarok::terminal {
 namespace {
