@@ -3,6 +3,8 @@
 
 BUILD := build/release
 JOBS ?= $(shell nproc)
+# Every third test or so waits for another program instead of computing.
+TEST_JOBS ?= $(shell expr \( $(JOBS) \* 3 + 1 \) / 2)
 FUZZ_SECONDS ?= 60
 RUNS ?= 10
 PASSWORDS ?= 1000
@@ -31,7 +33,7 @@ test: data ## Build and run every test
 	  else echo "The format is not checked: this system has no clang-format-14"; fi
 	@scripts/install-packages test
 	cmake --build --preset release
-	ctest --preset release -j $(JOBS)
+	ctest --preset release -j $(TEST_JOBS)
 
 test-apps: build data ## Type into Chromium, a Qt entry, and programs that fill a terminal (installs them)
 	@scripts/install-packages test test-apps

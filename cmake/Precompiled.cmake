@@ -1,0 +1,21 @@
+# Half of what a compiler does here is to read the same headers again and again. With this they are
+# read once for all floors and once for all tests. Every file includes what it uses all the same:
+# `make strict` builds without it.
+option(TESSAROK_PRECOMPILE "Read common headers once and not for every source" OFF)
+
+# The target reads the headers which nearly every file includes, and those that are named: for itself
+# and for others of its kind with the same options.
+function(tessarok_precompile target)
+  if(TESSAROK_PRECOMPILE)
+    target_precompile_headers(${target} PRIVATE
+      <algorithm> <array> <chrono> <cstddef> <cstdint> <filesystem> <functional> <map> <memory>
+      <optional> <string> <string_view> <system_error> <utility> <vector> ${ARGN})
+  endif()
+endfunction()
+
+# The target takes them from there.
+function(tessarok_use_precompiled target from)
+  if(TESSAROK_PRECOMPILE)
+    target_precompile_headers(${target} REUSE_FROM ${from})
+  endif()
+endfunction()
