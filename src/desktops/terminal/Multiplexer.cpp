@@ -1,31 +1,22 @@
 #include "desktops/terminal/Multiplexer.h"
 
 #include <array>
-#include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
 #include <utility>
 
 #include "desktops/posix/PersonsEnvironment.h"
+#include "desktops/posix/ProgramAnswer.h"
 
 namespace tessarok::terminal {
 
 namespace {
 
+/// Milliseconds in which a server that is not stuck has answered.
+constexpr int kPatience = 1000;
+
 std::string variable(const char* name) {
   return posix::personsVariable(name).value_or("");
-}
-
-/// The first line that a shell's command prints; empty when it fails.
-std::string lineOf(const char* command) {
-  auto* const pipe = ::popen(command, "r");
-  if (pipe == nullptr) return {};
-  std::array<char, 512> chunk{};
-  std::string output;
-  while (const auto count = std::fread(chunk.data(), 1, chunk.size(), pipe))
-    output.append(chunk.data(), count);
-  if (::pclose(pipe) != 0) return {};
-  return output.substr(0, output.find('\n'));
 }
 
 }  // namespace
@@ -51,10 +42,12 @@ std::optional<Multiplexer> Multiplexer::aroundTmux() {
   std::array<char, 256> own{};
   if (variable("TMUX_PANE").empty() || ::ttyname_r(STDIN_FILENO, own.data(), own.size()) != 0)
     return std::nullopt;
-  const auto line = lineOf(
-      "tmux display-message -p -t \"$TMUX_PANE\" "
-      "'#{client_control_mode}#{pane_active}#{window_active} #{pane_tty} #{client_tty}' 2> "
-      "/dev/null");
+  const auto answer = posix::answerOf(
+      {"tmux", "display-message", "-p", "-t", variable("TMUX_PANE"),
+       "#{client_control_mode}#{pane_active}#{window_active} #{pane_tty} #{client_tty}"},
+      kPatience);
+  if (!answer) return std::nullopt;
+  const auto line = answer->substr(0, answer->find('\n'));
   const auto inFront = "011 " + std::string(own.data()) + " ";
   if (!line.starts_with(inFront)) return std::nullopt;
   Multiplexer around;

@@ -17,7 +17,7 @@ class Multiplexer final {
 
   /// The way to the terminal around the window. What that terminal answers is typed into the window
   /// in front, so nothing gets there from another one. Absent outside of both; runs tmux's own
-  /// command and waits for it.
+  /// command and waits a second for it.
   [[nodiscard]] static std::optional<Multiplexer> aroundWindow();
 
   /// Where to write.

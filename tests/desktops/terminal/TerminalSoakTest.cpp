@@ -228,7 +228,7 @@ class TerminalLongDay : public ::testing::Test {
     setup.home = home_.path();
     UserAtTerminal other({"cat"}, setup);
     other.type(std::string(kWordOfAnother) + " \r");
-    EXPECT_TRUE(other.sees("привет")) << last_;
+    EXPECT_TRUE(other.sees("привет")) << other.screen() << " after " << last_;
     other.send(typing_.below(2) == 0 ? SIGKILL : SIGHUP);
     EXPECT_NE(other.exitStatus(), -1);
   }
