@@ -13,7 +13,7 @@ THOROUGH_TESTS := ^(Crash|LockRace|Property)\.|^(Text\.ShortCuts.*|UserDict\.AHu
 export CMAKE_BUILD_PARALLEL_LEVEL := $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help run build data test packages check-reproducible test-packages release test-apps test-desktops test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app page page-files test-page bench-page install clean mutate mutate-macos faults soak recordings
+.PHONY: help run build data test packages check-reproducible test-packages release test-apps test-desktops test-fcitx5 test-terminal stories bench measure measure-unseen ceiling frequencies fuzz format check-format lint strict sanitize sanitize-threads coverage macos-app page page-files test-page bench-page install clean mutate mutate-macos faults soak recordings pictures
 
 help: ## List the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -60,6 +60,11 @@ test-terminal: build data ## Type PASSWORDS (1000) into hidden prompts and every
 	@tests/desktops/terminal/check-command-lines $(BUILD)/tessarok Resources tests/desktops/terminal/command-lines.txt
 	@bash -c 'compgen -c' > build/names-of-programs.txt && apt-cache pkgnames > build/names-of-packages.txt
 	@tests/desktops/terminal/check-command-lines $(BUILD)/tessarok Resources --names build/names-of-programs.txt build/names-of-packages.txt
+
+pictures: build data ## Take the pictures of sessions of KWin and GNOME for docs/wayland.md
+	@scripts/install-packages test test-desktops
+	@cmake --build --preset release --target tessarok tessarok_fcitx5 tessarok_ibus tessarok_wayland_keys
+	@tests/desktops/wayland/take-pictures $(BUILD) Resources docs/images
 
 bench: data ## Measure time, memory and the delay of keys; PUBLISH=1 puts the table into the documents
 	@scripts/install-packages bench

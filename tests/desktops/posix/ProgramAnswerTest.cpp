@@ -1,8 +1,8 @@
-#include "desktops/posix/ProgramAnswer.h"
-
 #include <cerrno>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+
+#include "desktops/posix/ProgramAnswer.h"
 
 namespace tessarok::posix {
 namespace {

@@ -227,6 +227,9 @@ class TerminalLongDay : public ::testing::Test {
     UserAtTerminal::Setup setup;
     setup.home = home_.path();
     UserAtTerminal other({"cat"}, setup);
+    // On a machine as busy as a test may make it the lists take longer than the launch waits for
+    // them, and until then words stay as they are typed.
+    std::this_thread::sleep_for(kListsAreRead);
     other.type(std::string(kWordOfAnother) + " \r");
     EXPECT_TRUE(other.sees("привет")) << other.screen() << " after " << last_;
     other.send(typing_.below(2) == 0 ? SIGKILL : SIGHUP);
