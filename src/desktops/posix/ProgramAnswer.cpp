@@ -68,7 +68,7 @@ std::optional<int> statusAt(Clock::time_point end, pid_t process) {
   int status = 0;
   while (::waitpid(process, &status, WNOHANG) == 0) {
     if (left(end) == 0) ::kill(process, SIGKILL);
-    ::poll(nullptr, 0, kTurnMilliseconds);
+    static_cast<void>(waitFor({}, kTurnMilliseconds));
   }
   return WIFEXITED(status) ? std::optional(WEXITSTATUS(status)) : std::nullopt;
 }
