@@ -256,7 +256,9 @@ class Tmux {
   Tmux(const Tmux&) = delete;
   Tmux& operator=(const Tmux&) = delete;
   ~Tmux() {
-    static_cast<void>(std::system(("tmux -S " + socket_ + " kill-server 2> /dev/null").c_str()));
+    // Fails where it has ended with its last window.
+    const int status = std::system(("tmux -S " + socket_ + " kill-server 2> /dev/null").c_str());
+    static_cast<void>(status);
   }
 
   [[nodiscard]] static bool isInstalled() {

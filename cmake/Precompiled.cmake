@@ -3,6 +3,14 @@
 # `make strict` builds without it.
 option(TESSAROK_PRECOMPILE "Read common headers once and not for every source" OFF)
 
+# g++ forgets which of them are the system's, and warns of what the optimiser thinks to see in those.
+function(tessarok_keep_quiet target)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(${target} PRIVATE
+      $<$<COMPILE_LANGUAGE:CXX>:-Wno-array-bounds> $<$<COMPILE_LANGUAGE:CXX>:-Wno-stringop-overflow>)
+  endif()
+endfunction()
+
 # The target reads the headers which nearly every file includes, and those that are named: for itself
 # and for others of its kind with the same options.
 function(tessarok_precompile target)
@@ -10,6 +18,7 @@ function(tessarok_precompile target)
     target_precompile_headers(${target} PRIVATE
       <algorithm> <array> <chrono> <cstddef> <cstdint> <filesystem> <functional> <map> <memory>
       <optional> <string> <string_view> <system_error> <utility> <vector> ${ARGN})
+    tessarok_keep_quiet(${target})
   endif()
 endfunction()
 
@@ -17,5 +26,6 @@ endfunction()
 function(tessarok_use_precompiled target from)
   if(TESSAROK_PRECOMPILE)
     target_precompile_headers(${target} REUSE_FROM ${from})
+    tessarok_keep_quiet(${target})
   endif()
 endfunction()
