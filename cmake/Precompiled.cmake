@@ -6,8 +6,9 @@ option(TESSAROK_PRECOMPILE "Read common headers once and not for every source" O
 # g++ forgets which of them are the system's, and warns of what the optimiser thinks to see in those.
 function(tessarok_keep_quiet target)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    target_compile_options(${target} PRIVATE
-      $<$<COMPILE_LANGUAGE:CXX>:-Wno-array-bounds> $<$<COMPILE_LANGUAGE:CXX>:-Wno-stringop-overflow>)
+    foreach(warning array-bounds stringop-overflow stringop-overread)
+      target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-${warning}>)
+    endforeach()
   endif()
 endfunction()
 
