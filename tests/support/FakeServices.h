@@ -5,6 +5,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
@@ -88,19 +89,19 @@ class FakeFiles final : public posix::PosixFiles {
     return knowsApplicationSupport ? PosixFiles::applicationSupportDirectory() : std::nullopt;
   }
   std::optional<std::string> read(const std::filesystem::path& file, std::string* error) override {
-    ++reads[file.filename().string()];
+    count(file, reads);
     auto text = PosixFiles::read(file, error);
     if (afterRead) afterRead(file);
     return text;
   }
   std::unique_ptr<platform::MappedFile> map(const std::filesystem::path& file) override {
-    ++reads[file.filename().string()];
+    count(file, reads);
     auto mapping = PosixFiles::map(file);
     return mapping ? std::make_unique<FakeMapping>(std::move(mapping), mapsAreAtHand) : nullptr;
   }
   platform::Failure writeAtomically(const std::filesystem::path& file,
                                     std::string_view text) override {
-    ++writes[file.filename().string()];
+    count(file, writes);
     if (std::exchange(failsNextWrite, false)) return platform::Failure("the disk is full");
     return PosixFiles::writeAtomically(file, text);
   }
@@ -116,6 +117,15 @@ class FakeFiles final : public posix::PosixFiles {
   bool failsNextWrite = false;
   bool mapsAreAtHand = true;
   bool knowsApplicationSupport = true;
+
+ private:
+  /// Several queues read and write.
+  void count(const std::filesystem::path& file, std::map<std::string, int>& counts) {
+    const std::lock_guard lock(mutex_);
+    ++counts[file.filename().string()];
+  }
+
+  std::mutex mutex_;
 };
 
 /// A layout whose keys give what the test says.
