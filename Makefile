@@ -3,7 +3,7 @@
 
 BUILD := build/release
 JOBS ?= $(shell nproc)
-# Every third test or so waits for another program instead of computing.
+# Many a test waits for another program instead of computing.
 TEST_JOBS ?= $(shell expr \( $(JOBS) \* 3 + 1 \) / 2)
 FUZZ_SECONDS ?= 60
 RUNS ?= 10

@@ -18,21 +18,16 @@ constexpr double kGap = 0.1;
 
 }  // namespace
 
-bool PasteBySize::mayHaveMore(std::size_t count) {
-  return count > kTypedSize;
-}
-
-bool PasteBySize::isLarge(std::size_t count) {
-  return count >= kPasteSize;
+bool PasteBySize::mayBegin(std::size_t count, double uptime) const {
+  return count > kTypedSize && count < kPasteSize && !continues(uptime);
 }
 
 bool PasteBySize::read(std::size_t count, bool wantsBrackets, double uptime) {
   if (count == 0) return isPaste_;
-  const bool continues = isPaste_ && uptime <= until_;
-  isPaste_ = continues || begins(count, wantsBrackets, uptime);
+  isPaste_ = continues(uptime) || begins(count, wantsBrackets, uptime);
   // A small part is the last one. Keys behind it come one by one, and would go on for as long as
   // each is pressed soon after the one before, as a key that is held down is.
-  mayContinue_ = isPaste_ && mayHaveMore(count);
+  mayContinue_ = isPaste_ && count > kTypedSize;
   return isPaste_;
 }
 
@@ -41,7 +36,7 @@ void PasteBySize::noteServed(double uptime) {
 }
 
 bool PasteBySize::begins(std::size_t count, bool wantsBrackets, double uptime) const {
-  if (isLarge(count)) return true;
+  if (count >= kPasteSize) return true;
   if (count < kShortPasteSize || wantsBrackets) return false;
   return !waitedAt_ || uptime - *waitedAt_ > kWaitMemory;
 }

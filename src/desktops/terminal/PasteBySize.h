@@ -10,20 +10,19 @@ namespace tessarok::terminal {
 /// Main thread.
 class PasteBySize final {
  public:
-  /// Bytes that hardly come together when typed: more of a paste may follow at once.
-  [[nodiscard]] static bool mayHaveMore(std::size_t count);
-  /// A part that has this many bytes is pasted, whatever else is known.
-  [[nodiscard]] static bool isLarge(std::size_t count);
+  /// Whether so many bytes may be the beginning of a paste, and the rest is worth a moment's wait.
+  [[nodiscard]] bool mayBegin(std::size_t count, double uptime) const;
 
   /// `count` bytes came together. `wantsBrackets`: the program has asked for brackets around what
   /// is pasted, and smaller texts would have them. Answers whether they are pasted.
   [[nodiscard]] bool read(std::size_t count, bool wantsBrackets, double uptime);
   /// Keys have to wait, and may come together afterwards.
   void noteWait(double uptime) { waitedAt_ = uptime; }
-  /// The program got all that was read: from now on it takes the person's time until more comes.
+  /// The program has got all that was read: the next part of a paste comes soon after.
   void noteServed(double uptime);
 
  private:
+  [[nodiscard]] bool continues(double uptime) const { return isPaste_ && uptime <= until_; }
   [[nodiscard]] bool begins(std::size_t count, bool wantsBrackets, double uptime) const;
 
   bool isPaste_ = false;

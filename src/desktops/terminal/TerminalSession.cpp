@@ -158,14 +158,13 @@ bool TerminalSession::readsInput() const {
 
 void TerminalSession::readInput() {
   if (const auto begin = std::exchange(onFirstKey, nullptr)) begin();
+  const auto now = desktop_.clock().uptime();
   auto count = readMore();
-  while (PasteBySize::mayHaveMore(count) && !PasteBySize::isLarge(count) &&
-         isReadable(OuterTerminal::input(), kPasteGapMilliseconds)) {
+  while (paste_.mayBegin(count, now) && isReadable(OuterTerminal::input(), kPasteGapMilliseconds)) {
     const auto more = readMore();
     if (more == 0) break;
     count += more;
   }
-  const auto now = desktop_.clock().uptime();
   decoder_.setBurst(paste_.read(count, output_.wantsBrackets(), now));
   serveInput();
 }

@@ -47,6 +47,16 @@ TEST_F(PastesBySize, APasteComesInParts) {
   EXPECT_FALSE(comes(3, 0.02));
 }
 
+TEST_F(PastesBySize, OnlyTheBeginningOfAPasteIsWorthAWait) {
+  EXPECT_FALSE(paste_.mayBegin(32, now_));
+  EXPECT_TRUE(paste_.mayBegin(33, now_));
+  EXPECT_TRUE(paste_.mayBegin(255, now_));
+  EXPECT_FALSE(paste_.mayBegin(256, now_));
+  EXPECT_TRUE(comes(300, 1));
+  EXPECT_FALSE(paste_.mayBegin(33, now_ + 0.09));
+  EXPECT_TRUE(paste_.mayBegin(33, now_ + 0.11));
+}
+
 TEST_F(PastesBySize, AProgramThatIsSlowToTakeItEndsNoPaste) {
   EXPECT_TRUE(paste_.read(4096, wantsBrackets_, now_));
   now_ += 30;
