@@ -28,11 +28,12 @@ data: $(BUILD)/build.ninja ## Make the word data in Resources/
 	@scripts/install-packages data
 	@cmake --build --preset release --target data
 
-test: data ## Build and run every test
+test: ## Build and run every test
 	@if scripts/install-packages --has format; then $(MAKE) --no-print-directory check-format; \
 	  else echo "The format is not checked: this system has no clang-format-14"; fi
-	@scripts/install-packages test
-	cmake --build --preset release
+	@scripts/install-packages build data test
+	@cmake --preset release > /dev/null
+	cmake --build --preset release --target data all
 	ctest --preset release -j $(TEST_JOBS)
 
 test-apps: build data ## Type into Chromium, a Qt entry, and programs that fill a terminal (installs them)
