@@ -48,6 +48,7 @@ def prepare(build, data):
         (f"{build}/fcitx5/lib/tessarok.so", "tessarok.so"),
         (f"{build}/tests/desktops/wayland/tessarok_wayland_keys", "keys"),
         (f"{HERE}/gtk-entry", "gtk-entry"),
+        (f"{HERE}/writer", "writer"),
         (f"{HERE}/../x11/qt-entry", "qt-entry"),
         (f"{HERE}/../x11/browser-page", "browser-page"),
         ("/usr/bin/kwin_wayland", "kwin_wayland"),

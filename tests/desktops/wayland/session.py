@@ -32,6 +32,8 @@ TERMINALS = {
     "gnome-terminal": ["gnome-terminal", "--wait", "--"],
     "kgx": ["kgx", "-e"],
 }
+# They take keys some time after their window is there.
+SLOW_TO_START = ("chromium", "firefox", "writer")
 FIREFOX_SETTINGS = """user_pref("browser.shell.checkDefaultBrowser", false);
 user_pref("browser.startup.homepage_override.mstone", "ignore");
 user_pref("datareporting.policy.dataSubmissionEnabled", false);
@@ -221,12 +223,20 @@ class Session:
     # Programs.
 
     def open(self, program):
-        """Opens a program, whose text goes into the text file."""
+        """Opens a program, whose text goes into the text file. With `+fcitx` behind its name it uses Fcitx's
+        part of its toolkit, not the compositor's protocol."""
+        program, _, module = program.partition("+")
+        if module:
+            self.environment.update({"GTK_IM_MODULE": module, "QT_IM_MODULE": module})
         if program in ("gtk3", "gtk4"):
             entry = os.path.join(self.room, "gtk-entry")
             self.start(program, [entry, program[-1], self.text_file])
-        elif program == "qt5":
-            self.start(program, [os.path.join(self.room, "qt-entry"), self.text_file])
+        elif program in ("qt5", "qt6"):
+            self.start(program, [os.path.join(self.room, "qt-entry"), self.text_file, program[-1]])
+        elif program == "writer":
+            profile = os.path.join(self.home, "writer")
+            command = [os.path.join(self.room, "writer"), self.text_file, profile]
+            self.start(program, command, {"SAL_USE_VCLPLUGIN": "gtk3"})
         elif program in TERMINALS:
             script = self.write("cat", f"#!/bin/sh\nexec cat > {self.text_file}\n")
             os.chmod(script, 0o755)
@@ -235,7 +245,7 @@ class Session:
             self.open_browser(program)
         if not wait_until(lambda: os.path.exists(self.text_file), 120):
             raise RuntimeError(program + " does not open:\n" + self.log(program)[-2000:])
-        time.sleep(4 if program in ("chromium", "firefox") else 1.5)
+        time.sleep(4 if program in SLOW_TO_START else 1.5)
 
     def open_browser(self, program):
         page = os.path.join(self.home, "page.html")
