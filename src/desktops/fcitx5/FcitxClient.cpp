@@ -35,6 +35,7 @@ inputmethod::Client::Habits FcitxClient::habits() const {
   // Russian word it would delete twice as much, the person's text before it as well.
   habits.maySwapBytes = isWayland();
   habits.readsModifiersLate = isWayland();
+  if (isWayland()) habits.settle = kSettleBehindCompositor;
   habits.losesShift = context != nullptr && context->frontend() == kKwinFrontend;
   return habits;
 }

@@ -13,11 +13,9 @@ using inputmethod::KeyAnswer;
 
 /// IBus has the kernel's key codes, X those plus 8.
 constexpr int kFirstXKey = 8;
-/// Seconds in which a program that reports nothing has dealt with a key, behind the moment in which
-/// GNOME's shell has passed it on; and from the moment in which it was sent, where that is not
-/// known.
-constexpr double kSettleBehindShell = 0.04;
-/// So many times what the shell took itself.
+/// A program that reports nothing gets so many times what the shell itself took, behind the moment
+/// in which that has passed a key on; and so many seconds from the moment in which it was sent,
+/// where that is not known.
 constexpr double kSlower = 2;
 constexpr double kSettleWithShell = 0.15;
 constexpr double kMostSettle = 0.5;
@@ -28,7 +26,7 @@ constexpr std::string_view kGtk4 = "gtk4-im";
 
 inputmethod::Client::Habits IbusClient::habits() const {
   if (!isShell()) return {};
-  const auto settle = std::clamp(kSlower * outlet_.slowest(), kSettleBehindShell, kMostSettle);
+  const auto settle = std::clamp(kSlower * outlet_.slowest(), kSettleBehindCompositor, kMostSettle);
   // As everywhere on Wayland: bytes are counted in what is to be deleted, which GTK 4.8 does not
   // understand, and a key comes with the modifiers of the moment. And the shell keeps the last text
   // only of those that come before it has passed one on.

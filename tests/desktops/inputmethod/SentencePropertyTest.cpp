@@ -68,6 +68,13 @@ std::vector<Kind> kinds() {
                  .key = {0, 0.012},
                  .text = {0, 0.001},
                  .report = {}});
+  // With a busy compositor between.
+  all.push_back({.name = "TerminalOnWayland",
+                 .habits = {.readsModifiersLate = true,
+                            .settle = inputmethod::Client::kSettleBehindCompositor},
+                 .key = {0, 0.036},
+                 .text = {0, 0.001},
+                 .report = {}});
   return all;
 }
 

@@ -154,6 +154,8 @@ class Session:
         if self.compositor.startswith("gnome"):
             return begin_gnome(self)
         getattr(self, "begin_" + self.compositor)()
+        # Some programs are started by the bus, which is older than the compositor.
+        self.ask("dbus-update-activation-environment", "WAYLAND_DISPLAY")
         self.start_keys("keys")
         # The first key makes a keyboard known to the input method.
         time.sleep(2)
