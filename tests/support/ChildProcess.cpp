@@ -10,6 +10,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/Signals.h"
+
 namespace tessarok::testing {
 
 namespace {
@@ -162,7 +164,7 @@ int ChildProcess::finish() {
 }
 
 void ChildProcess::kill() {
-  ::kill(process_, SIGKILL);
+  sendSignal(process_, SIGKILL);
   wait();
 }
 

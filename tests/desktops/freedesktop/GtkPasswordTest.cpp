@@ -15,6 +15,7 @@
 #include "desktops/posix/FileDescriptor.h"
 #include "tests/desktops/freedesktop/BusDesktop.h"
 #include "tests/desktops/freedesktop/PrivateBus.h"
+#include "tests/support/Signals.h"
 
 namespace tessarok::testing {
 namespace {
@@ -43,10 +44,10 @@ class Program {
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
   ~Program() {
-    ::kill(process_, SIGKILL);
+    sendSignal(process_, SIGKILL);
     ::waitpid(process_, nullptr, 0);
   }
-  void send(int signal) const { ::kill(process_, signal); }
+  void send(int signal) const { sendSignal(process_, signal); }
   /// Whether it has written something since it was asked the last time.
   [[nodiscard]] bool hasSpoken() const {
     char text[64];

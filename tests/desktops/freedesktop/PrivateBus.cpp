@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/Signals.h"
 #include "tests/support/TestFiles.h"
 
 namespace tessarok::testing {
@@ -57,12 +58,12 @@ PrivateBus::PrivateBus(Services services) {
 }
 
 void PrivateBus::hang() {
-  ::kill(process_, SIGSTOP);
+  sendSignal(process_, SIGSTOP);
 }
 
 void PrivateBus::stop() {
   if (process_ <= 0) return;
-  ::kill(process_, SIGKILL);
+  sendSignal(process_, SIGKILL);
   ::waitpid(process_, nullptr, 0);
   process_ = -1;
 }

@@ -16,6 +16,8 @@
 #include <utility>
 #include <utmp.h>
 
+#include "tests/support/Signals.h"
+
 namespace tessarok::testing {
 
 namespace {
@@ -92,7 +94,7 @@ UserAtTerminal::UserAtTerminal(const std::vector<std::string>& command, const Se
 
 UserAtTerminal::~UserAtTerminal() {
   if (process_ > 0) {
-    ::kill(process_, SIGKILL);
+    sendSignal(process_, SIGKILL);
     ::waitpid(process_, nullptr, 0);
   }
   hangUp();
@@ -149,7 +151,7 @@ void UserAtTerminal::resize(unsigned short rows, unsigned short columns) {
 }
 
 void UserAtTerminal::send(int signal) const {
-  ::kill(process_, signal);
+  sendSignal(process_, signal);
 }
 
 void UserAtTerminal::hangUp() {

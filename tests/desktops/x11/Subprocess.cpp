@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "tests/desktops/x11/Patience.h"
+#include "tests/support/Signals.h"
 
 namespace tessarok::testing {
 
@@ -78,12 +79,12 @@ Subprocess::Subprocess(const std::vector<std::string>& command, const std::strin
 
 Subprocess::~Subprocess() {
   if (process_ <= 0) return;
-  ::kill(process_, SIGKILL);
+  sendSignal(process_, SIGKILL);
   ::waitpid(process_, nullptr, 0);
 }
 
 void Subprocess::send(int signal) const {
-  ::kill(process_, signal);
+  sendSignal(process_, signal);
 }
 
 int Subprocess::exitStatus() {

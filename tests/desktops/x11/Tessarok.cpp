@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "tests/desktops/x11/Patience.h"
+#include "tests/support/Signals.h"
 
 namespace tessarok::testing {
 
@@ -53,7 +54,7 @@ pid_t Tessarok::worker() const {
 }
 
 void Tessarok::sendToWorker(int signal) const {
-  if (const auto process = worker(); process > 0) ::kill(process, signal);
+  sendSignal(worker(), signal);
 }
 
 std::string Tessarok::errors() const {

@@ -19,6 +19,7 @@
 #include "tests/desktops/x11/ProcessState.h"
 #include "tests/desktops/x11/Tessarok.h"
 #include "tests/desktops/x11/XServer.h"
+#include "tests/support/Signals.h"
 
 // Last, because of the plain words that Xlib defines as macros.
 #include <X11/Xlib.h>
@@ -190,7 +191,7 @@ TEST_F(X11Watchdog, BothMayBeToldToEndAndMoreThanOnce) {
   holdKeys();
   const auto worker = program.worker();
   for (int i = 0; i < 20; ++i) {
-    ::kill(worker, SIGTERM);
+    sendSignal(worker, SIGTERM);
     program.send(SIGTERM);
   }
   expectFreeWithinASecond();
