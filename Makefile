@@ -43,12 +43,12 @@ test-apps: build data ## Type into Chromium, a Qt entry, and programs that fill 
 	@$(BUILD)/tests/desktops/fcitx5/tessarok_fcitx5_application_tests
 	@tests/desktops/terminal/check-full-screen $(BUILD)/tessarok Resources
 
-test-desktops: $(BUILD)/build.ninja ## Type into programs on KWin, sway and GNOME (installs them), with a control run without Tessarok
+test-desktops: $(BUILD)/build.ninja ## Type into programs on KWin, sway and GNOME (installs them), with a control run each (hours); CASES="kwin gtk4 15"
 	@scripts/install-packages test test-desktops
 	@cmake --preset release > /dev/null
 	@cmake --build --preset release --target tessarok tessarok_fcitx5 tessarok_ibus tessarok_wayland_keys
 	@tests/desktops/wayland/check-gnome $(BUILD) tests/data
-	@tests/desktops/wayland/check-desktops $(BUILD) tests/data tests/desktops/wayland/figures.json
+	@tests/desktops/wayland/check-desktops $(BUILD) tests/data tests/desktops/wayland/figures.json $(CASES)
 
 test-fcitx5: $(BUILD)/build.ninja ## Type the sentences through Fcitx5 over and over, RUNS (10) times
 	@scripts/install-packages test
