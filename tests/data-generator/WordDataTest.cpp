@@ -25,6 +25,7 @@ class WordDataTest : public ::testing::Test {
     writeList("names_ru.txt", "# surnames\nЛис\n");
     writeList("talk_ru.txt", "ага\n");
     writeList("abbreviations_en.txt", "# acronyms\nkbc\nfuf\nzzz\n");
+    writeList("abbreviations_ru.txt", "# acronyms\nргу\n");
     writeList("first_ru.txt", "# answers\nколя\n");
     writeList("web_ru.txt", "# names\n");
     writeList("web_en.txt", "# names\n");
@@ -151,6 +152,18 @@ TEST_F(WordDataTest, WritesShortWordsWithoutCommentsInByteOrder) {
   EXPECT_EQ(contentOf("freq_short_ru.txt"), "ещё\nон\nона\n");
 }
 
+TEST_F(WordDataTest, ConvertsARareShortWordThatIsNothingInRussian) {
+  // Of the Russian words of their keys ргу is an abbreviation and она a word; нфл is nothing.
+  writeList("frequencies_en.tsv",
+            "the\t999997\t0\t0\t0\nhue\t3\t0\t0\t0\nyak\t3\t0\t0\t0\njyf\t3\t0\t0\t0\n");
+  writeList("freq_short_en.txt", "the\n");
+  EXPECT_EQ(contentOf("freq_short_en.txt"), "the\nyak\n");
+  // Its letter groups are those of words.
+  writeFile(paths_.hunspellWords, "4\nмама/I\nнфла\nанфл\nкнфлк\n");
+  writeList("frequencies_ru.tsv", "нфла\t5\t0\t0\t0\nанфл\t5\t0\t0\t0\nкнфлк\t4\t0\t0\t0\n");
+  EXPECT_EQ(contentOf("freq_short_en.txt"), "the\n");
+}
+
 TEST_F(WordDataTest, CopiesPacksAsTheyAre) {
   EXPECT_EQ(contentOf("pack_it.txt"), "# jargon\nкоммит\nbye.\n");
 }
@@ -191,8 +204,8 @@ TEST_F(WordDataTest, RecordsEveryInput) {
   EXPECT_EQ(std::ranges::count(packages, "aspell-ru"), 2);
   EXPECT_EQ(std::ranges::count(packages, "hunspell-ru"), 2);
   EXPECT_EQ(std::ranges::count(packages, "scowl"), 2);
-  EXPECT_EQ(std::ranges::count(packages, "tessarok"), 18);
-  EXPECT_EQ(packages.size(), 24U);
+  EXPECT_EQ(std::ranges::count(packages, "tessarok"), 19);
+  EXPECT_EQ(packages.size(), 25U);
 }
 
 TEST_F(WordDataTest, RefusesAMissingFile) {

@@ -144,6 +144,9 @@ constexpr double kFirstWord = 30;
 constexpr std::size_t kFewestForDictionary = 3;
 /// Words of two and three letters as frequent as this, per million, may be conversions.
 constexpr double kFrequentShortWord = 6;
+/// An English one of three letters that is nothing in Russian may be one when any table or list of
+/// common words holds it.
+constexpr double kKnownShortWord = 0.7;
 
 bool isForDictionary(const FrequencyTable::Entry& entry) {
   return entry.place > 0 || entry.count >= kFewestForDictionary;
@@ -271,6 +274,15 @@ class Sources final {
     return readHandWords(readOwn(file), file, Alphabet::english());
   }
 
+  /// Strings of three letters that people write in Russian and no dictionary holds.
+  [[nodiscard]] std::unordered_set<std::string> russianAbbreviations() {
+    const fs::path file = paths_.lists / "abbreviations_ru.txt";
+    std::unordered_set<std::string> keys;
+    for (const auto& word : readHandWords(readOwn(file), file, Alphabet::russian(), {3, 3}))
+      keys.insert(keysOf(word));
+    return keys;
+  }
+
   /// Words of the web that no dictionary above holds: names, brands, spellings that people really
   /// type.
   [[nodiscard]] std::vector<std::string> webWords(const Language& language) {
@@ -391,6 +403,19 @@ void guard(const std::vector<std::string>& abbreviations, Language& english,
   }
 }
 
+/// What keeps rare English words of three letters from being converted is that they might be meant
+/// in Russian. Words that people type in Russian have no such letter groups; abbreviations, which
+/// may have any, are listed.
+void addSafeShortWords(const std::unordered_set<std::string>& abbreviations, Language& english,
+                       const Language& russian) {
+  for (const auto& [word, weight] : english.weights) {
+    if (word.size() != 3 || weight < kKnownShortWord || !english.model.words.contains(word))
+      continue;
+    if (russian.model.words.contains(word) || abbreviations.contains(word)) continue;
+    if (russian.model.ngrams.hasImpossible(word)) english.model.shortWords.insert(word);
+  }
+}
+
 /// Runs of one letter are cries in one language and something else in the other ("FFFF"): where one
 /// would become the other, both dictionaries hold them, and neither does.
 void addRuns(Language& english, Language& russian) {
@@ -466,6 +491,7 @@ std::vector<DataFile> makeWordData(const SourcePaths& paths, const NgramFloors& 
   guard(sources.abbreviations(), english, russian);
   addWebWords(englishWeb, russianWeb, english, russian);
   addRuns(english, russian);
+  addSafeShortWords(sources.russianAbbreviations(), english, russian);
   ConflictResolver resolver(english.model, russian.model, english.weights, russian.weights);
   resolver.resolve();
   report = reportOf(resolver);
