@@ -15,8 +15,8 @@ namespace tessarok::inputmethod {
 class Client {
  public:
   /// Seconds that a key takes on Wayland, where a compositor passes it on, to a program that tells
-  /// nothing of its text. On a machine with four times as much to do as it can, a terminal lost a
-  /// Backspace in one to five of fifty lines with 16 ms, and in none with 40.
+  /// nothing of its text. On a machine with four times as much to do as it can, terminals lost
+  /// Backspaces in 1 to 15 of 50 lines with 16 ms, and in none with 40, typed in turn with those.
   static constexpr double kSettleBehindCompositor = 0.04;
   /// What its side makes of what is sent to it.
   struct Habits {
