@@ -1,6 +1,7 @@
 #include "desktops/x11/Watchdog.h"
 
 #include <X11/Xlib.h>
+#include <X11/extensions/XTest.h>
 #include <cerrno>
 #include <cstdlib>
 #include <poll.h>
@@ -25,11 +26,6 @@ namespace {
 
 using posix::translated;
 
-/// After the alarm, so many looks with so many seconds between find no sign of life before the
-/// worker is lost. Several short waits instead of a long one: on a machine that is only slow the
-/// watchdog is slow as well.
-constexpr double kNextLook = 0.1;
-constexpr int kLooks = 4;
 /// Seconds that the worker may take until it is ready. A server that does not answer would keep it
 /// waiting for ever, as would the X library itself when the system fails it in the middle of an
 /// answer. Nothing is held meanwhile, so this may be long enough for the busiest login.
@@ -84,7 +80,7 @@ void Watchdog::start(const Work& work) {
       [this](short) { readLine(); });
   loop_.add(*lineSource_);
   alarmSource_.emplace(
-      alarm_.get(), [this] { return looks_ == 0 ? short{POLLIN} : short{0}; },
+      alarm_.get(), [this] { return suspicion_ ? short{0} : short{POLLIN}; },
       [this](short) { suspect(); });
   loop_.add(*alarmSource_);
   loop_.after(kStartPatience, [this] { endUnlessStarted(); });
@@ -154,6 +150,8 @@ void Watchdog::hold() {
   XSetIOErrorHandler([](Display*) { return 0; });
   XSetIOErrorExitHandler(
       display_, [](Display*, void*) {}, nullptr);
+  // Another program that holds the server is not to look like a server that does not answer.
+  XTestGrabControl(display_, True);
 }
 
 bool Watchdog::isAlarmRinging() const {
@@ -163,12 +161,14 @@ bool Watchdog::isAlarmRinging() const {
 
 void Watchdog::suspect() {
   // Any turn of the worker's loop winds the alarm again, or stops it.
-  if (!isAlarmRinging()) {
-    looks_ = 0;
-    return;
+  if (!isAlarmRinging()) return suspicion_.reset();
+  if (!suspicion_) suspicion_.emplace();
+  const bool isAnswered = question_.isAnswered();
+  if (suspicion_->isConfirmedBy({ThreadTimes::ofMainThread(worker_), isAnswered})) {
+    return endWorker();
   }
-  if (++looks_ == kLooks) return endWorker();
-  loop_.after(kNextLook, [this] { suspect(); });
+  if (isAnswered && display_ != nullptr) question_.ask(display_);
+  loop_.after(Suspicion::kInterval, [this] { suspect(); });
 }
 
 void Watchdog::endUnlessStarted() {

@@ -11,6 +11,8 @@
 #include "desktops/posix/PollLoop.h"
 #include "desktops/posix/SignalPipe.h"
 #include "desktops/x11/LifeLine.h"
+#include "desktops/x11/ServerQuestion.h"
+#include "desktops/x11/Suspicion.h"
 
 struct _XDisplay;
 
@@ -21,11 +23,11 @@ namespace tessarok::x11 {
 /// keyboard. Main thread.
 ///
 /// Behaviour. The system tells a parent at once when its child ends or is stopped; that it hangs is
-/// told by the alarm of the `LifeLine`. A worker that is stopped or hangs while it holds keyboards
-/// is killed, and with its connection the server lets them go. Whenever the worker has ended, in
-/// whatever way, the synthetic keys that are still down are released. Signals that are to end or
-/// stop the program are handed on to the worker, which has a process group of its own: what stops
-/// all of the terminal's foreground group must not stop both.
+/// told by the alarm of the `LifeLine`, and confirmed by a `Suspicion`. A worker that is stopped or
+/// hangs while it holds keyboards is killed, and with its connection the server lets them go.
+/// Whenever the worker has ended, in whatever way, the synthetic keys that are still down are
+/// released. Signals that are to end or stop the program are handed on to the worker, which has a
+/// process group of its own: what stops all of the terminal's foreground group must not stop both.
 class Watchdog final {
  public:
   /// What the worker does; returns its exit status.
@@ -80,8 +82,9 @@ class Watchdog final {
   bool isStarted_ = false;
   bool isHeld_ = false;
   bool wasEnded_ = false;
-  /// Looks in a row that found the alarm ringing; 0 when it was not heard.
-  int looks_ = 0;
+  ServerQuestion question_;
+  /// While the alarm rings.
+  std::optional<Suspicion> suspicion_;
 };
 
 }  // namespace tessarok::x11

@@ -7,8 +7,10 @@
 #include <gtest/gtest.h>
 #include <optional>
 #include <pty.h>
+#include <sched.h>
 #include <stdexcept>
 #include <string>
+#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
@@ -79,6 +81,34 @@ class Holder {
  private:
   Display* display_;
   int keyboard_;
+};
+
+/// Another process that has next to no processor: one that is busy has the same one, and goes
+/// first.
+class StarvedProcess {
+ public:
+  explicit StarvedProcess(pid_t process) : busy_(::fork()) {
+    cpu_set_t first;
+    CPU_ZERO(&first);
+    CPU_SET(0, &first);
+    if (busy_ == 0) {
+      ::sched_setaffinity(0, sizeof first, &first);
+      for (volatile bool goesOn = true; goesOn;) {
+      }
+    }
+    ::sched_setaffinity(process, sizeof first, &first);
+    const sched_param priority{};
+    ::sched_setscheduler(process, SCHED_IDLE, &priority);
+  }
+  StarvedProcess(const StarvedProcess&) = delete;
+  StarvedProcess& operator=(const StarvedProcess&) = delete;
+  ~StarvedProcess() {
+    sendSignal(busy_, SIGKILL);
+    ::waitpid(busy_, nullptr, 0);
+  }
+
+ private:
+  pid_t busy_;
 };
 
 class X11Watchdog : public ::testing::Test {
@@ -220,6 +250,39 @@ TEST_F(X11Watchdog, AStoppedWatchdogLeavesTypingAlone) {
   program.sendToWorker(SIGSTOP);
   program.send(SIGCONT);
   expectFreeWithinASecond();
+}
+
+// A screen that is plugged in, or a graphics driver with much to do, keeps a server from answering
+// for longer than that. Only the server could free the keyboard, so nobody is helped by the
+// worker's end.
+TEST_F(X11Watchdog, AServerThatAnswersLateEndsNobody) {
+  Tessarok program(server_);
+  expectCorrecting();
+  auto expected = window_.text();
+  for (int i = 0; i < 3; ++i) {
+    server_.lockGroup(0);
+    server_.type("ghbdtn ghbdtn ");
+    server_.pause();
+    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+    server_.resume();
+    expected += "привет привет ";
+    ASSERT_TRUE(window_.shows(expected)) << window_.text() << '\n' << program.errors();
+  }
+  EXPECT_EQ(program.errors().find("did not answer"), std::string::npos) << program.errors();
+}
+
+TEST_F(X11Watchdog, AWorkerThatGetsNoProcessorIsNotEnded) {
+  Tessarok program(server_);
+  expectCorrecting();
+  const auto before = window_.text();
+  server_.lockGroup(0);
+  const StarvedProcess starved(program.worker());
+  for (int i = 0; i < 3; ++i) {
+    server_.type("ghbdtn ");
+    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+  }
+  EXPECT_TRUE(window_.shows(before + "привет привет привет ")) << window_.text();
+  EXPECT_EQ(program.errors().find("did not answer"), std::string::npos) << program.errors();
 }
 
 TEST_F(X11Watchdog, ControlZAtTheTerminalFreesTheKeyboard) {

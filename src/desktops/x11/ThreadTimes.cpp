@@ -1,0 +1,24 @@
+#include "desktops/x11/ThreadTimes.h"
+
+#include <fstream>
+#include <string>
+
+namespace tessarok::x11 {
+
+std::optional<ThreadTimes> ThreadTimes::ofMainThread(pid_t process) {
+  const auto folder = "/proc/" + std::to_string(process);
+  ThreadTimes times;
+  // A system that does not count says zero.
+  std::ifstream counts(folder + "/schedstat");
+  if (!(counts >> times.ran >> times.queued) || times.ran == 0) return std::nullopt;
+  std::ifstream state(folder + "/stat");
+  std::string line;
+  std::getline(state, line);
+  // The name, in brackets, may hold anything.
+  const auto name = line.rfind(") ");
+  if (name == std::string::npos) return std::nullopt;
+  times.isAsleep = line[name + 2] == 'S';
+  return times;
+}
+
+}  // namespace tessarok::x11
