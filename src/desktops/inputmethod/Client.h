@@ -28,7 +28,7 @@ class Client {
     /// And so does one that is merely let through, so that what it types with Shift is to be sent
     /// as text.
     bool losesShift = false;
-    /// Of two texts that are sent one soon behind the other the first may be lost.
+    /// Of two texts that are sent one soon behind the other one may be lost.
     bool takesOneTextAtATime = false;
     /// Tells some changes of its text only when it is asked to.
     bool reportsWhenAsked = false;

@@ -190,7 +190,10 @@ bool KeyFlow::mustWait(Way way) {
   if (!steps_.empty()) return true;
   if (isLeftAlone() || !parts_.taps.isOpen()) return false;
   if (parts_.inputSources.unsettledUntil(now())) return true;
-  if (!unsettledUntil() || field_.lastWay() == way) return false;
+  if (!unsettledUntil()) return false;
+  if (field_.lastWay() == way) {
+    return way == Way::text && field_.isLastOwn() && client_->habits().takesOneTextAtATime;
+  }
   // A key behind a text that the framework itself has sent is no worse off than without the
   // corrector.
   return field_.isLastOwn() || way == Way::text;

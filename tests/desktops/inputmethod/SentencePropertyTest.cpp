@@ -75,6 +75,14 @@ std::vector<Kind> kinds() {
                  .key = {0, 0.036},
                  .text = {0, 0.001},
                  .report = {}});
+  all.push_back({.name = "TerminalThatDraws",
+                 .habits = {.readsModifiersLate = true,
+                            .takesOneTextAtATime = true,
+                            .settle = inputmethod::Client::kSettleBehindCompositor},
+                 .isBlindWhileDrawing = true,
+                 .key = {0, 0.001},
+                 .text = {0, 0.0002},
+                 .report = {}});
   return all;
 }
 
@@ -92,7 +100,7 @@ std::vector<Case> cases() {
       for (int number = 0; number < static_cast<int>(std::size(kSpeeds)); ++number) {
         auto one = kind;
         // GNOME's shell keeps the last of several texts only.
-        one.habits.takesOneTextAtATime = layouts == Layouts::desktops;
+        if (layouts == Layouts::desktops) one.habits.takesOneTextAtATime = true;
         one.losesTexts = layouts == Layouts::desktops;
         // Only Fcitx on KWin.
         one.habits.losesShift = one.habits.losesShift && layouts == Layouts::frameworks;

@@ -15,6 +15,12 @@ namespace {
 using inputmethod::Key;
 using virtualdesktop::VirtualEvent;
 
+/// Seconds between two texts that are sent at once, until the terminal foot has drawn what has
+/// come, and until the compositor has heard of that.
+constexpr double kBetweenTexts = 0.0002;
+constexpr double kDrawing = 0.0008;
+constexpr double kBlindness = 0.0004;
+
 /// Where one character of UTF-8 begins, from the end.
 std::size_t bytesOfLast(const std::string& text, std::size_t scalars) {
   auto at = text.size();
@@ -69,6 +75,23 @@ void SimulatedProgram::forward(const Key& key) {
 }
 
 void SimulatedProgram::commit(const std::string& text) {
+  if (!kind_.isBlindWhileDrawing) return arrive(text);
+  // What is sent at once goes one behind the other.
+  lastSent_ = std::max(around_.clock.uptime(), lastSent_ + kBetweenTexts);
+  if (isBlindAt(lastSent_)) return;
+  if (lastSent_ > drawing_) drawing_ = lastSent_ + kDrawing;
+  arrive(text);
+}
+
+void SimulatedProgram::commitOfFramework(const std::string& text) {
+  if (!isBlindAt(around_.clock.uptime())) arrive(text);
+}
+
+bool SimulatedProgram::isBlindAt(double time) const {
+  return time >= drawing_ && time < drawing_ + kBlindness;
+}
+
+void SimulatedProgram::arrive(const std::string& text) {
   send(texts_, kind_.text, [this, text, number = ++lastText_] {
     if (kind_.losesTexts && number != lastText_) return;
     VirtualEvent event;

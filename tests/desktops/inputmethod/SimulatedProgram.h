@@ -39,6 +39,10 @@ class SimulatedProgram final : public inputmethod::Client {
     bool resets = false;
     /// A text that has not arrived when the next one is sent never does, as in GNOME's shell.
     bool losesTexts = false;
+    /// Takes no text in a moment a little behind one of the corrector's, when it has drawn that and
+    /// the compositor does not know it yet, as the terminal foot. What it loses behind the
+    /// framework's own texts, it loses without the corrector too.
+    bool isBlindWhileDrawing = false;
     Delay key;
     Delay text;
     Delay report;
@@ -79,6 +83,8 @@ class SimulatedProgram final : public inputmethod::Client {
   bool isComposing() const override { return false; }
   bool canDelete() const override { return kind_.canDelete; }
   std::optional<Report> report() const override { return report_; }
+  /// A text that the framework sends without the corrector's doing.
+  void commitOfFramework(const std::string& text);
   void commit(const std::string& text) override;
   void deleteBefore(std::size_t scalars) override;
   void forward(const inputmethod::Key& key) override;
@@ -94,6 +100,8 @@ class SimulatedProgram final : public inputmethod::Client {
   };
 
   void send(Channel& channel, const Delay& delay, std::function<void()> work);
+  [[nodiscard]] bool isBlindAt(double time) const;
+  void arrive(const std::string& text);
   void handleKey(const inputmethod::Key& key);
   void handleDeletion(std::size_t scalars);
   void tell();
@@ -108,6 +116,9 @@ class SimulatedProgram final : public inputmethod::Client {
   Channel texts_;
   Channel reports_;
   int onTheirWay_ = 0;
+  /// When the corrector's last text was sent, and when what has come is drawn.
+  double lastSent_ = 0;
+  double drawing_ = -1;
   /// Of texts that were sent.
   int lastText_ = 0;
   std::optional<Report> report_;

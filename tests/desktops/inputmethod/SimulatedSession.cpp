@@ -226,7 +226,7 @@ void SimulatedSession::arrive(const KeyEvent& pressed) {
   if (answer == KeyAnswer::take || event.isRelease || event.key.code == kShiftKey) return;
   const auto text = inputmethod::keyNames::textOf(event.translated);
   if (event.isTranslating && event.translated.symbol != event.key.symbol && !text.empty()) {
-    return program_->commit(text);
+    return program_->commitOfFramework(text);
   }
   auto key = event.key;
   if (program_->habits().losesShift) key.states = modifiers_;
