@@ -16,8 +16,10 @@ class SentenceTypist {
   enum class Layout { right, wrong };
 
   /// Seconds from one key to the next: time matters, because ё is on the key that pauses the
-  /// program for some seconds.
-  static constexpr double kKeyInterval = 0.2;
+  /// program for some seconds. Sums of it are exact, and none is as long as the pause: otherwise
+  /// rounding would say whether a key is still within that, and the figures would depend on what
+  /// else was typed before.
+  static constexpr double kKeyInterval = 0.203125;
 
   struct Setup {
     /// The directory of the word data.
