@@ -9,8 +9,8 @@ namespace {
 constexpr int kFewestLooks = 3;
 /// Looks after which a worker that does a little all the time is given up: five seconds.
 constexpr int kMostLooks = 50;
-/// Nanoseconds of a processor. On an idle machine a busy worker has had them long before it has been
-/// looked at often enough; on one with four times as much to do as it can, about then.
+/// Nanoseconds of a processor. On an idle machine a busy worker has had them long before it has
+/// been looked at often enough; on one with four times as much to do as it can, about then.
 constexpr long long kMostWork = 70'000'000;
 
 }  // namespace
