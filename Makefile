@@ -70,7 +70,7 @@ pictures: build data ## Take the pictures of sessions of KWin and GNOME for docs
 bench: data ## Measure time, memory and the delay of keys; PUBLISH=1 puts the table into the documents
 	@scripts/install-packages bench
 	@cmake --preset release > /dev/null
-	@cmake --build --preset release --target tessarok tessarok_bench tessarok_growth_bench tessarok_launch_bench tessarok_lists_bench tessarok_membership_bench tessarok_memory_bench tessarok_terminal_bench tessarok_x11_bench
+	@cmake --build --preset release --target benches
 	@scripts/bench $(if $(PUBLISH),--publish) $(BUILD)
 
 fuzz: ## Fuzz every parser, FUZZ_SECONDS (60) each
@@ -141,8 +141,8 @@ lint: ## Check every source file with clang-tidy (takes minutes)
 
 strict: ## Build with both compilers, warnings as errors
 	@scripts/install-packages build lint
-	@cmake --preset debug > /dev/null && cmake --build --preset debug
-	@cmake --preset clang > /dev/null && cmake --build --preset clang
+	@cmake --preset debug > /dev/null && cmake --build --preset debug --target all benches tessarok-count-words
+	@cmake --preset clang > /dev/null && cmake --build --preset clang --target all benches tessarok-count-words
 
 sanitize: data ## Run the tests under the address and undefined-behaviour sanitizers
 	@scripts/install-packages test
