@@ -11,6 +11,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "desktops/posix/ArgumentList.h"
+
 namespace tessarok::freedesktop {
 
 namespace {
@@ -62,12 +64,7 @@ Programs::~Programs() {
 }
 
 int Programs::start(const std::vector<std::string>& command, Ended ended) {
-  auto words = command;
-  std::vector<char*> arguments;
-  arguments.reserve(words.size() + 1);
-  for (auto& word : words)
-    arguments.push_back(word.data());
-  arguments.push_back(nullptr);
+  const auto arguments = posix::argumentsOf(command);
   seeOffUnwatched();
   const Surroundings surroundings;
   pid_t process = -1;

@@ -12,6 +12,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "desktops/posix/ArgumentList.h"
 #include "desktops/posix/DescriptorWait.h"
 #include "desktops/posix/Pipe.h"
 
@@ -24,12 +25,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// The process, or -1.
-pid_t start(std::vector<std::string>& command, int output) {
-  std::vector<char*> arguments;
-  arguments.reserve(command.size() + 1);
-  for (auto& word : command)
-    arguments.push_back(word.data());
-  arguments.push_back(nullptr);
+pid_t start(const std::vector<std::string>& command, int output) {
+  const auto arguments = argumentsOf(command);
   posix_spawn_file_actions_t files;
   posix_spawn_file_actions_init(&files);
   posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
@@ -75,7 +72,7 @@ std::optional<int> statusAt(Clock::time_point end, pid_t process) {
 
 }  // namespace
 
-std::optional<std::string> answerOf(std::vector<std::string> command, int milliseconds) {
+std::optional<std::string> answerOf(const std::vector<std::string>& command, int milliseconds) {
   const auto end = Clock::now() + std::chrono::milliseconds(milliseconds);
   auto pipe = openPipe(PipeMode::waiting);
   if (!pipe) return std::nullopt;

@@ -13,6 +13,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "desktops/posix/ArgumentList.h"
 #include "desktops/posix/Pipe.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/posix/WriteSignals.h"
@@ -21,6 +22,7 @@ namespace tessarok::terminal {
 
 namespace {
 
+using posix::argumentsOf;
 using posix::FileDescriptor;
 
 constexpr int kNotFound = 127;
@@ -56,16 +58,6 @@ int readError(int report) {
     count = ::read(report, &error, sizeof error);
   } while (count < 0 && errno == EINTR);
   return count == sizeof error ? error : 0;
-}
-
-/// As exec wants them.
-std::vector<char*> argumentsOf(const std::vector<std::string>& command) {
-  std::vector<char*> arguments;
-  arguments.reserve(command.size() + 1);
-  for (const auto& word : command)
-    arguments.push_back(const_cast<char*>(word.c_str()));
-  arguments.push_back(nullptr);
-  return arguments;
 }
 
 bool makePrivate(int descriptor) {
