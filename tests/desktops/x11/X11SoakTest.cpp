@@ -37,6 +37,8 @@ constexpr std::size_t kFullWindow = 4000;
 constexpr std::size_t kWarmUp = 3000;
 /// kB.
 constexpr long kMostGrowth = 2048;
+/// As while a screen is plugged in.
+constexpr std::chrono::milliseconds kLongestSleep{2000};
 
 class X11Soak : public ::testing::Test {
  protected:
@@ -209,7 +211,7 @@ class X11LongDay : public X11Soak {
       {"the server sleeps",
        [this] {
          server_->pause();
-         std::this_thread::sleep_for(std::chrono::milliseconds(300));
+         std::this_thread::sleep_for(kLongestSleep * typing_.below(100) / 100);
          server_->resume();
        }},
       {"the person switches",
