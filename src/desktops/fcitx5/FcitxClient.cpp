@@ -20,6 +20,8 @@ using inputmethod::KeyAnswer;
 /// program the modifiers of the moment in which it hands a key back, and by then Shift may be up:
 /// "сайт!" became "сайт1" with keys 15 ms apart.
 constexpr std::string_view kKwinFrontend = "wayland";
+/// Fcitx's part for programs with a part of its own in their toolkit.
+constexpr std::string_view kBusFrontend = "dbus";
 
 }  // namespace
 
@@ -40,6 +42,10 @@ inputmethod::Client::Habits FcitxClient::habits() const {
   // behind the one before, about a millisecond later: a letter in four of fifty lines.
   habits.takesOneTextAtATime = isWayland() && !report();
   habits.losesShift = context != nullptr && context->frontend() == kKwinFrontend;
+  // Of Fcitx's parts of toolkits only that of GTK 4 cannot put keys in their order, and it shows
+  // one that it is handed back to nobody: lines ran together.
+  habits.takesNoKeysBack = context != nullptr && context->frontend() == kBusFrontend &&
+                           !context->capabilityFlags().test(CapabilityFlag::KeyEventOrderFix);
   return habits;
 }
 

@@ -30,6 +30,9 @@ class Client {
     bool losesShift = false;
     /// Of two texts that are sent one soon behind the other one may be lost.
     bool takesOneTextAtATime = false;
+    /// A key that is handed back is lost, unless it types a character. One that is let through
+    /// comes behind every text that was sent before, but not behind what was to be deleted.
+    bool takesNoKeysBack = false;
     /// Tells some changes of its text only when it is asked to.
     bool reportsWhenAsked = false;
     /// Seconds that a key takes to it at most, as far as it tells nothing of its text.

@@ -127,9 +127,17 @@ KeyAnswer KeyFlow::pressed(Client& client, const KeyEvent& event) {
   const bool sends = late || losesShift(client, press);
   const bool commits = !press.text.empty() && (sends || (event.isTranslating && isTranslated));
   const auto way = commits ? Way::text : Way::key;
-  if (isOutdated || mustWait(way)) return hold(event);
+  // What has no text is handed back as a key, or not at all.
+  const bool mustPass = press.text.empty() && client.habits().takesNoKeysBack;
+  if (isOutdated || mustWait(way)) {
+    if (!mustPass) return hold(event);
+    makeWay(client);
+  }
   const bool composes = markComposed(client, press);
-  if (!showToTap(press.event)) return KeyAnswer::take;
+  if (!showToTap(press.event)) {
+    const auto answer = mustPass ? takenButKept(client) : KeyAnswer::take;
+    if (answer == KeyAnswer::take) return answer;
+  }
   if (composes) press.text.clear();
   notePassed(press, way, false);
   if (!sends || press.text.empty()) return KeyAnswer::pass;
@@ -204,6 +212,33 @@ KeyAnswer KeyFlow::hold(const KeyEvent& event) {
   steps_.push_back(Held{event.key, event.time});
   runSoon();
   return KeyAnswer::take;
+}
+
+void KeyFlow::leaveAsTyped(Retype& step) {
+  // A word has as many Characters in either layout.
+  const text::Characters characters(step.text);
+  auto end = characters.begin();
+  for (; step.erase > 0 && end != text::Characters::end(); --step.erase)
+    ++end;
+  std::string rest;
+  for (; end != text::Characters::end(); ++end)
+    rest += *end;
+  step = {.erase = 0, .text = std::move(rest)};
+}
+
+void KeyFlow::makeWay(Client& client) {
+  for (auto& step : steps_) {
+    if (auto* words = std::get_if<Retype>(&step)) leaveAsTyped(*words);
+  }
+  hurry(client);
+}
+
+KeyAnswer KeyFlow::takenButKept(Client& client) {
+  const auto handsBack = [](const Step& step) { return std::holds_alternative<Forward>(step); };
+  if (std::none_of(steps_.begin(), steps_.end(), handsBack)) return KeyAnswer::take;
+  std::erase_if(steps_, handsBack);
+  makeWay(client);
+  return KeyAnswer::pass;
 }
 
 void KeyFlow::focusIn(const std::shared_ptr<Client>& client) {

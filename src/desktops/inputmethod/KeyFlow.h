@@ -84,6 +84,8 @@ class KeyFlow final {
     std::size_t erase = 0;
     std::string text;
   };
+  /// Leaves the words as they were typed: what comes behind them remains.
+  static void leaveAsTyped(Retype& step);
   struct Select {
     std::string inputMethod;
   };
@@ -125,6 +127,12 @@ class KeyFlow final {
   void applyPauseKey(FieldEvent& event) const;
   [[nodiscard]] bool mustWait(ClientField::Way way);
   [[nodiscard]] KeyAnswer hold(const KeyEvent& event);
+  /// Sends at once what waits, because a key behind it can neither be held nor be handed back.
+  /// Words that have not been erased yet stay as they were typed.
+  void makeWay(Client& client);
+  /// The tap has taken a key that cannot be handed back. Where it is to come behind a word, it
+  /// passes and the word stays as it was typed: what is erased behind a key is erased too late.
+  [[nodiscard]] KeyAnswer takenButKept(Client& client);
   /// Whether the key is to go on.
   [[nodiscard]] bool showToTap(FieldEvent& event);
   void queuePosted();

@@ -9,6 +9,7 @@
 
 #include "tests/desktops/fcitx5/Sentences.h"
 #include "tests/desktops/inputmethod/SimulatedSession.h"
+#include "tests/support/SoakTyping.h"
 
 namespace tessarok::testing {
 namespace {
@@ -143,6 +144,39 @@ TEST_P(InputMethodSentences, ComeOutAsOnTheVirtualDesktop) {
   session.type(keys, kSpeeds[number]);
   expectSameLines(session.textInTheEnd(), onTheVirtualDesktop(keys));
   EXPECT_EQ(session.messages(), "");
+}
+
+/// Fcitx's part for GTK 4: what is sent to it, and the keys that are let through, keep their order.
+Kind gtk4WithItsPart() {
+  return {.name = "Gtk4WithItsPart",
+          .habits = {.takesNoKeysBack = true},
+          .reports = Reports::lastWords,
+          .canDelete = true,
+          .key = {0.001, 0.004},
+          .text = {0, 0.001},
+          .report = {0.001, 0.004}};
+}
+
+TEST(InputMethodKeys, NoneIsLostWhereNoneCanBeHandedBack) {
+  for (const double speed : kSpeeds) {
+    const auto lines = sentences(kSentences, 5);
+    const auto keys = std::accumulate(lines.begin(), lines.end(), std::string());
+    SimulatedSession session(gtk4WithItsPart(), Layouts::frameworks, 5);
+    session.type(keys, speed);
+    SoakTyping typing(1);
+    typing.note(keys);
+    const auto shown = SoakTyping::keysOf(session.textInTheEnd());
+    EXPECT_EQ(shown, SoakTyping::keysOf(typing.onScreen())) << speed;
+  }
+}
+
+TEST(InputMethodKeys, AWordStaysBeforeAReturnThatCannotBeHandedBack) {
+  SimulatedSession session(gtk4WithItsPart(), Layouts::frameworks, 1);
+  for (const char key : std::string("ghbdtn hello\nghbdtn ")) {
+    session.type(std::string(1, key), 0);
+    session.wait(0.1);
+  }
+  EXPECT_EQ(session.textInTheEnd(), "привет руддщ\nпривет ");
 }
 
 void PrintTo(const Case& one, std::ostream* out) {

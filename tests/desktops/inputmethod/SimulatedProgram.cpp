@@ -69,6 +69,7 @@ void SimulatedProgram::key(const Key& key) {
 }
 
 void SimulatedProgram::forward(const Key& key) {
+  if (kind_.habits.takesNoKeysBack) return;
   auto sent = key;
   if (kind_.habits.readsModifiersLate) sent.states = around_.modifiers();
   this->key(sent);

@@ -40,6 +40,8 @@ class SimulatedSession final {
   [[nodiscard]] std::string textInTheEnd();
   /// The messages that a person would have seen.
   [[nodiscard]] std::string messages();
+  /// Nothing is pressed for so many seconds.
+  void wait(double seconds);
 
  private:
   class Desktop;
@@ -47,7 +49,6 @@ class SimulatedSession final {
 
   void key(std::uint32_t xKey, bool isRelease);
   void arrive(const inputmethod::KeyEvent& event);
-  void wait(double seconds);
   [[nodiscard]] double upTo(double seconds);
 
   Layouts layouts_;
