@@ -91,8 +91,10 @@ std::optional<double> KeyFlow::retype(Client& client, Retype& step) {
     if (const auto until = unsettledUntil()) return until;
     if (!mayDelete(client, step.erase)) {
       if (const auto until = waitForModifiers(client, 0)) return until;
+      // Backspaces would have to be handed back.
+      if (client.habits().takesNoKeysBack) leaveAsTyped(step);
     }
-    erase(client, std::exchange(step.erase, 0));
+    if (step.erase > 0) erase(client, std::exchange(step.erase, 0));
   }
   if (step.text.empty()) return std::nullopt;
   if (const auto until = waitForWay(client, Way::text)) return until;

@@ -170,6 +170,14 @@ TEST(InputMethodKeys, NoneIsLostWhereNoneCanBeHandedBack) {
   }
 }
 
+TEST(InputMethodKeys, AWordStaysWhereNeitherDeletionNorBackspaceReachesIt) {
+  auto kind = gtk4WithItsPart();
+  kind.canDelete = false;
+  SimulatedSession session(kind, Layouts::frameworks, 1);
+  session.type("ghbdtn, hello ", 0.1);
+  EXPECT_EQ(session.textInTheEnd(), "ghbdtn, руддщ ");
+}
+
 TEST(InputMethodKeys, AWordStaysBeforeAReturnThatCannotBeHandedBack) {
   SimulatedSession session(gtk4WithItsPart(), Layouts::frameworks, 1);
   for (const char key : std::string("ghbdtn hello\nghbdtn ")) {
