@@ -84,8 +84,6 @@ class KeyFlow final {
     std::size_t erase = 0;
     std::string text;
   };
-  /// Leaves the words as they were typed: what comes behind them remains.
-  static void leaveAsTyped(Retype& step);
   struct Select {
     std::string inputMethod;
   };
@@ -152,6 +150,8 @@ class KeyFlow final {
   [[nodiscard]] std::optional<double> undeliveredUntil(const Client& client);
   [[nodiscard]] bool mayDelete(const Client& client, std::size_t characters) const;
   void erase(Client& client, std::size_t characters);
+  /// The words are not to be erased: only what comes behind them remains to be typed.
+  static void leaveAsTyped(Retype& step);
   void commit(Client& client, const std::string& text);
   void forward(Client& client, const Key& key);
   /// Sends the texts that were gathered to be one.
