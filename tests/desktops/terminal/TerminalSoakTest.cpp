@@ -48,6 +48,8 @@ constexpr const char* kWordOfAnother = "ghbdtn";
 constexpr auto kListsAreRead = std::chrono::seconds(3);
 constexpr auto kHandMoves = std::chrono::milliseconds(200);
 constexpr auto kPatience = std::chrono::seconds(30);
+/// The last of the programs that are typed into.
+constexpr std::size_t kShellThatReadsLines = 2;
 
 /// The same keys with the desktop's other layout.
 std::string inRussian(const std::string& keys) {
@@ -99,6 +101,10 @@ class TerminalLongDay : public ::testing::Test {
 
   void type(std::string keys) {
     if (keys != "\n") {
+      // Between two lines a shell lets the system collect what is typed, and Backspaces that come
+      // just then erase nothing: without the corrector too, in 1 to 5 of 2,000 lines that are typed
+      // ahead.
+      if (kind_ == kShellThatReadsLines) std::replace(keys.begin(), keys.end(), '\n', ' ');
       isDesktopRussian_ = typing_.below(6) == 0;
       // The desktop's layout shows by the first letter, not by a sign that both have. And so many
       // keys may have come at once before that they were taken for a paste, which shows nothing.

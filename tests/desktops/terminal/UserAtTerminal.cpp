@@ -54,7 +54,9 @@ constexpr int kTurnMilliseconds = 50;
 
 termios typicalSettings(char erase) {
   termios settings{};
-  settings.c_iflag = ICRNL | IXON;
+  // What is typed before the program has the terminal is erased by the character, as everywhere
+  // today.
+  settings.c_iflag = ICRNL | IXON | IUTF8;
   settings.c_oflag = OPOST | ONLCR;
   settings.c_cflag = CS8 | CREAD | B38400;
   settings.c_lflag = ISIG | ICANON | IEXTEN | ECHO | ECHOE | ECHOK | ECHOCTL | ECHOKE;
