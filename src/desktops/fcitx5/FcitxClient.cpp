@@ -40,7 +40,7 @@ inputmethod::Client::Habits FcitxClient::habits() const {
   if (isWayland()) habits.settle = kSettleBehindCompositor;
   // The terminal foot forgets a text that comes before the compositor has heard where the caret is
   // behind the one before, about a millisecond later: a letter in four of fifty lines.
-  habits.takesOneTextAtATime = isWayland() && !report();
+  habits.takesOneTextAtATime = isWayland() && !context->surroundingText().isValid();
   habits.losesShift = context != nullptr && context->frontend() == kKwinFrontend;
   // Of Fcitx's parts of toolkits only that of GTK 4 cannot put keys in their order, and it shows
   // one that it is handed back to nobody: lines ran together.
