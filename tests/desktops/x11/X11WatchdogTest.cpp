@@ -10,6 +10,7 @@
 #include <sched.h>
 #include <stdexcept>
 #include <string>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -87,18 +88,14 @@ class Holder {
 /// first.
 class StarvedProcess {
  public:
-  explicit StarvedProcess(pid_t process) : busy_(::fork()) {
-    cpu_set_t first;
-    CPU_ZERO(&first);
-    CPU_SET(0, &first);
-    if (busy_ == 0) {
-      ::sched_setaffinity(0, sizeof first, &first);
-      for (volatile bool goesOn = true; goesOn;) {
-      }
-    }
-    ::sched_setaffinity(process, sizeof first, &first);
+  explicit StarvedProcess(pid_t process) {
+    const int processor = ::sched_getcpu();
+    busy_ = ::fork();
+    if (busy_ == 0) beBusyOn(processor);
     const sched_param priority{};
-    ::sched_setscheduler(process, SCHED_IDLE, &priority);
+    if (!bind(process, processor) || ::sched_setscheduler(process, SCHED_IDLE, &priority) != 0) {
+      throw std::runtime_error("a process cannot be starved here");
+    }
   }
   StarvedProcess(const StarvedProcess&) = delete;
   StarvedProcess& operator=(const StarvedProcess&) = delete;
@@ -108,7 +105,22 @@ class StarvedProcess {
   }
 
  private:
-  pid_t busy_;
+  static bool bind(pid_t process, int processor) {
+    cpu_set_t only;
+    CPU_ZERO(&only);
+    CPU_SET(static_cast<std::size_t>(processor), &only);
+    return ::sched_setaffinity(process, sizeof only, &only) == 0;
+  }
+  [[noreturn]] static void beBusyOn(int processor) {
+    // Nor is it to be busy when the test has been ended.
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (!bind(0, processor)) ::_exit(1);
+    for (volatile bool goesOn = true; goesOn;) {
+    }
+    ::_exit(0);
+  }
+
+  pid_t busy_ = -1;
 };
 
 class X11Watchdog : public ::testing::Test {
