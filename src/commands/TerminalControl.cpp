@@ -1,12 +1,15 @@
 #include "commands/TerminalControl.h"
 
 #include <string_view>
+#include <unistd.h>
 
 #include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/terminal/CorrectedMark.h"
 #include "desktops/terminal/Multiplexer.h"
 #include "desktops/terminal/OuterTerminal.h"
+#include "desktops/terminal/TerminalQuestion.h"
+#include "text/Hex.h"
 
 namespace tessarok::commands {
 
@@ -15,19 +18,51 @@ namespace {
 using terminal::CorrectedMark;
 using terminal::Multiplexer;
 using terminal::OuterTerminal;
+using terminal::TerminalQuestion;
 
 constexpr std::string_view kAnswer = "\x1b]7717;tessarok;";
+constexpr std::string_view kAnswerEnd = "\x1b\\";
 /// Milliseconds for an answer: of a terminal at the other end of a slow line, and of one that
 /// nothing speaks for.
 constexpr int kPatience = 1000;
 constexpr int kLittlePatience = 150;
 
+/// A way to a terminal that may be corrected.
+struct Way {
+  int output = OuterTerminal::input();
+  /// Around which sequences have to be wrapped.
+  const Multiplexer* around = nullptr;
+
+  [[nodiscard]] std::string sequence(const std::string& request) const {
+    const auto bare = "\x1b]7717;" + request + "\a";
+    return around == nullptr ? bare : around->wrapped(bare);
+  }
+};
+
+/// Lets keys go on, those that were read first.
+void giveBack(const Way& way, std::string_view number, const std::string& keys) {
+  const auto bytes = way.sequence("go;" + std::string(number) + ";" + text::hexOf(keys));
+  if (::write(way.output, bytes.data(), bytes.size()) < 0) {
+    // The terminal has gone.
+  }
+}
+
 /// Absent when nothing answers, or nothing that corrects.
-std::optional<TerminalStatus> statusOf(const OuterTerminal::Question& question) {
-  const auto answer = OuterTerminal::ask(question);
+std::optional<TerminalStatus> statusBy(const Way& way, const std::string& request, int patience) {
+  const auto question = way.sequence(request + ";wait");
+  const auto answer = TerminalQuestion{.text = question,
+                                       .before = kAnswer,
+                                       .after = kAnswerEnd,
+                                       .patience = patience,
+                                       .output = way.output}
+                          .ask();
   if (!answer) return std::nullopt;
-  return TerminalStatus{.isOn = answer->starts_with("on"),
-                        .layout = answer->ends_with("ru") ? Language::russian : Language::english};
+  // "on;ru;NUMBER"
+  const auto& text = answer->text;
+  giveBack(way, std::string_view(text).substr(text.rfind(';') + 1), answer->keys);
+  return TerminalStatus{
+      .isOn = text.starts_with("on"),
+      .layout = text.find(";ru") != std::string::npos ? Language::russian : Language::english};
 }
 
 }  // namespace
@@ -45,19 +80,14 @@ std::optional<TerminalStatus> askTerminal(const std::string& request) {
   const bool isRemote = posix::personsVariable("SSH_TTY").value_or("") != "";
   const bool isWindow = !Multiplexer::window().empty();
   const bool isLikely = mark == CorrectedMark::Place::here || (isRemote && !isWindow);
-  const auto sequence = "\x1b]7717;" + request + "\a";
-  OuterTerminal::Question question{.text = sequence,
-                                   .before = kAnswer,
-                                   .after = "\x1b\\",
-                                   .patience = isLikely ? kPatience : kLittlePatience};
-  if (const auto status = statusOf(question)) return status;
+  if (const auto status = statusBy({}, request, isLikely ? kPatience : kLittlePatience)) {
+    return status;
+  }
   const auto around = Multiplexer::aroundWindow();
   if (!around) return std::nullopt;
-  const auto wrapped = around->wrapped(sequence);
-  question.text = wrapped;
-  question.output = around->output();
-  if (mark == CorrectedMark::Place::around || isRemote) question.patience = kPatience;
-  return statusOf(question);
+  const bool isLikelyAround = mark == CorrectedMark::Place::around || isRemote;
+  return statusBy({.output = around->output(), .around = &*around}, request,
+                  isLikelyAround ? kPatience : kLittlePatience);
 }
 
 }  // namespace tessarok::commands

@@ -2,12 +2,10 @@
 
 #include <cerrno>
 #include <fcntl.h>
-#include <poll.h>
 #include <signal.h>
 #include <system_error>
 #include <unistd.h>
 
-#include "desktops/posix/DescriptorWait.h"
 #include "desktops/posix/Translation.h"
 
 namespace tessarok::terminal {
@@ -56,27 +54,6 @@ OuterTerminal::~OuterTerminal() {
 
 bool OuterTerminal::isStandardInput() {
   return ::isatty(STDIN_FILENO) == 1;
-}
-
-std::optional<std::string> OuterTerminal::ask(const Question& question) {
-  const auto& [text, before, after, patience, output] = question;
-  OuterTerminal terminal;
-  terminal.makeRaw();
-  if (::write(output, text.data(), text.size()) < 0) return std::nullopt;
-  std::string answer;
-  pollfd waiting{STDIN_FILENO, POLLIN, 0};
-  while (posix::waitFor({&waiting, 1}, patience) > 0) {
-    char chunk[256];
-    const auto count = ::read(STDIN_FILENO, chunk, sizeof chunk);
-    if (count <= 0) return std::nullopt;
-    answer.append(chunk, static_cast<std::size_t>(count));
-    const auto begin = answer.find(before);
-    if (begin == std::string::npos) continue;
-    const auto end = answer.find(after, begin + before.size());
-    if (end == std::string::npos) continue;
-    return answer.substr(begin + before.size(), end - begin - before.size());
-  }
-  return std::nullopt;
 }
 
 int OuterTerminal::input() {

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <string_view>
 #include <sys/ioctl.h>
 #include <termios.h>
 
@@ -21,22 +18,6 @@ class OuterTerminal final {
   ~OuterTerminal();
 
   [[nodiscard]] static bool isStandardInput();
-  /// A question that a terminal answers.
-  struct Question {
-    std::string_view text;
-    /// The answer stands between these.
-    std::string_view before;
-    std::string_view after;
-    /// Milliseconds.
-    int patience;
-    /// Where it is written.
-    int output = input();
-  };
-  /// Asks, and waits for what comes to the terminal of this process; absent when that does not
-  /// come in time. Other bytes that come meanwhile are lost, so this is for programs that want
-  /// nothing else.
-  [[nodiscard]] static std::optional<std::string> ask(const Question& question);
-
   /// As they were found.
   [[nodiscard]] const termios& settings() const { return settings_; }
   [[nodiscard]] winsize size() const;

@@ -17,6 +17,8 @@ constexpr char kSubstitute = '\x1a';
 constexpr std::size_t kMaxParameters = 64;
 /// The beginning of a string tells what it is about.
 constexpr std::size_t kMaxString = 32;
+/// A request may hold all that a terminal keeps for a program, in hexadecimal digits.
+constexpr std::size_t kMaxRequest = 8300;
 /// More requests at once than anybody makes.
 constexpr std::size_t kMaxRequests = 16;
 constexpr std::string_view kRequest = "]7717;";
@@ -182,7 +184,7 @@ void ProgramOutput::feedString(char byte) {
     endString();
   } else if (byte == kCancel || byte == kSubstitute) {
     state_ = State::text;
-  } else if (string_.size() < kMaxString) {
+  } else if (string_.size() < (string_.starts_with(kRequest) ? kMaxRequest : kMaxString)) {
     string_.push_back(byte);
   }
 }

@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "desktops/posix/DescriptorWait.h"
-#include "typing/KeyTap.h"
 
 namespace tessarok::terminal {
 
@@ -65,7 +64,9 @@ TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer,
       toScreen_(outer.output(), outer.isOutputNonBlocking() ? posix::WriteQueue::Mode::nonBlocking
                                                             : posix::WriteQueue::Mode::any),
       keys_(desktop, pty, output_, toProgram_),
+      requests_(desktop, keys_, toProgram_),
       sign_([&desktop](std::string_view key) { return desktop.userDefaults().string(key); }) {
+  requests_.onGo = [this] { serveInput(); };
   auto& loop = desktop_.runLoop();
   loop.add(signals_);
   loop.add(program_);
@@ -153,7 +154,11 @@ void TerminalSession::tidyScreen() {
 // Keys.
 
 bool TerminalSession::readsInput() const {
-  return isDrained_ && !held_ && !keys_.isRetyping() && !isProgramGone_ && !toProgram_.isFull();
+  return isDrained_ && !mustKeysWait() && !isProgramGone_ && !toProgram_.isFull();
+}
+
+bool TerminalSession::mustKeysWait() const {
+  return held_ || keys_.isRetyping() || requests_.makeKeysWait();
 }
 
 void TerminalSession::readInput() {
@@ -183,19 +188,19 @@ std::size_t TerminalSession::readMore() {
 void TerminalSession::serveInput() {
   isDrained_ = false;
   // Where the program takes at once all that there was room for, nothing would call again.
-  while (!isDrained_ && !held_ && !keys_.isRetyping() && !isProgramGone_ && !toProgram_.isFull()) {
+  while (!isDrained_ && !mustKeysWait() && !isProgramGone_ && !toProgram_.isFull()) {
     pressKeys();
     flushToProgram();
   }
   flushScreen();
-  if (held_ || keys_.isRetyping() || !isDrained_) paste_.noteWait(desktop_.clock().uptime());
+  if (mustKeysWait() || !isDrained_) paste_.noteWait(desktop_.clock().uptime());
   if (!isDrained_) return;
   paste_.noteServed(desktop_.clock().uptime());
   if (decoder_.isWaiting()) waitForRest();
 }
 
 void TerminalSession::pressKeys() {
-  while (!held_ && !keys_.isRetyping() && !toProgram_.isFull()) {
+  while (!mustKeysWait() && !toProgram_.isFull()) {
     const auto item = decoder_.next();
     if (!item) {
       isDrained_ = true;
@@ -283,7 +288,8 @@ void TerminalSession::serveOutput() {
   static_cast<void>(readProgram());
   flushScreen();
   keys_.noteOutput();
-  answerRequests();
+  for (const auto& request : output_.takeRequests())
+    requests_.serve(request);
   flushToProgram();
   if (!held_) return;
   if (keys_.isEchoComplete()) {
@@ -328,22 +334,6 @@ void TerminalSession::showLayout() {
     state = LayoutSign::State::russian;
   }
   toScreen_.add(sign_.show(state));
-}
-
-void TerminalSession::answerRequests() {
-  for (const auto& request : output_.takeRequests()) {
-    auto& bar = desktop_.statusBar();
-    if (request == "on" || request == "off") bar.setEnabled(request == "on");
-    if (request == "layout") keys_.toggleLayout();
-    if (request == "pause") KeyTap::shared().startPause();
-    // The answer tells nothing of what was typed.
-    const bool isKnown = request == "on" || request == "off" || request == "layout" ||
-                         request == "pause" || request == "status";
-    if (!isKnown) continue;
-    toProgram_.add(std::string("\x1b]7717;tessarok;") + (bar.isEnabled() ? "on" : "off") + ";" +
-                   (desktop_.inputSources().language() == Language::russian ? "ru" : "en") +
-                   "\x1b\\");
-  }
 }
 
 void TerminalSession::flushScreen() {

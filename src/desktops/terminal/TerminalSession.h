@@ -16,6 +16,7 @@
 #include "desktops/terminal/PasteBySize.h"
 #include "desktops/terminal/ProgramOutput.h"
 #include "desktops/terminal/Pty.h"
+#include "desktops/terminal/Requests.h"
 #include "desktops/terminal/TerminalDesktop.h"
 
 namespace tessarok::terminal {
@@ -43,6 +44,7 @@ class TerminalSession final {
 
  private:
   [[nodiscard]] bool readsInput() const;
+  [[nodiscard]] bool mustKeysWait() const;
   [[nodiscard]] short programEvents() const;
 
   void handleSignal(int signal);
@@ -71,7 +73,6 @@ class TerminalSession final {
   [[nodiscard]] bool readProgram();
   void flushScreen();
   void showLayout();
-  void answerRequests();
 
   TerminalDesktop& desktop_;
   OuterTerminal& outer_;
@@ -86,6 +87,7 @@ class TerminalSession final {
   PasteBySize paste_;
   ProgramOutput output_;
   Keys keys_;
+  Requests requests_;
   LayoutSign sign_;
   /// The item that waits for an echo; nothing behind it is served.
   std::optional<InputItem> held_;

@@ -169,6 +169,27 @@ TEST_F(TypingIntoBash, CommandsSpeakToTheTerminalThatTheyRunIn) {
   EXPECT_TRUE(user_.sees("\rпривет мир\r\n")) << user_.screen();
 }
 
+TEST_F(TypingIntoBash, WhatIsTypedWhileACommandAsksComesBehindIt) {
+  for (const std::string command : {"status", "off", "on", "report -"}) {
+    user_.type(TESSAROK_PROGRAM + (" " + command + "\recho ahe\"\"ad\rec"));
+    user_.type("ho beh\"\"ind\r");
+    EXPECT_TRUE(user_.sees("\rahead\r\n")) << command << '\n' << user_.screen();
+    EXPECT_TRUE(user_.sees("\rbehind\r\n")) << command << '\n' << user_.screen();
+  }
+}
+
+TEST_F(TypingIntoBash, NobodyButWhoReadsTheAnswerGivesKeysBack) {
+  // As a file with such sequences would, when it is shown; the answer is read by nobody who knows
+  // it.
+  user_.type(
+      "printf '\\033]7717;status;wait\\a\\033]7717;go;0;6563686f20780d\\a'; read -rd \\\\ a; "
+      "clear\r");
+  ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
+  user_.type("echo ghbdtn vbh\r");
+  EXPECT_TRUE(user_.sees("\rпривет мир\r\n")) << user_.screen();
+  EXPECT_EQ(user_.screen().find("\rx\r\n"), std::string::npos) << user_.screen();
+}
+
 TEST_F(TypingIntoBash, TheCursorShowsTheLayout) {
   user_.type("echo ghbdtn ");
   EXPECT_TRUE(user_.sees("\x1b]12;")) << user_.screen();

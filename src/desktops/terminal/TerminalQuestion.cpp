@@ -1,0 +1,103 @@
+#include "desktops/terminal/TerminalQuestion.h"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstddef>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include "desktops/posix/DescriptorWait.h"
+
+namespace tessarok::terminal {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// Milliseconds between two looks.
+constexpr int kInterval = 5;
+
+/// While it lives, every byte can be read as it comes, and none is shown or means a signal.
+class UneditedInput final {
+ public:
+  UneditedInput() {
+    if (::tcgetattr(STDIN_FILENO, &settings_) != 0) return;
+    auto unedited = settings_;
+    unedited.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ISIG | IEXTEN);
+    unedited.c_cc[VMIN] = 1;
+    unedited.c_cc[VTIME] = 0;
+    isSet_ = set(unedited);
+  }
+  UneditedInput(const UneditedInput&) = delete;
+  UneditedInput& operator=(const UneditedInput&) = delete;
+  ~UneditedInput() {
+    if (isSet_) set(settings_);
+  }
+
+  [[nodiscard]] bool isSet() const { return isSet_; }
+
+ private:
+  // TCSANOW: what was typed ahead stays, and a screen that was stopped holds nothing up.
+  static bool set(const termios& settings) {
+    while (::tcsetattr(STDIN_FILENO, TCSANOW, &settings) != 0) {
+      if (errno != EINTR) return false;
+    }
+    return true;
+  }
+
+  termios settings_{};
+  bool isSet_ = false;
+};
+
+std::size_t bytesToRead() {
+  int count = 0;
+  return ::ioctl(STDIN_FILENO, FIONREAD, &count) == 0 && count > 0 ? static_cast<std::size_t>(count)
+                                                                   : 0;
+}
+
+/// Adds what is there; false when nothing is, against expectation.
+bool readInto(std::string& bytes) {
+  std::array<char, 4096> chunk;
+  const auto count = ::read(STDIN_FILENO, chunk.data(), chunk.size());
+  if (count > 0) bytes.append(chunk.data(), static_cast<std::size_t>(count));
+  return count > 0;
+}
+
+bool isOurs() {
+  // Below 0 for a terminal that controls no jobs.
+  const auto foreground = ::tcgetpgrp(STDIN_FILENO);
+  return foreground < 0 || foreground == ::getpgrp();
+}
+
+}  // namespace
+
+std::optional<TerminalQuestion::Answer> TerminalQuestion::ask() const {
+  if (!isOurs()) return std::nullopt;
+  const UneditedInput unedited;
+  if (!unedited.isSet()) return std::nullopt;
+  // No answer is shorter than what stands around it.
+  auto awaited = bytesToRead() + before.size() + after.size();
+  if (::write(output, text.data(), text.size()) < 0) return std::nullopt;
+  const auto deadline = Clock::now() + std::chrono::milliseconds(patience);
+  std::string bytes;
+  while (Clock::now() < deadline) {
+    if (bytesToRead() < awaited) {
+      static_cast<void>(posix::waitFor({}, kInterval));
+      continue;
+    }
+    if (!readInto(bytes)) return std::nullopt;
+    awaited = 1;
+    const auto begin = bytes.find(before);
+    if (begin == std::string::npos) continue;
+    const auto end = bytes.find(after, begin + before.size());
+    if (end == std::string::npos) continue;
+    const auto first = begin + before.size();
+    return Answer{.text = bytes.substr(first, end - first),
+                  .keys = bytes.substr(0, begin) + bytes.substr(end + after.size())};
+  }
+  return std::nullopt;
+}
+
+}  // namespace tessarok::terminal
