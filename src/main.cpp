@@ -24,6 +24,7 @@
 #include "commands/StatusCommand.h"
 #include "commands/TerminalCommand.h"
 #include "commands/TypeCommand.h"
+#include "desktops/posix/StandardStreams.h"
 #include "desktops/posix/Translation.h"
 
 namespace {
@@ -383,6 +384,7 @@ class CommandLine {
 }  // namespace
 
 int main(int argc, char** argv) {
+  tessarok::posix::occupyStandardStreams();
   try {
     tessarok::posix::useLanguageOfLocale();
     const int status = CommandLine().run(argc, argv);

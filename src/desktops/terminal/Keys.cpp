@@ -131,10 +131,10 @@ void Keys::translateSent() {
 void Keys::noticeProgram(const PtyModes* modes) {
   auto reading = Reading::unknown;
   if (modes != nullptr) {
-    reading = modes->isSecret()     ? Reading::secretLines
-              : modes->isUnedited() ? Reading::unedited
-              : modes->isRaw()      ? Reading::keys
-                                    : Reading::lines;
+    reading = modes->isSecret()           ? Reading::secretLines
+              : modes->takesNothingBack() ? Reading::unedited
+              : modes->isRaw()            ? Reading::keys
+                                          : Reading::lines;
   }
   const auto group = pty_.foregroundGroup();
   const bool isOther = reading != reading_ || group != readingGroup_;
@@ -223,7 +223,7 @@ void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
   const auto press = hotKeys_.of(item);
   if (press.key == HotKeys::Key::layout) return pressHotKey(press);
   // Nothing can be taken back there, by hand neither.
-  if (modes.isUnedited()) return pressUnknown(item);
+  if (modes.takesNothingBack()) return pressUnknown(item);
   if (press.key == HotKeys::Key::manual) return pressHotKey(press);
   if (item.kind == Kind::character) {
     outer_.note(item.scalar);

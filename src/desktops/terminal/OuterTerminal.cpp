@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <signal.h>
+#include <stdexcept>
 #include <system_error>
 #include <unistd.h>
 
@@ -42,6 +43,10 @@ void waitForForeground() {
 }  // namespace
 
 OuterTerminal::OuterTerminal() : output_(openOutput()) {
+  // A screen that nothing can be written to would be found out by the first text for it.
+  if ((::fcntl(STDOUT_FILENO, F_GETFL) & O_ACCMODE) == O_RDONLY) {
+    throw std::runtime_error(posix::translated("standard output cannot be written"));
+  }
   waitForForeground();
   if (::tcgetattr(input(), &settings_) != 0) {
     throw std::system_error(errno, std::generic_category(), posix::translated("standard input"));

@@ -11,7 +11,8 @@ namespace tessarok::terminal {
 /// happens, its settings are put back. One in a process. Main thread.
 class OuterTerminal final {
  public:
-  /// Throws `std::system_error` when standard input is no terminal.
+  /// Throws `std::system_error` when standard input is no terminal, and `std::runtime_error` when
+  /// standard output is closed.
   OuterTerminal();
   OuterTerminal(const OuterTerminal&) = delete;
   OuterTerminal& operator=(const OuterTerminal&) = delete;

@@ -155,6 +155,7 @@ void ProgramOutput::feedEscape(char byte) {
     if (byte == 'c') {
       setAlternateScreen(false);
       wantsBrackets_ = keepsPlace_ = false;
+      keyboardModes_.reset();
     }
     screen_.escape(byte);
   }
@@ -203,6 +204,9 @@ void ProgramOutput::endSequence(char final) {
   const bool isPlace = final == 'H' || final == 'f';
   if ((final == 'd' || (isPlace && !isHome(parameters_))) && !keepsPlace_) sawAddressing_ = true;
   if (parameters_.empty() && (final == 's' || final == 'u')) keepsPlace_ = final == 's';
+  keyboardModes_.note(
+      parameters_, final,
+      alternateScreen_ ? KeyboardModes::Screen::alternate : KeyboardModes::Screen::main);
   screen_.sequence(parameters_, final);
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "desktops/terminal/KeyboardModes.h"
 #include "desktops/terminal/Screen.h"
 
 namespace tessarok::terminal {
@@ -34,6 +35,11 @@ class ProgramOutput final {
   /// What a program asks of this one by a sequence of its own ("ESC ] 7717 ; … BEL"), oldest first.
   [[nodiscard]] std::vector<std::string> takeRequests() { return std::exchange(requests_, {}); }
 
+  /// What takes back the reports of keys that programs have asked for and left on.
+  [[nodiscard]] std::string undoingOfKeyboardModes(KeyboardModes::Screen screen) const {
+    return keyboardModes_.undoing(screen);
+  }
+
   [[nodiscard]] Screen& screen() { return screen_; }
   [[nodiscard]] const Screen& screen() const { return screen_; }
 
@@ -54,6 +60,7 @@ class ProgramOutput final {
   void putByte(char byte);
 
   Screen screen_;
+  KeyboardModes keyboardModes_;
   State state_ = State::text;
   /// The last one of an escape sequence.
   char intermediate_ = 0;

@@ -13,6 +13,12 @@ constexpr cc_t kDisabled = _POSIX_VDISABLE;
 
 }  // namespace
 
+bool PtyModes::takesNothingBack() const {
+  if (!echoes()) return false;
+  if ((settings_.c_lflag & ICANON) == 0) return true;
+  return settings_.c_cc[VERASE] == kDisabled || (settings_.c_iflag & IUTF8) == 0;
+}
+
 char PtyModes::erase() const {
   const auto erase = settings_.c_cc[VERASE];
   return erase == kDisabled ? kUsualErase : static_cast<char>(erase);

@@ -17,10 +17,10 @@ class PtyModes final {
   /// The program reads key by key and shows itself what it likes: a line editor, a program that
   /// fills the screen, or a prompt for a few secret characters; which one cannot be told.
   [[nodiscard]] bool isRaw() const { return !echoes() && (settings_.c_lflag & ICANON) == 0; }
-  /// The kernel shows every key and hands it on at once: an erase character would be shown and
-  /// read like any other, and take nothing back.
-  [[nodiscard]] bool isUnedited() const { return echoes() && (settings_.c_lflag & ICANON) == 0; }
-  /// The character that erases the one before it.
+  /// The kernel shows every key, and no erase character takes one back: it hands every key on at
+  /// once, or has no such character, or erases bytes, which leaves half a letter.
+  [[nodiscard]] bool takesNothingBack() const;
+  /// The character that erases the one before it; the usual one where there is none.
   [[nodiscard]] char erase() const;
   /// Whether a control character takes the word before the cursor away, or the whole line.
   [[nodiscard]] bool clearsWord(char control) const;

@@ -30,13 +30,13 @@ constexpr double kPartingDelay = 1.0;
 constexpr int kLastChunks = 256;
 constexpr int kKilled = 128;
 
-/// Back to the main screen, with a cursor, plain text, and no reports or brackets: what a program
-/// that could not clean up may have left behind.
+/// Back to the main screen, and to the cursor's place there.
+constexpr std::string_view kLeaveAlternateScreen = "\x1b[?1049l";
+/// A cursor of the usual shape, plain text, and no reports, brackets or frames: what a program that
+/// could not clean up may have left behind.
 constexpr std::string_view kTidyScreen =
-    "\x1b[?1049l\x1b[?2004l\x1b[?1004l\x1b[?1000l\x1b[?1002l\x1b[?1003l\x1b[?1006l\x1b[?1l\x1b>"
-    "\x1b[?25h\x1b[0m\r\n";
-/// The first of these, which also restores the cursor's place, only where it was left.
-constexpr std::size_t kLeaveAlternateScreen = 8;
+    "\x1b[?2026l\x1b[?2004l\x1b[?1004l\x1b[?1000l\x1b[?1002l\x1b[?1003l\x1b[?1005l\x1b[?1006l"
+    "\x1b[?1015l\x1b[?1l\x1b>\x1b[?25h\x1b[0 q\x1b[0m\r\n";
 
 bool isReadable(int descriptor, int milliseconds) {
   pollfd waiting{descriptor, POLLIN, 0};
@@ -49,7 +49,8 @@ TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer,
     : desktop_(desktop),
       outer_(outer),
       pty_(pty),
-      signals_({SIGCHLD, SIGWINCH, SIGCONT, SIGTSTP, SIGTERM, SIGHUP, SIGINT, SIGQUIT},
+      signals_({SIGCHLD, SIGWINCH, SIGCONT, SIGTSTP, SIGTERM, SIGHUP, SIGINT, SIGQUIT, SIGALRM,
+                SIGUSR1, SIGUSR2},
                [this](int signal) { handleSignal(signal); }),
       input_(
           OuterTerminal::input(), [this] { return readsInput() ? short{POLLIN} : short{0}; },
@@ -144,8 +145,13 @@ void TerminalSession::end(int exitStatus) {
 void TerminalSession::tidyScreen() {
   toScreen_.add(sign_.show(LayoutSign::State::english));
   const bool isLeft = output_.isAlternateScreen();
+  if (isLeft) {
+    toScreen_.add(output_.undoingOfKeyboardModes(KeyboardModes::Screen::alternate));
+    toScreen_.add(kLeaveAlternateScreen);
+  }
   if (isLeft || isUntidy_) {
-    toScreen_.add(isLeft ? kTidyScreen : kTidyScreen.substr(kLeaveAlternateScreen));
+    toScreen_.add(output_.undoingOfKeyboardModes(KeyboardModes::Screen::main));
+    toScreen_.add(kTidyScreen);
   }
   // A screen that takes nothing must not hold up the end that a signal asks for.
   static_cast<void>(isHurried_ ? toScreen_.flush() : toScreen_.flushWaiting());

@@ -20,11 +20,20 @@ TEST(PtyModes, APasswordIsALineThatIsNotShown) {
   EXPECT_FALSE(PtyModes(withFlags(ECHO)).isRaw());
 }
 
-TEST(PtyModes, WithoutALineNothingIsEdited) {
-  EXPECT_TRUE(PtyModes(withFlags(ECHO)).isUnedited());
-  EXPECT_FALSE(PtyModes(withFlags(ECHO | ICANON)).isUnedited());
+TEST(PtyModes, WithoutALineNothingIsTakenBack) {
+  EXPECT_TRUE(PtyModes(withFlags(ECHO)).takesNothingBack());
   // A program that shows the keys itself may well know an erase character.
-  EXPECT_FALSE(PtyModes(withFlags(0)).isUnedited());
+  EXPECT_FALSE(PtyModes(withFlags(0)).takesNothingBack());
+}
+
+TEST(PtyModes, ALineIsTakenBackByCharacters) {
+  auto settings = withFlags(ECHO | ICANON);
+  settings.c_cc[VERASE] = '\x7f';
+  EXPECT_TRUE(PtyModes(settings).takesNothingBack());
+  settings.c_iflag = IUTF8;
+  EXPECT_FALSE(PtyModes(settings).takesNothingBack());
+  settings.c_cc[VERASE] = _POSIX_VDISABLE;
+  EXPECT_TRUE(PtyModes(settings).takesNothingBack());
 }
 
 TEST(PtyModes, EraseIsTheOneInForce) {

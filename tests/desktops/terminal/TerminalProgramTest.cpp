@@ -77,6 +77,31 @@ TEST(TerminalProgram, ASignalRestoresTheTerminal) {
   EXPECT_TRUE(user.sees("\x1b[?1049l"));
 }
 
+TEST(TerminalProgram, ReportsOfKeysEndWithTheProgramThatAskedForThem) {
+  UserAtTerminal user({"sh", "-c", "printf '\\033[>1u\\033[>4;2mstarted'; kill -KILL $$"});
+  ASSERT_TRUE(user.sees("started"));
+  EXPECT_EQ(user.exitStatus(), 128 + SIGKILL);
+  EXPECT_TRUE(user.sees("\x1b[<1u\x1b[>4m")) << user.screen();
+}
+
+TEST(TerminalProgram, EverySignalThatEndsItRestoresTheTerminal) {
+  for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGALRM, SIGUSR1, SIGUSR2}) {
+    UserAtTerminal user({"sh", "-c", "printf started; cat"});
+    ASSERT_TRUE(user.sees("started"));
+    user.send(signal);
+    EXPECT_EQ(user.exitStatus(), 128 + signal);
+    expectRestored(user);
+  }
+}
+
+TEST(TerminalProgram, EndsWhereThereIsNoScreen) {
+  UserAtTerminal user({"sh", "-c",
+                       "env -u TESSAROK_TERMINAL '" TESSAROK_PROGRAM
+                       "' --resources '" TESSAROK_TEST_DATA
+                       "' terminal -- sleep 100 >&-; echo ended"});
+  EXPECT_TRUE(user.sees("ended")) << user.screen();
+}
+
 TEST(TerminalProgram, ASignalHangsUpOnTheProgram) {
   UserAtTerminal user({"sh", "-c",
                        "trap 'echo hung up > \"$HOME/end\"; exit' HUP; printf started; "

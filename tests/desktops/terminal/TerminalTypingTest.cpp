@@ -259,6 +259,17 @@ TEST(KeyByKey, WithoutALineEditorNothingIsRetyped) {
                   "ghbdtn\x1b vbh  ");
 }
 
+TEST(KeyByKey, WithoutAnEraseCharacterNothingIsRetyped) {
+  expectUntouched("stty erase undef; printf ready; IFS= read -r x; printf '[%s]' \"$x\"",
+                  "ghbdtn vbh \r", "ghbdtn vbh ");
+}
+
+TEST(KeyByKey, WhereBytesAreErasedNothingIsRetyped) {
+  // As "stty sane" of GNU leaves it; half a letter would stay.
+  expectUntouched("stty -iutf8; printf ready; IFS= read -r x; printf '[%s]' \"$x\"",
+                  "руддщ цщкдв \r", "руддщ цщкдв ");
+}
+
 TEST(KeyByKey, ThePersonsOwnLayoutHasNoSayEither) {
   UserAtTerminal user({"sh", "-c",
                        "stty -icanon; printf 'go on? '; printf '[%s]' \"$(head -c 1)\"; stty "
