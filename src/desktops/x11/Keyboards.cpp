@@ -119,8 +119,8 @@ bool Keyboards::hold(Keyboard& keyboard) {
   return keyboard.isHeld;
 }
 
-void Keyboards::letGo(Keyboard& keyboard) {
-  if (!std::exchange(keyboard.isHeld, false) || connection_.isLost()) return;
+void Keyboards::free(const Keyboard& keyboard) {
+  if (!keyboard.isHeld || connection_.isLost()) return;
   XIUngrabDevice(connection_.display(), keyboard.device, CurrentTime);
 }
 
@@ -145,8 +145,13 @@ platform::Failure Keyboards::hold() {
 
 void Keyboards::letGo() {
   if (!std::exchange(isHolding_, false)) return;
+  // Those that are pressed meanwhile wait only for what comes behind, and that is soon done.
+  if (onLettingGo) onLettingGo();
+  for (const auto& keyboard : keyboards_)
+    free(keyboard);
+  if (onLettingGo) onLettingGo();
   for (auto& keyboard : keyboards_)
-    letGo(keyboard);
+    keyboard.isHeld = false;
   restoreSyntheticRepeats();
   connection_.flush();
 }

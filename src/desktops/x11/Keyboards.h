@@ -52,6 +52,9 @@ class Keyboards final {
   [[nodiscard]] bool isPassedOn(int device, unsigned long serial) const;
   /// Called for a keyboard that is there no more: what was pressed on it will not be released.
   std::function<void(int device)> onGone;
+  /// Called before and behind letting go of them: keys that they have sent so far are on their way
+  /// to nobody else.
+  std::function<void()> onLettingGo;
 
  private:
   struct Keyboard {
@@ -65,7 +68,7 @@ class Keyboards final {
   void findKeyboards(const KeyboardChanges& changes = {});
   [[nodiscard]] bool isIdle(const Keyboard& keyboard) const;
   [[nodiscard]] bool hold(Keyboard& keyboard);
-  void letGo(Keyboard& keyboard);
+  void free(const Keyboard& keyboard);
   void watch(int device);
   void restoreSyntheticRepeats();
   [[nodiscard]] std::string nameOf(int device);

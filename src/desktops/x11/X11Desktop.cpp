@@ -65,6 +65,7 @@ X11Desktop::X11Desktop(std::unique_ptr<XConnection> connection, std::unique_ptr<
 }
 
 X11Desktop::~X11Desktop() {
+  keyboards_.onLettingGo = nullptr;
   connection_->onLost = nullptr;
   runLoop_.remove(source_);
 }
@@ -85,6 +86,7 @@ void X11Desktop::connect() {
   focus_.onChange = [this] {
     workspaceNotifications_.announce(platform::Notification::applicationActivated);
   };
+  keyboards_.onLettingGo = [this] { passOnWhatHasCome(); };
   eventTaps_->onRefused = [this](const std::string& reason) { report(reason); };
   eventTaps_->onHeld = [this](bool held) { keyboardsHeld(held); };
   // It may have gone before anybody was to be told of it.
@@ -114,6 +116,31 @@ void X11Desktop::keyboardsHeld(bool held) {
   if (!lifeLine_) return;
   if (!held) return lifeLine_->letGo();
   if (!lifeLine_->hold()) watchdogEnded();
+}
+
+void X11Desktop::passOnWhatHasCome() {
+  if (connection_->isLost()) return;
+  auto* display = connection_->display();
+  // What the server has sent until now is here then.
+  XSync(display, False);
+  const auto isKey = [](Display*, XEvent* event, XPointer opcode) -> Bool {
+    const auto& cookie = event->xcookie;
+    return event->type == GenericEvent && cookie.extension == *reinterpret_cast<int*>(opcode) &&
+           (cookie.evtype == XI_KeyPress || cookie.evtype == XI_KeyRelease);
+  };
+  int opcode = connection_->inputOpcode();
+  XEvent event;
+  while (XCheckIfEvent(display, &event, isKey, reinterpret_cast<XPointer>(&opcode)) != 0) {
+    if (XGetEventData(display, &event.xcookie) == 0) continue;
+    const auto& key = *static_cast<const XIDeviceEvent*>(event.xcookie.data);
+    const bool isDown = event.xcookie.evtype == XI_KeyPress;
+    if (!isDown || !keyboards_.isPassedOn(key.deviceid, key.serial)) {
+      eventTaps_->passOn(static_cast<std::uint8_t>(key.detail), isDown);
+    }
+    XFreeEventData(display, &event.xcookie);
+  }
+  // Before the keyboards are back, so that nothing comes between.
+  typist_.releaseAll();
 }
 
 void X11Desktop::watchdogEnded() {

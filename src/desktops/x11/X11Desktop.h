@@ -86,6 +86,7 @@ class X11Desktop final : public platform::Desktop {
   void keymapChanged();
   void copyKeymap();
   void keyboardsHeld(bool held);
+  void passOnWhatHasCome();
   void watchdogEnded();
   void report(const std::string& problem);
 

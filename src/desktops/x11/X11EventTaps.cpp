@@ -135,8 +135,6 @@ void X11EventTaps::letGo() {
   ++wait_;
   held_.clear();
   posted_.clear();
-  // Before the keyboards are back, so that nothing comes between.
-  parts_.typist.releaseAll();
   parts_.keyboards.letGo();
   if (onHeld) onHeld(false);
 }
@@ -248,6 +246,11 @@ void X11EventTaps::keyUp(int device, std::uint8_t key) {
   static_cast<void>(send(event_));
   parts_.typist.release(key);
   typePosted();
+}
+
+void X11EventTaps::passOn(std::uint8_t key, bool isDown) {
+  if (isDown) return pass(key);
+  parts_.typist.release(key);
 }
 
 void X11EventTaps::releaseKeysOf(int device) {

@@ -46,6 +46,8 @@ class X11EventTaps final : public platform::EventTaps {
 
   void keyDown(int device, std::uint8_t key, bool repeats);
   void keyUp(int device, std::uint8_t key);
+  /// A key whose keyboard is being let go, past the tap.
+  void passOn(std::uint8_t key, bool isDown);
   /// A button of the mouse went down, by its X number.
   void buttonDown(int button);
   /// Keyboards came or went, as for `Keyboards::update`.

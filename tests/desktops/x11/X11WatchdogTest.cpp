@@ -227,6 +227,23 @@ TEST_F(X11Watchdog, AnEndedProgramLeavesNoKeyDown) {
   EXPECT_EQ(program.exitStatus(), 0) << program.errors();
 }
 
+TEST_F(X11Watchdog, KeysUnderWayWhenTheProgramEndsArrive) {
+  std::string keys;
+  for (int i = 0; i < 40; ++i)
+    keys += std::to_string(1000 + i) + " ";
+  std::string typed;
+  for (int i = 0; i < 3; ++i) {
+    Tessarok program(server_);
+    ASSERT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+    server_.lockGroup(0);
+    server_.type(keys);
+    program.send(SIGTERM);
+    typed += keys;
+    EXPECT_TRUE(window_.shows(typed)) << window_.text();
+    EXPECT_EQ(program.exitStatus(), 0) << program.errors();
+  }
+}
+
 // As a session does that ends, and whoever looks for the program by its name.
 TEST_F(X11Watchdog, BothMayBeToldToEndAndMoreThanOnce) {
   Tessarok program(server_);
