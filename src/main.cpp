@@ -47,6 +47,13 @@ std::string optionIn(const std::string& text) {
   return start == std::string::npos ? text : text.substr(start, text.find(' ', start) - start);
 }
 
+/// What is said of an option without its value, or of a flag with one, whose name alone the library
+/// tells without the hyphens.
+std::string problemWithValue(const std::string& name) {
+  return name.starts_with('-') ? translated("{1} needs a value", {name})
+                               : translated("{1} takes no value", {"--" + name});
+}
+
 /// Refuses every other value than a layout's short name.
 std::string problemWithLayout(const std::string& value) {
   if (value == "en" || value == "ru") return {};
@@ -103,7 +110,7 @@ class CommandLine {
     } catch (const CLI::RequiredError& error) {
       throw CommandError(translated("an argument is missing: {1}", {firstWord(error.what())}));
     } catch (const CLI::ArgumentMismatch& error) {
-      throw CommandError(translated("{1} needs a value", {firstWord(error.what())}));
+      throw CommandError(problemWithValue(firstWord(error.what())));
     } catch (const CLI::ConversionError& error) {
       throw CommandError(translated("{1} takes no value", {optionIn(error.what())}));
     } catch (const CLI::ValidationError& error) {
@@ -126,6 +133,8 @@ class CommandLine {
     format.label("REQUIRED", translated("REQUIRED"));
     app_.group(translated("Commands"));
     app_.option_defaults()->group(translated("Options"));
+    // A flag is there or not; the library would take every number for a yes or a no.
+    app_.option_defaults()->disable_flag_override();
     app_.set_help_flag("-h,--help", translated("print this help and exit"));
   }
 
@@ -218,7 +227,8 @@ class CommandLine {
     type->add_option("--from", from_, translated("the layout selected at the start"))
         ->check(problemWithLayout)
         ->type_name("en|ru");
-    type->add_option("TEXT", words_, translated("what to type; standard input without it"));
+    type->add_option("TEXT", words_, translated("what to type; standard input without it"))
+        ->type_name("");
     type->callback([this] {
       command_ = [this] {
         TypeOptions options;
@@ -244,6 +254,7 @@ class CommandLine {
     explain
         ->add_option("WORD", explain_.words,
                      translated("words, or - for standard input, one a line"))
+        ->type_name("")
         ->required();
     explain->callback([this] {
       command_ = [this] {
@@ -263,7 +274,7 @@ class CommandLine {
     });
     auto* forget =
         learned->add_subcommand("forget", translated("take words back, also in running programs"));
-    forget->add_option("WORD", words_, translated("the words as typed"))->required();
+    forget->add_option("WORD", words_, translated("the words as typed"))->type_name("")->required();
     forget->callback([this] { command_ = [this] { return runForget(options_, words_); }; });
   }
 
@@ -279,7 +290,8 @@ class CommandLine {
     auto* replay = app_.add_subcommand("replay", translated("run a script on the virtual desktop"));
     replay->add_option("--home", replay_.home, translated("an existing directory used as home"))
         ->type_name("DIR");
-    replay->add_option("FILE", replay_.file, translated("the script; standard input without it"));
+    replay->add_option("FILE", replay_.file, translated("the script; standard input without it"))
+        ->type_name("");
     replay->callback([this] { command_ = [this] { return runReplay(options_, replay_); }; });
   }
 
@@ -287,9 +299,11 @@ class CommandLine {
     auto* terminal =
         app_.add_subcommand("terminal", translated("correct what is typed into a program in this "
                                                    "terminal; the default without a display"));
-    terminal->add_option(
-        "COMMAND", terminal_.command,
-        translated("the program and its arguments, after --; the login shell without it"));
+    terminal
+        ->add_option(
+            "COMMAND", terminal_.command,
+            translated("the program and its arguments, after --; the login shell without it"))
+        ->type_name("");
     terminal->callback([this] { command_ = [this] { return runTerminal(options_, terminal_); }; });
   }
 
@@ -316,14 +330,17 @@ class CommandLine {
   void addReport() {
     auto* report = app_.add_subcommand(
         "report", translated("write what a problem report needs, and no text, into a file"));
-    report->add_option("FILE", reportFile_,
-                       translated("a new file, tessarok-report.txt without it; - prints it"));
+    report
+        ->add_option("FILE", reportFile_,
+                     translated("a new file, tessarok-report.txt without it; - prints it"))
+        ->type_name("");
     report->callback([this] { command_ = [this] { return runReport(options_, reportFile_); }; });
   }
 
   void addCheckData() {
     auto* check = app_.add_subcommand("check-data", translated("validate the data files"));
-    check->add_option("DIR", checkDirectory_, translated("the directory of the data files"));
+    check->add_option("DIR", checkDirectory_, translated("the directory of the data files"))
+        ->type_name("");
     check->callback(
         [this] { command_ = [this] { return runCheckData(options_, checkDirectory_); }; });
   }

@@ -124,6 +124,10 @@ TEST(CommandLine, AWrongValueIsNamedWithItsOption) {
       {{"explain", "--en-streak", "99999999999999999999", "x"},
        "--en-streak: \"99999999999999999999\" is not a whole number"},
       {{"explain", "--json=x", "y"}, "--json takes no value"},
+      {{"explain", "--json=5", "y"}, "--json takes no value"},
+      {{"status", "--json=0"}, "--json takes no value"},
+      {{"type", "--no-lists=2", "y"}, "--no-lists takes no value"},
+      {{"--version=3"}, "--version takes no value"},
       {{"type", "--from"}, "--from needs a value"},
       {{"explain"}, "an argument is missing: WORD"},
   };
@@ -132,6 +136,20 @@ TEST(CommandLine, AWrongValueIsNamedWithItsOption) {
     const auto run = runProgram(arguments);
     expectRefusal(run);
     EXPECT_EQ(run.err, "tessarok: " + answer + "\n");
+  }
+}
+
+TEST(CommandLine, HelpNamesArgumentsByNothingButTheirName) {
+  const std::vector<std::pair<Arguments, std::string>> calls = {
+      {{"type"}, "TEXT"},       {{"explain"}, "WORD"}, {{"learned", "forget"}, "WORD"},
+      {{"replay"}, "FILE"},     {{"report"}, "FILE"},  {{"check-data"}, "DIR"},
+      {{"terminal"}, "COMMAND"}};
+  for (auto [arguments, name] : calls) {
+    SCOPED_TRACE(::testing::PrintToString(arguments));
+    arguments.emplace_back("--help");
+    const auto help = runProgram(arguments).out;
+    EXPECT_NE(help.find("\n  " + name + " "), std::string::npos) << help;
+    EXPECT_EQ(help.find(name + " TEXT"), std::string::npos) << help;
   }
 }
 
