@@ -16,6 +16,8 @@ class InputSourceHandle {
 
   /// Such as "com.apple.keylayout.US"; absent when the source has none.
   [[nodiscard]] virtual std::optional<std::string> identifier() const = 0;
+  /// What the person knows the layout by, such as "us": the identifier where they see that itself.
+  [[nodiscard]] virtual std::string name() const { return identifier().value_or(""); }
   /// Whether the layout can tell which character a key gives. An input method cannot.
   [[nodiscard]] virtual bool hasLayoutData() const = 0;
   /// What a key shows with or without Shift on a keyboard type, dead keys as plain characters,

@@ -19,6 +19,16 @@ const char* correctionOf(const Status& status) {
   return status.hasWordData ? "on" : "by hand";
 }
 
+/// The name of the layout that is on; empty when none is known to be.
+std::string currentLayout() {
+  const auto identifier = InputSource::current();
+  if (!identifier) return {};
+  for (const auto& layout : InputSource::enabledLayouts()) {
+    if (layout->identifier() == identifier) return layout->name();
+  }
+  return *identifier;
+}
+
 int appendTexts(sd_bus_message* reply, const std::vector<std::string>& texts) {
   BusWriter body(*reply);
   body.open('a', "s");
@@ -56,16 +66,20 @@ struct RemoteControl::Calls {
                         void* userData, sd_bus_error*) noexcept {
     return sd_bus_message_append(reply, "s", correctionOf(of(userData).delegate_.status()));
   }
+  static int enabled(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
+                     void* userData, sd_bus_error*) noexcept {
+    return sd_bus_message_append(reply, "b", of(userData).delegate_.status().enabled ? 1 : 0);
+  }
   static int layout(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
                     sd_bus_error*) noexcept {
-    return sd_bus_message_append(reply, "s", InputSource::current().value_or("").c_str());
+    return sd_bus_message_append(reply, "s", currentLayout().c_str());
   }
   static int layouts(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
                      sd_bus_error*) noexcept {
-    std::vector<std::string> identifiers;
+    std::vector<std::string> names;
     for (const auto& layout : InputSource::enabledLayouts())
-      identifiers.push_back(layout->identifier().value_or(""));
-    return appendTexts(reply, identifiers);
+      names.push_back(layout->name());
+    return appendTexts(reply, names);
   }
   static int obstacles(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
                        void* userData, sd_bus_error*) noexcept {
@@ -100,6 +114,7 @@ const sd_bus_vtable RemoteControl::Calls::kTable[] = {
     SD_BUS_PROPERTY("ProcessId", "u", process, 0, SD_BUS_VTABLE_PROPERTY_CONST),
     SD_BUS_PROPERTY("Since", "x", since, 0, SD_BUS_VTABLE_PROPERTY_CONST),
     SD_BUS_PROPERTY("Correction", "s", correction, 0, 0),
+    SD_BUS_PROPERTY("Enabled", "b", enabled, 0, 0),
     SD_BUS_PROPERTY("Layout", "s", layout, 0, 0),
     SD_BUS_PROPERTY("Layouts", "as", layouts, 0, 0),
     SD_BUS_PROPERTY("Obstacles", "as", obstacles, 0, 0),

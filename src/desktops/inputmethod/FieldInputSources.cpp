@@ -8,12 +8,15 @@ namespace tessarok::inputmethod {
 /// One of the chosen input methods.
 class FieldInputSources::Handle final : public platform::InputSourceHandle {
  public:
-  Handle(std::string inputMethod, std::string identifier, std::shared_ptr<const XkbLayout> layout)
+  Handle(std::string inputMethod, std::string identifier, std::string name,
+         std::shared_ptr<const XkbLayout> layout)
       : inputMethod_(std::move(inputMethod)),
         identifier_(std::move(identifier)),
+        name_(std::move(name)),
         layout_(std::move(layout)) {}
 
   std::optional<std::string> identifier() const override { return identifier_; }
+  std::string name() const override { return name_; }
   bool hasLayoutData() const override { return layout_ != nullptr; }
   std::u16string translate(std::uint16_t keyCode, bool shift, std::uint32_t) const override {
     return layout_ == nullptr ? std::u16string() : layout_->shown(keyCode, shift);
@@ -23,6 +26,7 @@ class FieldInputSources::Handle final : public platform::InputSourceHandle {
  private:
   std::string inputMethod_;
   std::string identifier_;
+  std::string name_;
   std::shared_ptr<const XkbLayout> layout_;
 };
 
@@ -36,6 +40,7 @@ std::vector<std::shared_ptr<platform::InputSourceHandle>> FieldInputSources::ena
   for (const auto& name : methods_.chosen()) {
     const auto layout = methods_.layoutOf(name);
     handles.push_back(std::make_shared<Handle>(name, identifierOf(name),
+                                               layout ? xkb::layoutNames::nameOf(*layout) : name,
                                                layout ? XkbLayout::named(*layout) : nullptr));
   }
   return handles;

@@ -133,10 +133,12 @@ void Keymap::nameGroups(XConnection& connection) {
   for (unsigned group = 0; group < count; ++group) {
     if (fits) {
       identifiers_.emplace_back(xkb::layoutNames::identifierOf(layouts[group]));
+      names_.push_back(xkb::layoutNames::nameOf(layouts[group]));
       continue;
     }
     const char* name = xkb_keymap_layout_get_name(keymap_, group);
-    identifiers_.emplace_back(xkb::layoutNames::identifierOfName(name == nullptr ? "" : name));
+    names_.emplace_back(name == nullptr ? "" : name);
+    identifiers_.emplace_back(xkb::layoutNames::identifierOfName(names_.back()));
   }
 }
 

@@ -43,6 +43,9 @@ class Keymap final {
   [[nodiscard]] const std::string& identifier(unsigned group) const {
     return *identifiers_.at(group);
   }
+  /// As the person chose it, such as "us"; as the keymap names it where it was not made by
+  /// choosing.
+  [[nodiscard]] const std::string& name(unsigned group) const { return names_.at(group); }
   [[nodiscard]] const std::optional<std::string>& optionalIdentifier(unsigned group) const;
   [[nodiscard]] platform::PhysicalLayoutType physicalLayout() const { return physicalLayout_; }
   /// All of it, as text; takes milliseconds.
@@ -91,6 +94,7 @@ class Keymap final {
   /// Where questions are worked out; holds nothing between two of them.
   xkb_state* scratch_;
   std::vector<std::optional<std::string>> identifiers_;
+  std::vector<std::string> names_;
   platform::PhysicalLayoutType physicalLayout_ = platform::PhysicalLayoutType::iso;
   std::u16string signature_;
   std::uint8_t shiftKey_ = 0;

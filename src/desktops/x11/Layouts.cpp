@@ -16,6 +16,7 @@ class Layouts::Handle final : public platform::InputSourceHandle {
       : keymap_(std::move(keymap)), group_(group) {}
 
   std::optional<std::string> identifier() const override { return keymap_->identifier(group_); }
+  std::string name() const override { return keymap_->name(group_); }
   bool hasLayoutData() const override { return true; }
   std::u16string translate(std::uint16_t keyCode, bool shift, std::uint32_t) const override {
     return keymap_->shown(keyCode, shift, group_);

@@ -92,12 +92,16 @@ std::vector<Layout> fromRules(std::string_view rulesNames) {
   return layouts;
 }
 
+std::string nameOf(const Layout& layout) {
+  return layout.name + (layout.variant.empty() ? "" : "(" + layout.variant + ")");
+}
+
 std::string identifierOf(const Layout& layout) {
   const auto* known = std::find_if(std::begin(kKnown), std::end(kKnown), [&](const Known& entry) {
     return entry.layout == layout.name && entry.variant == layout.variant;
   });
   if (known != std::end(kKnown)) return std::string(known->identifier);
-  return "xkb." + layout.name + (layout.variant.empty() ? "" : "(" + layout.variant + ")");
+  return "xkb." + nameOf(layout);
 }
 
 std::string identifierOfName(std::string_view name) {

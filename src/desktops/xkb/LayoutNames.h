@@ -16,6 +16,8 @@ struct Layout {
 /// The value of the root window's _XKB_RULES_NAMES: five strings, each with a zero byte behind it.
 /// Empty when it is not that.
 [[nodiscard]] std::vector<Layout> fromRules(std::string_view rulesNames);
+/// A layout as a person writes it: "us", "us(intl)".
+[[nodiscard]] std::string nameOf(const Layout& layout);
 /// The identifier of a layout. Those whose letters are neither QWERTY nor ЙЦУКЕН, and all other
 /// languages, get names of their own, which the corrector leaves alone.
 [[nodiscard]] std::string identifierOf(const Layout& layout);

@@ -39,6 +39,11 @@ TEST(LayoutNames, LeavesOtherLettersAlone) {
   EXPECT_EQ(identifierOf({"ru", "phonetic"}), "xkb.ru(phonetic)");
 }
 
+TEST(LayoutNames, NamesALayoutAsAPersonWritesIt) {
+  EXPECT_EQ(nameOf({"us", ""}), "us");
+  EXPECT_EQ(nameOf({"us", "altgr-intl"}), "us(altgr-intl)");
+}
+
 TEST(LayoutNames, KnowsLayoutsByTheNamesInTheKeymap) {
   EXPECT_EQ(identifierOfName("English (US)"), "com.apple.keylayout.US");
   EXPECT_EQ(identifierOfName("Russian"), "com.apple.keylayout.RussianWin");
