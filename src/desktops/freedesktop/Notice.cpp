@@ -38,10 +38,11 @@ void Notice::show(const std::string& summary, const std::string& body) {
 }
 
 void Notice::offer(const std::string& summary, const std::string& body,
-                   std::function<void()> shown) {
-  static_cast<void>(send(summary, body, [shown = std::move(shown)](bool isShown) {
-    if (isShown && shown) shown();
-  }));
+                   const std::function<void(bool isShown)>& answered) {
+  const auto tell = [answered](bool isShown) {
+    if (answered) answered(isShown);
+  };
+  if (!send(summary, body, tell)) tell(false);
 }
 
 }  // namespace tessarok::freedesktop

@@ -18,9 +18,10 @@ class Notice final {
 
   /// A new notice takes the place of the last one.
   void show(const std::string& summary, const std::string& body);
-  /// The same for what need not be known: where no notification is shown nothing happens. `shown`,
-  /// which may be empty, is called once it is.
-  void offer(const std::string& summary, const std::string& body, std::function<void()> shown);
+  /// The same for what need not be known: where no notification is shown nothing is said.
+  /// `answered`, which may be empty, hears whether it is shown.
+  void offer(const std::string& summary, const std::string& body,
+             const std::function<void(bool isShown)>& answered);
 
  private:
   /// Whether it could be sent; the handler hears whether it is shown.

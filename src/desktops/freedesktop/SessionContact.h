@@ -21,8 +21,9 @@ namespace tessarok::freedesktop {
 /// What the running corrector of a desktop tells the person by itself, and what they may ask of it.
 /// Main thread.
 ///
-/// - At the very first start a notification says what happens from now on; it is remembered in the
-///   settings that it was shown.
+/// - When words are put right for the very first time from now on, a notification says so. That it
+///   was shown is remembered in the settings, and beside the person's lists for settings that
+///   cannot be written; where neither can be, it is not shown.
 /// - When the program's file is replaced, as by an upgrade, one notification and one line in the
 /// log
 ///   say so.
@@ -34,6 +35,11 @@ class SessionContact final {
   static constexpr double kLookTolerance = 30;
   /// True in the settings once the first start has been explained.
   static constexpr const char* kWelcomedKey = "welcomed";
+  /// The file in the per-user folder that says the same. Hidden, because people look into it.
+  static constexpr const char* kWelcomedFile = ".welcomed";
+  /// Seconds between two looks whether words are put right by now, and how late one may be.
+  static constexpr double kBeginningInterval = 5;
+  static constexpr double kBeginningTolerance = 5;
 
   /// All outlive the object.
   struct Surroundings {
@@ -54,7 +60,9 @@ class SessionContact final {
   ~SessionContact();
 
  private:
-  void welcome();
+  void awaitCorrection();
+  void welcomeIfCorrecting();
+  void welcome(bool isFirst);
   void look();
   void sayReplaced();
 
@@ -63,8 +71,10 @@ class SessionContact final {
   std::optional<RemoteControl> control_;
   std::optional<posix::ReplacedFile> program_;
   std::unique_ptr<platform::Timer> timer_;
+  std::unique_ptr<platform::Timer> beginning_;
+  bool isWelcoming_ = false;
   std::shared_ptr<SessionContact*> self_ = std::make_shared<SessionContact*>(this);
-  /// Looks at the file, because a disk may take its time. Goes first.
+  /// Looks at files, because a disk may take its time. Goes first.
   std::unique_ptr<platform::SerialQueue> queue_;
 };
 

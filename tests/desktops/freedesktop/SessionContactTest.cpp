@@ -26,14 +26,17 @@ using freedesktop::SessionContact;
 class Contact : public ::testing::Test {
  protected:
   void SetUp() override {
-    writeFile(program_, "the version that runs");
-    delegate_->applicationDidFinishLaunching();
+    launch();
     makeContact();
   }
   void TearDown() override {
     contact_.reset();
     delegate_->applicationWillTerminate();
     IgnoreList::flush();
+  }
+  void launch() {
+    writeFile(program_, "the version that runs");
+    delegate_->applicationDidFinishLaunching();
   }
   void makeContact() {
     contact_.reset();
@@ -77,6 +80,20 @@ class Contact : public ::testing::Test {
     EXPECT_TRUE(desktop_.runLoop().until([&] { return value.has_value(); }));
     return value.value_or("");
   }
+  bool isEnabled() {
+    std::optional<int> value;
+    auto& bus = asker_.bus();
+    auto message = bus.methodCall(RemoteControl::kName, RemoteControl::kPath,
+                                  "org.freedesktop.DBus.Properties", "Get");
+    sd_bus_message_append(message.get(), "ss", RemoteControl::kInterface, "Enabled");
+    const auto slot = bus.call(std::move(message), [&](sd_bus_message& reply) {
+      value = -1;
+      sd_bus_message_read(&reply, "v", "b", &*value);
+    });
+    EXPECT_TRUE(desktop_.runLoop().until([&] { return value.has_value(); }));
+    EXPECT_NE(value, -1);
+    return value == 1;
+  }
   virtualdesktop::TemporaryDirectory folder_;
   std::filesystem::path program_ = folder_.path() / "tessarok";
   PrivateBus bus_;
@@ -98,6 +115,47 @@ TEST_F(Contact, TheFirstStartIsExplainedOnce) {
   // What was asked before the answer to this has been dealt with.
   EXPECT_EQ(property("Desktop"), "virtual");
   EXPECT_EQ(notifications_.count(), 1);
+}
+
+/// As settings do that cannot be written or read.
+TEST_F(Contact, TheFirstStartIsExplainedOnceThoughTheSettingsForgetIt) {
+  ASSERT_FALSE(notifications_.next().empty());
+  ASSERT_TRUE(desktop_.runLoop().until(
+      [&] { return desktop_.userDefaults().boolean(SessionContact::kWelcomedKey) == true; }));
+  desktop_.userDefaults().setBoolean(SessionContact::kWelcomedKey, false);
+  makeContact();
+  desktop_.base().wait(20);
+  EXPECT_EQ(property("Desktop"), "virtual");
+  EXPECT_EQ(notifications_.count(), 1);
+}
+
+/// A launch, and nobody yet who tells anything.
+class FirstContact : public Contact {
+ protected:
+  void SetUp() override { launch(); }
+};
+
+TEST_F(FirstContact, WhatCannotBeRememberedIsNotShown) {
+  desktop_.base().files().failNextWrite();
+  makeContact();
+  // A bus has ten seconds to let somebody in, and time is about to jump.
+  ASSERT_EQ(property("Desktop"), "virtual");
+  desktop_.base().wait(20);
+  EXPECT_EQ(property("Desktop"), "virtual");
+  EXPECT_EQ(notifications_.count(), 0);
+}
+
+TEST_F(FirstContact, TheFirstStartIsExplainedWhenTheCorrectionBegins) {
+  desktop_.base().enableInputSources({"com.apple.keylayout.US"});
+  makeContact();
+  // A bus has ten seconds to let somebody in, and time is about to jump.
+  ASSERT_EQ(property("Desktop"), "virtual");
+  desktop_.base().wait(20);
+  EXPECT_EQ(property("Correction"), "waiting");
+  EXPECT_EQ(notifications_.count(), 0);
+  desktop_.base().enableInputSources({"com.apple.keylayout.US", "com.apple.keylayout.RussianWin"});
+  desktop_.base().wait(20);
+  EXPECT_NE(notifications_.next().find("ghbdtn"), std::string::npos);
 }
 
 TEST_F(Contact, IsSwitchedOffAndOn) {
@@ -141,6 +199,10 @@ TEST_F(Contact, TellsLayoutsAndObstacles) {
 TEST_F(Contact, WithoutAPairOfLayoutsItWaits) {
   desktop_.base().enableInputSources({"com.apple.keylayout.US"});
   EXPECT_EQ(property("Correction"), "waiting");
+  EXPECT_TRUE(isEnabled());
+  ASSERT_TRUE(call("Off"));
+  EXPECT_EQ(property("Correction"), "waiting");
+  EXPECT_FALSE(isEnabled());
 }
 
 TEST_F(Contact, ANewVersionIsToldOnce) {
