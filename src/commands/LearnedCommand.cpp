@@ -35,6 +35,11 @@ Entries entriesOf(const LearnedLists& lists) {
   return entries;
 }
 
+/// Why words may not be forgotten, besides what the system says.
+[[maybe_unused]] constexpr const char* kRefusals[] = {
+    posix::translatable("the lists cannot be locked"),
+    posix::translatable("the lists cannot be read")};
+
 std::string reasonFor(const Entry& entry) {
   if (entry.isListed) return translated("never corrected: it stands on the list (ignored.txt)");
   // With a third one it is on the list.
@@ -95,7 +100,8 @@ int runForget(const Options& options, const std::vector<std::string>& words) {
   }
   if (!known.empty()) {
     if (const auto failure = files.forget(known)) {
-      throw CommandError(translated("nothing is forgotten: {1}", {failure.reason()}));
+      throw CommandError(
+          translated("nothing is forgotten: {1}", {posix::translatedSentence(failure.reason())}));
     }
   }
   files.leave();

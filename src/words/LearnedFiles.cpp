@@ -130,7 +130,7 @@ void LearnedFiles::keep(const std::string& word, std::int64_t rejections) {
 void LearnedFiles::handOver() {
   if (unsaved_.empty()) return;
   if (const auto failure = HandedOver::write(unsaved_)) {
-    return complain("could not save what was learned: " + failure.reason());
+    return complain("what was learned", failure.reason());
   }
   unsaved_.clear();
 }
@@ -198,7 +198,11 @@ platform::Failure LearnedFiles::forget(const WordSet& words) {
   if (role_ == Role::inMemory) return platform::Failure("the lists cannot be locked");
   if (role_ == Role::guest) return ForgetRequest::write(words);
   if (!protectedFiles_.empty()) return platform::Failure("the lists cannot be read");
-  return forgetHere(words) ? platform::Failure::none() : platform::Failure(lastComplaint_);
+  // Whoever asked is told, and nobody else has to be.
+  const auto report = std::exchange(report_, Report::never);
+  const bool isDone = forgetHere(words);
+  report_ = report;
+  return isDone ? platform::Failure::none() : platform::Failure(lastFailure_);
 }
 
 bool LearnedFiles::obeyForgetRequests() {
@@ -255,7 +259,7 @@ bool LearnedFiles::saveRejects() {
 
 bool LearnedFiles::saveCounted(const std::string& text) {
   if (const auto failure = HandedOver::writeReceipt({counted_, text})) {
-    complain("could not save rejects.txt: " + failure.reason());
+    complain("rejects.txt", failure.reason());
     return false;
   }
   if (!save(rejectsFile(), text)) return false;
@@ -277,12 +281,15 @@ bool LearnedFiles::save(const std::filesystem::path& file, const std::string& te
     lastComplaint_.clear();
     return true;
   }
-  complain("could not save " + file.filename().string() + ": " + failure.reason());
+  complain(file.filename().string(), failure.reason());
   return false;
 }
 
-void LearnedFiles::complain(const std::string& message) {
-  if (std::exchange(lastComplaint_, message) == message && report_ == Report::once) return;
+void LearnedFiles::complain(const std::string& what, const std::string& reason) {
+  lastFailure_ = what + ": " + reason;
+  const auto message = "could not save " + lastFailure_;
+  const bool isSaidBefore = std::exchange(lastComplaint_, message) == message;
+  if (report_ == Report::never || (isSaidBefore && report_ == Report::once)) return;
   platform::desktop().systemLog().write("Tessarok: " + message);
 }
 

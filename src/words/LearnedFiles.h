@@ -68,8 +68,8 @@ class LearnedFiles final {
     /// It cannot be known who does: nothing is written.
     inMemory,
   };
-  /// Whether a write that fails again in the same way is told again.
-  enum class Report { always, once };
+  /// Whether a write that fails is told, and again when it fails in the same way.
+  enum class Report { always, once, never };
 
   [[nodiscard]] std::optional<FolderLock::Obstacle> claim();
   [[nodiscard]] std::optional<FolderLock::Obstacle> claimAsOneOfMany();
@@ -86,7 +86,8 @@ class LearnedFiles final {
   bool saveCounted(const std::string& text);
   bool obeyForgetRequests();
   bool forgetHere(const WordSet& words);
-  void complain(const std::string& message);
+  /// Tells what could not be saved, and why.
+  void complain(const std::string& what, const std::string& reason);
 
   Company company_ = Company::ignored;
   Role role_ = Role::writer;
@@ -109,6 +110,8 @@ class LearnedFiles final {
   std::set<std::filesystem::path> markedFiles_;
   Report report_ = Report::always;
   std::string lastComplaint_;
+  /// What could not be saved last, and why.
+  std::string lastFailure_;
 };
 
 }  // namespace tessarok

@@ -178,7 +178,9 @@ TEST_F(LearnedFilesTest, WhatOnlyIsNamedLikeARequestToForgetStays) {
 TEST_F(LearnedFilesTest, ListsThatCannotBeWrittenForgetNothing) {
   writeFile(file("ignored.txt"), "слово\n");
   desktop.files().failsNextWrite = true;
-  EXPECT_EQ(copy()->forget({"слово"}).reason(), "could not save rejects.txt: the disk is full");
+  EXPECT_EQ(copy()->forget({"слово"}).reason(), "rejects.txt: the disk is full");
+  // Who asked says it.
+  EXPECT_EQ(desktop.systemLog().take(), Log{});
 }
 
 TEST_F(LearnedFilesTest, ACopyWithoutCompanyOverwritesWhatWasEditedByHand) {
