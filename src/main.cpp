@@ -13,6 +13,7 @@
 #include "commands/ControlCommand.h"
 #ifdef TESSAROK_HAS_X11
 #include "commands/DesktopCommand.h"
+#include "commands/DesktopControl.h"
 #endif
 #include "commands/DidYouMean.h"
 #include "commands/ExplainCommand.h"
@@ -370,8 +371,12 @@ class CommandLine {
 #ifdef TESSAROK_HAS_X11
     if (hasDisplay()) {
       if (const auto status = tessarok::commands::runDesktop(options_)) return *status;
-      if (!isTerminal()) return kUsageError;
+      if (!isTerminal()) {
+        showWhyNotStarted();
+        return kUsageError;
+      }
     } else if (!isTerminal()) {
+      showWhyNotStarted();
       throw CommandError(
           translated("there is no X11 display, and standard input is not a terminal"));
     }

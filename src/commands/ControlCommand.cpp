@@ -33,21 +33,23 @@ int runControl(const std::string& request) {
   const auto asked = desktopRequest(request);
   if (asked && tellDesktop(*asked)) {
     if (const auto status = askDesktop())
-      std::cout << translated("{1}: correction {2}",
-                              {status->desktop, translated(status->correction)})
+      std::cout << translated("{1}: correction {2}", {status->desktop, correctionOf(*status)})
                 << '\n';
     return 0;
   }
+  const auto unreachable = asked ? unreachableDesktop() : std::nullopt;
   std::cerr << "tessarok: "
-            << (asked ? translated("neither a corrected terminal nor a running desktop answers")
-                      : translated("no corrected terminal answers"))
+            << (unreachable ? *unreachable
+                : asked ? translated("neither a corrected terminal nor a running desktop answers")
+                        : translated("no corrected terminal answers"))
             << '\n';
   return kNoAnswer;
 }
 
 int runQuit() {
   if (tellDesktop(DesktopRequest::quit)) return 0;
-  std::cerr << "tessarok: " << translated("it does not run on this desktop") << '\n';
+  std::cerr << "tessarok: "
+            << unreachableDesktop().value_or(translated("it does not run on this desktop")) << '\n';
   return kNoAnswer;
 }
 

@@ -1,35 +1,43 @@
 #include "commands/DesktopCommand.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <exception>
+#include <fcntl.h>
 #include <initializer_list>
 #include <iostream>
 #include <iterator>
 #include <memory>
 #include <signal.h>
 #include <string>
+#include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 #include <variant>
 #include <vector>
 
 #include "app/Corrector.h"
+#include "commands/DesktopControl.h"
+#include "commands/PersonsFiles.h"
 #include "commands/SessionStart.h"
 #include "desktops/freedesktop/DesktopServices.h"
 #include "desktops/freedesktop/Obstacles.h"
 #include "desktops/freedesktop/SessionContact.h"
 #include "desktops/freedesktop/SessionKind.h"
+#include "desktops/posix/FileDescriptor.h"
 #include "desktops/posix/PosixFiles.h"
-#include "desktops/posix/ProcessApplication.h"
 #include "desktops/posix/ProcessEnvironment.h"
 #include "desktops/posix/Processes.h"
 #include "desktops/posix/SignalPipe.h"
+#include "desktops/posix/ThreadQueue.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/x11/Watchdog.h"
 #include "desktops/x11/X11Desktop.h"
 #include "desktops/x11/XConnection.h"
 #include "words/FolderLock.h"
+#include "words/UserDict.h"
 
 namespace tessarok::commands {
 
@@ -68,14 +76,27 @@ void sayWhatIsMissing() {
   }
 }
 
+/// The corrector does without it in silence; what is wrong with the learned lists it says itself.
+/// Not on the main thread, for which keys wait.
+void sayThatDictionaryIsNotUsed(posix::ThreadQueue& queue, X11Desktop& desktop) {
+  queue.async([&desktop] {
+    if (const auto problem = problemWithList(desktop.files(), UserDict::fileURL())) say(*problem);
+  });
+}
+
 std::vector<std::string> obstacles(X11Desktop& desktop, freedesktop::DesktopServices& services,
                                    const AppDelegate& delegate) {
   auto all = freedesktop::obstaclesToCorrection();
   if (!delegate.tapRunning() && !desktop.problem().empty()) all.push_back(desktop.problem());
   if (freedesktop::isWaylandSession(desktop.environment())) {
-    all.emplace_back(posix::translatable(
-        "this is a Wayland session: only programs that use X11 are corrected, the others through "
-        "Fcitx5 with its Tessarok addon"));
+    all.emplace_back(
+        freedesktop::isGnomeSession(desktop.environment())
+            ? posix::translatable(
+                  "this is a Wayland session: only programs that use X11 are corrected, the others "
+                  "through IBus with its Tessarok engines")
+            : posix::translatable(
+                  "this is a Wayland session: only programs that use X11 are corrected, the others "
+                  "through Fcitx5 with its Tessarok addon"));
   }
   std::ranges::move(services.obstacles(), std::back_inserter(all));
   return all;
@@ -88,6 +109,8 @@ int correctUntilStopped(X11Desktop& desktop, freedesktop::DesktopServices& servi
   if (desktop.isServerLost()) return kNoDesktop;
   if (loop.isStopped()) return kNotStarted;
   sayWhatIsMissing();
+  posix::ThreadQueue dictionaryQueue;
+  sayThatDictionaryIsNotUsed(dictionaryQueue, desktop);
   auto& delegate = corrector.delegate();
   const freedesktop::SessionContact contact(
       {.session = services.session(),
@@ -148,11 +171,22 @@ int correctOrSayWhyNot(const Options& options, StartedBy startedBy,
   }
 }
 
-/// Any copy that sits on a whole desktop, also one inside Fcitx5.
-bool doesAnotherCopyRun() {
-  const auto folder = posix::PosixFiles::ofUser()->applicationSupportDirectory();
-  return folder &&
-         posix::ProcessApplication::holderOf(*folder / "Tessarok" / FolderLock::kInstance) > 0;
+/// Why the person's folder or the lock in it, without which nothing starts, cannot be had; absent
+/// when they can.
+std::optional<std::string> problemWithFolder() {
+  const auto files = posix::PosixFiles::ofUser();
+  const auto support = files->applicationSupportDirectory();
+  if (!support) return std::nullopt;
+  const auto folder = *support / "Tessarok";
+  if (const auto failure = files->createDirectories(folder)) {
+    return folder.string() + ": " + failure.reason();
+  }
+  // Opened and no more: to take the lock even for a moment could keep another copy from starting.
+  const auto lock = folder / FolderLock::kInstance;
+  const posix::FileDescriptor file(
+      ::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
+  if (file.isOpen()) return std::nullopt;
+  return lock.string() + ": " + std::generic_category().message(errno);
 }
 
 }  // namespace
@@ -163,6 +197,10 @@ bool hasDisplay() {
 }
 
 std::optional<int> runDesktop(const Options& options, StartedBy startedBy) {
+  if (const auto problem = problemWithFolder()) {
+    say(posix::translated("not started; cannot write {1}", {*problem}));
+    return kNotStarted;
+  }
   const auto work = [&](std::unique_ptr<x11::LifeLine> lifeLine) {
     return correctOrSayWhyNot(options, startedBy, std::move(lifeLine));
   };
@@ -176,7 +214,7 @@ std::optional<int> runDesktop(const Options& options, StartedBy startedBy) {
 
 int runDesktopOfSession(const Options& options) {
   posix::ProcessEnvironment environment;
-  if (!hasDisplay() || isServedWithoutX11(environment) || doesAnotherCopyRun()) return 0;
+  if (!hasDisplay() || isServedWithoutX11(environment) || isDesktopHeld()) return 0;
   // Of two that start at the same moment the second finds out later.
   const auto status = runDesktop(options, StartedBy::session).value_or(0);
   return status == kNotStarted ? 0 : status;

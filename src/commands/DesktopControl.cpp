@@ -4,11 +4,16 @@
 #include <string_view>
 #include <systemd/sd-bus.h>
 
+#include "commands/InstalledParts.h"
+#include "commands/JoinedText.h"
 #include "desktops/freedesktop/BusMessage.h"
 #include "desktops/freedesktop/RemoteControl.h"
 #include "desktops/freedesktop/SessionKind.h"
+#include "desktops/posix/PosixFiles.h"
+#include "desktops/posix/ProcessApplication.h"
 #include "desktops/posix/ProcessEnvironment.h"
 #include "desktops/posix/Translation.h"
+#include "words/FolderLock.h"
 
 namespace tessarok::commands {
 
@@ -16,7 +21,7 @@ namespace {
 
 using freedesktop::BusMessage;
 using freedesktop::RemoteControl;
-using posix::translatable;
+using posix::translated;
 
 /// Microseconds for an answer.
 constexpr std::uint64_t kPatience = 2'000'000;
@@ -55,6 +60,13 @@ bool read(sd_bus_message* reply, std::string& text) {
   return true;
 }
 
+bool read(sd_bus_message* reply, bool& value) {
+  int read = 0;
+  if (sd_bus_message_read(reply, "v", "b", &read) < 0) return false;
+  value = read != 0;
+  return true;
+}
+
 bool read(sd_bus_message* reply, std::vector<std::string>& texts) {
   if (sd_bus_message_enter_container(reply, 'v', "as") < 0) return false;
   if (sd_bus_message_enter_container(reply, 'a', "s") < 0) return false;
@@ -69,12 +81,65 @@ bool readProperty(sd_bus_message* reply, std::string_view name, DesktopStatus& s
   if (name == "Version") return read(reply, status.version);
   if (name == "Desktop") return read(reply, status.desktop);
   if (name == "Correction") return read(reply, status.correction);
+  if (name == "Enabled") return read(reply, status.isEnabled);
   if (name == "Layout") return read(reply, status.layout);
   if (name == "Layouts") return read(reply, status.layouts);
   if (name == "Obstacles") return read(reply, status.obstacles);
   if (name == "ProcessId") return sd_bus_message_read(reply, "v", "u", &status.process) >= 0;
   if (name == "Since") return sd_bus_message_read(reply, "v", "x", &status.since) >= 0;
   return sd_bus_message_skip(reply, "v") >= 0;
+}
+
+std::vector<std::string> obstaclesToFcitx(platform::Environment& environment) {
+  const bool isPlasma = freedesktop::isPlasmaSession(environment);
+  if (!isFcitxAddonInstalled() || !isProgramThere("fcitx5")) {
+    return {isPlasma
+                ? translated(
+                      "this is a Wayland session, in which Tessarok works within Fcitx5, and it is "
+                      "not installed there: install the package tessarok-fcitx5 and log in anew, "
+                      "then choose Fcitx 5 in System Settings, Virtual Keyboard, and give it an "
+                      "English and a Russian keyboard")
+                : translated(
+                      "this is a Wayland session, in which Tessarok works within Fcitx5, and it is "
+                      "not installed there: install the package tessarok-fcitx5 and log in anew, "
+                      "then start fcitx5, with an English and a Russian keyboard among its input "
+                      "methods")};
+  }
+  return {
+      isPlasma
+          ? translated(
+                "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: "
+                "choose Fcitx 5 in System Settings, Virtual Keyboard, and give it an English "
+                "and a Russian keyboard")
+          : translated(
+                "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: "
+                "start fcitx5, with an English and a Russian keyboard among its input methods")};
+}
+
+std::vector<std::string> obstaclesToGnome() {
+  if (!areIbusEnginesInstalled() || !isProgramThere("ibus-daemon")) {
+    return {translated(
+        "this is GNOME on Wayland, in which Tessarok works within IBus, and it is not installed "
+        "there: install the packages tessarok-ibus and gnome-shell-extension-tessarok and log in "
+        "anew, then add English (Tessarok) and Russian (Tessarok) in Settings, Keyboard, Input "
+        "Sources, and remove the others")};
+  }
+  std::vector<std::string> all{translated(
+      "this is GNOME on Wayland, and IBus runs no Tessarok: add English (Tessarok) and Russian "
+      "(Tessarok) in Settings, Keyboard, Input Sources, and remove the others")};
+  if (!isShellExtensionInstalled()) {
+    all.push_back(translated(
+        "the extension of GNOME's shell, without which switching the layout is left to you, is not "
+        "installed: install the package gnome-shell-extension-tessarok"));
+  }
+  return all;
+}
+
+/// The process that holds the lock of the whole desktop; 0 when none does.
+pid_t holderOfDesktop() {
+  const auto folder = posix::PosixFiles::ofUser()->applicationSupportDirectory();
+  if (!folder) return 0;
+  return posix::ProcessApplication::holderOf(*folder / "Tessarok" / FolderLock::kInstance);
 }
 
 const char* memberFor(DesktopRequest request) {
@@ -109,29 +174,52 @@ std::optional<DesktopStatus> askDesktop() {
 }
 
 std::vector<std::string> obstaclesToDesktop() {
+  if (const auto unreachable = unreachableDesktop()) return {*unreachable};
   posix::ProcessEnvironment environment;
   if (freedesktop::isWaylandSession(environment)) {
-    if (freedesktop::isPlasmaSession(environment)) {
-      return {translatable(
-          "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: choose "
-          "Fcitx 5 in System Settings, Virtual Keyboard, and give it an English and a Russian "
-          "keyboard")};
-    }
-    if (freedesktop::isGnomeSession(environment)) {
-      return {translatable(
-          "this is GNOME on Wayland, and IBus runs no Tessarok: add English (Tessarok) and Russian "
-          "(Tessarok) in Settings, Keyboard, Input Sources, and remove the others")};
-    }
-    return {translatable(
-        "this is a Wayland session, and no Fcitx5 with the Tessarok addon runs in it: start "
-        "fcitx5, with an English and a Russian keyboard among its input methods")};
+    return freedesktop::isGnomeSession(environment) ? obstaclesToGnome()
+                                                    : obstaclesToFcitx(environment);
   }
   if (environment.variable("DISPLAY").value_or("") != "") {
-    return {translatable(
-        "no corrector runs on this display: start tessarok, or log in anew when it is just "
-        "installed")};
+    return {
+        translated("no corrector runs on this display: start tessarok, or log in anew when it is "
+                   "just installed")};
   }
-  return {translatable("this session has no display: tessarok terminal corrects in a terminal")};
+  return {translated("this session has no display: tessarok terminal corrects in a terminal")};
+}
+
+bool isDesktopHeld() {
+  return holderOfDesktop() > 0;
+}
+
+std::optional<std::string> unreachableDesktop() {
+  const auto holder = holderOfDesktop();
+  if (holder <= 0) return std::nullopt;
+  const auto process = std::to_string(holder);
+  return openBus()
+             ? translated("a copy runs (process {1}), but does not answer on this session bus",
+                          {process})
+             : translated("a copy runs (process {1}), but cannot be reached without a session bus",
+                          {process});
+}
+
+std::string correctionOf(const DesktopStatus& status) {
+  const auto correction = translated(status.correction);
+  if (status.isEnabled || status.correction == "off") return correction;
+  return translated("off") + ", " + correction;
+}
+
+void showWhyNotStarted() {
+  const auto bus = openBus();
+  if (!bus) return;
+  const auto body =
+      askDesktop() ? translated("It runs already.") : joined(obstaclesToDesktop(), "\n");
+  constexpr const char* kService = "org.freedesktop.Notifications";
+  constexpr int kUsualTime = -1;
+  sd_bus_call_method(bus.get(), kService, "/org/freedesktop/Notifications", kService, "Notify",
+                     nullptr, nullptr, "susssasa{sv}i", "Tessarok", 0, "tessarok",
+                     translated("Tessarok was not started").c_str(), body.c_str(), 0, 0,
+                     kUsualTime);
 }
 
 bool tellDesktop(DesktopRequest request) {

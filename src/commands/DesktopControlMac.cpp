@@ -12,6 +12,20 @@ std::vector<std::string> obstaclesToDesktop() {
   return {};
 }
 
+bool isDesktopHeld() {
+  return false;
+}
+
+std::optional<std::string> unreachableDesktop() {
+  return std::nullopt;
+}
+
+std::string correctionOf(const DesktopStatus& status) {
+  return status.correction;
+}
+
+void showWhyNotStarted() {}
+
 bool tellDesktop(DesktopRequest) {
   return false;
 }

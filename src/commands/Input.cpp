@@ -28,6 +28,18 @@ void requireFullyRead(const std::istream& stream, const std::string& what) {
   if (failed) throw CommandError(posix::translated("cannot read {1}", {what}));
 }
 
+std::optional<std::size_t> lineWithoutUtf8(std::string_view text) {
+  std::size_t number = 1;
+  while (!text.empty()) {
+    const auto end = text.find('\n');
+    if (!text::isValidUtf8(text.substr(0, end))) return number;
+    if (end == std::string_view::npos) break;
+    text.remove_prefix(end + 1);
+    ++number;
+  }
+  return std::nullopt;
+}
+
 void requireUtf8(std::string_view text, std::string_view what) {
   if (!text::isValidUtf8(text))
     throw CommandError(posix::translated("{1} is not valid UTF-8", {std::string(what)}));

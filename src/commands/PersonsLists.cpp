@@ -4,6 +4,7 @@
 #include <iostream>
 #include <system_error>
 
+#include "commands/PersonsFiles.h"
 #include "commands/PersonsSwitches.h"
 #include "desktops/posix/PosixFiles.h"
 #include "desktops/posix/StandardErrorLog.h"
@@ -21,10 +22,14 @@ namespace fs = std::filesystem;
 constexpr const char* kFiles[] = {"dictionary.txt", "ignored.txt", "rejects.txt"};
 
 /// Copies, because what is typed may teach the program something.
-void copyFile(const fs::path& from, const fs::path& to) {
+void copyFile(platform::Files& files, const fs::path& from, const fs::path& to) {
   std::error_code error;
-  if (!fs::exists(from, error) && !error) return;
-  if (!error) fs::copy_file(from, to, error);
+  if (const auto problem = problemWithList(files, from)) {
+    std::cerr << "tessarok: " << *problem << '\n';
+    return;
+  }
+  if (!fs::exists(from, error)) return;
+  fs::copy_file(from, to, error);
   if (!error) return;
   std::cerr << "tessarok: "
             << posix::translated("cannot read {1}: {2}", {from.string(), error.message()}) << '\n';
@@ -34,7 +39,7 @@ void copyFiles(platform::Files& files) {
   const auto support = files.applicationSupportDirectory();
   if (!support) return;
   for (const auto* name : kFiles)
-    copyFile(*support / "Tessarok" / name, UserDict::directory() / name);
+    copyFile(files, *support / "Tessarok" / name, UserDict::directory() / name);
 }
 
 void copySwitches(platform::Files& files, platform::UserDefaults& to) {

@@ -13,9 +13,12 @@
 #include "commands/DecisionCounts.h"
 #include "commands/DesktopControl.h"
 #include "commands/JoinedText.h"
+#include "commands/PersonsFiles.h"
+#include "commands/SettingChoices.h"
 #include "commands/TerminalControl.h"
 #include "desktops/posix/NewFile.h"
 #include "desktops/posix/PersonsEnvironment.h"
+#include "desktops/posix/PosixFiles.h"
 #include "desktops/posix/SettingsFile.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/terminal/TerminalDesktop.h"
@@ -35,23 +38,6 @@ using posix::personsVariable;
 using posix::translated;
 
 constexpr const char* kUsualFile = "tessarok-report.txt";
-
-/// A setting that is a text, and what it may be. Anything else that a file holds is not told.
-struct Choice {
-  const char* key;
-  std::vector<std::string_view> values;
-};
-
-const std::vector<Choice>& choices() {
-  static const std::vector<Choice> all{
-      {"manualKey", {"both", "alt-space", "pause"}},
-      {"pauseKey", {"grave", "english-only", "section", "none"}},
-      {"layoutKey", {"control-space", "none"}},
-      {"layoutCursor", {"on", "off"}},
-      {"layoutTitle", {"on", "off"}},
-  };
-  return all;
-}
 
 /// One value for programs: no line of it may look like another entry.
 std::string oneLine(std::string text) {
@@ -134,11 +120,10 @@ void addCorrection(Report& report) {
   }
 }
 
-std::string valueOf(const Choice& choice, const std::optional<std::string>& value) {
+/// Anything else that a file holds than what the setting may be is not told.
+std::string valueOf(const SettingChoice& choice, const std::optional<std::string>& value) {
   if (!value) return "not set";
-  const bool isKnown =
-      std::find(choice.values.begin(), choice.values.end(), *value) != choice.values.end();
-  return isKnown ? *value : "an unknown value";
+  return isKnown(choice, *value) ? *value : "an unknown value";
 }
 
 std::string valueOf(const std::optional<bool>& value) {
@@ -148,8 +133,10 @@ std::string valueOf(const std::optional<bool>& value) {
 
 void addSettings(Report& report, posix::SettingsFile& settings) {
   report.section("settings");
-  for (const auto& choice : choices())
+  for (const auto& choice : settingChoices())
     report.entry(choice.key, valueOf(choice, settings.string(choice.key)));
+  // Their number alone: the names of programs are the person's.
+  report.entry("fullScreen", std::to_string(settings.strings("fullScreen").size()) + " programs");
   report.entry("shiftLagFix", valueOf(settings.boolean("shiftLagFix")));
   report.entry("welcomed", valueOf(settings.boolean("welcomed")));
   for (const auto& pack : BuiltinPacks::all()) {
@@ -161,9 +148,16 @@ void addSettings(Report& report, posix::SettingsFile& settings) {
 /// How many words a list of the person's holds, or why that cannot be told.
 std::string sizeOf(platform::Files& files, const std::filesystem::path& file) {
   if (!files.exists(file)) return "no file";
-  std::string error;
-  const auto text = files.read(file, &error);
-  return text ? std::to_string(WordList::parse(*text).size()) : error;
+  if (auto fault = faultOfList(files, file)) return *fault;
+  const auto text = files.read(file);
+  return text ? std::to_string(WordList::parse(*text).size()) : "cannot be read";
+}
+
+/// Only where there is something to tell.
+void addFault(Report& report, platform::Files& files, const char* name) {
+  if (const auto fault = faultOfList(files, UserDict::directory() / name)) {
+    report.entry(name, *fault);
+  }
 }
 
 void addWords(Report& report, platform::Files& files) {
@@ -171,6 +165,8 @@ void addWords(Report& report, platform::Files& files) {
   report.entry("English dictionary", Dict::en().isAvailable() ? "there" : "missing");
   report.entry("Russian dictionary", Dict::ru().isAvailable() ? "there" : "missing");
   report.entry("own dictionary", sizeOf(files, UserDict::fileURL()));
+  addFault(report, files, "ignored.txt");
+  addFault(report, files, "rejects.txt");
   LearnedFiles learned;
   learned.load(LearnedFiles::Recovery::inMemory);
   report.entry("never corrected", learned.lists().words().size());
@@ -184,13 +180,23 @@ void addWords(Report& report, platform::Files& files) {
   report.entry("taken back twice", twice);
 }
 
+std::filesystem::path logFile(platform::Files& files) {
+  const auto named = personsVariable("TESSAROK_DEBUG_PATH");
+  return named ? std::filesystem::path(*named) : files.homeDirectory() / "tessarok.log";
+}
+
+bool hasLog() {
+  const auto files = posix::PosixFiles::ofUser();
+  return files->exists(logFile(*files));
+}
+
 void addDecisions(Report& report, platform::Files& files) {
   report.section("decisions");
-  const auto named = personsVariable("TESSAROK_DEBUG_PATH");
-  const auto log = named ? std::filesystem::path(*named) : files.homeDirectory() / "tessarok.log";
+  const auto log = logFile(files);
   if (!files.exists(log)) {
     return report.entry("log",
-                        "none; TESSAROK_DEBUG=1 in the program's environment has one written");
+                        "none; started with TESSAROK_DEBUG=1 in its environment the program writes "
+                        "one, and what it decides from then on is counted here");
   }
   std::string error;
   const auto text = files.read(log, &error);
@@ -235,6 +241,12 @@ int runReport(const Options& options, const std::optional<std::filesystem::path>
              "text that was typed and no word of a list. Read it before you send it.",
              {target.string()})
       << '\n';
+  if (!hasLog()) {
+    std::cout << translated(
+                     "No decision is counted in it, because there is no log: start Tessarok with "
+                     "TESSAROK_DEBUG=1 in its environment, type what goes wrong, and report again.")
+              << '\n';
+  }
   return 0;
 }
 

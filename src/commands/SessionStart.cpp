@@ -1,12 +1,9 @@
 #include "commands/SessionStart.h"
 
-#include <filesystem>
 #include <string>
-#include <system_error>
-#include <unistd.h>
 
+#include "commands/InstalledParts.h"
 #include "desktops/freedesktop/SessionKind.h"
-#include "desktops/posix/Processes.h"
 
 namespace tessarok::commands {
 
@@ -20,20 +17,11 @@ bool isTypedThroughFcitx(platform::Environment& environment) {
          variable("QT_IM_MODULE").starts_with("fcitx");
 }
 
-/// Beside this program, below the same prefix.
-bool isAddonInstalled() {
-  const auto program = posix::programFileOf(::getpid());
-  if (!program) return false;
-  std::error_code error;
-  const auto prefix = program->parent_path().parent_path();
-  return std::filesystem::exists(prefix / "share" / "fcitx5" / "addon" / "tessarok.conf", error);
-}
-
 }  // namespace
 
 bool isServedWithoutX11(platform::Environment& environment) {
   return freedesktop::isWaylandSession(environment) ||
-         (isTypedThroughFcitx(environment) && isAddonInstalled());
+         (isTypedThroughFcitx(environment) && isFcitxAddonInstalled());
 }
 
 }  // namespace tessarok::commands

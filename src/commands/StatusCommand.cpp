@@ -1,5 +1,6 @@
 #include "commands/StatusCommand.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <filesystem>
@@ -11,10 +12,12 @@
 #include <vector>
 
 #include "commands/DesktopControl.h"
+#include "commands/JoinedText.h"
+#include "commands/PersonsFiles.h"
 #include "commands/TerminalControl.h"
+#include "commands/WordData.h"
 #include "desktops/posix/SettingsFile.h"
 #include "desktops/posix/Translation.h"
-#include "desktops/posix/TranslationValues.h"
 #include "desktops/terminal/TerminalDesktop.h"
 #include "platform/Desktop.h"
 #include "words/LearnedFiles.h"
@@ -34,7 +37,8 @@ constexpr int kNothingRuns = 1;
 struct Report {
   std::optional<DesktopStatus> desktop;
   std::optional<TerminalStatus> terminal;
-  /// What does not work besides what the desktop tells itself, a sentence each.
+  /// What does not work besides what the desktop tells itself, a sentence each, in the language of
+  /// whoever reads it.
   std::vector<std::string> obstacles;
   /// Words that are never corrected because of what the person took back.
   std::size_t learned = 0;
@@ -59,11 +63,25 @@ std::vector<std::string> obstacles(const Report& report) {
   if (!report.desktop && !report.terminal) all = obstaclesToDesktop();
   if (report.desktop && report.desktop->version != TESSAROK_VERSION) {
     all.push_back(
-        posix::withValues(translatable("version \"{1}\" runs, and this is another one: it "
-                                       "is used from the next start on"),
-                          {report.desktop->version}));
+        translated("version \"{1}\" runs, and this is another one: it "
+                   "is used from the next start on",
+                   {report.desktop->version}));
   }
   return all;
+}
+
+/// What does not work wherever the program corrects.
+void addProblemsWithFiles(Report& report, platform::Files& files) {
+  const auto data = checkWordData();
+  const auto faulty =
+      std::find_if(data.begin(), data.end(), [](const auto& file) { return file.fault; });
+  if (faulty != data.end()) {
+    report.obstacles.push_back(
+        translated("the word data {1} is missing or broken; tessarok check-data says what is wrong",
+                   {faulty->file}));
+  }
+  for (auto& problem : problemsWithFiles(files))
+    report.obstacles.push_back(std::move(problem));
 }
 
 void addFiles(Report& report, const std::filesystem::path& home) {
@@ -84,6 +102,7 @@ Report makeReport(const Options& options) {
   report.obstacles = obstacles(report);
   terminal::TerminalDesktop desktop(options.resources);
   platform::setDesktop(desktop);
+  addProblemsWithFiles(report, desktop.files());
   LearnedFiles learned;
   learned.load(LearnedFiles::Recovery::inMemory);
   report.learned = learned.lists().words().size();
@@ -109,8 +128,9 @@ const char* codeOf(Language language) {
 nlohmann::json jsonOf(const DesktopStatus& desktop) {
   return {{"desktop", desktop.desktop},       {"version", desktop.version},
           {"process", desktop.process},       {"since", desktop.since},
-          {"correction", desktop.correction}, {"layout", desktop.layout},
-          {"layouts", desktop.layouts},       {"obstacles", desktop.obstacles}};
+          {"correction", desktop.correction}, {"enabled", desktop.isEnabled},
+          {"layout", desktop.layout},         {"layouts", desktop.layouts},
+          {"obstacles", desktop.obstacles}};
 }
 
 nlohmann::json jsonOf(const Report& report) {
@@ -131,24 +151,11 @@ nlohmann::json jsonOf(const Report& report) {
   return json;
 }
 
-/// A layout's identifier without what all of them begin with.
-std::string nameOf(const std::string& identifier) {
-  const auto dot = identifier.rfind('.');
-  return dot == std::string::npos ? identifier : identifier.substr(dot + 1);
-}
-
-std::string namesOf(const std::vector<std::string>& identifiers) {
-  std::string all;
-  for (const auto& identifier : identifiers)
-    all += (all.empty() ? "" : ", ") + nameOf(identifier);
-  return all;
-}
-
 void printDesktop(const DesktopStatus& desktop) {
   std::cout << translated(
                    "{1}: correction {2}, layout {3} of {4}; version {5}, process {6}, since {7}",
-                   {desktop.desktop, translated(desktop.correction), nameOf(desktop.layout),
-                    namesOf(desktop.layouts), desktop.version, std::to_string(desktop.process),
+                   {desktop.desktop, correctionOf(desktop), desktop.layout,
+                    joined(desktop.layouts, ", "), desktop.version, std::to_string(desktop.process),
                     timeOf(desktop.since)})
             << '\n';
   for (const auto& obstacle : desktop.obstacles)
@@ -160,7 +167,7 @@ void print(const Report& report) {
   if (report.desktop) printDesktop(*report.desktop);
   if (report.terminal) std::cout << describe(*report.terminal) << '\n';
   for (const auto& obstacle : report.obstacles)
-    std::cout << posix::translatedSentence(obstacle) << '\n';
+    std::cout << obstacle << '\n';
   std::cout << translated(
                    "words you took back: {1} for ever, {2} once or twice (tessarok learned "
                    "lists them)",
@@ -173,6 +180,8 @@ void print(const Report& report) {
 }  // namespace
 
 int runStatus(const Options& options, const StatusOptions& status) {
+  // What programs read is the same in every language.
+  if (status.json) posix::useEnglish();
   const auto report = makeReport(options);
   if (status.json) {
     std::cout << jsonOf(report).dump(2, ' ', false, nlohmann::json::error_handler_t::replace)

@@ -15,6 +15,7 @@
 
 #include "app/Corrector.h"
 #include "commands/CommandError.h"
+#include "commands/PersonsFiles.h"
 #include "desktops/posix/ThreadQueue.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/posix/WriteSignals.h"
@@ -26,6 +27,7 @@
 #include "desktops/terminal/TerminalSession.h"
 #include "words/Dict.h"
 #include "words/ResourceLocator.h"
+#include "words/UserDict.h"
 
 namespace tessarok::commands {
 
@@ -43,6 +45,13 @@ void sayThatDataIsMissing(TerminalDesktop& desktop) {
   desktop.systemLog().write(
       "Tessarok: " +
       translated("the word data is missing; automatic correction is off, Alt+Space works"));
+}
+
+/// The corrector does without it in silence; what is wrong with the learned lists it says itself.
+void sayThatDictionaryIsNotUsed(TerminalDesktop& desktop) {
+  if (const auto problem = problemWithList(desktop.files(), UserDict::fileURL())) {
+    desktop.systemLog().write("Tessarok: " + *problem);
+  }
 }
 
 /// Whether programs here take text for UTF-8. Others erase a Russian letter in two steps.
@@ -118,6 +127,7 @@ class Start final {
     desktop_.secureInput().watch(pty_);
     const bool isAvailable = Dict::en().isAvailable() && Dict::ru().isAvailable();
     if (!isAvailable && !lacksData_) sayThatDataIsMissing(desktop_);
+    queue_.async([&desktop = desktop_] { sayThatDictionaryIsNotUsed(desktop); });
   }
 
   TerminalDesktop& desktop_;

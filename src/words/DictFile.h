@@ -24,6 +24,8 @@ class DictFile {
 
   /// Whether there is a list that could be read and is valid.
   [[nodiscard]] bool isAvailable() const;
+  /// Whether it is unavailable because somebody wrote to its file.
+  [[nodiscard]] bool wasChanged() const { return isChanged_; }
   /// Looks whether the file was written to in place since it was validated. True when that is news,
   /// which is said in the system log.
   bool noticeChange() const;

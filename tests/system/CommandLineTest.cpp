@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <unistd.h>
 
 #include "desktops/virtual/TemporaryDirectory.h"
 #include "tests/support/ChildProcess.h"
@@ -491,6 +493,161 @@ TEST(CommandLine, WhatWasLearnedIsListedAndTakenBack) {
   EXPECT_EQ(unknown.status, 1);
   EXPECT_EQ(unknown.err, "tessarok: xyz has not been learned\n");
   EXPECT_EQ(testing::readFile(folder / "rejects.txt"), "\n");
+}
+
+/// The person's home, in a session of whatever kind that has no bus and no display.
+class PersonsHome : public ::testing::Test {
+ protected:
+  ProgramRun run(const Arguments& arguments,
+                 const std::vector<std::pair<std::string, std::string>>& more = {}) {
+    std::vector<std::pair<std::string, std::string>> environment = {
+        {"HOME", home_.path()},
+        {"XDG_DATA_HOME", ""},
+        {"XDG_CONFIG_HOME", ""},
+        {"XDG_CURRENT_DESKTOP", ""},
+        {"XDG_SESSION_TYPE", ""},
+        {"XDG_DATA_DIRS", home_.path() / "share"},
+        {"DISPLAY", ""},
+        {"WAYLAND_DISPLAY", ""},
+        {"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"}};
+    environment.insert(environment.end(), more.begin(), more.end());
+    Arguments all{"--resources", kData};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    return runProgram(all, {}, environment);
+  }
+  /// What `status --json` says does not work.
+  std::vector<std::string> obstacles(
+      const std::vector<std::pair<std::string, std::string>>& more = {}) {
+    return json::parse(run({"status", "--json"}, more).out)["obstacles"];
+  }
+  bool isObstacle(const std::string& sentence) {
+    const auto all = obstacles();
+    return std::find(all.begin(), all.end(), sentence) != all.end();
+  }
+  [[nodiscard]] fs::path settings() const {
+    return home_.path() / ".config/Tessarok/settings.json";
+  }
+  [[nodiscard]] fs::path list(const char* name) const {
+    return home_.path() / ".local/share/Tessarok" / name;
+  }
+
+  TemporaryDirectory home_;
+};
+
+TEST_F(PersonsHome, StatusNamesSettingsThatAreNotUsed) {
+  writeFile(settings(), "{\n\"pack.it\": yes\n}\n");
+  const auto start = "the settings " + settings().string() + " are not used: ";
+  EXPECT_TRUE(isObstacle(start + "line 2 is not valid JSON"));
+  EXPECT_NE(run({"status"}).out.find(start + "line 2 is not valid JSON\n"), std::string::npos);
+  writeFile(settings(), "{\"pack.it\": 1}");
+  EXPECT_TRUE(isObstacle(start + "\"pack.it\" is neither true nor false"));
+  writeFile(settings(), "{\"layoutKey\": \"control\"}");
+  EXPECT_TRUE(
+      isObstacle("the setting \"layoutKey\" is \"control\", which is none of "
+                 "\"control-space\", \"none\""));
+}
+
+TEST_F(PersonsHome, StatusNamesListsThatAreNotUsed) {
+  for (const auto* name : {"dictionary.txt", "ignored.txt", "rejects.txt"}) {
+    writeFile(list(name), "ghbdtn\n\xff\n");
+    EXPECT_TRUE(
+        isObstacle("no word of " + list(name).string() + " counts: line 2 is not valid UTF-8"))
+        << name;
+  }
+}
+
+TEST_F(PersonsHome, StatusNamesWordDataThatIsBroken) {
+  const auto data = home_.path() / "data";
+  fs::copy(kData, data);
+  writeFile(data / "freq_short_ru.txt", "слово\n");
+  const auto run = runProgram({"--resources", data, "status"}, {}, {{"HOME", home_.path()}});
+  EXPECT_NE(run.out.find("the word data " + (data / "freq_short_ru.txt").string() +
+                         " is missing or broken"),
+            std::string::npos)
+      << run.out;
+}
+
+TEST_F(PersonsHome, TypingAndExplainingNameAListThatIsNotUsed) {
+  for (const auto* name : {"dictionary.txt", "ignored.txt"}) {
+    writeFile(list(name), "ghbdtn\n\xff\n");
+    for (const auto* command : {"type", "explain"}) {
+      EXPECT_EQ(run({command, "ghbdtn"}).err, "tessarok: no word of " + list(name).string() +
+                                                  " counts: line 2 is not valid UTF-8\n");
+      EXPECT_EQ(run({command, "--no-lists", "ghbdtn"}).err, "");
+    }
+    fs::remove(list(name));
+  }
+}
+
+TEST_F(PersonsHome, AReportSaysWhyADictionaryIsNotUsed) {
+  writeFile(list("dictionary.txt"), "ghbdtn\n\xff\n");
+  const auto report = run({"report", "-"}).out;
+  EXPECT_NE(report.find("own dictionary: line 2 is not valid UTF-8\n"), std::string::npos)
+      << report;
+}
+
+TEST_F(PersonsHome, AReportTellsHowManyProgramsAreNamed) {
+  writeFile(settings(), "{\"fullScreen\": [\"vim\", \"privateprogram\"]}");
+  const auto report = run({"report", "-"}).out;
+  EXPECT_NE(report.find("fullScreen: 2 programs\n"), std::string::npos) << report;
+  EXPECT_EQ(report.find("privateprogram"), std::string::npos) << report;
+}
+
+TEST_F(PersonsHome, StatusNamesThePackageThatAWaylandSessionLacks) {
+  const auto bin = home_.path() / "bin";
+  for (const auto* name : {"fcitx5", "ibus-daemon"}) {
+    writeFile(bin / name, "");
+    fs::permissions(bin / name, fs::perms::owner_all);
+  }
+  const auto first = [&](const char* desktop, const std::string& path) {
+    return obstacles(
+               {{"WAYLAND_DISPLAY", "wayland-0"}, {"XDG_CURRENT_DESKTOP", desktop}, {"PATH", path}})
+        .front();
+  };
+  const auto names = [](const std::string& sentence, const char* part) {
+    return sentence.find(part) != std::string::npos;
+  };
+  EXPECT_TRUE(names(first("KDE", bin), "install the package tessarok-fcitx5"));
+  EXPECT_TRUE(names(first("sway", bin), "install the package tessarok-fcitx5"));
+  EXPECT_TRUE(names(first("GNOME", bin),
+                    "install the packages tessarok-ibus and "
+                    "gnome-shell-extension-tessarok"));
+  writeFile(home_.path() / "share/fcitx5/addon/tessarok.conf", "");
+  writeFile(home_.path() / "share/ibus/component/tessarok.xml", "");
+  for (const auto* desktop : {"KDE", "sway", "GNOME"}) {
+    EXPECT_FALSE(names(first(desktop, bin), "install")) << first(desktop, bin);
+    EXPECT_TRUE(names(first(desktop, "/nowhere"), "install")) << first(desktop, "/nowhere");
+  }
+}
+
+TEST_F(PersonsHome, ACopyThatCannotBeReachedIsToldOf) {
+  if (run({"x11", "--help"}).status != 0) GTEST_SKIP() << "built without X11";
+  EXPECT_EQ(run({"off"}).err,
+            "tessarok: neither a corrected terminal nor a running desktop answers\n");
+  writeFile(list("instance.lock"), "");
+  const int file = ::open(list("instance.lock").c_str(), O_RDWR | O_CLOEXEC);
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  ASSERT_EQ(::fcntl(file, F_SETLK, &lock), 0);
+  const auto said = "a copy runs (process " + std::to_string(::getpid()) +
+                    "), but cannot be reached without a session bus";
+  for (const auto* command : {"on", "off", "quit"}) {
+    EXPECT_EQ(run({command}).err, "tessarok: " + said + "\n");
+  }
+  EXPECT_TRUE(isObstacle(said));
+  ::close(file);
+}
+
+TEST_F(PersonsHome, AHomeThatCannotBeWrittenIsNamedInOneLine) {
+  if (run({"x11", "--help"}).status != 0) GTEST_SKIP() << "built without X11";
+  writeFile(home_.path() / ".local", "a file in the way");
+  const auto x11 = run({"x11"}, {{"DISPLAY", ":64999"}});
+  EXPECT_EQ(x11.status, 1);
+  const auto start =
+      "tessarok: not started; cannot write " + list("").parent_path().string() + ": ";
+  EXPECT_TRUE(x11.err.starts_with(start)) << x11.err;
+  EXPECT_EQ(std::count(x11.err.begin(), x11.err.end(), '\n'), 1) << x11.err;
 }
 
 TEST(CommandLine, HelpSaysWhichListsCount) {

@@ -15,7 +15,7 @@ std::string missingLayouts() {
     const auto identifier = layout->identifier().value_or("");
     hasEnglish = hasEnglish || InputSource::isInGroup(identifier, Language::english);
     hasRussian = hasRussian || InputSource::isInGroup(identifier, Language::russian);
-    names += (names.empty() ? "" : ", ") + identifier;
+    names += (names.empty() ? "" : ", ") + layout->name();
   }
   if (hasEnglish && hasRussian) return {};
   const auto* missing =
@@ -35,6 +35,11 @@ std::string missingLayouts() {
 
 std::string missingWordData() {
   if (Dict::en().isAvailable() && Dict::ru().isAvailable()) return {};
+  if (Dict::en().wasChanged() || Dict::ru().wasChanged()) {
+    return posix::translatable(
+        "the word data was changed while it was in use; until the next start automatic correction "
+        "is off, Alt+Space works");
+  }
   return posix::translatable(
       "the word data is missing; automatic correction is off, Alt+Space works");
 }

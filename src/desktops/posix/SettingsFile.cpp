@@ -12,10 +12,17 @@ namespace tessarok::posix {
 
 namespace {
 
-/// The library's own words without the number in brackets before them.
-std::string withoutNumber(const std::string& message) {
-  const auto end = message.find("] ");
-  return message.starts_with('[') && end != std::string::npos ? message.substr(end + 2) : message;
+/// The text as JSON; throws `std::runtime_error` with the line in which it is none, in the person's
+/// language, which the library does not speak.
+nlohmann::json parseJson(const std::string& text) {
+  try {
+    return nlohmann::json::parse(text);
+  } catch (const nlohmann::json::parse_error& error) {
+    const auto read = std::min(error.byte, text.size());
+    const auto end = text.begin() + static_cast<std::ptrdiff_t>(read > 0 ? read - 1 : 0);
+    const auto line = std::count(text.begin(), end, '\n') + 1;
+    throw std::runtime_error(translated("line {1} is not valid JSON", {std::to_string(line)}));
+  }
 }
 
 /// Whether a setting is a text, and no switch.
@@ -36,7 +43,7 @@ bool isListOfTexts(const nlohmann::json& value) {
 
 /// Throws `std::exception` saying what is wrong with the text, and where.
 SettingsFile::Values SettingsFile::parse(const std::string& text) {
-  const auto object = nlohmann::json::parse(text);
+  const auto object = parseJson(text);
   if (!object.is_object()) {
     throw std::runtime_error(translated("the file holds no JSON object"));
   }
@@ -115,6 +122,12 @@ void SettingsFile::set(std::string_view key, Value value) {
   queue_.async([this] { save(); });
 }
 
+std::optional<std::string> SettingsFile::problem() {
+  if (isReadOnUse_) prepare();
+  const std::lock_guard lock(mutex_);
+  return problem_;
+}
+
 void SettingsFile::prepare() {
   if (isLoaded_) return;
   load();
@@ -162,8 +175,12 @@ std::optional<SettingsFile::Values> SettingsFile::readFile() {
     return parse(*text);
   } catch (const std::exception& fault) {
     isUnusable_ = true;
+    {
+      const std::lock_guard lock(mutex_);
+      problem_ = fault.what();
+    }
     report(translated("could not read settings {1}: {2}; changes last until the program ends",
-                      {file_.string(), withoutNumber(fault.what())}));
+                      {file_.string(), fault.what()}));
     return std::nullopt;
   }
 }

@@ -38,6 +38,8 @@ class SettingsFile final : public platform::UserDefaults {
   void setString(std::string_view key, std::string value);
   /// A setting that is a list of texts; empty when it was never set or is none.
   [[nodiscard]] std::vector<std::string> strings(std::string_view key);
+  /// Why the file is not used, in the person's language; absent when it is, and when there is none.
+  [[nodiscard]] std::optional<std::string> problem();
   /// Reads the file, once. From any thread, when nothing else is called meanwhile or when reading
   /// is left to it.
   void prepare();
@@ -80,6 +82,8 @@ class SettingsFile final : public platform::UserDefaults {
   Values unsaved_;
   /// How often changes came into the file.
   std::uint64_t saves_ = 0;
+  /// Why the file is unusable.
+  std::optional<std::string> problem_;
   /// Goes first, and finishes its work.
   ThreadQueue queue_;
 };

@@ -70,6 +70,19 @@ class SettingsFileTest : public ::testing::Test {
   Log log_;
 };
 
+TEST_F(SettingsFileTest, SaysTheLineThatIsNoJson) {
+  write("{\n  \"pack.it\": true\n  \"pack.chat\": true\n}\n");
+  EXPECT_EQ(SettingsFile(file_, files_, log_).problem(), "line 3 is not valid JSON");
+  write("");
+  EXPECT_EQ(SettingsFile(file_, files_, log_).problem(), "line 1 is not valid JSON");
+}
+
+TEST_F(SettingsFileTest, HasNoProblemWithAGoodFileOrNone) {
+  EXPECT_EQ(SettingsFile(file_, files_, log_).problem(), std::nullopt);
+  write("{}");
+  EXPECT_EQ(SettingsFile(file_, files_, log_).problem(), std::nullopt);
+}
+
 TEST_F(SettingsFileTest, KeepsWhatIsSet) {
   {
     SettingsFile settings(file_, files_, log_);

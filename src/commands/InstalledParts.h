@@ -1,0 +1,17 @@
+#pragma once
+
+namespace tessarok::commands {
+
+/// The parts of this program that other programs load, which have packages of their own: whether
+/// their files are where packages put them, beside this program or in a data folder of the system.
+
+/// The addon of Fcitx5.
+[[nodiscard]] bool isFcitxAddonInstalled();
+/// The engines of IBus.
+[[nodiscard]] bool areIbusEnginesInstalled();
+/// The extension of GNOME's shell, for any version of that.
+[[nodiscard]] bool isShellExtensionInstalled();
+/// Whether a program of this name can be started.
+[[nodiscard]] bool isProgramThere(const char* name);
+
+}  // namespace tessarok::commands

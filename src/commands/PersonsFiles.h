@@ -1,0 +1,22 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Files.h"
+
+namespace tessarok::commands {
+
+/// Why a list of words cannot be used, in the person's language: the system's reason, or the line
+/// that is not UTF-8. Absent when it can be, and when there is none.
+[[nodiscard]] std::optional<std::string> faultOfList(platform::Files& files,
+                                                     const std::filesystem::path& file);
+/// The same as a sentence that names the file.
+[[nodiscard]] std::optional<std::string> problemWithList(platform::Files& files,
+                                                         const std::filesystem::path& file);
+/// What of the person's settings, dictionary and learned lists is not used, a sentence each.
+[[nodiscard]] std::vector<std::string> problemsWithFiles(platform::Files& files);
+
+}  // namespace tessarok::commands
