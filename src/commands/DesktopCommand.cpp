@@ -51,6 +51,8 @@ constexpr int kNotStarted = 1;
 constexpr int kFailed = 2;
 /// From the worker to the process that was started, and no further.
 constexpr int kNoDesktop = 3;
+/// The same: not started, and the person knows why.
+constexpr int kSaidWhyNot = 4;
 
 void say(const std::string& message) {
   std::cerr << "tessarok: " << message << std::endl;
@@ -160,17 +162,6 @@ int correct(const Options& options, StartedBy startedBy, std::unique_ptr<x11::Li
   return status;
 }
 
-/// Nothing may leave a process that is only a part of this program but by its exit status.
-int correctOrSayWhyNot(const Options& options, StartedBy startedBy,
-                       std::unique_ptr<x11::LifeLine> lifeLine) {
-  try {
-    return correct(options, startedBy, std::move(lifeLine));
-  } catch (const std::exception& error) {
-    say(error.what());
-    return kFailed;
-  }
-}
-
 /// Why the person's folder or the lock in it, without which nothing starts, cannot be had; absent
 /// when they can.
 std::optional<std::string> problemWithFolder() {
@@ -189,6 +180,21 @@ std::optional<std::string> problemWithFolder() {
   return lock.string() + ": " + std::generic_category().message(errno);
 }
 
+/// Nothing may leave a process that is only a part of this program but by its exit status.
+int correctOrSayWhyNot(const Options& options, StartedBy startedBy,
+                       std::unique_ptr<x11::LifeLine> lifeLine) {
+  try {
+    if (const auto problem = problemWithFolder()) {
+      say(posix::translated("not started; cannot write {1}", {*problem}));
+      return kSaidWhyNot;
+    }
+    return correct(options, startedBy, std::move(lifeLine));
+  } catch (const std::exception& error) {
+    say(error.what());
+    return kFailed;
+  }
+}
+
 }  // namespace
 
 bool hasDisplay() {
@@ -197,15 +203,12 @@ bool hasDisplay() {
 }
 
 std::optional<int> runDesktop(const Options& options, StartedBy startedBy) {
-  if (const auto problem = problemWithFolder()) {
-    say(posix::translated("not started; cannot write {1}", {*problem}));
-    return kNotStarted;
-  }
   const auto work = [&](std::unique_ptr<x11::LifeLine> lifeLine) {
     return correctOrSayWhyNot(options, startedBy, std::move(lifeLine));
   };
   const auto status = x11::Watchdog::watchOver(work);
   if (status == kNoDesktop) return std::nullopt;
+  if (status == kSaidWhyNot) return kNotStarted;
   if (status == kNotStarted && startedBy == StartedBy::person) {
     say(posix::translated("not started; is it running already?"));
   }

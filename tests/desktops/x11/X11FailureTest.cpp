@@ -15,6 +15,7 @@
 #include "tests/desktops/x11/Patience.h"
 #include "tests/desktops/x11/Tessarok.h"
 #include "tests/desktops/x11/XServer.h"
+#include "tests/support/TestFiles.h"
 
 namespace tessarok::testing {
 namespace {
@@ -160,6 +161,18 @@ TEST_F(X11Failure, ADisplayInsideAWaylandSessionIsRefused) {
   EXPECT_TRUE(program.says("this display is part of a Wayland session")) << program.errors();
   server_.type("ghbdtn ");
   EXPECT_TRUE(window_.shows("ghbdtn ")) << window_.text();
+}
+
+TEST_F(X11Failure, ADictionaryThatIsNotUsedIsNamed) {
+  const virtualdesktop::TemporaryDirectory home;
+  const auto dictionary = home.path() / ".local" / "share" / "Tessarok" / "dictionary.txt";
+  writeFile(dictionary, "слово\n\xff\n");
+  Tessarok::Setup setup;
+  setup.home = home.path();
+  const Tessarok program(server_, setup);
+  EXPECT_TRUE(
+      program.says("no word of " + dictionary.string() + " counts: line 2 is not valid UTF-8"))
+      << program.errors();
 }
 
 TEST_F(X11Failure, ADisplayWithoutSyntheticKeysIsRefused) {

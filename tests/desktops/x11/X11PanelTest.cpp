@@ -9,6 +9,7 @@
 
 #include "desktops/virtual/TemporaryDirectory.h"
 #include "desktops/virtual/VirtualDesktop.h"
+#include "tests/desktops/freedesktop/Notifications.h"
 #include "tests/desktops/freedesktop/PrivateBus.h"
 #include "tests/desktops/freedesktop/Pump.h"
 #include "tests/desktops/freedesktop/StatusHost.h"
@@ -109,6 +110,23 @@ TEST_F(X11Panel, StatusTellsWhatRunsAndWhatIsMissing) {
   EXPECT_NE(text.find("x11: correction on, layout us of us, ru"), std::string::npos) << text;
   EXPECT_NE(text.find("no accessibility bus"), std::string::npos) << text;
   EXPECT_EQ(text.find("no panel"), std::string::npos) << text;
+}
+
+TEST_F(X11Panel, WhoStartsItFromAMenuInVainIsTold) {
+  Notifications notifications(pump_, bus_.address());
+  Subprocess::Setup setup;
+  setup.environment = {{"DBUS_SESSION_BUS_ADDRESS", bus_.address()},
+                       {"DISPLAY", ""},
+                       {"WAYLAND_DISPLAY", "wayland-0"},
+                       {"XDG_CURRENT_DESKTOP", "sway"},
+                       {"XDG_DATA_DIRS", home_.path().string()},
+                       {"HOME", home_.path().string()},
+                       {"XDG_DATA_HOME", ""}};
+  Subprocess started({"sh", "-c", "exec \"$0\" < /dev/null", TESSAROK_PROGRAM}, "tessarok", setup);
+  EXPECT_EQ(started.exitStatus(), 2);
+  const auto told = notifications.next();
+  EXPECT_TRUE(told.starts_with("Tessarok was not started|this is a Wayland session")) << told;
+  EXPECT_NE(told.find("install the package tessarok-fcitx5"), std::string::npos) << told;
 }
 
 TEST_F(X11Panel, QuitEndsItAndFreesTheKeyboard) {

@@ -33,6 +33,7 @@ class X11SessionStart : public ::testing::Test {
     setup.environment = {{"DISPLAY", server_.name()},
                          {"HOME", home.string()},
                          {"XDG_DATA_HOME", ""},
+                         {"XDG_DATA_DIRS", folder_.path().string()},
                          {"XDG_CONFIG_HOME", ""},
                          {"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"},
                          {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent"},
