@@ -1,6 +1,5 @@
 #include "commands/PersonsFiles.h"
 
-#include <algorithm>
 #include <string_view>
 #include <utility>
 

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "desktops/virtual/TemporaryDirectory.h"
 #include "tests/desktops/terminal/UserAtTerminal.h"
+#include "tests/support/TestFiles.h"
 
 namespace tessarok::testing {
 namespace {
@@ -281,6 +283,20 @@ TEST(KeyByKey, ThePersonsOwnLayoutHasNoSayEither) {
   // It is waiting all the same.
   user.type("vbh\r");
   EXPECT_TRUE(user.sees("\r\nмир\r\n")) << user.screen();
+}
+
+TEST(PersonsDictionary, ThatIsNotUsedIsNamed) {
+  const virtualdesktop::TemporaryDirectory home;
+  const auto dictionary = home.path() / ".local" / "share" / "Tessarok" / "dictionary.txt";
+  writeFile(dictionary, "слово\n\xff\n");
+  // With room for the path in one line.
+  UserAtTerminal user({"sh", "-c", "printf started; cat"}, {.columns = 200, .home = home.path()});
+  ASSERT_TRUE(user.sees("started"));
+  user.type("ghbdtn\r");
+  EXPECT_TRUE(user.sees("\r\nпривет\r\n")) << user.screen();
+  user.type("\x04");
+  EXPECT_TRUE(user.sees("no word of " + dictionary.string() + " counts: line 2 is not valid UTF-8"))
+      << user.screen();
 }
 
 TEST(AlternateScreen, SwitchesOffUntilItIsLeft) {
