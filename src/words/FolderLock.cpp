@@ -26,8 +26,7 @@ std::optional<FolderLock::Obstacle> FolderLock::acquire(const char* name,
   auto& files = platform::desktop().files();
   const auto folder = UserDict::directory();
   if (const auto failure = files.createDirectories(folder)) {
-    return Obstacle{"could not create instance lock directory: " + folder.string() + ": " +
-                    failure.reason()};
+    return Obstacle{"could not create instance lock directory: " + failure.reason()};
   }
   auto result = files.lockExclusively(folder / name);
   if (const auto* failure = std::get_if<platform::FileLockFailure>(&result)) {
