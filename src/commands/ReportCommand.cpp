@@ -133,6 +133,8 @@ std::string valueOf(const std::optional<bool>& value) {
 
 void addSettings(Report& report, posix::SettingsFile& settings) {
   report.section("settings");
+  // The reason may hold a name that the person made up.
+  if (settings.problem()) report.entry("file", "cannot be used; tessarok status says why");
   for (const auto& choice : settingChoices())
     report.entry(choice.key, valueOf(choice, settings.string(choice.key)));
   // Their number alone: the names of programs are the person's.

@@ -586,6 +586,15 @@ TEST_F(PersonsHome, AReportSaysWhyADictionaryIsNotUsed) {
       << report;
 }
 
+TEST_F(PersonsHome, AReportSaysThatSettingsAreNotUsedAndNotWhatIsInThem) {
+  writeFile(settings(), "{\"privatename\": 1}");
+  const auto report = run({"report", "-"}).out;
+  EXPECT_NE(report.find("file: cannot be used"), std::string::npos) << report;
+  EXPECT_EQ(report.find("privatename"), std::string::npos) << report;
+  writeFile(settings(), "{}");
+  EXPECT_EQ(run({"report", "-"}).out.find("cannot be used"), std::string::npos);
+}
+
 TEST_F(PersonsHome, AReportTellsHowManyProgramsAreNamed) {
   writeFile(settings(), "{\"fullScreen\": [\"vim\", \"privateprogram\"]}");
   const auto report = run({"report", "-"}).out;
