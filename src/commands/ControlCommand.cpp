@@ -3,7 +3,6 @@
 #include <iostream>
 #include <optional>
 
-#include "commands/DesktopControl.h"
 #include "commands/TerminalControl.h"
 #include "desktops/posix/Translation.h"
 
@@ -24,6 +23,12 @@ std::optional<DesktopRequest> desktopRequest(const std::string& request) {
 }
 
 }  // namespace
+
+std::string correctionOf(const DesktopStatus& status) {
+  const auto correction = translated(status.correction);
+  if (status.isEnabled || status.correction == "off") return correction;
+  return translated("off") + ", " + correction;
+}
 
 int runControl(const std::string& request) {
   if (const auto terminal = askTerminal(request)) {

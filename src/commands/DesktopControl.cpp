@@ -203,12 +203,6 @@ std::optional<std::string> unreachableDesktop() {
                           {process});
 }
 
-std::string correctionOf(const DesktopStatus& status) {
-  const auto correction = translated(status.correction);
-  if (status.isEnabled || status.correction == "off") return correction;
-  return translated("off") + ", " + correction;
-}
-
 void showWhyNotStarted() {
   const auto bus = openBus();
   if (!bus) return;

@@ -43,9 +43,6 @@ enum class DesktopRequest { on, off, pause, quit };
 /// absent when none is known to run.
 [[nodiscard]] std::optional<std::string> unreachableDesktop();
 
-/// How its correction stands, in the person's language.
-[[nodiscard]] std::string correctionOf(const DesktopStatus& status);
-
 /// Tells somebody who started the program from a menu, and sees no terminal, why nothing happens:
 /// by a notification, where such are shown.
 void showWhyNotStarted();

@@ -20,10 +20,6 @@ std::optional<std::string> unreachableDesktop() {
   return std::nullopt;
 }
 
-std::string correctionOf(const DesktopStatus& status) {
-  return status.correction;
-}
-
 void showWhyNotStarted() {}
 
 bool tellDesktop(DesktopRequest) {

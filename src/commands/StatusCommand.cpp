@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "commands/ControlCommand.h"
 #include "commands/DesktopControl.h"
 #include "commands/JoinedText.h"
 #include "commands/PersonsFiles.h"

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "commands/DesktopControl.h"
+#include "commands/ControlCommand.h"
 
 namespace tessarok::commands {
 namespace {
@@ -12,7 +12,7 @@ DesktopStatus standing(const char* correction, bool isEnabled) {
   return status;
 }
 
-TEST(DesktopControl, SaysThatItIsOffWhileItWaits) {
+TEST(ControlCommand, SaysThatItIsOffWhileItWaits) {
   EXPECT_EQ(correctionOf(standing("waiting", false)), "off, waiting");
   EXPECT_EQ(correctionOf(standing("waiting", true)), "waiting");
   EXPECT_EQ(correctionOf(standing("off", false)), "off");
