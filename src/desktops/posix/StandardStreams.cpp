@@ -1,6 +1,7 @@
 #include "desktops/posix/StandardStreams.h"
 
 #include <fcntl.h>
+#include <initializer_list>
 #include <unistd.h>
 
 namespace tessarok::posix {
