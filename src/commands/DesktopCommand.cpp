@@ -174,9 +174,12 @@ std::optional<std::string> problemWithFolder() {
   }
   // Opened and no more: to take the lock even for a moment could keep another copy from starting.
   const auto lock = folder / FolderLock::kInstance;
-  const posix::FileDescriptor file(
-      ::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
-  if (file.isOpen()) return std::nullopt;
+  posix::FileDescriptor file;
+  do {
+    file = posix::FileDescriptor(
+        ::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
+    if (file.isOpen()) return std::nullopt;
+  } while (errno == EINTR);
   return lock.string() + ": " + std::generic_category().message(errno);
 }
 
