@@ -55,7 +55,8 @@ constexpr int kNoDesktop = 3;
 constexpr int kSaidWhyNot = 4;
 
 void say(const std::string& message) {
-  std::cerr << "tessarok: " << message << std::endl;
+  // At once, because another thread may say something too.
+  std::cerr << "tessarok: " + message + "\n" << std::flush;
 }
 
 void sayNoDesktop(const std::string& reason) {
@@ -106,12 +107,13 @@ std::vector<std::string> obstacles(X11Desktop& desktop, freedesktop::DesktopServ
 
 int correctUntilStopped(X11Desktop& desktop, freedesktop::DesktopServices& services) {
   auto& loop = desktop.runLoop();
+  // Ends behind the corrector: a disk that it waits for must not keep the keyboards held.
+  posix::ThreadQueue dictionaryQueue;
   Corrector corrector(AppDelegate::Instances::onlyOne, AppDelegate::Keys::passBy);
   corrector.launch();
   if (desktop.isServerLost()) return kNoDesktop;
   if (loop.isStopped()) return kNotStarted;
   sayWhatIsMissing();
-  posix::ThreadQueue dictionaryQueue;
   sayThatDictionaryIsNotUsed(dictionaryQueue, desktop);
   auto& delegate = corrector.delegate();
   const freedesktop::SessionContact contact(
@@ -130,12 +132,37 @@ int correctUntilStopped(X11Desktop& desktop, freedesktop::DesktopServices& servi
   return 0;
 }
 
+/// Why the person's folder or the lock in it, without which nothing starts, cannot be had; absent
+/// when they can.
+std::optional<std::string> problemWithFolder() {
+  const auto files = posix::PosixFiles::ofUser();
+  const auto support = files->applicationSupportDirectory();
+  if (!support) return std::nullopt;
+  const auto folder = *support / "Tessarok";
+  if (const auto failure = files->createDirectories(folder)) {
+    return folder.string() + ": " + failure.reason();
+  }
+  // Opened and no more: to take the lock even for a moment could keep another copy from starting.
+  const auto lock = folder / FolderLock::kInstance;
+  posix::FileDescriptor file;
+  do {
+    file = posix::FileDescriptor(
+        ::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
+    if (file.isOpen()) return std::nullopt;
+  } while (errno == EINTR);
+  return lock.string() + ": " + std::generic_category().message(errno);
+}
+
 /// The worker's life. The exit status.
 int correct(const Options& options, StartedBy startedBy, std::unique_ptr<x11::LifeLine> lifeLine) {
   auto opened = XConnection::open(&endWithoutServer);
   if (const auto* reason = std::get_if<std::string>(&opened)) {
     if (startedBy == StartedBy::person) sayNoDesktop(*reason);
     return kNoDesktop;
+  }
+  if (const auto problem = problemWithFolder()) {
+    say(posix::translated("not started; cannot write {1}", {*problem}));
+    return kSaidWhyNot;
   }
   // To the very end: whoever is impatient, or asks the watchdog as well, must not keep the program
   // from writing down what it has learned.
@@ -162,35 +189,10 @@ int correct(const Options& options, StartedBy startedBy, std::unique_ptr<x11::Li
   return status;
 }
 
-/// Why the person's folder or the lock in it, without which nothing starts, cannot be had; absent
-/// when they can.
-std::optional<std::string> problemWithFolder() {
-  const auto files = posix::PosixFiles::ofUser();
-  const auto support = files->applicationSupportDirectory();
-  if (!support) return std::nullopt;
-  const auto folder = *support / "Tessarok";
-  if (const auto failure = files->createDirectories(folder)) {
-    return folder.string() + ": " + failure.reason();
-  }
-  // Opened and no more: to take the lock even for a moment could keep another copy from starting.
-  const auto lock = folder / FolderLock::kInstance;
-  posix::FileDescriptor file;
-  do {
-    file = posix::FileDescriptor(
-        ::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
-    if (file.isOpen()) return std::nullopt;
-  } while (errno == EINTR);
-  return lock.string() + ": " + std::generic_category().message(errno);
-}
-
 /// Nothing may leave a process that is only a part of this program but by its exit status.
 int correctOrSayWhyNot(const Options& options, StartedBy startedBy,
                        std::unique_ptr<x11::LifeLine> lifeLine) {
   try {
-    if (const auto problem = problemWithFolder()) {
-      say(posix::translated("not started; cannot write {1}", {*problem}));
-      return kSaidWhyNot;
-    }
     return correct(options, startedBy, std::move(lifeLine));
   } catch (const std::exception& error) {
     say(error.what());

@@ -1,10 +1,10 @@
 #include "commands/TerminalControl.h"
 
 #include <string_view>
-#include <unistd.h>
 
 #include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/Translation.h"
+#include "desktops/posix/WriteQueue.h"
 #include "desktops/terminal/CorrectedMark.h"
 #include "desktops/terminal/Multiplexer.h"
 #include "desktops/terminal/OuterTerminal.h"
@@ -41,10 +41,10 @@ struct Way {
 
 /// Lets keys go on, those that were read first.
 void giveBack(const Way& way, std::string_view number, const std::string& keys) {
-  const auto bytes = way.sequence("go;" + std::string(number) + ";" + text::hexOf(keys));
-  if (::write(way.output, bytes.data(), bytes.size()) < 0) {
-    // The terminal has gone.
-  }
+  posix::WriteQueue out(way.output);
+  out.add(way.sequence("go;" + std::string(number) + ";" + text::hexOf(keys)));
+  // Else the terminal has gone.
+  static_cast<void>(out.flushWaiting());
 }
 
 /// Absent when nothing answers, or nothing that corrects.

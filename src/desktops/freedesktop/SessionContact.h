@@ -22,8 +22,8 @@ namespace tessarok::freedesktop {
 /// Main thread.
 ///
 /// - When words are put right for the very first time from now on, a notification says so. That it
-///   was shown is remembered in the settings, and beside the person's lists for settings that
-///   cannot be written; where neither can be, it is not shown.
+///   was shown is remembered beside the person's lists, and in the settings; where the first cannot
+///   be written it is not shown.
 /// - When the program's file is replaced, as by an upgrade, one notification and one line in the
 /// log
 ///   say so.

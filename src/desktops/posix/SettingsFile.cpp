@@ -22,6 +22,9 @@ nlohmann::json parseJson(const std::string& text) {
     const auto end = text.begin() + static_cast<std::ptrdiff_t>(read > 0 ? read - 1 : 0);
     const auto line = std::count(text.begin(), end, '\n') + 1;
     throw std::runtime_error(translated("line {1} is not valid JSON", {std::to_string(line)}));
+  } catch (const nlohmann::json::exception&) {
+    // A number that nothing can hold.
+    throw std::runtime_error(translated("the file holds no JSON object"));
   }
 }
 

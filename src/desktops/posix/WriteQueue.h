@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -20,7 +21,12 @@ class WriteQueue {
   explicit WriteQueue(int descriptor, Mode mode = Mode::any)
       : descriptor_(descriptor), mode_(mode) {}
 
-  void add(std::string_view bytes) { bytes_.append(bytes); }
+  void add(std::string_view bytes) {
+    bytes_.append(bytes);
+    if (onAdd) onAdd(bytes);
+  }
+  /// Called with what is added.
+  std::function<void(std::string_view bytes)> onAdd;
   /// Writes as much as can be written without waiting; false when the descriptor is broken, and
   /// then nothing more will be written.
   [[nodiscard]] bool flush();

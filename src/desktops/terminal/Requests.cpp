@@ -1,7 +1,11 @@
 #include "desktops/terminal/Requests.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <random>
+#include <utility>
 
+#include "desktops/terminal/PtyModes.h"
 #include "text/Hex.h"
 #include "typing/KeyTap.h"
 
@@ -9,8 +13,14 @@ namespace tessarok::terminal {
 
 namespace {
 
-/// Seconds after which who has asked has gone without giving anything back.
+/// Seconds after which keys wait no more for who has asked.
 constexpr double kLongestWait = 1.0;
+/// Seconds without a key behind which what was typed before is not kept any more.
+constexpr double kLull = 10;
+/// As many bytes as a terminal keeps.
+constexpr std::size_t kMostTyped = 4096;
+/// More than ask at the same time.
+constexpr std::size_t kMostAnswered = 4;
 constexpr std::string_view kWait = ";wait";
 constexpr std::string_view kGo = "go;";
 
@@ -20,10 +30,34 @@ std::string newNumber() {
   return std::to_string(device()) + std::to_string(device());
 }
 
+/// A terminal may have made a line feed of a Return.
+std::string withLineFeeds(std::string_view bytes) {
+  std::string text(bytes);
+  std::replace(text.begin(), text.end(), '\r', '\n');
+  return text;
+}
+
 }  // namespace
 
-Requests::Requests(TerminalDesktop& desktop, Keys& keys, posix::WriteQueue& toProgram)
-    : desktop_(desktop), keys_(keys), toProgram_(toProgram) {}
+Requests::Requests(TerminalDesktop& desktop, const Pty& pty, Keys& keys,
+                   posix::WriteQueue& toProgram)
+    : desktop_(desktop), pty_(pty), keys_(keys), toProgram_(toProgram) {
+  typed_.reserve(2 * kMostTyped);
+  toProgram_.onAdd = [this](std::string_view bytes) { note(bytes); };
+}
+
+void Requests::note(std::string_view bytes) {
+  if (isAnswering_) return;
+  const auto modes = pty_.modes();
+  const auto now = desktop_.clock().uptime();
+  const bool isOld = now - std::exchange(typedAt_, now) > kLull;
+  // Nothing of a password is kept.
+  const bool isSecret = !modes || modes->isSecret();
+  if (isOld || isSecret) typed_.clear();
+  if (isSecret) return;
+  typed_ += bytes;
+  if (typed_.size() > kMostTyped) typed_.erase(0, typed_.size() - kMostTyped);
+}
 
 void Requests::serve(const std::string& request) {
   std::string_view name = request;
@@ -31,11 +65,13 @@ void Requests::serve(const std::string& request) {
   const bool waits = name.ends_with(kWait);
   if (waits) name.remove_suffix(kWait.size());
   if (!carryOut(name)) return;
-  if (waits) wait();
   const bool isRussian = desktop_.inputSources().language() == Language::russian;
+  const auto number = waits ? ";" + wait() : std::string();
+  isAnswering_ = true;
   toProgram_.add(std::string("\x1b]7717;tessarok;") +
                  (desktop_.statusBar().isEnabled() ? "on" : "off") + (isRussian ? ";ru" : ";en") +
-                 (waits ? ";" + number_ : "") + "\x1b\\");
+                 number + "\x1b\\");
+  isAnswering_ = false;
 }
 
 bool Requests::carryOut(std::string_view request) {
@@ -51,24 +87,39 @@ bool Requests::carryOut(std::string_view request) {
   return true;
 }
 
-void Requests::wait() {
+std::string Requests::wait() {
+  answered_.push_back({newNumber(), typed_});
+  if (answered_.size() > kMostAnswered) answered_.pop_front();
   // One question behind the other must not hold keys for ever.
-  if (makeKeysWait()) return;
-  number_ = newNumber();
-  desktop_.runLoop().after(kLongestWait, [this, number = number_] {
-    if (number == number_) go(number);
-  });
+  if (!std::exchange(isWaiting_, true)) {
+    desktop_.runLoop().after(kLongestWait, [this] { endWaiting(); });
+  }
+  return answered_.back().number;
 }
 
 void Requests::go(std::string_view numberAndBytes) {
   const auto number = numberAndBytes.substr(0, numberAndBytes.find(';'));
-  if (!makeKeysWait() || number != number_) return;
-  number_.clear();
+  const auto found = std::find_if(answered_.begin(), answered_.end(),
+                                  [&](const Answered& one) { return one.number == number; });
+  if (found == answered_.end()) return;
+  const auto answered = std::move(*found);
+  answered_.erase(found);
+  // Also later than keys could wait: then it comes behind them.
   if (number.size() < numberAndBytes.size()) {
-    const auto bytes = text::bytesOfHex(numberAndBytes.substr(number.size() + 1));
-    if (bytes) toProgram_.add(*bytes);
+    giveBack(answered, numberAndBytes.substr(number.size() + 1));
   }
-  onGo();
+  endWaiting();
+}
+
+void Requests::giveBack(const Answered& answered, std::string_view digits) {
+  const auto bytes = text::bytesOfHex(digits);
+  if (bytes && withLineFeeds(answered.typed).ends_with(withLineFeeds(*bytes))) {
+    toProgram_.add(*bytes);
+  }
+}
+
+void Requests::endWaiting() {
+  if (std::exchange(isWaiting_, false)) onGo();
 }
 
 }  // namespace tessarok::terminal

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <string>
 #include <string_view>
 
 #include "desktops/posix/WriteQueue.h"
 #include "desktops/terminal/Keys.h"
+#include "desktops/terminal/Pty.h"
 #include "desktops/terminal/TerminalDesktop.h"
 
 namespace tessarok::terminal {
@@ -17,30 +19,46 @@ namespace tessarok::terminal {
 ///
 /// The answer comes among the keys, and who reads it reads keys as well. So with ";wait" behind a
 /// request the answer has one part more, a number, and keys wait until "go;NUMBER;BYTES", in
-/// hexadecimal digits, gives back what was read. The number keeps a text with such sequences in it,
-/// which is only shown, from typing into a shell: it would have to read the answer.
+/// hexadecimal digits, gives back what was read. A program must not type into the shell that it was
+/// started from: taken is only what the person has just typed, and only from who knows the number,
+/// which a text with such sequences in it, that is only shown, does not.
 class Requests final {
  public:
-  /// All outlive this object; answers are added to `toProgram`.
-  Requests(TerminalDesktop& desktop, Keys& keys, posix::WriteQueue& toProgram);
+  /// All outlive this object; answers are added to `toProgram`, which is watched.
+  Requests(TerminalDesktop& desktop, const Pty& pty, Keys& keys, posix::WriteQueue& toProgram);
 
   void serve(const std::string& request);
   /// Who has asked is reading; for a second at most.
-  [[nodiscard]] bool makeKeysWait() const { return !number_.empty(); }
+  [[nodiscard]] bool makeKeysWait() const { return isWaiting_; }
 
   /// Called when they need not wait any more.
   std::function<void()> onGo;
 
  private:
+  struct Answered {
+    std::string number;
+    /// What had been typed just before.
+    std::string typed;
+  };
+
   [[nodiscard]] bool carryOut(std::string_view request);
-  void wait();
+  [[nodiscard]] std::string wait();
   void go(std::string_view numberAndBytes);
+  void giveBack(const Answered& answered, std::string_view digits);
+  void endWaiting();
+  void note(std::string_view bytes);
 
   TerminalDesktop& desktop_;
+  const Pty& pty_;
   Keys& keys_;
   posix::WriteQueue& toProgram_;
-  /// Of the answer that is being read; empty when none is.
-  std::string number_;
+  /// What the program got last of the person's keys, and when, in seconds of uptime.
+  std::string typed_;
+  double typedAt_ = 0;
+  /// Those that may still give something back; the last ones.
+  std::deque<Answered> answered_;
+  bool isWaiting_ = false;
+  bool isAnswering_ = false;
 };
 
 }  // namespace tessarok::terminal

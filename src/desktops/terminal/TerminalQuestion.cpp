@@ -7,6 +7,7 @@
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
+#include <utility>
 
 #include "desktops/posix/DescriptorWait.h"
 
@@ -77,20 +78,25 @@ std::optional<TerminalQuestion::Answer> TerminalQuestion::ask() const {
   if (!isOurs()) return std::nullopt;
   const UneditedInput unedited;
   if (!unedited.isSet()) return std::nullopt;
-  // No answer is shorter than what stands around it.
-  auto awaited = bytesToRead() + before.size() + after.size();
+  // No answer is shorter than what stands around it, and it comes in one piece; so much in so
+  // short a time is no typing.
+  auto least = before.size() + after.size();
+  auto there = bytesToRead();
   if (::write(output, text.data(), text.size()) < 0) return std::nullopt;
   const auto deadline = Clock::now() + std::chrono::milliseconds(patience);
   std::string bytes;
   while (Clock::now() < deadline) {
-    if (bytesToRead() < awaited) {
+    const auto now = bytesToRead();
+    if (now < std::exchange(there, now) + least) {
       static_cast<void>(posix::waitFor({}, kInterval));
       continue;
     }
     if (!readInto(bytes)) return std::nullopt;
-    awaited = 1;
+    there = 0;
     const auto begin = bytes.find(before);
     if (begin == std::string::npos) continue;
+    // The rest of it, if it did not come in one piece after all.
+    least = 1;
     const auto end = bytes.find(after, begin + before.size());
     if (end == std::string::npos) continue;
     const auto first = begin + before.size();

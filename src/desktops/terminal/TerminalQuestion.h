@@ -7,8 +7,8 @@
 namespace tessarok::terminal {
 
 /// A question to the terminal of standard input. The answer comes among the keys: nothing is read
-/// before so much has come that it may be there, so that where nobody answers every key stays for
-/// the next program. Main thread.
+/// before so much has come at once that it may be there, so that where nobody answers what is typed
+/// stays for the next program; only a paste in that moment is lost. Main thread.
 struct TerminalQuestion {
   std::string_view text;
   /// The answer stands between these.

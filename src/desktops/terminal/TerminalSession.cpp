@@ -65,9 +65,12 @@ TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer,
       toScreen_(outer.output(), outer.isOutputNonBlocking() ? posix::WriteQueue::Mode::nonBlocking
                                                             : posix::WriteQueue::Mode::any),
       keys_(desktop, pty, output_, toProgram_),
-      requests_(desktop, keys_, toProgram_),
+      requests_(desktop, pty, keys_, toProgram_),
       sign_([&desktop](std::string_view key) { return desktop.userDefaults().string(key); }) {
-  requests_.onGo = [this] { serveInput(); };
+  requests_.onGo = [this] {
+    if (std::exchange(isEchoLate_, false) && held_) return echoCame();
+    serveInput();
+  };
   auto& loop = desktop_.runLoop();
   loop.add(signals_);
   loop.add(program_);
@@ -149,10 +152,8 @@ void TerminalSession::tidyScreen() {
     toScreen_.add(output_.undoingOfKeyboardModes(KeyboardModes::Screen::alternate));
     toScreen_.add(kLeaveAlternateScreen);
   }
-  if (isLeft || isUntidy_) {
-    toScreen_.add(output_.undoingOfKeyboardModes(KeyboardModes::Screen::main));
-    toScreen_.add(kTidyScreen);
-  }
+  toScreen_.add(output_.undoingOfKeyboardModes(KeyboardModes::Screen::main));
+  if (isLeft || isUntidy_) toScreen_.add(kTidyScreen);
   // A screen that takes nothing must not hold up the end that a signal asks for.
   static_cast<void>(isHurried_ ? toScreen_.flush() : toScreen_.flushWaiting());
 }
@@ -263,6 +264,9 @@ void TerminalSession::waitToSettle() {
 }
 
 void TerminalSession::echoCame() {
+  // What is being given back comes before it.
+  isEchoLate_ = requests_.makeKeysWait();
+  if (isEchoLate_) return;
   press(*held_);
   held_.reset();
   serveInput();

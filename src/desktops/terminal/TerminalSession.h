@@ -91,6 +91,8 @@ class TerminalSession final {
   LayoutSign sign_;
   /// The item that waits for an echo; nothing behind it is served.
   std::optional<InputItem> held_;
+  /// The echo came while keys had to wait for something else.
+  bool isEchoLate_ = false;
   /// Tells a time-out from those of earlier waits.
   std::uint64_t echoWait_ = 0;
   std::uint64_t restWait_ = 0;

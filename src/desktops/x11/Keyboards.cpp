@@ -145,7 +145,7 @@ platform::Failure Keyboards::hold() {
 
 void Keyboards::letGo() {
   if (!std::exchange(isHolding_, false)) return;
-  // Those that are pressed meanwhile wait only for what comes behind, and that is soon done.
+  // Most while they are held still: what is pressed behind that overtakes nothing then.
   if (onLettingGo) onLettingGo();
   for (const auto& keyboard : keyboards_)
     free(keyboard);

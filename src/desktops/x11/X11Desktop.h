@@ -86,6 +86,7 @@ class X11Desktop final : public platform::Desktop {
   void keymapChanged();
   void copyKeymap();
   void keyboardsHeld(bool held);
+  /// Waits for the server, passes on the keys that held keyboards have sent, and lets no key down.
   void passOnWhatHasCome();
   void watchdogEnded();
   void report(const std::string& problem);

@@ -192,6 +192,23 @@ TEST_F(TypingIntoBash, NobodyButWhoReadsTheAnswerGivesKeysBack) {
   EXPECT_EQ(user_.screen().find("\rx\r\n"), std::string::npos) << user_.screen();
 }
 
+TEST_F(TypingIntoBash, WhoReadsTheAnswerGivesBackWhatWasTypedAndNothingElse) {
+  // The answer's last part is the number; what is said to have been typed was not, and then was.
+  user_.type(
+      "go() { printf '\\033]7717;status;wait\\a'; IFS= read -rsd \\\\ a; a=${a##*;}; "
+      "printf '\\033]7717;go;%s;%s\\a' \"${a%?}\" $1; }; clear\r");
+  ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
+  // "echo x", Return.
+  user_.type("go 6563686f20780d; echo do\"\"ne\r");
+  ASSERT_TRUE(user_.sees("done\r\n")) << user_.screen();
+  ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
+  EXPECT_EQ(user_.screen().find("\rx\r\n"), std::string::npos) << user_.screen();
+  // The Return that ended this line was typed: it comes once more.
+  user_.type("go 0d\r");
+  ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
+  EXPECT_TRUE(user_.sees("ready> ")) << user_.screen();
+}
+
 TEST_F(TypingIntoBash, TheCursorShowsTheLayout) {
   user_.type("echo ghbdtn ");
   EXPECT_TRUE(user_.sees("\x1b]12;")) << user_.screen();

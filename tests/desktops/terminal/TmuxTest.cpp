@@ -93,8 +93,8 @@ TEST(TerminalInTmux, WhereNobodyAnswersKeysTypedMeanwhileStay) {
   tmux.press("-l \"p() { '" TESSAROK_PROGRAM "' pause >/dev/null 2>&1; }; clear\"");
   tmux.press("Enter");
   ASSERT_TRUE(tmux.shows("ready>")) << tmux.screen();
-  tmux.press("p Enter e c h o Space a '\"' '\"' b Enter");
-  EXPECT_TRUE(tmux.endsWith("\nab\nready>")) << tmux.screen();
+  tmux.press("p Enter e c h o Space a b c d e f g h i j k l m n o p q '\"' '\"' r Enter");
+  EXPECT_TRUE(tmux.endsWith("\nabcdefghijklmnopqr\nready>")) << tmux.screen();
 }
 
 }  // namespace
