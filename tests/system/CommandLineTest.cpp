@@ -648,17 +648,6 @@ TEST_F(PersonsHome, ACopyThatCannotBeReachedIsToldOf) {
   ::close(file);
 }
 
-TEST_F(PersonsHome, AHomeThatCannotBeWrittenIsNamedInOneLine) {
-  if (run({"x11", "--help"}).status != 0) GTEST_SKIP() << "built without X11";
-  writeFile(home_.path() / ".local", "a file in the way");
-  const auto x11 = run({"x11"}, {{"DISPLAY", ":64999"}});
-  EXPECT_EQ(x11.status, 1);
-  const auto start =
-      "tessarok: not started; cannot write " + list("").parent_path().string() + ": ";
-  EXPECT_TRUE(x11.err.starts_with(start)) << x11.err;
-  EXPECT_EQ(std::count(x11.err.begin(), x11.err.end(), '\n'), 1) << x11.err;
-}
-
 TEST(CommandLine, HelpSaysWhichListsCount) {
   for (const auto* command : {"type", "explain"}) {
     const auto run = runProgram({command, "--help"});

@@ -1,7 +1,9 @@
 // Whatever happens to the program, a person keeps the keyboard.
 
+#include <algorithm>
 #include <csignal>
 #include <fcntl.h>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
@@ -59,6 +61,17 @@ TEST_F(X11Failure, ASecondCopyDoesNotStart) {
   EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
   Tessarok third(server_, {.settings = {}, .home = program.home()});
   EXPECT_TRUE(third.says("correcting")) << third.errors();
+}
+
+TEST_F(X11Failure, AHomeThatCannotBeWrittenIsNamedInOneLine) {
+  const virtualdesktop::TemporaryDirectory home;
+  std::ofstream(home.path() / ".local") << "a file in the way";
+  Tessarok program(server_, {.settings = {}, .home = home.path()});
+  EXPECT_EQ(program.exitStatus(), 1);
+  const auto errors = program.errors();
+  const auto start = "tessarok: not started; cannot write " + program.learned().string() + ": ";
+  EXPECT_TRUE(errors.starts_with(start)) << errors;
+  EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
 }
 
 TEST_F(X11Failure, AStandardErrorThatNobodyReadsEndsNeitherProcess) {
