@@ -60,7 +60,7 @@ std::optional<std::string> problemWithList(platform::Files& files,
 std::vector<std::string> problemsWithFiles(platform::Files& files) {
   std::vector<std::string> all;
   addProblemsWithSettings(all, files);
-  for (const auto* name : {"dictionary.txt", "ignored.txt", "rejects.txt"}) {
+  for (const auto* name : kListNames) {
     if (auto problem = problemWithList(files, UserDict::directory() / name)) {
       all.push_back(std::move(*problem));
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -8,6 +9,9 @@
 #include "platform/Files.h"
 
 namespace tessarok::commands {
+
+/// The person's dictionary and learned lists, as they lie in the folder of every desktop.
+inline constexpr std::array kListNames = {"dictionary.txt", "ignored.txt", "rejects.txt"};
 
 /// Why a list of words cannot be used, in the person's language: the system's reason, or the line
 /// that is not UTF-8. Absent when it can be, and when there is none.

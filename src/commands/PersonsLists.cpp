@@ -18,9 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// As they lie in the folder of every desktop.
-constexpr const char* kFiles[] = {"dictionary.txt", "ignored.txt", "rejects.txt"};
-
 /// Copies, because what is typed may teach the program something.
 void copyFile(platform::Files& files, const fs::path& from, const fs::path& to) {
   std::error_code error;
@@ -38,7 +35,7 @@ void copyFile(platform::Files& files, const fs::path& from, const fs::path& to) 
 void copyFiles(platform::Files& files) {
   const auto support = files.applicationSupportDirectory();
   if (!support) return;
-  for (const auto* name : kFiles)
+  for (const auto* name : kListNames)
     copyFile(files, *support / "Tessarok" / name, UserDict::directory() / name);
 }
 

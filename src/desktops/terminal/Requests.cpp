@@ -5,7 +5,6 @@
 #include <random>
 #include <utility>
 
-#include "desktops/terminal/PtyModes.h"
 #include "text/Hex.h"
 #include "typing/KeyTap.h"
 
@@ -39,20 +38,18 @@ std::string withLineFeeds(std::string_view bytes) {
 
 }  // namespace
 
-Requests::Requests(TerminalDesktop& desktop, const Pty& pty, Keys& keys,
-                   posix::WriteQueue& toProgram)
-    : desktop_(desktop), pty_(pty), keys_(keys), toProgram_(toProgram) {
+Requests::Requests(TerminalDesktop& desktop, Keys& keys, posix::WriteQueue& toProgram)
+    : desktop_(desktop), keys_(keys), toProgram_(toProgram) {
   typed_.reserve(2 * kMostTyped);
   toProgram_.onAdd = [this](std::string_view bytes) { note(bytes); };
 }
 
 void Requests::note(std::string_view bytes) {
   if (isAnswering_) return;
-  const auto modes = pty_.modes();
   const auto now = desktop_.clock().uptime();
   const bool isOld = now - std::exchange(typedAt_, now) > kLull;
   // Nothing of a password is kept.
-  const bool isSecret = !modes || modes->isSecret();
+  const bool isSecret = desktop_.secureInput().isEnabled();
   if (isOld || isSecret) typed_.clear();
   if (isSecret) return;
   typed_ += bytes;

@@ -7,7 +7,6 @@
 
 #include "desktops/posix/WriteQueue.h"
 #include "desktops/terminal/Keys.h"
-#include "desktops/terminal/Pty.h"
 #include "desktops/terminal/TerminalDesktop.h"
 
 namespace tessarok::terminal {
@@ -25,7 +24,7 @@ namespace tessarok::terminal {
 class Requests final {
  public:
   /// All outlive this object; answers are added to `toProgram`, which is watched.
-  Requests(TerminalDesktop& desktop, const Pty& pty, Keys& keys, posix::WriteQueue& toProgram);
+  Requests(TerminalDesktop& desktop, Keys& keys, posix::WriteQueue& toProgram);
 
   void serve(const std::string& request);
   /// Who has asked is reading; for a second at most.
@@ -49,7 +48,6 @@ class Requests final {
   void note(std::string_view bytes);
 
   TerminalDesktop& desktop_;
-  const Pty& pty_;
   Keys& keys_;
   posix::WriteQueue& toProgram_;
   /// What the program got last of the person's keys, and when, in seconds of uptime.

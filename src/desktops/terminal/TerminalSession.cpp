@@ -65,7 +65,7 @@ TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer,
       toScreen_(outer.output(), outer.isOutputNonBlocking() ? posix::WriteQueue::Mode::nonBlocking
                                                             : posix::WriteQueue::Mode::any),
       keys_(desktop, pty, output_, toProgram_),
-      requests_(desktop, pty, keys_, toProgram_),
+      requests_(desktop, keys_, toProgram_),
       sign_([&desktop](std::string_view key) { return desktop.userDefaults().string(key); }) {
   requests_.onGo = [this] {
     if (std::exchange(isEchoLate_, false) && held_) return echoCame();
