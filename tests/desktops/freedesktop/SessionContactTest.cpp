@@ -80,6 +80,11 @@ class Contact : public ::testing::Test {
     EXPECT_TRUE(desktop_.runLoop().until([&] { return value.has_value(); }));
     return value.value_or("");
   }
+  /// Time jumps, though not before everybody is let in: a bus has ten seconds for that.
+  void letPass(double seconds) {
+    ASSERT_EQ(property("Desktop"), "virtual");
+    desktop_.base().wait(seconds);
+  }
   bool isEnabled() {
     std::optional<int> value;
     auto& bus = asker_.bus();
@@ -124,7 +129,7 @@ TEST_F(Contact, TheFirstStartIsExplainedOnceThoughTheSettingsForgetIt) {
       [&] { return desktop_.userDefaults().boolean(SessionContact::kWelcomedKey) == true; }));
   desktop_.userDefaults().setBoolean(SessionContact::kWelcomedKey, false);
   makeContact();
-  desktop_.base().wait(20);
+  letPass(20);
   EXPECT_EQ(property("Desktop"), "virtual");
   EXPECT_EQ(notifications_.count(), 1);
 }
@@ -138,9 +143,7 @@ class FirstContact : public Contact {
 TEST_F(FirstContact, WhatCannotBeRememberedIsNotShown) {
   desktop_.base().files().failNextWrite();
   makeContact();
-  // A bus has ten seconds to let somebody in, and time is about to jump.
-  ASSERT_EQ(property("Desktop"), "virtual");
-  desktop_.base().wait(20);
+  letPass(20);
   EXPECT_EQ(property("Desktop"), "virtual");
   EXPECT_EQ(notifications_.count(), 0);
 }
@@ -148,13 +151,11 @@ TEST_F(FirstContact, WhatCannotBeRememberedIsNotShown) {
 TEST_F(FirstContact, TheFirstStartIsExplainedWhenTheCorrectionBegins) {
   desktop_.base().enableInputSources({"com.apple.keylayout.US"});
   makeContact();
-  // A bus has ten seconds to let somebody in, and time is about to jump.
-  ASSERT_EQ(property("Desktop"), "virtual");
-  desktop_.base().wait(20);
+  letPass(20);
   EXPECT_EQ(property("Correction"), "waiting");
   EXPECT_EQ(notifications_.count(), 0);
   desktop_.base().enableInputSources({"com.apple.keylayout.US", "com.apple.keylayout.RussianWin"});
-  desktop_.base().wait(20);
+  letPass(20);
   EXPECT_NE(notifications_.next().find("ghbdtn"), std::string::npos);
 }
 
@@ -207,25 +208,22 @@ TEST_F(Contact, WithoutAPairOfLayoutsItWaits) {
 
 TEST_F(Contact, ANewVersionIsToldOnce) {
   ASSERT_FALSE(notifications_.next().empty());
-  ASSERT_EQ(property("Desktop"), "virtual");
-  desktop_.base().wait(100);
+  letPass(100);
   EXPECT_EQ(notifications_.count(), 1);
   writeFile(folder_.path() / "new", "the version that comes");
   std::filesystem::rename(folder_.path() / "new", program_);
-  desktop_.base().wait(100);
+  letPass(100);
   EXPECT_EQ(notifications_.next(),
             "Tessarok|A new version is installed. It is used from the next start on.");
-  desktop_.base().wait(200);
+  letPass(200);
   EXPECT_EQ(property("Desktop"), "virtual");
   EXPECT_EQ(notifications_.count(), 2);
 }
 
 TEST_F(Contact, ARemovedProgramIsNoNewVersion) {
   ASSERT_FALSE(notifications_.next().empty());
-  // A bus has ten seconds to let somebody in, and time is about to jump.
-  ASSERT_EQ(property("Desktop"), "virtual");
   std::filesystem::remove(program_);
-  desktop_.base().wait(100);
+  letPass(100);
   EXPECT_EQ(property("Desktop"), "virtual");
   EXPECT_EQ(notifications_.count(), 1);
 }
