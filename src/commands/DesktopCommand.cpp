@@ -108,18 +108,18 @@ std::vector<std::string> obstacles(X11Desktop& desktop, freedesktop::DesktopServ
 int correctUntilStopped(X11Desktop& desktop, freedesktop::DesktopServices& services) {
   auto& loop = desktop.runLoop();
   // Ends behind the corrector: a disk that it waits for must not keep the keyboards held.
-  posix::ThreadQueue dictionaryQueue;
+  posix::ThreadQueue diskQueue;
   Corrector corrector(AppDelegate::Instances::onlyOne, AppDelegate::Keys::passBy);
   corrector.launch();
   if (desktop.isServerLost()) return kNoDesktop;
   if (loop.isStopped()) return kNotStarted;
   sayWhatIsMissing();
-  sayThatDictionaryIsNotUsed(dictionaryQueue, desktop);
+  sayThatDictionaryIsNotUsed(diskQueue, desktop);
   auto& delegate = corrector.delegate();
   const freedesktop::SessionContact contact(
       {.session = services.session(),
        .loop = loop,
-       .queues = desktop.serialQueues(),
+       .queue = diskQueue,
        .log = desktop.systemLog(),
        .settings = desktop.userDefaults(),
        .delegate = delegate},

@@ -36,16 +36,14 @@ bool isCorrecting(const Status& status) {
 
 SessionContact::SessionContact(const Surroundings& surroundings, RemoteControl::Desktop desktop,
                                const std::optional<std::filesystem::path>& program)
-    : surroundings_(surroundings),
-      notice_(surroundings.session, surroundings.log),
-      queue_(surroundings.queues.create("app.tessarok.program")) {
+    : surroundings_(surroundings), notice_(surroundings.session, surroundings.log) {
   if (surroundings.session != nullptr) {
     control_.emplace(*surroundings.session, surroundings.loop, surroundings.delegate,
                      std::move(desktop));
     awaitCorrection();
   }
   if (!program) return;
-  program_.emplace(*program);
+  program_ = std::make_shared<posix::ReplacedFile>(*program);
   timer_ = surroundings.loop.repeating(kLookInterval, kLookTolerance, [this] { look(); });
 }
 
@@ -61,13 +59,14 @@ void SessionContact::awaitCorrection() {
 void SessionContact::welcomeIfCorrecting() {
   if (isWelcoming_ || !isCorrecting(surroundings_.delegate.status())) return;
   isWelcoming_ = true;
-  queue_->async([&loop = surroundings_.loop, weak = std::weak_ptr<SessionContact*>(self_)] {
-    // Before it is shown: what cannot be noted would be shown at every start.
-    const bool isFirst = noteWelcome();
-    loop.async([weak, isFirst] {
-      if (const auto self = weak.lock()) (*self)->welcome(isFirst);
-    });
-  });
+  surroundings_.queue.async(
+      [&loop = surroundings_.loop, weak = std::weak_ptr<SessionContact*>(self_)] {
+        // Before it is shown: what cannot be noted would be shown at every start.
+        const bool isFirst = noteWelcome();
+        loop.async([weak, isFirst] {
+          if (const auto self = weak.lock()) (*self)->welcome(isFirst);
+        });
+      });
 }
 
 void SessionContact::welcome(bool isFirst) {
@@ -82,14 +81,14 @@ void SessionContact::welcome(bool isFirst) {
       [this](bool isShown) {
         if (isShown) return surroundings_.settings.setBoolean(kWelcomedKey, true);
         // A session that shows notifications is waited for.
-        queue_->async(&forgetWelcome);
+        surroundings_.queue.async(&forgetWelcome);
       });
 }
 
 void SessionContact::look() {
-  queue_->async([&program = *program_, &loop = surroundings_.loop,
-                 weak = std::weak_ptr<SessionContact*>(self_)] {
-    if (!program.isReplaced()) return;
+  surroundings_.queue.async([program = program_, &loop = surroundings_.loop,
+                             weak = std::weak_ptr<SessionContact*>(self_)] {
+    if (!program->isReplaced()) return;
     loop.async([weak] {
       if (const auto self = weak.lock()) (*self)->sayReplaced();
     });

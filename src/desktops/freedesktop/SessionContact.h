@@ -11,7 +11,7 @@
 #include "desktops/freedesktop/RemoteControl.h"
 #include "desktops/posix/ReplacedFile.h"
 #include "platform/RunLoop.h"
-#include "platform/SerialQueues.h"
+#include "platform/SerialQueue.h"
 #include "platform/SystemLog.h"
 #include "platform/Timer.h"
 #include "platform/UserDefaults.h"
@@ -46,7 +46,9 @@ class SessionContact final {
     /// Null without a session bus: then nobody asks, and nothing is shown.
     Bus* session;
     platform::RunLoop& loop;
-    platform::SerialQueues& queues;
+    /// Looks at files, because a disk may take its time. Whoever ends it waits for that, so it ends
+    /// when no key is held any more.
+    platform::SerialQueue& queue;
     platform::SystemLog& log;
     platform::UserDefaults& settings;
     AppDelegate& delegate;
@@ -69,13 +71,12 @@ class SessionContact final {
   Surroundings surroundings_;
   Notice notice_;
   std::optional<RemoteControl> control_;
-  std::optional<posix::ReplacedFile> program_;
+  /// Null where it is not known. A look at it may still be waited for when this object has gone.
+  std::shared_ptr<posix::ReplacedFile> program_;
   std::unique_ptr<platform::Timer> timer_;
   std::unique_ptr<platform::Timer> beginning_;
   bool isWelcoming_ = false;
   std::shared_ptr<SessionContact*> self_ = std::make_shared<SessionContact*>(this);
-  /// Looks at files, because a disk may take its time. Goes first.
-  std::unique_ptr<platform::SerialQueue> queue_;
 };
 
 }  // namespace tessarok::freedesktop

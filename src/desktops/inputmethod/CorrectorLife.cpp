@@ -16,7 +16,9 @@ constexpr int kShortWaits = 25;
 }  // namespace
 
 CorrectorLife::CorrectorLife(const Parts& parts, Framework framework)
-    : parts_(parts), framework_(std::move(framework)) {
+    : parts_(parts),
+      framework_(std::move(framework)),
+      diskQueue_(parts.desktop.serialQueues().create("app.tessarok.program")) {
   parts_.application.onTerminate = [this] { hasStopped_ = true; };
 }
 
@@ -31,7 +33,7 @@ void CorrectorLife::launch() {
   auto& desktop = parts_.desktop;
   contact_.emplace(freedesktop::SessionContact::Surroundings{.session = parts_.session,
                                                              .loop = desktop.runLoop(),
-                                                             .queues = desktop.serialQueues(),
+                                                             .queue = *diskQueue_,
                                                              .log = desktop.systemLog(),
                                                              .settings = desktop.userDefaults(),
                                                              .delegate = corrector_->delegate()},

@@ -13,6 +13,7 @@
 #include "desktops/inputmethod/FrameworkApplication.h"
 #include "desktops/inputmethod/KeyFlow.h"
 #include "platform/Desktop.h"
+#include "platform/SerialQueue.h"
 
 namespace tessarok::inputmethod {
 
@@ -58,6 +59,7 @@ class CorrectorLife final {
 
   Parts parts_;
   Framework framework_;
+  std::unique_ptr<platform::SerialQueue> diskQueue_;
   std::unique_ptr<commands::Corrector> corrector_;
   /// Absent while the corrector is.
   std::optional<freedesktop::SessionContact> contact_;

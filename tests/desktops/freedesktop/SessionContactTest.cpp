@@ -8,6 +8,7 @@
 
 #include "app/AppDelegate.h"
 #include "desktops/freedesktop/SessionContact.h"
+#include "platform/SerialQueue.h"
 #include "tests/desktops/freedesktop/BusDesktop.h"
 #include "tests/desktops/freedesktop/Notifications.h"
 #include "tests/desktops/freedesktop/PrivateBus.h"
@@ -43,7 +44,7 @@ class Contact : public ::testing::Test {
     contact_.emplace(
         SessionContact::Surroundings{.session = desktop_.session(),
                                      .loop = desktop_.runLoop(),
-                                     .queues = desktop_.serialQueues(),
+                                     .queue = *diskQueue_,
                                      .log = desktop_.systemLog(),
                                      .settings = desktop_.userDefaults(),
                                      .delegate = *delegate_},
@@ -106,6 +107,8 @@ class Contact : public ::testing::Test {
   Notifications notifications_{desktop_.runLoop(), bus_.address()};
   FakeService asker_{desktop_.runLoop(), bus_.address()};
   std::shared_ptr<AppDelegate> delegate_ = std::make_shared<AppDelegate>();
+  std::unique_ptr<platform::SerialQueue> diskQueue_ =
+      desktop_.serialQueues().create("app.tessarok.program");
   std::optional<SessionContact> contact_;
 };
 

@@ -4,9 +4,12 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <memory>
+#include <signal.h>
 #include <string>
 
+#include "desktops/freedesktop/SessionContact.h"
 #include "desktops/virtual/TemporaryDirectory.h"
+#include "tests/desktops/freedesktop/PrivateBus.h"
 #include "tests/desktops/x11/Applications.h"
 #include "tests/desktops/x11/Patience.h"
 #include "tests/desktops/x11/Tessarok.h"
@@ -90,6 +93,24 @@ TEST_F(X11SlowStorage, AHomeFolderThatStopsAnsweringDelaysNoKey) {
   for (int lines = 0; lines < 20; ++lines)
     EXPECT_EQ(line("ghbdtn "), "привет \n");
   EXPECT_EQ(program->worker(), worker);
+}
+
+/// It notes the first start before it tells the person of it.
+TEST_F(X11SlowStorage, ANoteOfTheFirstStartThatIsNotWrittenDelaysNoKeyAtTheEnd) {
+  const PrivateBus bus;
+  auto noteHangs = setup();
+  noteHangs.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address();
+  noteHangs.environment["TESSAROK_STALL_UNDER"] =
+      home_.path() / ".local/share/Tessarok" / freedesktop::SessionContact::kWelcomedFile;
+  const Tessarok program(server_, noteHangs);
+  ASSERT_TRUE(isWaiting());
+  EXPECT_TRUE(waitUntil([this] { return line("ghbdtn ") == "привет \n"; }));
+  const auto worker = program.worker();
+  program.sendToWorker(SIGTERM);
+  EXPECT_TRUE(waitUntil([this] { return line("ghbdtn ") == "ghbdtn \n"; }));
+  // The disk is still waited for.
+  EXPECT_EQ(program.worker(), worker);
+  answer();
 }
 
 TEST_F(X11SlowStorage, WordDataThatMemoryHasLostAreNotWaitedFor) {
