@@ -23,6 +23,8 @@ class KeyboardModes final {
  private:
   /// What the program has put on the stack of each screen.
   std::array<int, 2> pushed_{};
+  /// Whether it has changed what was under these.
+  std::array<bool, 2> changed_{};
   bool modifiesOtherKeys_ = false;
 };
 

@@ -35,6 +35,32 @@ TEST(KeyboardModes, EveryStepIsUndone) {
   EXPECT_EQ(modes.undoing(Screen::main), "");
 }
 
+TEST(KeyboardModes, WhatIsChangedInPlaceIsChangedBack) {
+  KeyboardModes modes;
+  modes.note("=5", 'u', Screen::main);
+  EXPECT_EQ(modes.undoing(Screen::main), "\x1b[=0u");
+  EXPECT_EQ(modes.undoing(Screen::alternate), "");
+  modes.note("=0", 'u', Screen::main);
+  EXPECT_EQ(modes.undoing(Screen::main), "");
+  modes.note("=1;2", 'u', Screen::main);
+  // The other reports may still be on.
+  modes.note("=1;3", 'u', Screen::main);
+  EXPECT_EQ(modes.undoing(Screen::main), "\x1b[=0u");
+  modes.note("=;1", 'u', Screen::main);
+  EXPECT_EQ(modes.undoing(Screen::main), "");
+  modes.note("=1;3", 'u', Screen::main);
+  EXPECT_EQ(modes.undoing(Screen::main), "");
+}
+
+TEST(KeyboardModes, WhatIsChangedOnTheStackGoesWithIt) {
+  KeyboardModes modes;
+  modes.note(">1", 'u', Screen::main);
+  modes.note("=7", 'u', Screen::main);
+  EXPECT_EQ(modes.undoing(Screen::main), "\x1b[<1u");
+  modes.note("<", 'u', Screen::main);
+  EXPECT_EQ(modes.undoing(Screen::main), "");
+}
+
 TEST(KeyboardModes, EveryScreenHasItsOwn) {
   KeyboardModes modes;
   modes.note(">1", 'u', Screen::alternate);
