@@ -6,11 +6,13 @@
 
 #include "commands/CommandError.h"
 #include "commands/Input.h"
+#include "commands/PersonsFiles.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/terminal/TerminalDesktop.h"
 #include "platform/Desktop.h"
 #include "text/Text.h"
 #include "words/LearnedFiles.h"
+#include "words/UserDict.h"
 
 namespace tessarok::commands {
 
@@ -63,14 +65,22 @@ void print(std::string_view word, const Entry& entry, bool json) {
   }
 }
 
+void sayWhatIsNotUsed(platform::Files& files) {
+  for (const auto* name : {kIgnoredName, kRejectsName}) {
+    if (const auto problem = problemWithList(files, UserDict::directory() / name)) {
+      std::cerr << "tessarok: " << *problem << '\n';
+    }
+  }
+}
+
 }  // namespace
 
 int runLearned(const Options& options, const LearnedOptions& learned) {
   terminal::TerminalDesktop desktop(options.resources);
   platform::setDesktop(desktop);
-  LearnedFiles files;
-  files.load(LearnedFiles::Recovery::inMemory);
-  const auto entries = entriesOf(files.lists());
+  sayWhatIsNotUsed(desktop.files());
+  const auto lists = learnedLists(desktop.files());
+  const auto entries = entriesOf(lists);
   for (const auto& [word, entry] : entries)
     print(word, entry, learned.json);
   if (entries.empty() && !learned.json) {

@@ -9,6 +9,7 @@
 #include "desktops/posix/SettingsFile.h"
 #include "desktops/posix/Translation.h"
 #include "platform/SystemLog.h"
+#include "text/Text.h"
 #include "words/UserDict.h"
 
 namespace tessarok::commands {
@@ -38,6 +39,12 @@ void addProblemsWithSettings(std::vector<std::string>& all, platform::Files& fil
   }
 }
 
+/// What it holds; absent where `faultOfList` has something to say, and where there is none.
+std::optional<std::string> usableList(platform::Files& files, const char* name) {
+  auto text = files.read(UserDict::directory() / name);
+  return text && text::isValidUtf8(*text) ? text : std::nullopt;
+}
+
 }  // namespace
 
 std::optional<std::string> faultOfList(platform::Files& files, const std::filesystem::path& file) {
@@ -55,6 +62,16 @@ std::optional<std::string> problemWithList(platform::Files& files,
   const auto fault = faultOfList(files, file);
   if (!fault) return std::nullopt;
   return translated("no word of {1} counts: {2}", {file.string(), *fault});
+}
+
+LearnedLists learnedLists(platform::Files& files) {
+  LearnedLists lists;
+  if (const auto text = usableList(files, kIgnoredName)) lists.readIgnored(*text);
+  if (const auto text = usableList(files, kRejectsName)) {
+    // What that brings back is written down by whoever corrects.
+    static_cast<void>(lists.readRejects(*text));
+  }
+  return lists;
 }
 
 std::vector<std::string> problemsWithFiles(platform::Files& files) {

@@ -16,6 +16,7 @@
 #include "commands/PersonsFiles.h"
 #include "commands/SettingChoices.h"
 #include "commands/TerminalControl.h"
+#include "desktops/posix/EnglishMessages.h"
 #include "desktops/posix/NewFile.h"
 #include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/PosixFiles.h"
@@ -25,7 +26,6 @@
 #include "platform/Desktop.h"
 #include "words/BuiltinPacks.h"
 #include "words/Dict.h"
-#include "words/LearnedFiles.h"
 #include "words/ResourceLocator.h"
 #include "words/UserDict.h"
 #include "words/WordList.h"
@@ -167,14 +167,13 @@ void addWords(Report& report, platform::Files& files) {
   report.entry("English dictionary", Dict::en().isAvailable() ? "there" : "missing");
   report.entry("Russian dictionary", Dict::ru().isAvailable() ? "there" : "missing");
   report.entry("own dictionary", sizeOf(files, UserDict::fileURL()));
-  addFault(report, files, "ignored.txt");
-  addFault(report, files, "rejects.txt");
-  LearnedFiles learned;
-  learned.load(LearnedFiles::Recovery::inMemory);
-  report.entry("never corrected", learned.lists().words().size());
+  addFault(report, files, kIgnoredName);
+  addFault(report, files, kRejectsName);
+  const auto learned = learnedLists(files);
+  report.entry("never corrected", learned.words().size());
   std::size_t once = 0;
   std::size_t twice = 0;
-  for (const auto& [word, rejections] : learned.lists().counts()) {
+  for (const auto& [word, rejections] : learned.counts()) {
     once += rejections == 1 ? 1 : 0;
     twice += rejections == 2 ? 1 : 0;
   }
@@ -209,7 +208,9 @@ void addDecisions(Report& report, platform::Files& files) {
     report.entry(kind, count);
 }
 
+/// For those who mend the program, whatever language its person reads.
 std::string makeReport(const Options& options) {
+  const posix::EnglishMessages english;
   Report report;
   addSystem(report);
   addSession(report);

@@ -17,11 +17,11 @@
 #include "commands/PersonsFiles.h"
 #include "commands/TerminalControl.h"
 #include "commands/WordData.h"
+#include "desktops/posix/EnglishMessages.h"
 #include "desktops/posix/SettingsFile.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/terminal/TerminalDesktop.h"
 #include "platform/Desktop.h"
-#include "words/LearnedFiles.h"
 #include "words/ResourceLocator.h"
 #include "words/UserDict.h"
 
@@ -89,8 +89,8 @@ void addFiles(Report& report, const std::filesystem::path& home) {
   const auto folder = UserDict::directory();
   report.files = {{"settings", posix::SettingsFile::locationFor(home)},
                   {"dictionary", UserDict::fileURL()},
-                  {"learned", folder / "ignored.txt"},
-                  {"rejections", folder / "rejects.txt"}};
+                  {"learned", folder / kIgnoredName},
+                  {"rejections", folder / kRejectsName}};
   if (const auto data = ResourceLocator::find("dict_ru")) {
     report.files.emplace_back("word data", data->parent_path());
   }
@@ -104,11 +104,10 @@ Report makeReport(const Options& options) {
   terminal::TerminalDesktop desktop(options.resources);
   platform::setDesktop(desktop);
   addProblemsWithFiles(report, desktop.files());
-  LearnedFiles learned;
-  learned.load(LearnedFiles::Recovery::inMemory);
-  report.learned = learned.lists().words().size();
-  for (const auto& [word, rejections] : learned.lists().counts())
-    report.rejected += learned.lists().words().contains(word) ? 0 : 1;
+  const auto learned = learnedLists(desktop.files());
+  report.learned = learned.words().size();
+  for (const auto& [word, rejections] : learned.counts())
+    report.rejected += learned.words().contains(word) ? 0 : 1;
   addFiles(report, desktop.files().homeDirectory());
   return report;
 }
@@ -182,7 +181,8 @@ void print(const Report& report) {
 
 int runStatus(const Options& options, const StatusOptions& status) {
   // What programs read is the same in every language.
-  if (status.json) posix::useEnglish();
+  std::optional<posix::EnglishMessages> english;
+  if (status.json) english.emplace();
   const auto report = makeReport(options);
   if (status.json) {
     std::cout << jsonOf(report).dump(2, ' ', false, nlohmann::json::error_handler_t::replace)

@@ -553,7 +553,18 @@ TEST_F(PersonsHome, StatusNamesListsThatAreNotUsed) {
     EXPECT_TRUE(
         isObstacle("no word of " + list(name).string() + " counts: line 2 is not valid UTF-8"))
         << name;
+    // Once is enough.
+    EXPECT_EQ(run({"status"}).err, "") << name;
   }
+}
+
+TEST_F(PersonsHome, WhatWasLearnedNamesListsThatAreNotUsed) {
+  writeFile(list("ignored.txt"), "ghbdtn\n");
+  writeFile(list("rejects.txt"), "vbh\t1\n\xff\n");
+  const auto run = this->run({"learned", "--json"});
+  EXPECT_EQ(run.err, "tessarok: no word of " + list("rejects.txt").string() +
+                         " counts: line 2 is not valid UTF-8\n");
+  EXPECT_NE(run.out.find("\"ghbdtn\""), std::string::npos) << run.out;
 }
 
 TEST_F(PersonsHome, StatusNamesWordDataThatIsBroken) {

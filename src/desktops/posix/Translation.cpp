@@ -55,10 +55,6 @@ void useLanguageOfLocale() {
   ::bind_textdomain_codeset("libc", kCodeset);
 }
 
-void useEnglish() {
-  static_cast<void>(std::setlocale(LC_MESSAGES, "C"));
-}
-
 void useTranslationsIn(const fs::path& folder) {
   ::bindtextdomain(kDomain, folder.c_str());
   ::bind_textdomain_codeset(kDomain, kCodeset);

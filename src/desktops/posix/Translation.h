@@ -10,9 +10,6 @@ namespace tessarok::posix {
 /// Russian, else English as they stand in the code. They stay English where the locale is not one
 /// with UTF-8, which is how all of them are written. Once, on the main thread, before any other.
 void useLanguageOfLocale();
-/// From here on messages are English again, as programs read them. On the main thread, when no
-/// other runs.
-void useEnglish();
 /// For code that is loaded into another program, which has chosen the locale by itself: where the
 /// translations are, a folder such as /usr/share/locale.
 void useTranslationsIn(const std::filesystem::path& folder);

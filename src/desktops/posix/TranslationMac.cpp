@@ -7,8 +7,6 @@ namespace tessarok::posix {
 
 void useLanguageOfLocale() {}
 
-void useEnglish() {}
-
 void useTranslationsIn(const std::filesystem::path&) {}
 
 std::string translated(const std::string& message) {
