@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "desktops/posix/PersonsEnvironment.h"
+#include "desktops/posix/PosixFiles.h"
 #include "desktops/posix/Processes.h"
 
 namespace tessarok::commands {
@@ -30,15 +31,24 @@ std::vector<fs::path> foldersOf(const char* variable, const char* usual) {
   return folders;
 }
 
+bool isThere(const fs::path& file) {
+  std::error_code error;
+  return fs::exists(file, error);
+}
+
 bool isInstalled(const fs::path& file) {
   auto folders = foldersOf("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
   if (const auto program = posix::programFileOf(::getpid())) {
     folders.push_back(program->parent_path().parent_path() / "share");
   }
-  return std::any_of(folders.begin(), folders.end(), [&](const auto& folder) {
-    std::error_code error;
-    return fs::exists(folder / file, error);
-  });
+  return std::any_of(folders.begin(), folders.end(),
+                     [&](const auto& folder) { return isThere(folder / file); });
+}
+
+bool isExtensionInstalled(const fs::path& name) {
+  const auto file = "gnome-shell/extensions" / name;
+  const auto own = posix::PosixFiles::ofUser()->applicationSupportDirectory();
+  return isInstalled(file) || (own && isThere(*own / file));
 }
 
 }  // namespace
@@ -52,15 +62,16 @@ bool areIbusEnginesInstalled() {
 }
 
 bool isShellExtensionInstalled() {
-  const fs::path extensions = "gnome-shell/extensions";
-  return isInstalled(extensions / "tessarok@app.tessarok") ||
-         isInstalled(extensions / "tessarok-43@app.tessarok");
+  return isExtensionInstalled("tessarok@app.tessarok") ||
+         isExtensionInstalled("tessarok-43@app.tessarok");
 }
 
 bool isProgramThere(const char* name) {
   const auto folders = foldersOf("PATH", "/usr/local/bin:/usr/bin:/bin");
   return std::any_of(folders.begin(), folders.end(), [&](const auto& folder) {
-    return ::access((folder / name).c_str(), X_OK) == 0;
+    const auto file = folder / name;
+    std::error_code error;
+    return fs::is_regular_file(file, error) && ::access(file.c_str(), X_OK) == 0;
   });
 }
 

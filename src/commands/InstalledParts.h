@@ -9,7 +9,8 @@ namespace tessarok::commands {
 [[nodiscard]] bool isFcitxAddonInstalled();
 /// The engines of IBus.
 [[nodiscard]] bool areIbusEnginesInstalled();
-/// The extension of GNOME's shell, for any version of that.
+/// The extension of GNOME's shell, for any version of that; also where the person has put it into
+/// their own folder.
 [[nodiscard]] bool isShellExtensionInstalled();
 /// Whether a program of this name can be started.
 [[nodiscard]] bool isProgramThere(const char* name);

@@ -638,6 +638,23 @@ TEST_F(PersonsHome, StatusNamesThePackageThatAWaylandSessionLacks) {
     EXPECT_FALSE(names(first(desktop, bin), "install")) << first(desktop, bin);
     EXPECT_TRUE(names(first(desktop, "/nowhere"), "install")) << first(desktop, "/nowhere");
   }
+  // A folder is no program.
+  fs::create_directories(home_.path() / "folders/fcitx5");
+  EXPECT_TRUE(names(first("KDE", home_.path() / "folders"), "install"));
+}
+
+TEST_F(PersonsHome, StatusLooksForTheExtensionInThePersonsFolderToo) {
+  writeFile(home_.path() / "bin/ibus-daemon", "");
+  fs::permissions(home_.path() / "bin/ibus-daemon", fs::perms::owner_all);
+  writeFile(home_.path() / "share/ibus/component/tessarok.xml", "");
+  const auto all = [this] {
+    return obstacles({{"WAYLAND_DISPLAY", "wayland-0"},
+                      {"XDG_CURRENT_DESKTOP", "GNOME"},
+                      {"PATH", home_.path() / "bin"}});
+  };
+  EXPECT_EQ(all().size(), 2U);
+  writeFile(home_.path() / ".local/share/gnome-shell/extensions/tessarok@app.tessarok/x", "");
+  EXPECT_EQ(all().size(), 1U);
 }
 
 TEST_F(PersonsHome, ACopyThatCannotBeReachedIsToldOf) {
