@@ -139,14 +139,15 @@ bool LearnedFiles::tick() {
   if (company_ == Company::ignored || !isLoaded_) return false;
   report_ = Report::once;
   const auto before = lists_.words().size();
+  const auto forgotten = forgotten_.size();
   if (role_ == Role::writer) {
     countHandedOver();
   } else if (!tryToWrite() && role_ == Role::guest) {
     handOver();
   }
-  const bool hasForgotten = obeyForgetRequests();
+  const bool hasObeyed = obeyForgetRequests();
   report_ = Report::always;
-  return hasForgotten || lists_.words().size() != before;
+  return hasObeyed || forgotten_.size() != forgotten || lists_.words().size() != before;
 }
 
 bool LearnedFiles::tryToWrite() {
@@ -162,13 +163,20 @@ bool LearnedFiles::tryToWrite() {
 void LearnedFiles::takeOver() {
   bool hasMore = false;
   auto read = readLists(hasMore);
-  for (const auto& word : lists_.words())
-    hasMore = read.add(word) || hasMore;
-  // What nobody can read nobody else has written since: what is known here is all there is.
+  // What nobody can read nobody else has written since: what is known here is all there is. Else
+  // what this copy has learned is in `unsaved_` or handed over, and a word that the list lacks now
+  // has been forgotten.
+  if (protectedFiles_.contains(ignoredFile())) {
+    for (const auto& word : lists_.words())
+      hasMore = read.add(word) || hasMore;
+  }
   const auto own = protectedFiles_.contains(rejectsFile()) ? lists_.counts() : unsaved_;
-  lists_ = std::move(read);
+  const auto former = std::exchange(lists_, std::move(read));
   for (const auto& [word, times] : own)
     hasMore = lists_.reject(word, times) == Effect::promoted || hasMore;
+  for (const auto& word : former.words()) {
+    if (!lists_.words().contains(word)) forgotten_.insert(word);
+  }
   unsaved_.clear();
   if (hasMore) saveIgnored();
   if (!countHandedOver() && !own.empty()) saveRejects();

@@ -152,6 +152,23 @@ TEST_F(LearnedFilesTest, WhereNoOtherCopyRunsWordsAreForgottenAtOnce) {
   EXPECT_TRUE(extraFiles().empty());
 }
 
+TEST_F(LearnedFilesTest, WhoTakesOverDoesNotBringBackWhatWasForgottenBefore) {
+  writeFile(file("ignored.txt"), "другое\nслово\n");
+  auto writer = copy();
+  const auto guest = copy();
+  reject(*guest, "третье", 3);
+  writer->leave();
+  // Before the guest has seen that nobody writes any more.
+  auto asked = copy();
+  EXPECT_FALSE(asked->forget({"слово"}));
+  asked->leave();
+  EXPECT_EQ(ignored(), "другое\nтретье\n");
+  EXPECT_TRUE(guest->tick());
+  EXPECT_EQ(ignored(), "другое\nтретье\n");
+  EXPECT_EQ(guest->lists().words(), (WordSet{"другое", "третье"}));
+  EXPECT_EQ(guest->takeForgotten(), WordSet{"слово"});
+}
+
 TEST_F(LearnedFilesTest, ARequestToForgetThatNobodyHasSeenIsObeyedByTheNextCopy) {
   {
     const auto writer = copy();
