@@ -130,11 +130,13 @@ void TerminalSession::stop() {
 }
 
 void TerminalSession::endIfProgramEnded() {
+  if (isEnding_) return;
   const auto status = pty_.exitStatus();
   if (!status) return;
+  isEnding_ = true;
   // Its last words; others may still hold the pseudo-terminal open, and are not waited for.
   for (int i = 0; i < kLastChunks && readProgram(); ++i) {
-    if (!toScreen_.flushWaiting()) break;
+    if (!finishScreen()) break;
   }
   isUntidy_ = pty_.wasKilled();
   end(*status);
@@ -154,8 +156,20 @@ void TerminalSession::tidyScreen() {
   }
   toScreen_.add(output_.undoingOfKeyboardModes(KeyboardModes::Screen::main));
   if (isLeft || isUntidy_) toScreen_.add(kTidyScreen);
+  isEnding_ = true;
+  static_cast<void>(finishScreen());
+}
+
+bool TerminalSession::finishScreen() {
   // A screen that takes nothing must not hold up the end that a signal asks for.
-  static_cast<void>(isHurried_ ? toScreen_.flush() : toScreen_.flushWaiting());
+  while (!isHurried_) {
+    if (!toScreen_.flush()) return false;
+    if (toScreen_.isEmpty()) return true;
+    std::array<pollfd, 2> waiting{
+        {{toScreen_.descriptor(), POLLOUT, 0}, {signals_.descriptor(), POLLIN, 0}}};
+    if (posix::waitFor(waiting, -1) > 0 && waiting[1].revents != 0) signals_.ready(POLLIN);
+  }
+  return toScreen_.flush();
 }
 
 // Keys.

@@ -51,6 +51,9 @@ class TerminalSession final {
   void resize();
   void stop();
   void endIfProgramEnded();
+  /// Writes everything to the screen, waiting as long as it takes, or until a signal wants the end.
+  /// False when it takes nothing any more.
+  [[nodiscard]] bool finishScreen();
   void end(int exitStatus);
   void tidyScreen();
 
@@ -102,6 +105,8 @@ class TerminalSession final {
   /// Nothing more will come from the program.
   bool isProgramGone_ = false;
   std::optional<int> exitStatus_;
+  /// The end has begun, and nothing more is asked of the program.
+  bool isEnding_ = false;
   /// The program may have left the screen in a mess.
   bool isUntidy_ = false;
   /// A signal wants the end at once.

@@ -102,6 +102,18 @@ TEST(TerminalProgram, EndsWhereThereIsNoScreen) {
   EXPECT_TRUE(user.sees("ended")) << user.screen();
 }
 
+TEST(TerminalProgram, AWindowThatHangsDoesNotKeepASignalFromEndingIt) {
+  UserAtTerminal user({"sh", "-c", "printf started; read -r x; echo ended"});
+  ASSERT_TRUE(user.sees("started"));
+  user.stopScreen();
+  user.type("\n");
+  ASSERT_TRUE(user.programHasEnded());
+  user.send(SIGTERM);
+  // The program's own, or that of the signal, whichever was first.
+  const int status = user.exitStatusUnread();
+  EXPECT_TRUE(status == 0 || status == 128 + SIGTERM) << status;
+}
+
 TEST(TerminalProgram, ASignalHangsUpOnTheProgram) {
   UserAtTerminal user({"sh", "-c",
                        "trap 'echo hung up > \"$HOME/end\"; exit' HUP; printf started; "

@@ -162,17 +162,43 @@ void UserAtTerminal::hangUp() {
   ::close(std::exchange(terminal_, -1));
 }
 
+std::optional<int> UserAtTerminal::endedStatus() {
+  int status = 0;
+  if (::waitpid(process_, &status, WNOHANG) != process_) return std::nullopt;
+  process_ = -1;
+  while (readScreen(0)) {
+  }
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+void UserAtTerminal::stopScreen() const {
+  ::tcflow(keeper_, TCOOFF);
+}
+
+bool UserAtTerminal::programHasEnded() const {
+  const auto process = std::to_string(process_);
+  const auto deadline = Clock::now() + kPatience;
+  while (Clock::now() < deadline) {
+    if (contentOf("/proc/" + process + "/task/" + process + "/children").empty()) return true;
+    ::poll(nullptr, 0, kTurnMilliseconds);
+  }
+  return false;
+}
+
 int UserAtTerminal::exitStatus() {
   const auto deadline = Clock::now() + kPatience;
   while (Clock::now() < deadline) {
-    int status = 0;
-    if (::waitpid(process_, &status, WNOHANG) == process_) {
-      process_ = -1;
-      while (readScreen(0)) {
-      }
-      return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    }
+    if (const auto status = endedStatus()) return *status;
     if (terminal_ >= 0) readScreen(kTurnMilliseconds);
+  }
+  return -1;
+}
+
+int UserAtTerminal::exitStatusUnread() {
+  const auto deadline = Clock::now() + kPatience;
+  while (Clock::now() < deadline) {
+    if (const auto status = endedStatus()) return *status;
+    ::poll(nullptr, 0, kTurnMilliseconds);
   }
   return -1;
 }

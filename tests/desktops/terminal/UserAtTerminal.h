@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -41,8 +42,12 @@ class UserAtTerminal {
   [[nodiscard]] bool sees(std::string_view text);
   /// Everything that was written to the screen.
   [[nodiscard]] const std::string& screen() const { return screen_; }
+  /// Whether what runs in it has ended, and the corrector knows; waits for it.
+  [[nodiscard]] bool programHasEnded() const;
   void resize(unsigned short rows, unsigned short columns);
   void send(int signal) const;
+  /// The terminal takes nothing more, as in a window that hangs.
+  void stopScreen() const;
   /// The memory of the program that is its own, kB.
   [[nodiscard]] long privateMemory() const { return privateMemoryOf(process_); }
   /// Closes the terminal's window.
@@ -50,6 +55,8 @@ class UserAtTerminal {
   /// Reads the screen until the program has ended; its exit status, or 128 and the signal that
   /// ended it. -1 when it does not end.
   [[nodiscard]] int exitStatus();
+  /// The same without looking at the screen.
+  [[nodiscard]] int exitStatusUnread();
 
   /// The settings of the terminal, as they are now, and as they were before the program started.
   [[nodiscard]] termios settings() const;
@@ -59,6 +66,7 @@ class UserAtTerminal {
   [[nodiscard]] std::filesystem::path learned() const;
 
  private:
+  [[nodiscard]] std::optional<int> endedStatus();
   /// False when nothing more comes.
   bool readScreen(int milliseconds);
 
