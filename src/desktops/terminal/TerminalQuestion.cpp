@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
+#include <signal.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -20,10 +21,22 @@ using Clock = std::chrono::steady_clock;
 /// Milliseconds between two looks.
 constexpr int kInterval = 5;
 
-/// While it lives, every byte can be read as it comes, and none is shown or means a signal.
+/// What ends or stops a program. Nobody else would put the terminal back.
+sigset_t endings() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGALRM, SIGTSTP, SIGUSR1, SIGUSR2})
+    sigaddset(&signals, signal);
+  return signals;
+}
+
+/// While it lives, every byte can be read as it comes, and none is shown or means a signal; those
+/// that others send wait for its end.
 class UneditedInput final {
  public:
   UneditedInput() {
+    const auto signals = endings();
+    ::pthread_sigmask(SIG_BLOCK, &signals, &former_);
     if (::tcgetattr(STDIN_FILENO, &settings_) != 0) return;
     auto unedited = settings_;
     unedited.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ISIG | IEXTEN);
@@ -35,6 +48,7 @@ class UneditedInput final {
   UneditedInput& operator=(const UneditedInput&) = delete;
   ~UneditedInput() {
     if (isSet_) set(settings_);
+    ::pthread_sigmask(SIG_SETMASK, &former_, nullptr);
   }
 
   [[nodiscard]] bool isSet() const { return isSet_; }
@@ -48,6 +62,7 @@ class UneditedInput final {
     return true;
   }
 
+  sigset_t former_{};
   termios settings_{};
   bool isSet_ = false;
 };
