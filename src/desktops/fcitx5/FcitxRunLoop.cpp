@@ -109,8 +109,10 @@ void FcitxRunLoop::add(platform::RunLoopSource& source) {
   if (served == nullptr) return;
   sources_[served] =
       loop_.addIOEvent(served->descriptor(), flagsOf(served->events()),
-                       [this, served](fcitx::EventSourceIO*, int, IOEventFlags flags) {
+                       [this, served](fcitx::EventSourceIO* event, int, IOEventFlags flags) {
                          guard_([&] { serve(served, flags); });
+                         // Nobody reads any more what comes, and it would be told for ever.
+                         if (guard_.hasFailed()) event->setEnabled(false);
                          return true;
                        });
 }

@@ -91,7 +91,8 @@ struct GlibRunLoop::Served {
   /// Tells GLib what to wait for when that is another thing than before: behind every such change
   /// it begins its turn anew, and would never rest.
   void watch() {
-    const auto wanted = conditionOf(served->events());
+    // Nobody reads any more what comes behind a failure, and GLib would tell of it for ever.
+    const auto wanted = loop->guard_.hasFailed() ? GIOCondition{} : conditionOf(served->events());
     if (wanted == watched) return;
     watched = wanted;
     if (tag == nullptr) {
@@ -102,6 +103,9 @@ struct GlibRunLoop::Served {
       g_source_remove_unix_fd(&source, std::exchange(tag, nullptr));
     }
   }
+  [[nodiscard]] gboolean isReady() const {
+    return !loop->guard_.hasFailed() && served->isReady() ? TRUE : FALSE;
+  }
   [[nodiscard]] GIOCondition condition() {
     return tag == nullptr ? GIOCondition{} : g_source_query_unix_fd(&source, tag);
   }
@@ -110,11 +114,11 @@ struct GlibRunLoop::Served {
     auto& own = as<Served>(source);
     *timeout = -1;
     own.watch();
-    return own.served->isReady() ? TRUE : FALSE;
+    return own.isReady();
   }
   static gboolean check(GSource* source) {
     auto& own = as<Served>(source);
-    return own.condition() != 0 || own.served->isReady() ? TRUE : FALSE;
+    return own.condition() != 0 ? TRUE : own.isReady();
   }
   static gboolean dispatch(GSource* source, GSourceFunc, gpointer) {
     auto& own = as<Served>(source);

@@ -51,12 +51,15 @@ int IbusService::run(Registration registration) {
   }
   // To the very end: who is impatient must not keep the program from writing down what it has
   // learned.
+  // Nor does a failure, behind which nothing else is served.
+  inputmethod::Guard ofSignals;
+  GlibRunLoop signalLoop(ofSignals);
   posix::SignalPipe signals({SIGTERM, SIGINT, SIGHUP, SIGQUIT},
                             [this](int) { g_main_loop_quit(loop_); });
   guard_.onFailure = [this](const std::string& reason) { fail(reason); };
   desktop_ = std::make_unique<IbusDesktop>(*bus_, guard_, resources_);
   platform::setDesktop(*desktop_);
-  desktop_->runLoop().add(signals);
+  signalLoop.add(signals);
   life_ = std::make_unique<inputmethod::CorrectorLife>(
       inputmethod::CorrectorLife::Parts{.desktop = *desktop_,
                                         .application = desktop_->application(),
@@ -69,7 +72,7 @@ int IbusService::run(Registration registration) {
   g_main_loop_run(loop_);
   guard_([this] { desktop_->keyFlow().finish(); });
   desktop_->setOpen(false);
-  desktop_->runLoop().remove(signals);
+  signalLoop.remove(signals);
   return 0;
 }
 

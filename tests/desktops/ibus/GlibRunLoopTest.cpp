@@ -3,6 +3,7 @@
 #include <array>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <stdexcept>
 #include <unistd.h>
 
 #include "desktops/ibus/GlibRunLoop.h"
@@ -88,6 +89,17 @@ TEST_F(GlibRunLoopTest, ASourceThatWaitsForNothingIsLeftAloneUntilItWaitsAgain) 
   while (!reader_.isAtEnd)
     g_main_context_iteration(nullptr, TRUE);
   EXPECT_EQ(reader_.calls, 2);
+}
+
+TEST_F(GlibRunLoopTest, SleepsBehindAFailureWhateverComes) {
+  loop_.async([] { throw std::runtime_error("a failure"); });
+  EXPECT_LE(turnsOfAMoment(), kFew);
+  ASSERT_TRUE(guard_.hasFailed());
+  reader_.send();
+  EXPECT_LE(turnsOfAMoment(), kFew);
+  reader_.hangUp();
+  EXPECT_LE(turnsOfAMoment(), kFew);
+  EXPECT_EQ(reader_.calls, 0);
 }
 
 }  // namespace
