@@ -6,6 +6,8 @@
 #include <system_error>
 #include <utility>
 
+#include "desktops/freedesktop/BusExceptions.h"
+
 namespace tessarok::freedesktop {
 
 namespace {
@@ -23,10 +25,12 @@ bool isOfMessage(int error) {
 }
 
 int handle(sd_bus_message* message, void* userData, sd_bus_error*) noexcept {
-  // A copy, because the handler may drop the slot that owns it.
-  const auto handler = *static_cast<BusSlot::Handler*>(userData);
-  handler(*message);
-  return 0;
+  return BusExceptions::keep([&] {
+    // A copy, because the handler may drop the slot that owns it.
+    const auto handler = *static_cast<BusSlot::Handler*>(userData);
+    handler(*message);
+    return 0;
+  });
 }
 
 int ignore(sd_bus_message*, void*, sd_bus_error*) noexcept {
@@ -110,7 +114,8 @@ BusMessage Bus::methodCall(const std::string& destination, const std::string& pa
   if (bus_ == nullptr) return {};
   const int result = sd_bus_message_new_method_call(bus_, &message, destination.c_str(),
                                                     path.c_str(), interface, member);
-  if (result < 0) lose(-result);
+  // A name that is none may have come from another program, and says nothing about the bus.
+  if (result < 0 && result != -EINVAL) lose(-result);
   return BusMessage(message);
 }
 
@@ -160,6 +165,7 @@ void Bus::process() {
   for (int i = 0; bus_ != nullptr; ++i) {
     if (i == kMessagesPerTurn) return later(0, &Bus::process);
     const int result = sd_bus_process(bus_, nullptr);
+    BusExceptions::rethrow();
     if (result < 0 && error_ != 0) return close();
     if (result < 0) lose(-result);
     if (result == 0 && !hasWork()) return;

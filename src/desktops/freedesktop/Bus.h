@@ -51,6 +51,7 @@ class Bus final : public posix::PollSource {
   /// people.
   [[nodiscard]] BusSlot requestName(const std::string& name);
 
+  /// Empty also where a name is not one.
   [[nodiscard]] BusMessage methodCall(const std::string& destination, const std::string& path,
                                       const char* interface, const char* member);
   [[nodiscard]] BusMessage signal(const char* path, const char* interface, const char* member);

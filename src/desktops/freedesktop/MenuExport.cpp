@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktops/freedesktop/BusExceptions.h"
+
 namespace tessarok::freedesktop {
 
 namespace {
@@ -46,26 +48,26 @@ struct MenuExport::Calls {
   static MenuExport& of(void* userData) { return *static_cast<MenuExport*>(userData); }
 
   static int version(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
-                     sd_bus_error*) noexcept {
+                     sd_bus_error*) {
     return sd_bus_message_append(reply, "u", 3U);
   }
 
   static int textDirection(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
-                           void*, sd_bus_error*) noexcept {
+                           void*, sd_bus_error*) {
     return sd_bus_message_append(reply, "s", "ltr");
   }
 
   static int status(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
-                    sd_bus_error*) noexcept {
+                    sd_bus_error*) {
     return sd_bus_message_append(reply, "s", "normal");
   }
 
   static int iconThemePath(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
-                           void*, sd_bus_error*) noexcept {
+                           void*, sd_bus_error*) {
     return sd_bus_message_append(reply, "as", 0);
   }
 
-  static int getLayout(sd_bus_message* call, void* userData, sd_bus_error* error) noexcept {
+  static int getLayout(sd_bus_message* call, void* userData, sd_bus_error* error) {
     auto& menu = of(userData);
     std::int32_t parent = kRoot;
     std::int32_t depth = kAnyDepth;
@@ -81,7 +83,7 @@ struct MenuExport::Calls {
     return body.send();
   }
 
-  static int getGroupProperties(sd_bus_message* call, void* userData, sd_bus_error*) noexcept {
+  static int getGroupProperties(sd_bus_message* call, void* userData, sd_bus_error*) {
     auto& menu = of(userData);
     menu.refresh();
     auto numbers = readNumbers(*call);
@@ -98,7 +100,7 @@ struct MenuExport::Calls {
     return body.send();
   }
 
-  static int getProperty(sd_bus_message* call, void* userData, sd_bus_error* error) noexcept {
+  static int getProperty(sd_bus_message* call, void* userData, sd_bus_error* error) {
     auto& menu = of(userData);
     std::int32_t number = 0;
     const char* name = nullptr;
@@ -139,7 +141,7 @@ struct MenuExport::Calls {
     return sd_bus_message_skip(call, "u");
   }
 
-  static int event(sd_bus_message* call, void* userData, sd_bus_error* error) noexcept {
+  static int event(sd_bus_message* call, void* userData, sd_bus_error* error) {
     std::int32_t number = 0;
     const char* name = nullptr;
     if (const int read = readEvent(call, number, name); read < 0) return read;
@@ -147,7 +149,7 @@ struct MenuExport::Calls {
     return sd_bus_reply_method_return(call, "");
   }
 
-  static int eventGroup(sd_bus_message* call, void* userData, sd_bus_error* error) noexcept {
+  static int eventGroup(sd_bus_message* call, void* userData, sd_bus_error* error) {
     std::vector<std::int32_t> unknown;
     bool known = false;
     if (const int result = sd_bus_message_enter_container(call, 'a', "(isvu)"); result < 0) {
@@ -168,7 +170,7 @@ struct MenuExport::Calls {
     return replyNumbers(call, unknown, false);
   }
 
-  static int aboutToShow(sd_bus_message* call, void* userData, sd_bus_error* error) noexcept {
+  static int aboutToShow(sd_bus_message* call, void* userData, sd_bus_error* error) {
     auto& menu = of(userData);
     std::int32_t number = 0;
     if (const int read = sd_bus_message_read(call, "i", &number); read < 0) return read;
@@ -178,7 +180,7 @@ struct MenuExport::Calls {
     return sd_bus_reply_method_return(call, "b", before != menu.revision_ ? 1 : 0);
   }
 
-  static int aboutToShowGroup(sd_bus_message* call, void* userData, sd_bus_error*) noexcept {
+  static int aboutToShowGroup(sd_bus_message* call, void* userData, sd_bus_error*) {
     auto& menu = of(userData);
     menu.refresh();
     std::vector<std::int32_t> unknown;
@@ -205,18 +207,25 @@ struct MenuExport::Calls {
 
 const sd_bus_vtable MenuExport::Calls::kTable[] = {
     SD_BUS_VTABLE_START(0),
-    SD_BUS_PROPERTY("Version", "u", version, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("TextDirection", "s", textDirection, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Status", "s", status, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("IconThemePath", "as", iconThemePath, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_METHOD("GetLayout", "iias", "u(ia{sv}av)", getLayout, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("GetGroupProperties", "aias", "a(ia{sv})", getGroupProperties,
+    SD_BUS_PROPERTY("Version", "u", BusExceptions::get<version>, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("TextDirection", "s", BusExceptions::get<textDirection>, 0,
+                    SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Status", "s", BusExceptions::get<status>, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("IconThemePath", "as", BusExceptions::get<iconThemePath>, 0,
+                    SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_METHOD("GetLayout", "iias", "u(ia{sv}av)", BusExceptions::call<getLayout>,
                   SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("GetProperty", "is", "v", getProperty, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("Event", "isvu", "", event, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("EventGroup", "a(isvu)", "ai", eventGroup, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("AboutToShow", "i", "b", aboutToShow, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("AboutToShowGroup", "ai", "aiai", aboutToShowGroup, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("GetGroupProperties", "aias", "a(ia{sv})",
+                  BusExceptions::call<getGroupProperties>, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("GetProperty", "is", "v", BusExceptions::call<getProperty>,
+                  SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("Event", "isvu", "", BusExceptions::call<event>, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("EventGroup", "a(isvu)", "ai", BusExceptions::call<eventGroup>,
+                  SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("AboutToShow", "i", "b", BusExceptions::call<aboutToShow>,
+                  SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("AboutToShowGroup", "ai", "aiai", BusExceptions::call<aboutToShowGroup>,
+                  SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_SIGNAL("ItemsPropertiesUpdated", "a(ia{sv})a(ias)", 0),
     SD_BUS_SIGNAL("LayoutUpdated", "ui", 0),
     SD_BUS_SIGNAL("ItemActivationRequested", "iu", 0),

@@ -3,6 +3,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "desktops/freedesktop/BusExceptions.h"
 #include "desktops/freedesktop/BusWriter.h"
 #include "desktops/posix/Translation.h"
 
@@ -51,70 +52,70 @@ struct StatusNotifierItem::Calls {
   }
 
   static int category(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
-                      sd_bus_error*) noexcept {
+                      sd_bus_error*) {
     return text(reply, "SystemServices");
   }
   static int id(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
-                sd_bus_error*) noexcept {
+                sd_bus_error*) {
     return text(reply, "tessarok");
   }
   static int title(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
-                   sd_bus_error*) noexcept {
+                   sd_bus_error*) {
     return text(reply, "Tessarok");
   }
   /// Always active: a panel hides a passive item and flashes one that needs attention, and the
   /// icon says by itself how things are.
   static int status(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
-                    sd_bus_error*) noexcept {
+                    sd_bus_error*) {
     return text(reply, "Active");
   }
   static int windowId(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
-                      sd_bus_error*) noexcept {
+                      sd_bus_error*) {
     return sd_bus_message_append(reply, "i", 0);
   }
   static int iconName(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
-                      void* userData, sd_bus_error*) noexcept {
+                      void* userData, sd_bus_error*) {
     return text(reply, of(userData).image().name);
   }
   static int iconThemePath(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
-                           void* userData, sd_bus_error*) noexcept {
+                           void* userData, sd_bus_error*) {
     return text(reply, of(userData).image().themeFolder);
   }
   static int iconPixmap(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
-                        void* userData, sd_bus_error*) noexcept {
+                        void* userData, sd_bus_error*) {
     const auto& item = of(userData);
     const auto image = item.image();
     if (!image.drawing) return appendNoPixels(reply);
     return appendPixels(reply, *image.drawing, item.dimmed_);
   }
   static int iconDescription(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
-                             void* userData, sd_bus_error*) noexcept {
+                             void* userData, sd_bus_error*) {
     const auto& symbol = of(userData).symbol_;
     return text(reply, symbol ? "Tessarok: " + posix::translated(std::string(symbol->description))
                               : "Tessarok");
   }
   static int noText(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
-                    sd_bus_error*) noexcept {
+                    sd_bus_error*) {
     return text(reply, "");
   }
   static int noPixels(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
-                      sd_bus_error*) noexcept {
+                      sd_bus_error*) {
     return appendNoPixels(reply);
   }
   static int toolTip(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
-                     void* userData, sd_bus_error*) noexcept {
+                     void* userData, sd_bus_error*) {
     return sd_bus_message_append(reply, "(sa(iiay)ss)", "", 0, of(userData).toolTip_.c_str(), "");
   }
   static int itemIsMenu(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
-                        void*, sd_bus_error*) noexcept {
+                        void*, sd_bus_error*) {
     return sd_bus_message_append(reply, "b", 1);
   }
   static int menu(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
-                  sd_bus_error*) noexcept {
+                  sd_bus_error*) {
     return sd_bus_message_append(reply, "o", kMenuPath);
   }
   static int label(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
-                   void* userData, sd_bus_error*) noexcept {
+                   void* userData, sd_bus_error*) {
     return text(reply, of(userData).title_);
   }
 
@@ -123,24 +124,30 @@ struct StatusNotifierItem::Calls {
 
 const sd_bus_vtable StatusNotifierItem::Calls::kTable[] = {
     SD_BUS_VTABLE_START(0),
-    SD_BUS_PROPERTY("Category", "s", category, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Id", "s", id, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Title", "s", title, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Status", "s", status, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("WindowId", "i", windowId, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("IconName", "s", iconName, 0, 0),
-    SD_BUS_PROPERTY("IconThemePath", "s", iconThemePath, 0, 0),
-    SD_BUS_PROPERTY("IconPixmap", "a(iiay)", iconPixmap, 0, 0),
-    SD_BUS_PROPERTY("IconAccessibleDesc", "s", iconDescription, 0, 0),
-    SD_BUS_PROPERTY("OverlayIconName", "s", noText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("OverlayIconPixmap", "a(iiay)", noPixels, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("AttentionIconName", "s", noText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("AttentionIconPixmap", "a(iiay)", noPixels, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("AttentionMovieName", "s", noText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("ToolTip", "(sa(iiay)ss)", toolTip, 0, 0),
-    SD_BUS_PROPERTY("ItemIsMenu", "b", itemIsMenu, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Menu", "o", menu, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("XAyatanaLabel", "s", label, 0, 0),
+    SD_BUS_PROPERTY("Category", "s", BusExceptions::get<category>, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Id", "s", BusExceptions::get<id>, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Title", "s", BusExceptions::get<title>, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Status", "s", BusExceptions::get<status>, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("WindowId", "i", BusExceptions::get<windowId>, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("IconName", "s", BusExceptions::get<iconName>, 0, 0),
+    SD_BUS_PROPERTY("IconThemePath", "s", BusExceptions::get<iconThemePath>, 0, 0),
+    SD_BUS_PROPERTY("IconPixmap", "a(iiay)", BusExceptions::get<iconPixmap>, 0, 0),
+    SD_BUS_PROPERTY("IconAccessibleDesc", "s", BusExceptions::get<iconDescription>, 0, 0),
+    SD_BUS_PROPERTY("OverlayIconName", "s", BusExceptions::get<noText>, 0,
+                    SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("OverlayIconPixmap", "a(iiay)", BusExceptions::get<noPixels>, 0,
+                    SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("AttentionIconName", "s", BusExceptions::get<noText>, 0,
+                    SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("AttentionIconPixmap", "a(iiay)", BusExceptions::get<noPixels>, 0,
+                    SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("AttentionMovieName", "s", BusExceptions::get<noText>, 0,
+                    SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("ToolTip", "(sa(iiay)ss)", BusExceptions::get<toolTip>, 0, 0),
+    SD_BUS_PROPERTY("ItemIsMenu", "b", BusExceptions::get<itemIsMenu>, 0,
+                    SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Menu", "o", BusExceptions::get<menu>, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("XAyatanaLabel", "s", BusExceptions::get<label>, 0, 0),
     SD_BUS_SIGNAL("NewTitle", "", 0),
     SD_BUS_SIGNAL("NewIcon", "", 0),
     SD_BUS_SIGNAL("NewIconThemePath", "s", 0),

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <stdexcept>
 
+#include "desktops/freedesktop/BusExceptions.h"
 #include "desktops/posix/MonotonicClock.h"
 #include "desktops/posix/PollLoop.h"
 #include "tests/desktops/freedesktop/FakeService.h"
@@ -61,6 +63,60 @@ TEST_F(BusOnLoop, GetsErrors) {
   });
   loop_.run();
   EXPECT_TRUE(isError);
+}
+
+TEST_F(BusOnLoop, ThrowsWhatAHandlerThrows) {
+  const auto bus = Bus::openAddress(loop_, daemon_.address(), reason_);
+  const auto slot = bus->call(callOfDaemon(*bus, "GetId"),
+                              [](sd_bus_message&) { throw std::runtime_error("a failure"); });
+  EXPECT_THROW(loop_.run(), std::runtime_error);
+  // Once.
+  const auto next =
+      bus->call(callOfDaemon(*bus, "GetId"), [this](sd_bus_message&) { loop_.stop(); });
+  loop_.run();
+  EXPECT_FALSE(timedOut_);
+}
+
+int fail(sd_bus_message*, void*, sd_bus_error*) {
+  throw std::runtime_error("a failure");
+}
+
+TEST_F(BusOnLoop, ThrowsWhatAnswersThrow) {
+  static const sd_bus_vtable kTable[] = {
+      SD_BUS_VTABLE_START(0),
+      SD_BUS_METHOD("Fail", "", "", freedesktop::BusExceptions::call<fail>,
+                    SD_BUS_VTABLE_UNPRIVILEGED),
+      SD_BUS_VTABLE_END,
+  };
+  const auto bus = Bus::openAddress(loop_, daemon_.address(), reason_);
+  const auto object = bus->addObject("/failing", "test.Failing", kTable, nullptr);
+  const auto name = bus->requestName("test.Failing");
+  const auto asker = Bus::openAddress(loop_, daemon_.address(), reason_);
+  bool isError = false;
+  const auto slot =
+      asker->call(asker->methodCall("test.Failing", "/failing", "test.Failing", "Fail"),
+                  [&](sd_bus_message& reply) {
+                    isError = sd_bus_message_is_method_error(&reply, nullptr) != 0;
+                    loop_.stop();
+                  });
+  EXPECT_THROW(loop_.run(), std::runtime_error);
+  loop_.run();
+  EXPECT_TRUE(isError);
+}
+
+/// As other programs may send them.
+TEST_F(BusOnLoop, NamesThatAreNoneAreNotTheBusesFault) {
+  const auto bus = Bus::openAddress(loop_, daemon_.address(), reason_);
+  for (const auto* name : {"", ":", "no name", "tessarok"}) {
+    auto message = bus->methodCall(name, "/", "org.freedesktop.DBus.Peer", "Ping");
+    EXPECT_FALSE(message) << name;
+    const auto slot = bus->call(std::move(message), [](sd_bus_message&) { FAIL(); });
+  }
+  const auto slot =
+      bus->call(callOfDaemon(*bus, "GetId"), [this](sd_bus_message&) { loop_.stop(); });
+  loop_.run();
+  EXPECT_TRUE(bus->isOpen());
+  EXPECT_FALSE(timedOut_);
 }
 
 TEST_F(BusOnLoop, GivesUpOnAProgramThatDoesNotAnswer) {
