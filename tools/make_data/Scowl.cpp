@@ -55,9 +55,10 @@ std::vector<std::filesystem::path> findScowlLists(const std::filesystem::path& d
   if (error) throw InputError(directory, 0, "cannot be listed: " + error.message());
   std::vector<std::filesystem::path> lists;
   for (const std::filesystem::directory_iterator end; entry != end; entry.increment(error)) {
-    if (error) throw InputError(directory, 0, "cannot be listed: " + error.message());
     if (isWantedScowlList(entry->path().filename().string())) lists.push_back(entry->path());
   }
+  // Which also ends the loop.
+  if (error) throw InputError(directory, 0, "cannot be listed: " + error.message());
   std::sort(lists.begin(), lists.end());
   const bool hasCommonest = std::any_of(
       lists.begin(), lists.end(), [](const auto& list) { return list.filename() == kCommonest; });

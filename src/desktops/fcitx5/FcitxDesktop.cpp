@@ -38,7 +38,7 @@ FcitxDesktop::FcitxDesktop(fcitx::Instance& instance, inputmethod::Guard& guard,
       systemBus_(freedesktop::Bus::openSystem(runLoop_)),
       sessionWatch_(systemBus_.get(), sessionBus_.get(),
                     {environment_, workspaceNotifications_, systemLog_}),
-      notice_(nullptr, systemLog_),
+      notice_(sessionBus_.get(), systemLog_),
       programs_(runLoop_),
       workspace_(programs_, environment_, notice_) {
   keyFlow_.onOtherPlace = [this] {

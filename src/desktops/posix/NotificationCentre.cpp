@@ -25,7 +25,7 @@ void NotificationCentre::announce(platform::Notification notification) {
   // Observers may come and go while they are called.
   const auto observers = observers_;
   for (const auto& [number, observer] : observers) {
-    if (observer.notification == notification) observer.work();
+    if (observer.notification == notification && observers_.contains(number)) observer.work();
   }
 }
 

@@ -400,10 +400,11 @@ void PosixFiles::appendToLog(const fs::path& file, std::string_view text,
                              std::uint64_t restartAbove) {
   const WriteSignalsBlocked errorsInstead;
   // The path may be a pipe's, as /dev/stderr often is. Nobody waits for whoever reads it.
-  constexpr int kFlags = O_WRONLY | O_NONBLOCK | O_NOCTTY;
+  // At its end, wherever that is by then: several copies may write it.
+  constexpr int kFlags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY;
   const auto existing = openFile(file, kFlags);
   if (!existing.isOpen()) {
-    const auto created = openFile(file, kFlags | O_CREAT | O_TRUNC, kDefaultFileMode);
+    const auto created = openFile(file, kFlags | O_CREAT, kDefaultFileMode);
     if (created.isOpen()) static_cast<void>(writeAll(created.get(), text));
     return;
   }
@@ -411,7 +412,7 @@ void PosixFiles::appendToLog(const fs::path& file, std::string_view text,
   // Pipes and terminals have no size to look at.
   if (size < 0 && errno != ESPIPE) return;
   if (size > 0 && static_cast<std::uint64_t>(size) > restartAbove) {
-    if (::ftruncate(existing.get(), 0) != 0 || ::lseek(existing.get(), 0, SEEK_SET) != 0) return;
+    if (::ftruncate(existing.get(), 0) != 0) return;
   }
   static_cast<void>(writeAll(existing.get(), text));
 }

@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <system_error>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -367,6 +368,20 @@ TEST_F(PosixFilesTest, TheLogIsCreatedAppendedToAndRestarted) {
   EXPECT_EQ(readFile(log), "one\ntwo\nthree\n");
   files.appendToLog(log, "four\n", 8);
   EXPECT_EQ(readFile(log), "four\n");
+}
+
+TEST_F(PosixFilesTest, NoLineOfALogThatTwoWriteIsLost) {
+  constexpr int kLines = 2000;
+  const auto log = folder / "log";
+  const auto write = [&](const char* line) {
+    auto own = PosixFiles::ofUser();
+    for (int i = 0; i < kLines; ++i)
+      own->appendToLog(log, line, 1 << 20);
+  };
+  std::thread other(write, "other\n");
+  write("one\n");
+  other.join();
+  EXPECT_EQ(fs::file_size(log), kLines * (sizeof "other" + sizeof "one"));
 }
 
 TEST_F(PosixFilesTest, ALogThatCannotBeWrittenIsIgnored) {
