@@ -21,11 +21,14 @@ using Kind = InputItem::Kind;
 /// where a line editor is known to be at work.
 constexpr std::size_t kLettersShown = 3;
 
+bool isLetterOrNumber(char32_t character) {
+  std::string encoded;
+  text::appendScalar(character, encoded);
+  return text::isLetter(encoded) || text::isNumber(encoded);
+}
+
 bool endsInWord(std::u32string_view typed) {
-  if (typed.empty()) return false;
-  std::string last;
-  text::appendScalar(typed.back(), last);
-  return text::isLetter(last) || text::isNumber(last);
+  return !typed.empty() && isLetterOrNumber(typed.back());
 }
 
 }  // namespace
@@ -139,6 +142,9 @@ void Keys::noticeProgram(const PtyModes* modes) {
   const auto group = pty_.foregroundGroup();
   const bool isOther = reading != reading_ || group != readingGroup_;
   if (isOther) homeIsDue_ = true;
+  if (reading_ == Reading::keys && reading == Reading::lines && !line_.text().empty()) {
+    isWordTorn_ = true;
+  }
   if (reading != Reading::keys || group != addressingGroup_) setAddressing(-1);
   reading_ = reading;
   if (group == std::exchange(readingGroup_, group)) return;
@@ -171,10 +177,18 @@ void Keys::goHomeIfDue(const InputItem& item) {
 
 void Keys::endLine() {
   untranslated_.clear();
+  isWordTorn_ = false;
   line_.end();
   homeIsDue_ = false;
   outer_.goHome();
   desktop_.runLoop().runQueue();
+}
+
+/// Also of the key that comes first behind the change, whatever it is: it may end the word.
+bool Keys::isTorn(const InputItem& item) {
+  const bool isFirst = isWordTorn_ && !line_.text().empty();
+  isWordTorn_ = isWordTorn_ && (isFirst || item.isLetterOrNumber());
+  return isWordTorn_;
 }
 
 // One item.
@@ -191,6 +205,11 @@ void Keys::press(const InputItem& item) {
   if (item.kind == Kind::pasteBracket || hasScreenForItself(known)) {
     line_.breakOff();
     return toProgram_.add(item.bytes);
+  }
+  if (isTorn(item)) {
+    pressUnknown(item);
+    if (item.endsLine()) endLine();
+    return;
   }
   goHomeIfDue(item);
   if (modes) erase_ = modes->erase();
@@ -228,7 +247,7 @@ void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
   if (item.kind == Kind::character) {
     outer_.note(item.scalar);
     if (goesAsItCame(modes)) return pressAsItCame(item);
-    if (pressQuote(item)) return;
+    if (pressQuote(item) || pressDollar(item)) return goHomeBehindText();
     // The person has switched meanwhile, so what came before was meant as it is.
     if (outer_.agrees()) untranslated_.clear();
   }
@@ -243,6 +262,7 @@ void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
   }
   send();
   followLine(item, modes);
+  if (item.kind == Kind::character && !item.isLetterOrNumber()) goHomeBehindText();
 }
 
 void Keys::pressHotKey(HotKeys::Press press) {
@@ -293,6 +313,33 @@ bool Keys::pressQuote(const InputItem& item) {
   }
   send();
   return true;
+}
+
+/// The sign of a variable. Of a Russian text its key is the semicolon, which stands behind a word.
+bool Keys::pressDollar(const InputItem& item) {
+  if (item.scalar != U'$' || outer_.agrees() || !isCommandLine()) return false;
+  if (line_.text().empty() || endsInWord(line_.text())) return false;
+  KeyReader::readOpening(item, event_);
+  send();
+  goHomeWithinLine();
+  return true;
+}
+
+/// What follows a text in quotes is for the shell, which has nothing Russian.
+void Keys::goHomeBehindText() {
+  if (outer_.agrees() || !isCommandLine()) return;
+  const auto line = line_.text();
+  const auto quote = line.find_last_of(U"\"'");
+  if (quote == std::u32string_view::npos || endOfCommandLine(line, line_.isWhole()).quote != 0) {
+    return;
+  }
+  const auto behind = line.substr(quote + 1);
+  if (std::none_of(behind.begin(), behind.end(), isLetterOrNumber)) goHomeWithinLine();
+}
+
+void Keys::goHomeWithinLine() {
+  outer_.goHomeWithinLine();
+  desktop_.runLoop().runQueue();
 }
 
 void Keys::followLine(const InputItem& item, const PtyModes& modes) {

@@ -98,6 +98,10 @@ class Keys final {
   void pressUnknown(const InputItem& item);
   void pressAsItCame(const InputItem& item);
   [[nodiscard]] bool pressQuote(const InputItem& item);
+  [[nodiscard]] bool pressDollar(const InputItem& item);
+  void goHomeBehindText();
+  void goHomeWithinLine();
+  [[nodiscard]] bool isTorn(const InputItem& item);
   void translateSent();
   void followLine(const InputItem& item, const PtyModes& modes);
   void send();
@@ -141,6 +145,9 @@ class Keys final {
   bool isShowing_ = false;
   /// The release of the key that converts by hand is this program's too.
   bool hasConverted_ = false;
+  /// The word under way was begun for a line editor, and goes on in a line that the kernel edits:
+  /// the kernel takes back what was typed since only.
+  bool isWordTorn_ = false;
   /// The own layout is to go home as soon as no word is under way.
   bool homeIsDue_ = false;
 };

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "desktops/layouts/KeyTable.h"
 #include "text/Text.h"
@@ -23,8 +24,14 @@ std::optional<Language> languageOf(char32_t character) {
 
 void OuterLayout::note(char32_t character) {
   const auto language = languageOf(character);
-  if (!language || *language == language_) return;
+  if (!language) return;
+  const auto left = std::exchange(left_, std::nullopt);
+  if (*language == language_) return;
   language_ = *language;
+  if (left == language_) {
+    chosen_ = own_.language();
+    return;
+  }
   const bool isThereAlready = agrees() && own_.isSelectedByCorrector();
   if (isThereAlready) {
     toggle();
@@ -40,7 +47,15 @@ void OuterLayout::toggle() {
   own_.setLanguage(language);
 }
 
+void OuterLayout::goHomeWithinLine() {
+  const bool isAway = !agrees() && own_.isSelectedByCorrector();
+  const auto away = own_.language();
+  goHome();
+  if (isAway) left_ = away;
+}
+
 void OuterLayout::goHome() {
+  left_.reset();
   own_.setLanguage(chosen_.value_or(language_));
 }
 

@@ -23,8 +23,9 @@ namespace tessarok::terminal {
 /// follows. Only when the program had switched to that very layout before, the person means the
 /// other one, because a press that changes nothing was not meant.
 ///
-/// What the program has switched goes home with the end of the line; what the person has chosen
-/// stays.
+/// What the program has switched goes home with the end of the line, or of the text that the line
+/// holds; what the person has chosen stays. Whoever switches before the next letter means to leave
+/// what the program had switched to, and is there already.
 class OuterLayout final {
  public:
   struct Key {
@@ -50,6 +51,8 @@ class OuterLayout final {
   /// A line has ended: the own layout is the outer one again, or the one that the person has
   /// chosen.
   void goHome();
+  /// The same where the line goes on.
+  void goHomeWithinLine();
 
  private:
   TerminalInputSources& own_;
@@ -57,6 +60,9 @@ class OuterLayout final {
   Language language_ = Language::english;
   /// Of the layout that the person has chosen; absent while they have left it to the outer one.
   std::optional<Language> chosen_;
+  /// What the program had switched to when the layout went home within the line; absent from the
+  /// next letter on.
+  std::optional<Language> left_;
 };
 
 }  // namespace tessarok::terminal

@@ -1,8 +1,8 @@
-#include "desktops/posix/NotificationCentre.h"
-
 #include <gtest/gtest.h>
 #include <memory>
 #include <vector>
+
+#include "desktops/posix/NotificationCentre.h"
 
 namespace tessarok::posix {
 namespace {

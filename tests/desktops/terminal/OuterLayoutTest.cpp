@@ -81,6 +81,25 @@ TEST_F(OuterLayoutTest, WhatTheProgramSwitchedGoesHomeWithTheLine) {
   EXPECT_EQ(type(U"git"), U"git");
 }
 
+TEST_F(OuterLayoutTest, WhatTheProgramSwitchedGoesHomeWithinTheLine) {
+  type(U"ghbdtn");
+  correctorSelects(Language::russian);
+  outer_.goHomeWithinLine();
+  EXPECT_EQ(type(U" && git "), U" && git ");
+  // A press behind that is like any other.
+  EXPECT_EQ(type(U"мир"), U"мир");
+}
+
+TEST_F(OuterLayoutTest, WhoSwitchesWhenItHasGoneHomeMeansToLeaveWhatItWas) {
+  type(U"ghbdtn");
+  correctorSelects(Language::russian);
+  outer_.goHomeWithinLine();
+  // The keys of "git push" under the desktop's Russian layout.
+  EXPECT_EQ(type(U"пше згыр"), U"git push");
+  outer_.goHome();
+  EXPECT_EQ(type(U"ды"), U"ls");
+}
+
 TEST_F(OuterLayoutTest, WhatThePersonHasChosenStays) {
   type(U"a");
   outer_.toggle();

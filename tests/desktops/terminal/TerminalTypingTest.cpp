@@ -143,6 +143,11 @@ TEST_F(TypingIntoBash, ThePersonsLayoutIsInForceWhenTheLineIsShown) {
   EXPECT_TRUE(user_.sees("мир")) << user_.screen();
 }
 
+TEST_F(TypingIntoBash, BehindATextInQuotesTheShellHasItsOwnSigns) {
+  user_.type("echo \"ghbdtn vbh\" && echo 'ghbdtn' | cat; echo \"vbh $0 ghbdtn\"\r");
+  EXPECT_TRUE(user_.sees("привет мир\r\nпривет\r\nмир bash привет\r\n")) << user_.screen();
+}
+
 TEST_F(TypingIntoBash, SwitchesOffAndOnInBand) {
   user_.type("printf '\\033]7717;off\\a'; read -rd \\\\ a; echo \"${a#*tessarok}\"\r");
   ASSERT_TRUE(user_.sees(";off;en")) << user_.screen();
@@ -222,6 +227,20 @@ TEST(Nested, ASecondOneRunsTheProgramAsItIs) {
   ASSERT_TRUE(user.sees("started"));
   user.type("ghbdtn vbh\r");
   EXPECT_TRUE(user.sees("\r\nпривет мир\r\n")) << user.screen();
+}
+
+/// What the kernel has taken in for a line editor it does not take back in a line of its own.
+TEST(TypedAhead, AWordThatTwoProgramsReadStays) {
+  UserAtTerminal user({"sh", "-c",
+                       "stty -icanon; printf started; until [ -e \"$HOME/go\" ]; do :; done; "
+                       "stty icanon; printf lines; read -r x; read -r y; echo \"got $x, $y\""});
+  ASSERT_TRUE(user.sees("started"));
+  user.type("ghbd");
+  ASSERT_TRUE(user.sees("ghbd"));
+  writeFile(user.home() / "go", "");
+  ASSERT_TRUE(user.sees("lines"));
+  user.type("tn \rghbdtn \r");
+  EXPECT_TRUE(user.sees("got ghbdtn, привет")) << user.screen();
 }
 
 TEST(Locale, WhereTextIsNotUtf8TheProgramRunsAsItIs) {
