@@ -1,7 +1,10 @@
 #include "desktops/freedesktop/IconTheme.h"
 
+#include <algorithm>
 #include <sstream>
 #include <system_error>
+
+#include "desktops/freedesktop/StatusSymbol.h"
 
 namespace tessarok::freedesktop {
 
@@ -44,12 +47,24 @@ std::optional<fs::path> folderBesideExecutable() {
 IconTheme::IconTheme(platform::Environment& environment)
     : IconTheme(standardFolders(environment), folderBesideExecutable()) {}
 
-std::optional<std::string> IconTheme::folderFor(const std::string& icon) const {
-  for (const auto& folder : standard_) {
-    if (holds(folder, icon)) return "";
+IconTheme::IconTheme(const std::vector<fs::path>& standard, const std::optional<fs::path>& own) {
+  for (const auto& symbol : StatusSymbol::all()) {
+    for (const bool isDimmed : {false, true}) {
+      const auto icon = symbol.iconName(isDimmed);
+      const bool isStandard = std::any_of(standard.begin(), standard.end(),
+                                          [&](const auto& folder) { return holds(folder, icon); });
+      if (isStandard) {
+        folders_[icon] = "";
+      } else if (own && holds(*own, icon)) {
+        folders_[icon] = own->string();
+      }
+    }
   }
-  if (own_ && holds(*own_, icon)) return own_->string();
-  return std::nullopt;
+}
+
+std::optional<std::string> IconTheme::folderFor(const std::string& icon) const {
+  const auto found = folders_.find(icon);
+  return found == folders_.end() ? std::nullopt : std::optional(found->second);
 }
 
 }  // namespace tessarok::freedesktop

@@ -40,4 +40,11 @@ std::optional<StatusSymbol> StatusSymbol::named(std::string_view name) {
   return std::nullopt;
 }
 
+std::vector<StatusSymbol> StatusSymbol::all() {
+  std::vector<StatusSymbol> symbols;
+  for (const auto& entry : kSymbols)
+    symbols.push_back(entry.symbol);
+  return symbols;
+}
+
 }  // namespace tessarok::freedesktop

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "desktops/freedesktop/StatusDrawing.h"
 
@@ -18,6 +19,7 @@ struct StatusSymbol {
 
   /// Absent when the desktop has no symbol of this name.
   [[nodiscard]] static std::optional<StatusSymbol> named(std::string_view name);
+  [[nodiscard]] static std::vector<StatusSymbol> all();
   /// The icon's name in the theme. The ending lets panels draw it in their own colour.
   [[nodiscard]] std::string iconName(bool dimmed) const {
     return std::string(icon) + (dimmed ? "-dimmed-symbolic" : "-symbolic");

@@ -1,6 +1,7 @@
 // The status icon as a panel sees it, driven by the real program.
 
 #include <algorithm>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
 #include <set>
@@ -8,12 +9,15 @@
 #include <vector>
 
 #include "app/AppDelegate.h"
+#include "desktops/freedesktop/IconTheme.h"
 #include "desktops/freedesktop/StatusNotifierItem.h"
 #include "desktops/freedesktop/StatusSymbol.h"
+#include "desktops/virtual/TemporaryDirectory.h"
 #include "tests/desktops/freedesktop/BusDesktop.h"
 #include "tests/desktops/freedesktop/PrivateBus.h"
 #include "tests/desktops/freedesktop/SilentBus.h"
 #include "tests/desktops/freedesktop/StatusHost.h"
+#include "tests/support/TestFiles.h"
 #include "typing/KeyCodes.h"
 #include "typing/KeyTap.h"
 #include "words/IgnoreList.h"
@@ -286,6 +290,17 @@ TEST_F(IconFiles, ExistForEverySymbolInBothVariants) {
       EXPECT_EQ(freedesktop::IconTheme({TESSAROK_ICONS}, std::nullopt).folderFor(icon), "") << icon;
     }
   }
+}
+
+/// A disk may take its time by then.
+TEST(IconTheme, LooksForNothingWhenItIsAsked) {
+  const virtualdesktop::TemporaryDirectory folder;
+  const auto file = folder.path() / "hicolor/scalable/status/tessarok-on-symbolic.svg";
+  writeFile(file, "");
+  const freedesktop::IconTheme theme({}, folder.path());
+  std::filesystem::remove(file);
+  EXPECT_EQ(theme.folderFor("tessarok-on-symbolic"), folder.path().string());
+  EXPECT_EQ(theme.folderFor("tessarok-off-symbolic"), std::nullopt);
 }
 
 TEST_F(IconFiles, OfAnUnknownSymbolAreReplacedByATitle) {
