@@ -18,18 +18,18 @@ class FuzzDesktop final : public testing::PartlyVirtualDesktop {
 
   /// Where a data file of this base name has to be for the program to find it.
   [[nodiscard]] static std::filesystem::path resource(std::string_view name) {
-    return platform::MemoryBundle::pathOf(name);
+    return plain::MemoryBundle::pathOf(name);
   }
 
-  platform::MemoryFiles& files() override { return files_; }
+  plain::MemoryFiles& files() override { return files_; }
   platform::Bundle& bundle() override { return bundle_; }
   platform::SerialQueues& serialQueues() override { return queues_; }
   [[nodiscard]] virtualdesktop::VirtualDesktop& base() override { return base_; }
 
  private:
-  platform::NoQueues queues_;
-  platform::MemoryFiles files_;
-  platform::MemoryBundle bundle_{files_};
+  plain::NoQueues queues_;
+  plain::MemoryFiles files_;
+  plain::MemoryBundle bundle_{files_};
   virtualdesktop::VirtualDesktop base_{"/home", std::nullopt};
 };
 

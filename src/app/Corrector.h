@@ -5,7 +5,7 @@
 #include "app/AppDelegate.h"
 #include "typing/DiagnosticLog.h"
 
-namespace tessarok::commands {
+namespace tessarok {
 
 /// The corrector from launch to quit. However it ends, by an exception too, what was learned is
 /// on the disk and no queue has work left when it is gone: the desktop, which the queues write
@@ -32,4 +32,4 @@ class Corrector {
   bool isLaunched_ = false;
 };
 
-}  // namespace tessarok::commands
+}  // namespace tessarok

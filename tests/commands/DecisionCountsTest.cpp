@@ -14,7 +14,7 @@ TEST(DecisionCounts, AnEmptyLogHasNone) {
 TEST(DecisionCounts, CountsTheLinesOfEachKind) {
   EXPECT_EQ(decisionCounts("tap started enabled=true auto=true postAccess=true dictionaries=true\n"
                            "eval count=6 ru=0 en=0\n"
-                           "  decided fromRu=false confidence=high trim=0\n"
+                           "  decided fromRu=false conf=high trim=0\n"
                            "replacement posted: deleteCount=6 textCount=6\n"
                            "eval count=5 ru=1 en=0\n"
                            "*** PAUSE: auto-fix off for 5s ***\n"

@@ -66,7 +66,7 @@ using layouts::KeyTable;
 using platform::EventType;
 
 /// One key-down that lives on the stack.
-class Key final : public platform::PlainEvent {
+class Key final : public plain::PlainEvent {
  public:
   Key(KeyCode keyCode, bool shift, char16_t unit) {
     code = keyCode;

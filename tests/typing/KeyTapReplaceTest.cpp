@@ -31,7 +31,7 @@ class LimitedEvents final : public platform::Events {
  public:
   explicit LimitedEvents(int limit) : left_(limit) {}
   std::unique_ptr<platform::EventSource> createPrivateSource() override {
-    return std::make_unique<platform::PlainEventSource>();
+    return std::make_unique<plain::PlainEventSource>();
   }
   std::unique_ptr<platform::Event> createKeyboardEvent(platform::EventSource&, std::int64_t,
                                                        bool) override {
@@ -165,7 +165,7 @@ TEST_F(KeyTapReplaceTest, APasswordFieldThatOpensMeanwhileGetsNothing) {
 }
 
 /// A key that can be copied so many times.
-class FailingEvent final : public platform::PlainEvent {
+class FailingEvent final : public plain::PlainEvent {
  public:
   explicit FailingEvent(int copies) : left_(copies) { code = KeyTap::kTab; }
   [[nodiscard]] std::unique_ptr<platform::Event> copy() const override {

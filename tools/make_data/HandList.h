@@ -11,10 +11,9 @@
 
 namespace tessarok::makedata {
 
-/// The entries of a list written by hand: one a line, trimmed; empty lines and lines that start
-/// with
-/// "#" are comments. Throws InputError for an entry that holds white space or stands there twice
-/// (in any case): such a line is a slip of the editor's hand.
+/// The entries of a list written by hand: one a line, trimmed; empty lines are none, and lines that
+/// start with "#" are comments. Throws InputError for an entry that holds white space or stands
+/// there twice (in any case): such a line is a slip of the editor's hand.
 [[nodiscard]] std::vector<Line> readHandList(std::string_view utf8,
                                              const std::filesystem::path& file);
 

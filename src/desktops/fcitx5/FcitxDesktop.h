@@ -47,19 +47,19 @@ class FcitxDesktop final : public platform::Desktop {
   FcitxDesktop& operator=(const FcitxDesktop&) = delete;
   ~FcitxDesktop() override;
 
-  platform::FreeAccessibility& accessibility() override { return accessibility_; }
+  plain::FreeAccessibility& accessibility() override { return accessibility_; }
   inputmethod::FrameworkApplication& application() override { return application_; }
   posix::DataDirectoryBundle& bundle() override { return bundle_; }
   posix::MonotonicClock& clock() override { return clock_; }
   posix::ProcessEnvironment& environment() override { return environment_; }
   inputmethod::FieldEventTaps& eventTaps() override { return eventTaps_; }
-  platform::PlainEvents<inputmethod::FieldEvent>& events() override { return events_; }
+  plain::PlainEvents<inputmethod::FieldEvent>& events() override { return events_; }
   posix::PosixFiles& files() override { return *files_; }
   inputmethod::FieldInputSources& inputSources() override { return inputSources_; }
   posix::NotificationCentre& inputSourceNotifications() override {
     return inputSourceNotifications_;
   }
-  platform::OnlyKeyboard& keyboard() override { return keyboard_; }
+  plain::OnlyKeyboard& keyboard() override { return keyboard_; }
   FcitxRunLoop& runLoop() override { return runLoop_; }
   inputmethod::FieldSecureInput& secureInput() override { return secureInput_; }
   posix::ThreadQueues& serialQueues() override { return serialQueues_; }
@@ -94,7 +94,7 @@ class FcitxDesktop final : public platform::Desktop {
   FcitxRunLoop runLoop_;
   posix::StandardErrorLog systemLog_;
   std::unique_ptr<posix::PosixFiles> files_ = posix::PosixFiles::ofUser();
-  platform::FreeAccessibility accessibility_;
+  plain::FreeAccessibility accessibility_;
   inputmethod::FrameworkApplication application_;
   posix::DataDirectoryBundle bundle_;
   posix::ProcessEnvironment environment_;
@@ -106,10 +106,10 @@ class FcitxDesktop final : public platform::Desktop {
   FcitxInputMethods inputMethods_;
   inputmethod::FieldInputSources inputSources_{inputMethods_};
   inputmethod::FieldEventTaps eventTaps_;
-  platform::PlainEvents<inputmethod::FieldEvent> events_;
+  plain::PlainEvents<inputmethod::FieldEvent> events_;
   WaylandOutlet outlet_;
   /// It has the key beside the left Shift, which counts only where its characters are its own.
-  platform::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::iso};
+  plain::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::iso};
   inputmethod::KeyFlow keyFlow_;
   inputmethod::FieldSecureInput secureInput_;
   FcitxStatusBar statusBar_;

@@ -53,19 +53,19 @@ class IbusDesktop final : public platform::Desktop, public EngineListener {
   IbusDesktop& operator=(const IbusDesktop&) = delete;
   ~IbusDesktop() override;
 
-  platform::FreeAccessibility& accessibility() override { return accessibility_; }
+  plain::FreeAccessibility& accessibility() override { return accessibility_; }
   inputmethod::FrameworkApplication& application() override { return application_; }
   posix::DataDirectoryBundle& bundle() override { return bundle_; }
   posix::MonotonicClock& clock() override { return clock_; }
   posix::ProcessEnvironment& environment() override { return environment_; }
   inputmethod::FieldEventTaps& eventTaps() override { return eventTaps_; }
-  platform::PlainEvents<inputmethod::FieldEvent>& events() override { return events_; }
+  plain::PlainEvents<inputmethod::FieldEvent>& events() override { return events_; }
   posix::PosixFiles& files() override { return *files_; }
   inputmethod::FieldInputSources& inputSources() override { return inputSources_; }
   posix::NotificationCentre& inputSourceNotifications() override {
     return inputSourceNotifications_;
   }
-  platform::OnlyKeyboard& keyboard() override { return keyboard_; }
+  plain::OnlyKeyboard& keyboard() override { return keyboard_; }
   GlibRunLoop& runLoop() override { return runLoop_; }
   inputmethod::FieldSecureInput& secureInput() override { return secureInput_; }
   posix::ThreadQueues& serialQueues() override { return serialQueues_; }
@@ -113,7 +113,7 @@ class IbusDesktop final : public platform::Desktop, public EngineListener {
   GlibRunLoop runLoop_;
   posix::StandardErrorLog systemLog_;
   std::unique_ptr<posix::PosixFiles> files_ = posix::PosixFiles::ofUser();
-  platform::FreeAccessibility accessibility_;
+  plain::FreeAccessibility accessibility_;
   inputmethod::FrameworkApplication application_;
   posix::DataDirectoryBundle bundle_;
   posix::ProcessEnvironment environment_;
@@ -131,9 +131,9 @@ class IbusDesktop final : public platform::Desktop, public EngineListener {
   IbusInputMethods inputMethods_;
   inputmethod::FieldInputSources inputSources_{inputMethods_};
   inputmethod::FieldEventTaps eventTaps_;
-  platform::PlainEvents<inputmethod::FieldEvent> events_;
+  plain::PlainEvents<inputmethod::FieldEvent> events_;
   /// It has the key beside the left Shift, which counts only where its characters are its own.
-  platform::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::iso};
+  plain::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::iso};
   inputmethod::KeyFlow keyFlow_;
   inputmethod::FieldSecureInput secureInput_;
   freedesktop::SessionWatch sessionWatch_;

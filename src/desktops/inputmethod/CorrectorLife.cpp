@@ -25,8 +25,8 @@ CorrectorLife::CorrectorLife(const Parts& parts, Framework framework)
 void CorrectorLife::launch() {
   if (!framework_.isReady()) return tryAgainLater();
   hasStopped_ = false;
-  auto corrector = std::make_unique<commands::Corrector>(AppDelegate::Instances::onlyOne,
-                                                         AppDelegate::Keys::wait);
+  auto corrector =
+      std::make_unique<Corrector>(AppDelegate::Instances::onlyOne, AppDelegate::Keys::wait);
   corrector->launch();
   if (hasStopped_) return tryAgainLater();
   corrector_ = std::move(corrector);

@@ -60,7 +60,7 @@ class CorrectorLife final {
   Parts parts_;
   Framework framework_;
   std::unique_ptr<platform::SerialQueue> diskQueue_;
-  std::unique_ptr<commands::Corrector> corrector_;
+  std::unique_ptr<Corrector> corrector_;
   /// Absent while the corrector is.
   std::optional<freedesktop::SessionContact> contact_;
   bool hasStopped_ = false;

@@ -9,7 +9,7 @@ namespace tessarok::inputmethod {
 
 /// A key that a text field's program handed to the framework, or one that the corrector makes. Main
 /// thread.
-class FieldEvent final : public platform::PlainEvent {
+class FieldEvent final : public plain::PlainEvent {
  public:
   FieldEvent() = default;
   FieldEvent(const FieldEvent&) = default;

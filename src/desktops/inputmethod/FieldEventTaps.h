@@ -8,7 +8,7 @@
 namespace tessarok::inputmethod {
 
 /// The tap that the keys of all text fields pass. Text fields show no clicks. Main thread.
-class FieldEventTaps final : public platform::PlainEventTaps<FieldEvent> {
+class FieldEventTaps final : public plain::PlainEventTaps<FieldEvent> {
  public:
   /// Shows an event to the tap; whether it is to go on to the text field.
   [[nodiscard]] bool send(FieldEvent& event) { return show(event); }

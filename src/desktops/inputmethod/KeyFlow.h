@@ -37,7 +37,7 @@ class KeyFlow final {
   struct Parts {
     FieldEventTaps& taps;
     FieldInputSources& inputSources;
-    platform::PlainKeyboard& keyboard;
+    plain::PlainKeyboard& keyboard;
     platform::RunLoop& runLoop;
     platform::Clock& clock;
     /// Runs everything that is queued on the loop: a key is to find nothing.

@@ -2,12 +2,12 @@
 
 #include "platform/Accessibility.h"
 
-namespace tessarok::platform {
+namespace tessarok::plain {
 
 /// Of desktops on which nobody has to be asked for permission to see and send keys. Main thread.
-class FreeAccessibility final : public Accessibility {
+class FreeAccessibility final : public platform::Accessibility {
  public:
   bool isProcessTrusted(bool) override { return true; }
 };
 
-}  // namespace tessarok::platform
+}  // namespace tessarok::plain

@@ -8,10 +8,10 @@
 #include "desktops/plain/MemoryFiles.h"
 #include "platform/Bundle.h"
 
-namespace tessarok::platform {
+namespace tessarok::plain {
 
 /// A program whose data files are in memory, all of them in one folder. Main thread.
-class MemoryBundle final : public Bundle {
+class MemoryBundle final : public platform::Bundle {
  public:
   /// `files` outlives this object.
   explicit MemoryBundle(MemoryFiles& files) : files_(files) {}
@@ -32,4 +32,4 @@ class MemoryBundle final : public Bundle {
   MemoryFiles& files_;
 };
 
-}  // namespace tessarok::platform
+}  // namespace tessarok::plain

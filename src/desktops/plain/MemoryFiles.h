@@ -10,11 +10,11 @@
 
 #include "platform/Files.h"
 
-namespace tessarok::platform {
+namespace tessarok::plain {
 
 /// Files that are on no disk: of a desktop that has none, or to parse thousands in a second. What
 /// is mapped shares the text of the file. Any thread.
-class MemoryFiles final : public Files {
+class MemoryFiles final : public platform::Files {
  public:
   void put(const std::filesystem::path& file, std::string text) {
     const std::lock_guard lock(mutex_);
@@ -38,11 +38,11 @@ class MemoryFiles final : public Files {
     return files_.contains(file.string());
   }
   bool isReadable(const std::filesystem::path& file) override { return exists(file); }
-  std::optional<FileStamp> stamp(const std::filesystem::path& file) override {
+  std::optional<platform::FileStamp> stamp(const std::filesystem::path& file) override {
     const std::lock_guard lock(mutex_);
     const auto found = files_.find(file.string());
     if (found == files_.end()) return std::nullopt;
-    return FileStamp{
+    return platform::FileStamp{
         .modified = found->second.number, .size = found->second.text->size(), .inode = 0};
   }
   std::optional<std::string> read(const std::filesystem::path& file, std::string* error) override {
@@ -59,15 +59,18 @@ class MemoryFiles final : public Files {
     }
     return names;
   }
-  std::unique_ptr<MappedFile> map(const std::filesystem::path& file) override {
+  std::unique_ptr<platform::MappedFile> map(const std::filesystem::path& file) override {
     const std::lock_guard lock(mutex_);
     const auto found = files_.find(file.string());
     return found == files_.end() ? nullptr : std::make_unique<Share>(found->second.text);
   }
-  Failure createDirectories(const std::filesystem::path&) override { return Failure::none(); }
-  Failure writeAtomically(const std::filesystem::path& file, std::string_view text) override {
+  platform::Failure createDirectories(const std::filesystem::path&) override {
+    return platform::Failure::none();
+  }
+  platform::Failure writeAtomically(const std::filesystem::path& file,
+                                    std::string_view text) override {
     put(file, std::string(text));
-    return Failure::none();
+    return platform::Failure::none();
   }
   bool remove(const std::filesystem::path& file) override {
     const std::lock_guard lock(mutex_);
@@ -75,8 +78,8 @@ class MemoryFiles final : public Files {
     return true;
   }
   void appendToLog(const std::filesystem::path&, std::string_view, std::uint64_t) override {}
-  FileLockResult lockExclusively(const std::filesystem::path&) override {
-    return std::make_unique<FileLock>();
+  platform::FileLockResult lockExclusively(const std::filesystem::path&) override {
+    return std::make_unique<platform::FileLock>();
   }
   bool isLockedByAnother(const std::filesystem::path&) override { return false; }
 
@@ -85,7 +88,7 @@ class MemoryFiles final : public Files {
     std::shared_ptr<const std::string> text;
     std::int64_t number = 0;
   };
-  class Share final : public MappedFile {
+  class Share final : public platform::MappedFile {
    public:
     explicit Share(std::shared_ptr<const std::string> text) : text_(std::move(text)) {}
     [[nodiscard]] std::string_view bytes() const override { return *text_; }
@@ -99,4 +102,4 @@ class MemoryFiles final : public Files {
   std::int64_t writes_ = 0;
 };
 
-}  // namespace tessarok::platform
+}  // namespace tessarok::plain

@@ -6,22 +6,22 @@
 
 #include "platform/SerialQueues.h"
 
-namespace tessarok::platform {
+namespace tessarok::plain {
 
 /// Where there is no other thread, or a change of threads would take longer than all else: every
 /// job is done at once. Main thread.
-class NoQueues final : public SerialQueues {
+class NoQueues final : public platform::SerialQueues {
  public:
-  std::unique_ptr<SerialQueue> create(const std::string&) override {
+  std::unique_ptr<platform::SerialQueue> create(const std::string&) override {
     return std::make_unique<NoQueue>();
   }
 
  private:
-  class NoQueue final : public SerialQueue {
+  class NoQueue final : public platform::SerialQueue {
    public:
     void async(std::function<void()> job) override { job(); }
     void drain() override {}
   };
 };
 
-}  // namespace tessarok::platform
+}  // namespace tessarok::plain

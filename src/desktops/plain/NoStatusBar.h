@@ -2,12 +2,12 @@
 
 #include "platform/StatusBar.h"
 
-namespace tessarok::platform {
+namespace tessarok::plain {
 
 /// Where there is no place for an icon, and so no menu either. Main thread.
-class NoStatusBar final : public StatusBar {
+class NoStatusBar final : public platform::StatusBar {
  public:
-  std::unique_ptr<StatusItem> createItem() override { return nullptr; }
+  std::unique_ptr<platform::StatusItem> createItem() override { return nullptr; }
 };
 
-}  // namespace tessarok::platform
+}  // namespace tessarok::plain

@@ -6,11 +6,11 @@
 
 #include "platform/Event.h"
 
-namespace tessarok::platform {
+namespace tessarok::plain {
 
 /// An event of a desktop whose events are plain values of this program. Each such desktop adds what
 /// it has to know besides. Main thread.
-class PlainEvent : public Event {
+class PlainEvent : public platform::Event {
  public:
   PlainEvent() = default;
   PlainEvent& operator=(const PlainEvent&) = delete;
@@ -23,8 +23,8 @@ class PlainEvent : public Event {
     std::copy_n(payload.begin(), std::min(units.size(), payload.size()), units.begin());
     return payload.size();
   }
-  void setSource(EventSource&) override {}
-  void setType(EventType newType) override { type = newType; }
+  void setSource(platform::EventSource&) override {}
+  void setType(platform::EventType newType) override { type = newType; }
   void setFlags(std::uint64_t flags) override { modifiers = flags; }
   void setAutorepeat(bool repeats) override { autorepeat = repeats; }
   void setSourceUserData(std::int64_t newUserData) override { userData = newUserData; }
@@ -33,7 +33,7 @@ class PlainEvent : public Event {
     isText = true;
   }
 
-  EventType type = EventType::keyDown;
+  platform::EventType type = platform::EventType::keyDown;
   std::int64_t code = 0;
   std::uint64_t modifiers = 0;
   std::int64_t userData = 0;
@@ -46,4 +46,4 @@ class PlainEvent : public Event {
   PlainEvent(const PlainEvent&) = default;
 };
 
-}  // namespace tessarok::platform
+}  // namespace tessarok::plain

@@ -2,9 +2,9 @@
 
 #include "platform/EventSource.h"
 
-namespace tessarok::platform {
+namespace tessarok::plain {
 
 /// Of desktops on which it makes no difference where an event comes from.
-class PlainEventSource final : public EventSource {};
+class PlainEventSource final : public platform::EventSource {};
 
-}  // namespace tessarok::platform
+}  // namespace tessarok::plain

@@ -8,15 +8,16 @@
 #include "desktops/plain/PlainEvent.h"
 #include "platform/EventTaps.h"
 
-namespace tessarok::platform {
+namespace tessarok::plain {
 
 /// The one tap of a desktop whose events are plain values and which sends every event itself. The
 /// last tap created counts. Main thread.
 template <std::derived_from<PlainEvent> Event>
-class PlainEventTaps : public EventTaps {
+class PlainEventTaps : public platform::EventTaps {
  public:
   /// The callback gets every kind of event that the desktop has, whatever the mask.
-  std::unique_ptr<EventTap> create(std::uint64_t, EventTapCallback callback, void* userData) final {
+  std::unique_ptr<platform::EventTap> create(std::uint64_t, platform::EventTapCallback callback,
+                                             void* userData) final {
     auto tap = std::make_unique<Tap>(*this, callback, userData);
     tap_ = tap.get();
     return tap;
@@ -44,9 +45,9 @@ class PlainEventTaps : public EventTaps {
 
  private:
   /// Events are sent by the desktop, so a tap needs nothing of a run loop.
-  class TapSource final : public RunLoopSource {};
+  class TapSource final : public platform::RunLoopSource {};
 
-  class Proxy final : public EventTapProxy {
+  class Proxy final : public platform::EventTapProxy {
    public:
     explicit Proxy(PlainEventTaps& taps) : taps_(taps) {}
     void post(const platform::Event& event) override {
@@ -57,9 +58,9 @@ class PlainEventTaps : public EventTaps {
     PlainEventTaps& taps_;
   };
 
-  class Tap final : public EventTap {
+  class Tap final : public platform::EventTap {
    public:
-    Tap(PlainEventTaps& taps, EventTapCallback callback, void* userData)
+    Tap(PlainEventTaps& taps, platform::EventTapCallback callback, void* userData)
         : taps_(taps), callback_(callback), userData_(userData) {}
     ~Tap() override { leave(); }
 
@@ -69,7 +70,7 @@ class PlainEventTaps : public EventTaps {
       isEnabled_ = false;
       leave();
     }
-    std::unique_ptr<RunLoopSource> createRunLoopSource(int) override {
+    std::unique_ptr<platform::RunLoopSource> createRunLoopSource(int) override {
       return std::make_unique<TapSource>();
     }
     platform::Event* call(Event& event) {
@@ -82,7 +83,7 @@ class PlainEventTaps : public EventTaps {
     }
 
     PlainEventTaps& taps_;
-    EventTapCallback callback_;
+    platform::EventTapCallback callback_;
     void* userData_;
     bool isEnabled_ = false;
   };
@@ -92,4 +93,4 @@ class PlainEventTaps : public EventTaps {
   std::vector<Event> posted_;
 };
 
-}  // namespace tessarok::platform
+}  // namespace tessarok::plain

@@ -8,19 +8,19 @@
 #include "desktops/plain/PlainEventSource.h"
 #include "platform/Events.h"
 
-namespace tessarok::platform {
+namespace tessarok::plain {
 
 /// Makes the events of a desktop whose events are plain values. Main thread.
 template <std::derived_from<PlainEvent> Event>
-class PlainEvents : public Events {
+class PlainEvents : public platform::Events {
  public:
-  std::unique_ptr<EventSource> createPrivateSource() override {
+  std::unique_ptr<platform::EventSource> createPrivateSource() override {
     return std::make_unique<PlainEventSource>();
   }
-  std::unique_ptr<platform::Event> createKeyboardEvent(EventSource&, std::int64_t keyCode,
+  std::unique_ptr<platform::Event> createKeyboardEvent(platform::EventSource&, std::int64_t keyCode,
                                                        bool keyDown) override {
     auto event = std::make_unique<Event>();
-    event->type = keyDown ? EventType::keyDown : EventType::keyUp;
+    event->type = keyDown ? platform::EventType::keyDown : platform::EventType::keyUp;
     event->code = keyCode;
     prepare(*event);
     return event;
@@ -31,4 +31,4 @@ class PlainEvents : public Events {
   virtual void prepare(Event&) {}
 };
 
-}  // namespace tessarok::platform
+}  // namespace tessarok::plain

@@ -6,13 +6,13 @@
 #include "platform/Clock.h"
 #include "platform/Keyboard.h"
 
-namespace tessarok::platform {
+namespace tessarok::plain {
 
 /// A keyboard whose keys the desktop itself sees go down. Main thread.
-class PlainKeyboard : public Keyboard {
+class PlainKeyboard : public platform::Keyboard {
  public:
   /// `clock` outlives this object.
-  explicit PlainKeyboard(Clock& clock) : clock_(clock) {}
+  explicit PlainKeyboard(platform::Clock& clock) : clock_(clock) {}
 
   double secondsSinceLastKeyDown() final {
     if (!lastKeyDownAt_) return std::numeric_limits<double>::infinity();
@@ -22,8 +22,8 @@ class PlainKeyboard : public Keyboard {
   void noteKeyDown() { lastKeyDownAt_ = clock_.uptime(); }
 
  private:
-  Clock& clock_;
+  platform::Clock& clock_;
   std::optional<double> lastKeyDownAt_;
 };
 
-}  // namespace tessarok::platform
+}  // namespace tessarok::plain

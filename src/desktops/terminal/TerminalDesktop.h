@@ -36,19 +36,19 @@ class TerminalDesktop final : public platform::Desktop {
   /// Another program has the screen, or has left it: words are not carried over.
   void announceOtherProgram();
 
-  platform::FreeAccessibility& accessibility() override { return accessibility_; }
+  plain::FreeAccessibility& accessibility() override { return accessibility_; }
   posix::ProcessApplication& application() override { return application_; }
   posix::DataDirectoryBundle& bundle() override { return bundle_; }
   posix::MonotonicClock& clock() override { return clock_; }
   posix::ProcessEnvironment& environment() override { return environment_; }
   TerminalEventTaps& eventTaps() override { return eventTaps_; }
-  platform::PlainEvents<TerminalEvent>& events() override { return events_; }
+  plain::PlainEvents<TerminalEvent>& events() override { return events_; }
   posix::PosixFiles& files() override { return *files_; }
   TerminalInputSources& inputSources() override { return inputSources_; }
   posix::NotificationCentre& inputSourceNotifications() override {
     return inputSourceNotifications_;
   }
-  platform::OnlyKeyboard& keyboard() override { return keyboard_; }
+  plain::OnlyKeyboard& keyboard() override { return keyboard_; }
   posix::PollLoop& runLoop() override { return runLoop_; }
   TerminalSecureInput& secureInput() override { return secureInput_; }
   posix::ThreadQueues& serialQueues() override { return serialQueues_; }
@@ -56,7 +56,7 @@ class TerminalDesktop final : public platform::Desktop {
   TerminalLog& systemLog() override { return systemLog_; }
   TerminalTextContext& textContext() override { return textContext_; }
   posix::SettingsFile& userDefaults() override { return userDefaults_; }
-  platform::NoWorkspace& workspace() override { return workspace_; }
+  plain::NoWorkspace& workspace() override { return workspace_; }
   posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
 
  private:
@@ -64,21 +64,21 @@ class TerminalDesktop final : public platform::Desktop {
   TerminalLog systemLog_;
   posix::MonotonicClock clock_;
   posix::PollLoop runLoop_{clock_};
-  platform::FreeAccessibility accessibility_;
+  plain::FreeAccessibility accessibility_;
   posix::ProcessApplication application_{runLoop_};
   posix::DataDirectoryBundle bundle_;
   posix::ProcessEnvironment environment_;
   TerminalEventTaps eventTaps_;
-  platform::PlainEvents<TerminalEvent> events_;
+  plain::PlainEvents<TerminalEvent> events_;
   TerminalInputSources inputSources_;
   posix::NotificationCentre inputSourceNotifications_;
-  platform::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::ansi};
+  plain::OnlyKeyboard keyboard_{clock_, platform::PhysicalLayoutType::ansi};
   TerminalSecureInput secureInput_;
   posix::ThreadQueues serialQueues_;
   TerminalStatusBar statusBar_;
   TerminalTextContext textContext_;
   posix::SettingsFile userDefaults_;
-  platform::NoWorkspace workspace_;
+  plain::NoWorkspace workspace_;
   posix::NotificationCentre workspaceNotifications_;
 };
 

@@ -10,7 +10,7 @@ namespace tessarok::terminal {
 
 /// A key of the terminal, or one that the program makes. A terminal does not tell repeats from
 /// presses. Main thread.
-class TerminalEvent final : public platform::PlainEvent {
+class TerminalEvent final : public plain::PlainEvent {
  public:
   TerminalEvent() = default;
   TerminalEvent(const TerminalEvent&) = default;

@@ -10,7 +10,7 @@ namespace tessarok::terminal {
 
 /// The way of the keys of one terminal: through the tap, when there is one, to the program, with
 /// what the tap's callback posts right behind. Main thread.
-class TerminalEventTaps final : public platform::PlainEventTaps<TerminalEvent> {
+class TerminalEventTaps final : public plain::PlainEventTaps<TerminalEvent> {
  public:
   /// Called for every event that reaches the program.
   using Delivery = std::function<void(const TerminalEvent&)>;

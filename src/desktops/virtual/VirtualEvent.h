@@ -7,7 +7,7 @@
 namespace tessarok::virtualdesktop {
 
 /// An event of the virtual desktop.
-class VirtualEvent final : public platform::PlainEvent {
+class VirtualEvent final : public plain::PlainEvent {
  public:
   VirtualEvent() = default;
   VirtualEvent(const VirtualEvent&) = default;

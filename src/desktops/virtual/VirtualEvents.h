@@ -9,7 +9,7 @@
 namespace tessarok::virtualdesktop {
 
 /// Creates events, or fails once when told so. Main thread.
-class VirtualEvents final : public platform::PlainEvents<VirtualEvent> {
+class VirtualEvents final : public plain::PlainEvents<VirtualEvent> {
  public:
   std::unique_ptr<platform::EventSource> createPrivateSource() override {
     if (std::exchange(failsNextSource, false)) return nullptr;

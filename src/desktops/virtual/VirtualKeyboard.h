@@ -5,7 +5,7 @@
 namespace tessarok::virtualdesktop {
 
 /// The keyboard hardware of the virtual desktop. Main thread.
-class VirtualKeyboard final : public platform::PlainKeyboard {
+class VirtualKeyboard final : public plain::PlainKeyboard {
  public:
   static constexpr std::uint32_t kDefaultType = 40;
 

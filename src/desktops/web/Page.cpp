@@ -43,7 +43,7 @@ Page::~Page() {
 
 bool Page::launch(std::string_view wordData) {
   for (auto& file : PackedFiles::unpack(wordData))
-    desktop_.files().put(platform::MemoryBundle::pathOf(file.name), std::move(file.text));
+    desktop_.files().put(plain::MemoryBundle::pathOf(file.name), std::move(file.text));
   delegate_->applicationDidFinishLaunching();
   desktop_.runLoop().runQueue();
   return Dict::areAvailable() && delegate_->tapRunning();

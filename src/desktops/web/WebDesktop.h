@@ -61,26 +61,26 @@ class WebDesktop final : public platform::Desktop {
   /// Chooses an item of the program's menu.
   void chooseMenuItem(std::string_view title);
 
-  platform::FreeAccessibility& accessibility() override { return accessibility_; }
+  plain::FreeAccessibility& accessibility() override { return accessibility_; }
   virtualdesktop::VirtualApplication& application() override { return application_; }
-  platform::MemoryBundle& bundle() override { return bundle_; }
+  plain::MemoryBundle& bundle() override { return bundle_; }
   virtualdesktop::VirtualRunLoop& clock() override { return runLoop_; }
   platform::Environment& environment() override { return environment_; }
   WebEventTaps& eventTaps() override { return eventTaps_; }
-  platform::PlainEvents<WebEvent>& events() override { return events_; }
-  platform::MemoryFiles& files() override { return files_; }
+  plain::PlainEvents<WebEvent>& events() override { return events_; }
+  plain::MemoryFiles& files() override { return files_; }
   virtualdesktop::VirtualInputSources& inputSources() override { return inputSources_; }
   posix::NotificationCentre& inputSourceNotifications() override {
     return inputSourceNotifications_;
   }
-  platform::OnlyKeyboard& keyboard() override { return keyboard_; }
+  plain::OnlyKeyboard& keyboard() override { return keyboard_; }
   virtualdesktop::VirtualRunLoop& runLoop() override { return runLoop_; }
   virtualdesktop::VirtualSecureInput& secureInput() override { return secureInput_; }
-  platform::NoQueues& serialQueues() override { return serialQueues_; }
+  plain::NoQueues& serialQueues() override { return serialQueues_; }
   virtualdesktop::VirtualStatusBar& statusBar() override { return statusBar_; }
   virtualdesktop::VirtualSystemLog& systemLog() override { return systemLog_; }
   virtualdesktop::VirtualUserDefaults& userDefaults() override { return userDefaults_; }
-  platform::NoWorkspace& workspace() override { return workspace_; }
+  plain::NoWorkspace& workspace() override { return workspace_; }
   posix::NotificationCentre& workspaceNotifications() override { return workspaceNotifications_; }
 
  private:
@@ -95,23 +95,23 @@ class WebDesktop final : public platform::Desktop {
   const FieldEdit& send(platform::EventType type, std::u16string_view keyText = {});
   void queueSelectedNotification();
 
-  platform::MemoryFiles files_;
-  platform::MemoryBundle bundle_{files_};
+  plain::MemoryFiles files_;
+  plain::MemoryBundle bundle_{files_};
   virtualdesktop::VirtualRunLoop runLoop_;
-  platform::FreeAccessibility accessibility_;
+  plain::FreeAccessibility accessibility_;
   virtualdesktop::VirtualApplication application_;
   NoEnvironment environment_;
   WebEventTaps eventTaps_;
-  platform::PlainEvents<WebEvent> events_;
+  plain::PlainEvents<WebEvent> events_;
   virtualdesktop::VirtualInputSources inputSources_;
   posix::NotificationCentre inputSourceNotifications_;
-  platform::OnlyKeyboard keyboard_{runLoop_, platform::PhysicalLayoutType::ansi};
+  plain::OnlyKeyboard keyboard_{runLoop_, platform::PhysicalLayoutType::ansi};
   virtualdesktop::VirtualSecureInput secureInput_;
-  platform::NoQueues serialQueues_;
+  plain::NoQueues serialQueues_;
   virtualdesktop::VirtualStatusBar statusBar_;
   virtualdesktop::VirtualSystemLog systemLog_;
   virtualdesktop::VirtualUserDefaults userDefaults_;
-  platform::NoWorkspace workspace_;
+  plain::NoWorkspace workspace_;
   posix::NotificationCentre workspaceNotifications_;
   /// The event in hand; a member only to keep its storage.
   WebEvent event_;

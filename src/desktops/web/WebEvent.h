@@ -7,7 +7,7 @@
 namespace tessarok::web {
 
 /// A key of the page, or one that the program makes. Main thread.
-class WebEvent final : public platform::PlainEvent {
+class WebEvent final : public plain::PlainEvent {
  public:
   WebEvent() = default;
   WebEvent(const WebEvent&) = default;

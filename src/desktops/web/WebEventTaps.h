@@ -10,7 +10,7 @@ namespace tessarok::web {
 
 /// The way of the keys of a page: through the tap to the field, with what the tap's callback posts
 /// gathered into one change of the field. Main thread.
-class WebEventTaps final : public platform::PlainEventTaps<WebEvent> {
+class WebEventTaps final : public plain::PlainEventTaps<WebEvent> {
  public:
   /// Sends an event on its way; what becomes of it stays until the next call. `keyText` is what the
   /// key types where it passes.

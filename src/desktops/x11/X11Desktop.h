@@ -49,7 +49,7 @@ class X11Desktop final : public platform::Desktop {
   X11Desktop& operator=(const X11Desktop&) = delete;
   ~X11Desktop() override;
 
-  platform::FreeAccessibility& accessibility() override { return accessibility_; }
+  plain::FreeAccessibility& accessibility() override { return accessibility_; }
   posix::ProcessApplication& application() override { return application_; }
   posix::DataDirectoryBundle& bundle() override { return bundle_; }
   posix::MonotonicClock& clock() override { return clock_; }
@@ -108,11 +108,11 @@ class X11Desktop final : public platform::Desktop {
   Keyboards keyboards_;
   Typist typist_;
   std::unique_ptr<X11EventTaps> eventTaps_;
-  platform::FreeAccessibility accessibility_;
+  plain::FreeAccessibility accessibility_;
   X11Events events_;
   X11Keyboard keyboard_;
-  platform::NoStatusBar noStatusBar_;
-  platform::NoWorkspace noWorkspace_;
+  plain::NoStatusBar noStatusBar_;
+  plain::NoWorkspace noWorkspace_;
   SessionServices services_;
   X11SecureInput secureInput_;
   posix::ThreadQueues serialQueues_;

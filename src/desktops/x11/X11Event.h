@@ -8,7 +8,7 @@
 namespace tessarok::x11 {
 
 /// A key or a button of the hardware, or a key that the program makes. Main thread.
-class X11Event final : public platform::PlainEvent {
+class X11Event final : public plain::PlainEvent {
  public:
   X11Event() = default;
   X11Event(const X11Event&) = default;

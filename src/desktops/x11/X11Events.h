@@ -7,7 +7,7 @@
 namespace tessarok::x11 {
 
 /// Makes the keys that the corrector posts. Main thread.
-class X11Events final : public platform::PlainEvents<X11Event> {
+class X11Events final : public plain::PlainEvents<X11Event> {
  protected:
   void prepare(X11Event& event) override {
     // What becomes of the key that texts come with is decided by the text.

@@ -7,7 +7,7 @@ namespace tessarok::x11 {
 
 /// The keyboard as far as it is one: its number is that of the keymap, and all keyboards of an X
 /// server have the same. Main thread.
-class X11Keyboard final : public platform::PlainKeyboard {
+class X11Keyboard final : public plain::PlainKeyboard {
  public:
   /// Both outlive this object.
   X11Keyboard(platform::Clock& clock, Layouts& layouts) : PlainKeyboard(clock), layouts_(layouts) {}

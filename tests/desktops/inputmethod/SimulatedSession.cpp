@@ -98,9 +98,9 @@ class SimulatedSession::Desktop final : public PartlyVirtualDesktop {
 
   VirtualDesktop& base() override { return base_; }
   inputmethod::FieldEventTaps& eventTaps() override { return taps_; }
-  platform::PlainEvents<inputmethod::FieldEvent>& events() override { return events_; }
+  plain::PlainEvents<inputmethod::FieldEvent>& events() override { return events_; }
   inputmethod::FieldInputSources& inputSources() override { return sources_; }
-  platform::OnlyKeyboard& keyboard() override { return keyboard_; }
+  plain::OnlyKeyboard& keyboard() override { return keyboard_; }
 
  private:
   VirtualDesktop base_;
@@ -111,8 +111,8 @@ class SimulatedSession::Desktop final : public PartlyVirtualDesktop {
  private:
   inputmethod::FieldEventTaps taps_;
   inputmethod::FieldInputSources sources_;
-  platform::PlainEvents<inputmethod::FieldEvent> events_;
-  platform::OnlyKeyboard keyboard_;
+  plain::PlainEvents<inputmethod::FieldEvent> events_;
+  plain::OnlyKeyboard keyboard_;
 
  public:
   KeyFlow flow;
