@@ -19,6 +19,7 @@ struct StatusSymbol {
 
   /// Absent when the desktop has no symbol of this name.
   [[nodiscard]] static std::optional<StatusSymbol> named(std::string_view name);
+  /// Every one that the program may show.
   [[nodiscard]] static std::vector<StatusSymbol> all();
   /// The icon's name in the theme. The ending lets panels draw it in their own colour.
   [[nodiscard]] std::string iconName(bool dimmed) const {

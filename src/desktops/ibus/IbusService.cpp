@@ -51,7 +51,7 @@ int IbusService::run(Registration registration) {
   }
   // To the very end: who is impatient must not keep the program from writing down what it has
   // learned.
-  // Nor does a failure, behind which nothing else is served.
+  // In a loop of their own, because the corrector's serves nothing behind a failure.
   inputmethod::Guard ofSignals;
   GlibRunLoop signalLoop(ofSignals);
   posix::SignalPipe signals({SIGTERM, SIGINT, SIGHUP, SIGQUIT},
