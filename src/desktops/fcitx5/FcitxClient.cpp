@@ -38,6 +38,7 @@ inputmethod::Client::Habits FcitxClient::habits() const {
   habits.maySwapBytes = isWayland();
   habits.readsModifiersLate = isWayland();
   if (isWayland()) habits.settle = kSettleBehindCompositor;
+  habits.handsKeysOn = !isWayland();
   // The terminal foot forgets a text that comes before the compositor has heard where the caret is
   // behind the one before, about a millisecond later: a letter in four of fifty lines.
   habits.takesOneTextAtATime = isWayland() && !context->surroundingText().isValid();

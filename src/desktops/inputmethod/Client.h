@@ -37,6 +37,8 @@ class Client {
     bool reportsWhenAsked = false;
     /// Seconds that a key takes to it at most, as far as it tells nothing of its text.
     double settle = 0.016;
+    /// Hands its keys to the framework itself, so that they come as late as it is behind.
+    bool handsKeysOn = false;
   };
   /// What the program tells of its text.
   struct Report {

@@ -28,6 +28,10 @@ constexpr double kResetDelay = 0.3;
 constexpr double kWayOfKeys = 0.5;
 /// Seconds for which held keys wait for the text field that the last key has brought forward.
 constexpr double kNextField = 1;
+/// A program that tells nothing of its text gets so many times what its keys came late, at most so
+/// many seconds.
+constexpr double kSlower = 3;
+constexpr double kMostSettle = 0.3;
 /// Stands for what is composed of several keys: a letter that is on no key of either layout, so
 /// that the word is not followed until it ends.
 constexpr std::u16string_view kComposed = u"é";
@@ -107,8 +111,16 @@ KeyAnswer KeyFlow::modifier(const KeyEvent& event) {
   return KeyAnswer::pass;
 }
 
+double KeyFlow::settleOf(const Client& client) const {
+  const auto habits = client.habits();
+  if (!habits.handsKeysOn) return habits.settle;
+  return std::max(habits.settle, std::min(kSlower * lag_.latest(), kMostSettle));
+}
+
 KeyAnswer KeyFlow::pressed(Client& client, const KeyEvent& event) {
   parts_.keyboard.noteKeyDown();
+  lag_.keyCame(event.time, now());
+  field_.setSettle(settleOf(client));
   // Switches of the layout take effect before the key. The framework has translated it already, so
   // behind one it is taken anew.
   const auto before = parts_.inputSources.inputMethodOf(client);
@@ -244,7 +256,7 @@ KeyAnswer KeyFlow::takenButKept(Client& client) {
 void KeyFlow::focusIn(const std::shared_ptr<Client>& client) {
   client_ = client;
   parts_.inputSources.setClient(client);
-  field_.reset(client->habits().settle);
+  field_.reset(settleOf(*client));
   modifiers_.reset();
   keysDown_.clear();
   resetsExpected_ = 0;
@@ -281,7 +293,7 @@ void KeyFlow::destroyed(Client& client) {
 }
 
 void KeyFlow::delivered() {
-  if (client_) field_.setSettle(client_->habits().settle);
+  if (client_) field_.setSettle(settleOf(*client_));
   if (!steps_.empty()) runSoon();
 }
 
@@ -320,7 +332,7 @@ void KeyFlow::textReported(Client& client) {
 }
 
 void KeyFlow::leaveAlone(const Client& client) {
-  field_.reset(client.habits().settle);
+  field_.reset(settleOf(client));
   if (!leftAlone_.insert(&client).second) return;
   const auto program = client.program();
   parts_.log.write("Tessarok: " + (program.empty() ? "a program" : program) +

@@ -14,6 +14,7 @@
 #include "desktops/inputmethod/ClientField.h"
 #include "desktops/inputmethod/FieldEventTaps.h"
 #include "desktops/inputmethod/FieldInputSources.h"
+#include "desktops/inputmethod/KeyLag.h"
 #include "desktops/inputmethod/ModifierWatch.h"
 #include "desktops/plain/PlainKeyboard.h"
 #include "desktops/xkb/ManualKey.h"
@@ -104,6 +105,8 @@ class KeyFlow final {
     std::string text;
   };
 
+  /// Seconds that the program gets for a key, as far as it tells nothing of its text.
+  [[nodiscard]] double settleOf(const Client& client) const;
   [[nodiscard]] KeyAnswer modifier(const KeyEvent& event);
   [[nodiscard]] KeyAnswer pressed(Client& client, const KeyEvent& event);
   [[nodiscard]] KeyAnswer released(const KeyEvent& event);
@@ -178,6 +181,7 @@ class KeyFlow final {
   /// The text fields that a correction has damaged.
   std::set<const Client*> leftAlone_;
   ModifierWatch modifiers_;
+  KeyLag lag_;
   std::deque<Step> steps_;
   /// The X key codes whose press was held, so that their release is not sent on alone.
   std::set<int> heldKeys_;
