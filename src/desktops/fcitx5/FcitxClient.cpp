@@ -37,7 +37,7 @@ inputmethod::Client::Habits FcitxClient::habits() const {
   // Russian word it would delete twice as much, the person's text before it as well.
   habits.maySwapBytes = isWayland();
   habits.readsModifiersLate = isWayland();
-  if (isWayland()) habits.settle = kSettleBehindCompositor;
+  habits.settle = kSettleOfSilence;
   habits.handsKeysOn = !isWayland();
   // The terminal foot forgets a text that comes before the compositor has heard where the caret is
   // behind the one before, about a millisecond later: a letter in four of fifty lines.

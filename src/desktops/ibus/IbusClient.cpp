@@ -26,7 +26,7 @@ constexpr std::string_view kGtk4 = "gtk4-im";
 
 inputmethod::Client::Habits IbusClient::habits() const {
   if (!isShell()) return {};
-  const auto settle = std::clamp(kSlower * outlet_.slowest(), kSettleBehindCompositor, kMostSettle);
+  const auto settle = std::clamp(kSlower * outlet_.slowest(), kSettleOfSilence, kMostSettle);
   // As everywhere on Wayland: bytes are counted in what is to be deleted, which GTK 4.8 does not
   // understand, and a key comes with the modifiers of the moment. And the shell keeps the last text
   // only of those that come before it has passed one on.

@@ -1,6 +1,6 @@
-#include "desktops/inputmethod/KeyLag.h"
-
 #include <gtest/gtest.h>
+
+#include "desktops/inputmethod/KeyLag.h"
 
 namespace tessarok::inputmethod {
 namespace {

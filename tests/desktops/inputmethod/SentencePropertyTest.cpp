@@ -70,16 +70,16 @@ std::vector<Kind> kinds() {
                  .text = {0, 0.001},
                  .report = {}});
   // With a busy compositor between.
-  all.push_back({.name = "TerminalOnWayland",
-                 .habits = {.readsModifiersLate = true,
-                            .settle = inputmethod::Client::kSettleBehindCompositor},
-                 .key = {0, 0.036},
-                 .text = {0, 0.001},
-                 .report = {}});
+  all.push_back(
+      {.name = "TerminalOnWayland",
+       .habits = {.readsModifiersLate = true, .settle = inputmethod::Client::kSettleOfSilence},
+       .key = {0, 0.036},
+       .text = {0, 0.001},
+       .report = {}});
   all.push_back({.name = "TerminalThatDraws",
                  .habits = {.readsModifiersLate = true,
                             .takesOneTextAtATime = true,
-                            .settle = inputmethod::Client::kSettleBehindCompositor},
+                            .settle = inputmethod::Client::kSettleOfSilence},
                  .isBlindWhileDrawing = true,
                  .key = {0, 0.001},
                  .text = {0, 0.0002},
