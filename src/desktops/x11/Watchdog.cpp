@@ -149,7 +149,7 @@ void Watchdog::hold() {
   XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
   XSetIOErrorHandler([](Display*) { return 0; });
   XSetIOErrorExitHandler(
-      display_, [](Display*, void*) {}, nullptr);
+      display_, [](Display*, void* isLost) { *static_cast<bool*>(isLost) = true; }, &isServerLost_);
   // Another program that holds the server is not to look like a server that does not answer.
   XTestGrabControl(display_, True);
 }
@@ -200,7 +200,10 @@ void Watchdog::reportEnd() const {
 
 void Watchdog::releaseKeys() {
   // Never held, so there is nothing to release.
-  if (display_ != nullptr) releaseSyntheticKeys(display_);
+  if (display_ == nullptr) return;
+  // What the library answers when its server has gone is nothing to go by, and ends the process.
+  XSync(display_, False);
+  if (!isServerLost_) releaseSyntheticKeys(display_);
 }
 
 }  // namespace tessarok::x11

@@ -79,6 +79,7 @@ class Watchdog final {
   int end_ = 0;
   /// For the release of keys only; null while none were held. Never closed; see `XConnection`.
   _XDisplay* display_ = nullptr;
+  bool isServerLost_ = false;
   bool isStarted_ = false;
   bool isHeld_ = false;
   bool wasEnded_ = false;

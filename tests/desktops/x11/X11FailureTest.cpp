@@ -166,6 +166,20 @@ TEST_F(X11Failure, TheEndOfTheServerEndsTheProgram) {
   EXPECT_TRUE(program.says("X server has gone")) << program.errors();
 }
 
+TEST_F(X11Failure, TheEndOfTheServerEndsAProgramThatHangs) {
+  auto server = std::make_unique<XServer>();
+  GtkEntry window(*server);
+  Tessarok program(*server);
+  server->type("ghbdtn ");
+  EXPECT_TRUE(window.shows("привет ")) << window.text();
+  program.sendToWorker(SIGSTOP);
+  server->stop();
+  EXPECT_TRUE(program.says("the program did not answer and was ended")) << program.errors();
+  EXPECT_EQ(program.exitStatus(), 128 + SIGKILL);
+  // Nothing of the library's.
+  EXPECT_EQ(program.errors().find("Xlib"), std::string::npos) << program.errors();
+}
+
 TEST_F(X11Failure, ADisplayInsideAWaylandSessionIsRefused) {
   // The devices of such a display have names of this kind.
   server_.addMasters("xwayland-pointer:1");
