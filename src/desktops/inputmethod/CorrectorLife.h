@@ -59,6 +59,7 @@ class CorrectorLife final {
 
   Parts parts_;
   Framework framework_;
+  /// Ends behind the corrector: a disk that it waits for must not keep that from ending.
   std::unique_ptr<platform::SerialQueue> diskQueue_;
   std::unique_ptr<Corrector> corrector_;
   /// Absent while the corrector is.

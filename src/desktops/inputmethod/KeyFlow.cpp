@@ -255,6 +255,8 @@ KeyAnswer KeyFlow::takenButKept(Client& client) {
 
 void KeyFlow::focusIn(const std::shared_ptr<Client>& client) {
   client_ = client;
+  // Another program's keys may be timed by another clock.
+  lag_ = {};
   parts_.inputSources.setClient(client);
   field_.reset(settleOf(*client));
   modifiers_.reset();

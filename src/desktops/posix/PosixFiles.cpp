@@ -399,8 +399,8 @@ void PosixFiles::removeLeftovers(const fs::path& folder) {
 void PosixFiles::appendToLog(const fs::path& file, std::string_view text,
                              std::uint64_t restartAbove) {
   const WriteSignalsBlocked errorsInstead;
-  // The path may be a pipe's, as /dev/stderr often is. Nobody waits for whoever reads it.
-  // At its end, wherever that is by then: several copies may write it.
+  // Several copies may write it, each at what is the end by then. The path may be a pipe's, as
+  // /dev/stderr often is. Nobody waits for whoever reads it.
   constexpr int kFlags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY;
   const auto existing = openFile(file, kFlags);
   if (!existing.isOpen()) {

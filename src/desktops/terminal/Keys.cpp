@@ -185,7 +185,7 @@ void Keys::endLine() {
 }
 
 /// Also of the key that comes first behind the change, whatever it is: it may end the word.
-bool Keys::isTorn(const InputItem& item) {
+bool Keys::continuesTornWord(const InputItem& item) {
   const bool isFirst = isWordTorn_ && !line_.text().empty();
   isWordTorn_ = isWordTorn_ && (isFirst || item.isLetterOrNumber());
   return isWordTorn_;
@@ -206,7 +206,7 @@ void Keys::press(const InputItem& item) {
     line_.breakOff();
     return toProgram_.add(item.bytes);
   }
-  if (isTorn(item)) {
+  if (continuesTornWord(item)) {
     pressUnknown(item);
     if (item.endsLine()) endLine();
     return;
@@ -247,7 +247,8 @@ void Keys::pressKey(const InputItem& item, const PtyModes& modes) {
   if (item.kind == Kind::character) {
     outer_.note(item.scalar);
     if (goesAsItCame(modes)) return pressAsItCame(item);
-    if (pressQuote(item) || pressDollar(item)) return goHomeBehindText();
+    if (pressQuote(item)) return goHomeBehindText();
+    if (pressDollar(item)) return;
     // The person has switched meanwhile, so what came before was meant as it is.
     if (outer_.agrees()) untranslated_.clear();
   }

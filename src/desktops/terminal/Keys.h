@@ -101,7 +101,7 @@ class Keys final {
   [[nodiscard]] bool pressDollar(const InputItem& item);
   void goHomeBehindText();
   void goHomeWithinLine();
-  [[nodiscard]] bool isTorn(const InputItem& item);
+  [[nodiscard]] bool continuesTornWord(const InputItem& item);
   void translateSent();
   void followLine(const InputItem& item, const PtyModes& modes);
   void send();
