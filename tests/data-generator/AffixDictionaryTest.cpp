@@ -16,7 +16,7 @@ Words formsOf(std::string_view dictionary) {
   return forms;
 }
 
-std::string errorOf(std::string_view dictionary) {
+std::string expansionErrorOf(std::string_view dictionary) {
   return inputErrorOf([&] { (void)formsOf(dictionary); });
 }
 
@@ -30,16 +30,16 @@ TEST(AffixDictionary, LeavesNotesAndEmptyLinesOut) {
 }
 
 TEST(AffixDictionary, RefusesAFileWithoutACount) {
-  EXPECT_EQ(errorOf("cat/S\n"), "x.dic:1: the first line must be the number of entries");
-  EXPECT_EQ(errorOf(""), "x.dic:1: the first line must be the number of entries");
+  EXPECT_EQ(expansionErrorOf("cat/S\n"), "x.dic:1: the first line must be the number of entries");
+  EXPECT_EQ(expansionErrorOf(""), "x.dic:1: the first line must be the number of entries");
 }
 
 TEST(AffixDictionary, RefusesAnUnknownFlag) {
-  EXPECT_EQ(errorOf("2\nsheep\ncat/SQ\n"), "x.dic:3: no affix class for the flag 'Q'");
+  EXPECT_EQ(expansionErrorOf("2\nsheep\ncat/SQ\n"), "x.dic:3: no affix class for the flag 'Q'");
 }
 
 TEST(AffixDictionary, RefusesAnEntryWithoutAWord) {
-  EXPECT_EQ(errorOf("1\n/S\n"), "x.dic:2: an entry without a word");
+  EXPECT_EQ(expansionErrorOf("1\n/S\n"), "x.dic:2: an entry without a word");
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ namespace tessarok::measure {
 namespace {
 
 namespace fs = std::filesystem;
-using Json = nlohmann::json;
+using Json = nlohmann::ordered_json;
 
 /// A line of code that is longer was not typed by hand.
 constexpr std::size_t kLongestLine = 120;

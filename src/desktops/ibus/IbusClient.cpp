@@ -4,6 +4,8 @@
 #include <string_view>
 #include <utility>
 
+#include "desktops/ibus/KeyCode.h"
+
 namespace tessarok::ibus {
 
 namespace {
@@ -11,8 +13,6 @@ namespace {
 using inputmethod::Key;
 using inputmethod::KeyAnswer;
 
-/// IBus has the kernel's key codes, X those plus 8.
-constexpr int kFirstXKey = 8;
 /// A program that reports nothing gets so many times what the shell itself took, behind the moment
 /// in which that has passed a key on; and so many seconds from the moment in which it was sent,
 /// where that is not known.

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "desktops/ibus/Engine.h"
+#include "desktops/ibus/KeyCode.h"
 #include "desktops/ibus/SourceObstacles.h"
 #include "desktops/inputmethod/Scalars.h"
 #include "desktops/posix/Translation.h"
@@ -19,8 +20,6 @@ using xkb::ManualKey;
 using xkb::PauseKey;
 namespace keyStates = inputmethod::keyStates;
 
-/// IBus has the kernel's key codes, X those plus 8.
-constexpr int kFirstXKey = 8;
 /// The modifiers, without buttons and what IBus notes there for itself.
 constexpr std::uint32_t kModifiers =
     0xFF | keyStates::superToo | keyStates::hyper | keyStates::meta;

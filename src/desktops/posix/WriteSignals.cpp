@@ -1,12 +1,16 @@
 #include "desktops/posix/WriteSignals.h"
 
+#include <array>
 #include <cerrno>
+#include <cstddef>
 
 namespace tessarok::posix {
 
 namespace {
 
-constexpr int kSignals[] = {SIGPIPE, SIGXFSZ};
+constexpr std::array kSignals{SIGPIPE, SIGXFSZ};
+/// Those that were ignored already when the program was started, as behind a shell's `trap ''`.
+std::array<bool, kSignals.size()> wereIgnored{};
 
 sigset_t writeSignals() {
   sigset_t signals;
@@ -19,13 +23,13 @@ sigset_t writeSignals() {
 }  // namespace
 
 void ignoreWriteSignals() {
-  for (const int signal : kSignals)
-    ::signal(signal, SIG_IGN);
+  for (std::size_t i = 0; i < kSignals.size(); ++i)
+    wereIgnored[i] = ::signal(kSignals[i], SIG_IGN) == SIG_IGN;
 }
 
 void restoreWriteSignals() {
-  for (const int signal : kSignals)
-    ::signal(signal, SIG_DFL);
+  for (std::size_t i = 0; i < kSignals.size(); ++i)
+    ::signal(kSignals[i], wereIgnored[i] ? SIG_IGN : SIG_DFL);
 }
 
 WriteSignalsBlocked::WriteSignalsBlocked() {

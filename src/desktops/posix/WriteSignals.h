@@ -9,8 +9,8 @@ namespace tessarok::posix {
 
 /// For the whole process, and those that it forks. Before there are threads.
 void ignoreWriteSignals();
-/// In a process that is about to become another program, which expects them as they are by
-/// default. Async-signal-safe.
+/// In a process that is about to become another program, which expects them as whoever started this
+/// one left them. Async-signal-safe.
 void restoreWriteSignals();
 
 /// The same for what the current thread writes while the object lives, in processes that belong to

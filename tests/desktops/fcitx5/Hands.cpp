@@ -3,15 +3,10 @@
 #include <thread>
 
 #include "desktops/xkb/HardwareKeys.h"
+#include "tests/desktops/x11/KeyCodes.h"
 #include "tests/desktops/xkb/StrokeOf.h"
 
 namespace tessarok::testing {
-
-namespace {
-
-constexpr unsigned kShift = 50;
-
-}  // namespace
 
 void Hands::type(std::string_view text, std::chrono::milliseconds interval) {
   auto next = std::chrono::steady_clock::now();

@@ -22,12 +22,12 @@ BusMessage callOfDaemon(Bus& bus, const char* member) {
 }
 
 /// Ends a loop that waits for something that does not come.
-constexpr double kDeadline = 20;
+constexpr double kLongestWait = 20;
 
 class BusOnLoop : public ::testing::Test {
  protected:
   void SetUp() override {
-    loop_.after(kDeadline, [this] {
+    loop_.after(kLongestWait, [this] {
       timedOut_ = true;
       loop_.stop();
     });

@@ -167,6 +167,13 @@ TEST(TerminalProgram, TheProgramHasTheSignalsThatItExpects) {
   EXPECT_TRUE(user.sees(ignoredSignals())) << user.screen();
 }
 
+TEST(TerminalProgram, TheProgramIgnoresWhatItsStarterIgnores) {
+  ::signal(SIGPIPE, SIG_IGN);
+  UserAtTerminal user({"sh", "-c", "grep SigIgn /proc/self/status"});
+  EXPECT_EQ(user.exitStatus(), 0);
+  EXPECT_TRUE(user.sees(ignoredSignals())) << user.screen();
+}
+
 TEST(TerminalProgram, WhatWasLearnedIsOnTheDiskAfterASignal) {
   UserAtTerminal user({"sh", "-c", "printf started; cat"});
   ASSERT_TRUE(user.sees("started"));

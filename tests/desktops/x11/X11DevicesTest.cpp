@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tests/desktops/x11/Applications.h"
+#include "tests/desktops/x11/KeyCodes.h"
 #include "tests/desktops/x11/Patience.h"
 #include "tests/desktops/x11/Tessarok.h"
 #include "tests/desktops/x11/XServer.h"
@@ -13,8 +14,6 @@
 namespace tessarok::testing {
 namespace {
 
-constexpr std::uint8_t kA = 38;
-constexpr std::uint8_t kShift = 50;
 constexpr std::size_t kLeft = 0;
 constexpr std::size_t kRight = 1;
 

@@ -13,6 +13,7 @@
 
 #include "desktops/virtual/TemporaryDirectory.h"
 #include "tests/desktops/x11/Applications.h"
+#include "tests/desktops/x11/KeyCodes.h"
 #include "tests/desktops/x11/KeyboardGrab.h"
 #include "tests/desktops/x11/Patience.h"
 #include "tests/desktops/x11/Tessarok.h"
@@ -21,9 +22,6 @@
 
 namespace tessarok::testing {
 namespace {
-
-constexpr std::uint8_t kA = 38;
-constexpr std::uint8_t kShift = 50;
 
 class X11Failure : public ::testing::Test {
  protected:

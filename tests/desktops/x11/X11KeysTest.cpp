@@ -4,6 +4,7 @@
 #include <string>
 
 #include "tests/desktops/x11/Applications.h"
+#include "tests/desktops/x11/KeyCodes.h"
 #include "tests/desktops/x11/Patience.h"
 #include "tests/desktops/x11/Tessarok.h"
 #include "tests/desktops/x11/XServer.h"
@@ -14,17 +15,6 @@
 
 namespace tessarok::testing {
 namespace {
-
-constexpr std::uint8_t kBackspace = 22;
-constexpr std::uint8_t kA = 38;
-constexpr std::uint8_t kAlt = 64;
-constexpr std::uint8_t kControl = 37;
-constexpr std::uint8_t kSpace = 65;
-constexpr std::uint8_t kPause = 127;
-constexpr std::uint8_t kLeft = 113;
-/// Grave accent or ё, and the key beside the left Shift.
-constexpr std::uint8_t kGrave = 49;
-constexpr std::uint8_t kBesideShift = 94;
 
 /// Events that another program got, of one kind.
 int take(Display* display, int type) {
@@ -233,7 +223,7 @@ TEST(X11Keys, AnArrowMakesTheWordUnknown) {
   GtkEntry window(server);
   Tessarok program(server);
   server.type("ghbdtn");
-  server.tap(kLeft);
+  server.tap(kLeftArrow);
   server.type(" ");
   EXPECT_TRUE(window.shows("ghbdt n")) << window.text();
 }

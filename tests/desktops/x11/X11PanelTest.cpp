@@ -14,6 +14,7 @@
 #include "tests/desktops/freedesktop/Pump.h"
 #include "tests/desktops/freedesktop/StatusHost.h"
 #include "tests/desktops/x11/Applications.h"
+#include "tests/desktops/x11/KeyCodes.h"
 #include "tests/desktops/x11/KeyboardGrab.h"
 #include "tests/desktops/x11/Patience.h"
 #include "tests/desktops/x11/Subprocess.h"
@@ -23,8 +24,6 @@
 
 namespace tessarok::testing {
 namespace {
-
-constexpr std::uint8_t kGrave = 49;
 
 class X11Panel : public ::testing::Test {
  protected:

@@ -18,6 +18,7 @@
 
 #include "tests/desktops/freedesktop/PrivateBus.h"
 #include "tests/desktops/x11/Applications.h"
+#include "tests/desktops/x11/KeyCodes.h"
 #include "tests/desktops/x11/KeyboardGrab.h"
 #include "tests/desktops/x11/Patience.h"
 #include "tests/desktops/x11/Tessarok.h"
@@ -29,8 +30,6 @@
 namespace tessarok::testing {
 namespace {
 
-constexpr std::uint8_t kAlt = 64;
-constexpr std::uint8_t kSpace = 65;
 /// So much is in a window before it is closed.
 constexpr std::size_t kFullWindow = 4000;
 /// Keys of one program after which its memory is looked at for the first time.

@@ -5,6 +5,7 @@
 
 #include "tests/desktops/x11/Applications.h"
 #ifdef TESSAROK_LARGE_APPLICATIONS
+#include "tests/desktops/x11/KeyCodes.h"
 #include "tests/desktops/x11/LargeApplications.h"
 #endif
 #include "tests/desktops/x11/Patience.h"
@@ -14,13 +15,6 @@
 namespace tessarok::testing {
 namespace {
 
-constexpr std::uint8_t kOne = 10;
-constexpr std::uint8_t kA = 38;
-constexpr std::uint8_t kAlt = 64;
-constexpr std::uint8_t kShift = 50;
-constexpr std::uint8_t kCaps = 66;
-constexpr std::uint8_t kSpace = 65;
-constexpr std::uint8_t kPause = 127;
 constexpr unsigned kRussianGroup = 1;
 
 template <typename Window>

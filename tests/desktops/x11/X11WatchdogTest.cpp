@@ -18,6 +18,7 @@
 #include "desktops/posix/FileDescriptor.h"
 #include "tests/desktops/x11/Applications.h"
 #include "tests/desktops/x11/FairClock.h"
+#include "tests/desktops/x11/KeyCodes.h"
 #include "tests/desktops/x11/Patience.h"
 #include "tests/desktops/x11/ProcessState.h"
 #include "tests/desktops/x11/Tessarok.h"
@@ -33,8 +34,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::uint8_t kA = 38;
-constexpr std::uint8_t kShift = 50;
 constexpr char kControlC = 3;
 constexpr char kControlZ = 26;
 
@@ -190,7 +189,6 @@ TEST_F(X11Watchdog, AStoppedWorkerIsEndedBeforeTheNextKeyIsTyped) {
 
 #ifdef TESSAROK_HANGING_KEY
 TEST_F(X11Watchdog, AWorkerBusyWithNothingIsEnded) {
-  constexpr std::uint8_t kB = 56;
   Tessarok program(server_, {.settings = {},
                              .home = {},
                              .environment = {{"LD_PRELOAD", TESSAROK_HANGING_KEY},

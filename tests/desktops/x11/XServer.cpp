@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include "desktops/xkb/HardwareKeys.h"
+#include "tests/desktops/x11/KeyCodes.h"
 #include "tests/desktops/x11/Patience.h"
 #include "tests/desktops/xkb/StrokeOf.h"
 
@@ -23,7 +24,6 @@ namespace tessarok::testing {
 
 namespace {
 
-constexpr std::uint8_t kShift = 50;
 constexpr int kPatienceMilliseconds = static_cast<int>(kPatience * 1000);
 
 /// The names of the keyboards, and of the sockets at which their hands are.
