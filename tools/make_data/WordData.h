@@ -25,7 +25,7 @@ struct SourcePaths {
 /// numbers came out best of a measurement; docs/word-data.md has the others.
 struct NgramFloors {
   KeyNgrams::Floors english{1, 2};
-  KeyNgrams::Floors russian{30, 30};
+  KeyNgrams::Floors russian{120, 20};
 };
 
 /// Makes all data files in memory, in the order in which the manifest lists them, and records every
