@@ -18,16 +18,18 @@ namespace {
   throw std::system_error(error, std::generic_category(), file.string());
 }
 
-class Descriptor final {
+/// A file that is being written, or its folder, until it is on the disk. Errors name what it will
+/// become.
+class DiskFile final {
  public:
-  Descriptor(int fd, const std::filesystem::path& file) : fd_(fd), file_(file) {
+  DiskFile(int fd, const std::filesystem::path& file) : fd_(fd), file_(file) {
     if (fd_ < 0) throwError(errno, file_);
   }
-  ~Descriptor() {
+  ~DiskFile() {
     if (fd_ >= 0) ::close(fd_);
   }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
+  DiskFile(const DiskFile&) = delete;
+  DiskFile& operator=(const DiskFile&) = delete;
 
   void write(std::string_view bytes) const {
     while (!bytes.empty()) {
@@ -70,12 +72,12 @@ void FileSetWriter::stage(const std::string& name, const std::string& content) {
   std::filesystem::create_directories(directory_);
   const std::filesystem::path target = directory_ / name;
   std::string temporary = (directory_ / ("." + name + ".XXXXXX")).string();
-  Descriptor descriptor(mkstemp(temporary.data()), target);
+  DiskFile file(mkstemp(temporary.data()), target);
   staged_.push_back({temporary, target, {}, false});
-  descriptor.write(content);
-  descriptor.allowReading();
-  descriptor.sync();
-  descriptor.close();
+  file.write(content);
+  file.allowReading();
+  file.sync();
+  file.close();
 }
 
 void FileSetWriter::keepOldFile(Staged& file) const {
@@ -109,8 +111,8 @@ void FileSetWriter::commit() {
       file.replaced = true;
     }
     // The renames themselves last only once the directory is on disk.
-    Descriptor descriptor(::open(directory_.c_str(), O_RDONLY | O_DIRECTORY), directory_);
-    descriptor.sync();
+    DiskFile file(::open(directory_.c_str(), O_RDONLY | O_DIRECTORY), directory_);
+    file.sync();
   } catch (...) {
     restoreOldFiles();
     throw;

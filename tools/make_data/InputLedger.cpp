@@ -3,21 +3,17 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include "InputError.h"
 #include "Sha256.h"
+#include "StandardFile.h"
 
 namespace tessarok::makedata {
 
 namespace {
 
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
 std::string readFile(const std::filesystem::path& file) {
-  const std::unique_ptr<std::FILE, FileCloser> stream(std::fopen(file.c_str(), "rb"));
+  const StandardFile stream(std::fopen(file.c_str(), "rb"));
   if (!stream) throw InputError(file, 0, std::string("cannot be opened: ") + std::strerror(errno));
   std::string bytes;
   std::string chunk(1U << 16U, '\0');

@@ -4,11 +4,12 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <memory>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
+
+#include "StandardFile.h"
 
 namespace tessarok::makedata {
 
@@ -36,16 +37,10 @@ class Descriptor final {
   int fd_;
 };
 
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
 /// The input goes through an unnamed file and not a pipe: a pipe would need a second thread, or a
 /// program that writes before it has read everything would block both sides for ever.
-File fileHolding(const std::string& bytes) {
-  File file(std::tmpfile());
+StandardFile fileHolding(const std::string& bytes) {
+  StandardFile file(std::tmpfile());
   if (!file) throwError(errno, "tmpfile");
   if (std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size() ||
       std::fflush(file.get()) != 0) {
@@ -95,7 +90,7 @@ int waitFor(pid_t child) {
 }  // namespace
 
 ProgramResult runProgram(const std::vector<std::string>& command, const std::string& input) {
-  const File source = fileHolding(input);
+  const StandardFile source = fileHolding(input);
   std::array<int, 2> ends{};
   if (pipe(ends.data()) != 0) throwError(errno, "pipe");
   const Descriptor readEnd(ends[0]);
