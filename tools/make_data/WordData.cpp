@@ -252,7 +252,7 @@ class Sources final {
     }
     for (const std::string& word : own_)
       raise(language.weights, language.keys(word), kOwnWord);
-    if (language.isRussian) addFirstWords(language);
+    addFirstWords("first" + suffix + ".txt", language);
     addFrequent(table, dropped_, language);
     for (const auto& [word, entry] : table.entries()) {
       if (entry.spoken > 0 && language.alphabet.isWord(decodeUtf8(word)) &&
@@ -303,8 +303,8 @@ class Sources final {
   }
 
  private:
-  void addFirstWords(Language& language) {
-    const fs::path file = paths_.lists / "first_ru.txt";
+  void addFirstWords(const std::string& name, Language& language) {
+    const fs::path file = paths_.lists / name;
     for (const std::string& word : readHandWords(readOwn(file), file, language.alphabet, {2, 64})) {
       const std::string keys = language.keys(word);
       language.model.words.insert(keys);
