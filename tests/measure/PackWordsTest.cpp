@@ -76,7 +76,7 @@ TEST_P(PackWordsTest, HoldsOnlyWordsThatNeedIt) {
 }
 
 TEST_P(PackWordsTest, HoldsEnoughWordsAndEachOnce) {
-  constexpr std::size_t kFewest = 200;
+  constexpr std::size_t kFewest = 250;
   const auto words = wordsOf(GetParam());
   EXPECT_GE(words.size(), kFewest);
   EXPECT_EQ(std::set<std::string>(words.begin(), words.end()).size(), words.size());
