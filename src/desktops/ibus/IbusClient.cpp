@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "desktops/ibus/KeyCode.h"
+#include "desktops/xkb/HardwareKeys.h"
 
 namespace tessarok::ibus {
 
@@ -81,7 +81,9 @@ void IbusClient::deleteBefore(std::size_t scalars) {
 void IbusClient::forward(const Key& key) {
   if (engine_ == nullptr) return;
   noteSent();
-  const auto code = static_cast<guint>(key.code >= kFirstXKey ? key.code - kFirstXKey : 0);
+  // IBus has the kernel's key codes.
+  constexpr int kOffset = xkb::hardwareKeys::kXOffset;
+  const auto code = static_cast<guint>(key.code >= kOffset ? key.code - kOffset : 0);
   ibus_engine_forward_key_event(engine_, key.symbol, code, key.states);
   ibus_engine_forward_key_event(engine_, key.symbol, code,
                                 key.states | static_cast<guint>(IBUS_RELEASE_MASK));

@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "desktops/ibus/Engine.h"
-#include "desktops/ibus/KeyCode.h"
 #include "desktops/ibus/SourceObstacles.h"
 #include "desktops/inputmethod/Scalars.h"
 #include "desktops/posix/Translation.h"
+#include "desktops/xkb/HardwareKeys.h"
 #include "desktops/xkb/KeySetting.h"
 
 namespace tessarok::ibus {
@@ -154,7 +154,7 @@ bool IbusDesktop::keyEvent(IBusEngine& engine, guint symbol, guint code, guint s
     KeyEvent event;
     event.key = {.symbol = symbol,
                  .states = states & kModifiers,
-                 .code = static_cast<int>(code) + kFirstXKey};
+                 .code = static_cast<int>(code + xkb::hardwareKeys::kXOffset)};
     event.translated = event.key;
     event.isRelease = (states & static_cast<guint>(IBUS_RELEASE_MASK)) != 0;
     answer = keyFlow_.keyEvent(client_, event);

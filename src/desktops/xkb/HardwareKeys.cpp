@@ -7,8 +7,6 @@ namespace tessarok::xkb::hardwareKeys {
 
 namespace {
 
-/// X key codes are the kernel's plus this.
-constexpr unsigned kXOffset = 8;
 constexpr std::size_t kXKeys = 256;
 
 struct Pair {

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "tests/desktops/x11/Applications.h"
-#ifdef TESSAROK_LARGE_APPLICATIONS
 #include "tests/desktops/x11/KeyCodes.h"
+#ifdef TESSAROK_LARGE_APPLICATIONS
 #include "tests/desktops/x11/LargeApplications.h"
 #endif
 #include "tests/desktops/x11/Patience.h"
