@@ -110,9 +110,9 @@ void Requests::go(std::string_view numberAndBytes) {
 
 void Requests::giveBack(const Answered& answered, std::string_view digits) {
   const auto bytes = text::bytesOfHex(digits);
-  if (bytes && withLineFeeds(answered.typed).ends_with(withLineFeeds(*bytes))) {
-    toProgram_.add(*bytes);
-  }
+  if (!bytes || !withLineFeeds(answered.typed).ends_with(withLineFeeds(*bytes))) return;
+  // As the keys sent them, which a line editor tells from what a line feed would do.
+  toProgram_.add(answered.typed.substr(answered.typed.size() - bytes->size()));
 }
 
 void Requests::endWaiting() {

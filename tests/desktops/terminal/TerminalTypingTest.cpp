@@ -214,6 +214,18 @@ TEST_F(TypingIntoBash, WhoReadsTheAnswerGivesBackWhatWasTypedAndNothingElse) {
   EXPECT_TRUE(user_.sees("ready> ")) << user_.screen();
 }
 
+TEST_F(TypingIntoBash, AReturnThatWasReadAsALineFeedComesBackAsAReturn) {
+  user_.type(
+      "bind -x '\"\\C-j\": echo line\"\"feed'; go() { printf '\\033]7717;status;wait\\a'; "
+      "IFS= read -rsd \\\\ a; a=${a##*;}; printf '\\033]7717;go;%s;0a\\a' \"${a%?}\"; }\r");
+  ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
+  user_.type("PS1='again> '; go\r");
+  // The prompt of the line that the Return has ended, and of the next one.
+  EXPECT_TRUE(user_.sees("again> \r\n")) << user_.screen();
+  EXPECT_TRUE(user_.sees("again> ")) << user_.screen();
+  EXPECT_EQ(user_.screen().find("linefeed"), std::string::npos) << user_.screen();
+}
+
 TEST_F(TypingIntoBash, TheCursorShowsTheLayout) {
   user_.type("echo ghbdtn ");
   EXPECT_TRUE(user_.sees("\x1b]12;")) << user_.screen();
