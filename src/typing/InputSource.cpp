@@ -5,18 +5,13 @@
 #include <utility>
 
 #include "platform/Desktop.h"
+#include "platform/LayoutIdentifiers.h"
 #include "text/Text.h"
 #include "typing/Uptime.h"
 
 namespace tessarok {
 
 namespace {
-
-constexpr std::array<std::string_view, 4> kEnglishGroup = {
-    "com.apple.keylayout.US", "com.apple.keylayout.ABC", "com.apple.keylayout.USInternational-PC",
-    "com.apple.keylayout.British"};
-constexpr std::array<std::string_view, 2> kRussianGroup = {"com.apple.keylayout.Russian",
-                                                           "com.apple.keylayout.RussianWin"};
 
 /// The main block of the keyboard.
 constexpr std::uint16_t kLastScannedKey = 50;
@@ -197,10 +192,11 @@ bool isPreparedLayout(const std::optional<std::string>& current) {
 }  // namespace
 
 bool InputSource::isInGroup(std::string_view identifier, Language language) {
+  namespace ids = platform::layoutIdentifiers;
   const auto contains = [&](const auto& group) {
     return std::find(group.begin(), group.end(), identifier) != group.end();
   };
-  return language == Language::russian ? contains(kRussianGroup) : contains(kEnglishGroup);
+  return language == Language::russian ? contains(ids::kAllRussian) : contains(ids::kAllEnglish);
 }
 
 std::optional<Language> InputSource::languageOf(const std::optional<std::string>& identifier) {

@@ -5,6 +5,8 @@
 #include <span>
 #include <string_view>
 
+#include "platform/LayoutIdentifiers.h"
+
 namespace tessarok::layouts {
 
 namespace {
@@ -40,12 +42,6 @@ constexpr const char16_t* kRussian[10] = {u"ё1234567890-=",
                                           u">",
                                           u"<"};
 
-constexpr std::string_view kEnglishLayouts[] = {"com.apple.keylayout.US", "com.apple.keylayout.ABC",
-                                                "com.apple.keylayout.USInternational-PC",
-                                                "com.apple.keylayout.British"};
-constexpr std::string_view kRussianLayouts[] = {"com.apple.keylayout.Russian",
-                                                "com.apple.keylayout.RussianWin"};
-
 /// Row and place of a key. No optional of it: older C++ libraries assign none in constants. A key
 /// that is in no table is all zeros: optimised by g++ 13 and 14, some keys in the table of places
 /// had these whatever the initial values said, and Return, Tab and Space gave ё.
@@ -80,11 +76,12 @@ const KeyTable& KeyTable::russian() {
 }
 
 const KeyTable* KeyTable::ofLayout(std::string_view identifier) {
+  namespace ids = platform::layoutIdentifiers;
   const auto isOneOf = [&](const auto& layouts) {
     return std::find(std::begin(layouts), std::end(layouts), identifier) != std::end(layouts);
   };
-  if (isOneOf(kEnglishLayouts)) return &english();
-  return isOneOf(kRussianLayouts) ? &russian() : nullptr;
+  if (isOneOf(ids::kAllEnglish)) return &english();
+  return isOneOf(ids::kAllRussian) ? &russian() : nullptr;
 }
 
 std::optional<char16_t> KeyTable::character(std::int64_t code, bool shift) const {

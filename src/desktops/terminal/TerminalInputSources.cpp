@@ -1,6 +1,7 @@
 #include "desktops/terminal/TerminalInputSources.h"
 
 #include "desktops/layouts/TableLayout.h"
+#include "platform/LayoutIdentifiers.h"
 
 namespace tessarok::terminal {
 
@@ -9,8 +10,8 @@ namespace {
 constexpr Language kLanguages[] = {Language::english, Language::russian};
 
 const std::optional<std::string>& identifierOf(Language language) {
-  static const std::optional<std::string> english = "com.apple.keylayout.US";
-  static const std::optional<std::string> russian = "com.apple.keylayout.RussianWin";
+  static const std::optional english = std::string(platform::layoutIdentifiers::kUs);
+  static const std::optional russian = std::string(platform::layoutIdentifiers::kRussianWin);
   return language == Language::russian ? russian : english;
 }
 

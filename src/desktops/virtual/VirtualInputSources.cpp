@@ -4,17 +4,18 @@
 #include <utility>
 
 #include "desktops/layouts/TableLayout.h"
+#include "platform/LayoutIdentifiers.h"
 
 namespace tessarok::virtualdesktop {
 
 namespace {
 
-constexpr const char* kEnglish = "com.apple.keylayout.US";
-constexpr const char* kRussian = "com.apple.keylayout.RussianWin";
+using platform::layoutIdentifiers::kRussianWin;
+using platform::layoutIdentifiers::kUs;
 
 }  // namespace
 
-VirtualInputSources::VirtualInputSources() : enabled_{kEnglish, kRussian} {
+VirtualInputSources::VirtualInputSources() : enabled_{std::string(kUs), std::string(kRussianWin)} {
   setCurrent(enabled_.front());
 }
 
@@ -40,7 +41,7 @@ bool VirtualInputSources::isEnabled(const std::string& identifier) const {
 }
 
 void VirtualInputSources::setCurrent(Language language) {
-  setCurrent(language == Language::russian ? kRussian : kEnglish);
+  setCurrent(std::string(language == Language::russian ? kRussianWin : kUs));
 }
 
 void VirtualInputSources::setCurrent(std::string identifier) {

@@ -3,22 +3,19 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/LayoutIdentifiers.h"
+
 namespace tessarok::xkb::layoutNames {
 
 namespace {
+
+using namespace platform::layoutIdentifiers;
 
 struct Known {
   std::string_view layout;
   std::string_view variant;
   std::string_view identifier;
 };
-
-constexpr std::string_view kUs = "com.apple.keylayout.US";
-constexpr std::string_view kAbc = "com.apple.keylayout.ABC";
-constexpr std::string_view kInternational = "com.apple.keylayout.USInternational-PC";
-constexpr std::string_view kBritish = "com.apple.keylayout.British";
-constexpr std::string_view kRussian = "com.apple.keylayout.Russian";
-constexpr std::string_view kRussianWin = "com.apple.keylayout.RussianWin";
 
 /// The plain layouts first. Variants that only add signs with AltGr are another English layout, so
 /// that a person who has both can tell them apart.
