@@ -1,14 +1,10 @@
 #include "desktops/posix/PosixFiles.h"
 
-#include <array>
 #include <cerrno>
-#include <chrono>
-#include <cinttypes>
-#include <cstdio>
+#include <cstdint>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/file.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -17,10 +13,10 @@
 
 #include "desktops/posix/DiskFlush.h"
 #include "desktops/posix/FileDescriptor.h"
-#include "desktops/posix/MappingGuard.h"
-#include "desktops/posix/PagesAtHand.h"
+#include "desktops/posix/FileMapping.h"
 #include "desktops/posix/PersonsEnvironment.h"
 #include "desktops/posix/PersonsFolders.h"
+#include "desktops/posix/TemporaryFile.h"
 #include "desktops/posix/Translation.h"
 #include "desktops/posix/WriteAll.h"
 #include "desktops/posix/WriteSignals.h"
@@ -91,153 +87,12 @@ int readAll(int descriptor, std::string& text) {
   }
 }
 
-/// When the file was written, and how long it is.
-struct Content {
-  std::int64_t seconds;
-  std::int64_t nanoseconds;
-  off_t size;
-
-  bool operator==(const Content&) const = default;
-};
-
-std::optional<Content> contentOf(int descriptor) {
-  struct stat status {};
-  if (::fstat(descriptor, &status) != 0) return std::nullopt;
-#ifdef __APPLE__
-  const auto& time = status.st_mtimespec;
-#else
-  const auto& time = status.st_mtim;
-#endif
-  return Content{time.tv_sec, time.tv_nsec, status.st_size};
-}
-
-class Mapping final : public platform::MappedFile {
- public:
-  Mapping(void* address, const Content& content, FileDescriptor descriptor)
-      : address_(address),
-        size_(static_cast<std::size_t>(content.size)),
-        content_(content),
-        descriptor_(std::move(descriptor)),
-        guard_(address, size_),
-        pages_(descriptor_.get(), bytes()) {}
-  ~Mapping() override {
-    if (size_ > 0) ::munmap(address_, size_);
-  }
-  [[nodiscard]] std::string_view bytes() const override {
-    return {static_cast<const char*>(address_), size_};
-  }
-  [[nodiscard]] bool hasLostPart() const override { return guard_.hasLostPart(); }
-  [[nodiscard]] bool isUnchanged() const override {
-    // Of the file that is mapped, whatever has taken its name since.
-    const auto now = contentOf(descriptor_.get());
-    return !hasLostPart() && (!now || *now == content_);
-  }
-  [[nodiscard]] bool isAtHand(std::size_t from, std::size_t to) override {
-    return pages_.contain(from, to);
-  }
-  void askAnew() override { pages_.askAnew(); }
-
- private:
-  void* address_;
-  std::size_t size_;
-  Content content_;
-  FileDescriptor descriptor_;
-  MappingGuard guard_;
-  PagesAtHand pages_;
-};
-
 class Lock final : public platform::FileLock {
  public:
   explicit Lock(FileDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
 
  private:
   FileDescriptor descriptor_;
-};
-
-/// What mkostemp is to replace in the name of a temporary file.
-constexpr std::string_view kRandomPart = ".XXXXXX";
-/// No write takes so long, not even on a disk that has to wake up.
-constexpr auto kLongestWrite = std::chrono::minutes(5);
-constexpr std::string_view kTemporaryStart = ".tessarok-";
-constexpr std::size_t kNumberDigits = 16;
-
-/// 16 digits that follow from a text (FNV-1a).
-std::string checkDigits(std::string_view text) {
-  std::uint64_t sum = 0xcbf29ce484222325;
-  for (const char c : text)
-    sum = (sum ^ static_cast<unsigned char>(c)) * 0x100000001b3;
-  std::array<char, kNumberDigits + 1> digits{};
-  std::snprintf(digits.data(), digits.size(), "%016" PRIx64, sum);
-  return digits.data();
-}
-
-/// The name of a file that is to be put in the place of another: so far it is the program's, and
-/// what is left of a write that was cut off must never be taken for a file of the person's, nor
-/// one of those for it. So the name holds a number and what follows from the number, which nobody
-/// writes by chance. It does not grow with the target's, which may be as long as names can be.
-std::string temporaryName() {
-  const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
-  const auto number = checkDigits(std::to_string(::getpid()) + ' ' + std::to_string(now));
-  return std::string(kTemporaryStart) + number + '-' + checkDigits(number) +
-         std::string(kRandomPart);
-}
-
-/// Whether `temporaryName`, and mkostemp, have made the name.
-bool isTemporaryName(std::string_view name) {
-  if (!name.starts_with(kTemporaryStart)) return false;
-  name.remove_prefix(kTemporaryStart.size());
-  if (name.size() != 2 * kNumberDigits + 1 + kRandomPart.size()) return false;
-  const auto number = name.substr(0, kNumberDigits);
-  return name.substr(kNumberDigits).starts_with('-' + checkDigits(number) + '.');
-}
-
-/// Whether a file is what a write that was cut off has left. Written to or linked by anybody else,
-/// it is not.
-bool isLeftover(const fs::path& file) {
-  if (!isTemporaryName(file.filename().string())) return false;
-  struct stat status {};
-  if (::lstat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
-  if (status.st_uid != ::geteuid() || status.st_nlink != 1) return false;
-  const auto written = std::chrono::system_clock::from_time_t(status.st_mtime);
-  return written + kLongestWrite < std::chrono::system_clock::now();
-}
-
-/// A new file beside the target that goes away unless it was put in the target's place.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(const fs::path& target)
-      : name_((target.parent_path() / temporaryName()).string()),
-        descriptor_(::mkostemp(name_.data(), O_CLOEXEC)) {}
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  ~TemporaryFile() {
-    if (exists_) ::unlink(name_.c_str());
-  }
-
-  /// Writes the text to the disk and puts the file in the target's place; false leaves errno.
-  [[nodiscard]] bool replace(const fs::path& target, std::string_view text) {
-    if (!descriptor_.isOpen()) return false;
-    exists_ = true;
-    keepMode(target);
-    if (!writeAll(descriptor_.get(), text) || !flushToDisk(descriptor_.get())) return false;
-    if (!descriptor_.close()) return false;
-    if (::rename(name_.c_str(), target.c_str()) != 0) return false;
-    exists_ = false;
-    return true;
-  }
-
- private:
-  void keepMode(const fs::path& target) {
-    struct stat status {};
-    if (::stat(target.c_str(), &status) == 0) {
-      // Should it fail, the new file stays readable for its owner alone.
-      static_cast<void>(::fchmod(descriptor_.get(), status.st_mode & 07777));
-    }
-  }
-
-  std::string name_;
-  FileDescriptor descriptor_;
-  bool exists_ = false;
 };
 
 /// A record lock on a whole file, however long it grows.
@@ -341,17 +196,7 @@ std::vector<std::string> PosixFiles::list(const fs::path& folder) {
 }
 
 std::unique_ptr<platform::MappedFile> PosixFiles::map(const fs::path& file) {
-  auto descriptor = openRegularFile(file, O_RDONLY);
-  const auto content = descriptor.isOpen() ? contentOf(descriptor.get()) : std::nullopt;
-  if (!content) return nullptr;
-  void* address = nullptr;
-  // A mapping cannot be empty.
-  if (content->size > 0) {
-    address = ::mmap(nullptr, static_cast<std::size_t>(content->size), PROT_READ, MAP_PRIVATE,
-                     descriptor.get(), 0);
-    if (address == MAP_FAILED) return nullptr;
-  }
-  return std::make_unique<Mapping>(address, *content, std::move(descriptor));
+  return mapWhole(openRegularFile(file, O_RDONLY));
 }
 
 platform::Failure PosixFiles::createDirectories(const fs::path& folder) {
@@ -392,7 +237,7 @@ void PosixFiles::removeLeftovers(const fs::path& folder) {
   std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error)) {
-    if (isLeftover(entry->path())) ::unlink(entry->path().c_str());
+    if (TemporaryFile::isLeftover(entry->path())) ::unlink(entry->path().c_str());
   }
 }
 
