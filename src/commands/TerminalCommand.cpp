@@ -144,7 +144,7 @@ int correct(const Options& options, OuterTerminal& outer, Pty& pty) {
   platform::setDesktop(desktop);
   Corrector corrector(AppDelegate::Instances::many, AppDelegate::Keys::wait);
   Start start(desktop, corrector, pty);
-  TerminalSession session(desktop, outer, pty);
+  TerminalSession session(desktop, corrector.delegate(), outer, pty);
   session.onFirstKey = [&start] { start.begin(); };
   return session.run();
 }

@@ -38,8 +38,9 @@ std::string withLineFeeds(std::string_view bytes) {
 
 }  // namespace
 
-Requests::Requests(TerminalDesktop& desktop, Keys& keys, posix::WriteQueue& toProgram)
-    : desktop_(desktop), keys_(keys), toProgram_(toProgram) {
+Requests::Requests(TerminalDesktop& desktop, AppDelegate& delegate, Keys& keys,
+                   posix::WriteQueue& toProgram)
+    : desktop_(desktop), delegate_(delegate), keys_(keys), toProgram_(toProgram) {
   typed_.reserve(2 * kMostTyped);
   toProgram_.onAdd = [this](std::string_view bytes) { note(bytes); };
 }
@@ -65,15 +66,16 @@ void Requests::serve(const std::string& request) {
   const bool isRussian = desktop_.inputSources().language() == Language::russian;
   const auto number = waits ? ";" + wait() : std::string();
   isAnswering_ = true;
-  toProgram_.add(std::string("\x1b]7717;tessarok;") +
-                 (desktop_.statusBar().isEnabled() ? "on" : "off") + (isRussian ? ";ru" : ";en") +
-                 number + "\x1b\\");
+  toProgram_.add(std::string("\x1b]7717;tessarok;") + (delegate_.status().enabled ? "on" : "off") +
+                 (isRussian ? ";ru" : ";en") + number + "\x1b\\");
   isAnswering_ = false;
 }
 
 bool Requests::carryOut(std::string_view request) {
-  if (request == "on" || request == "off") {
-    desktop_.statusBar().setEnabled(request == "on");
+  if (request == "on") {
+    setCorrection(AppDelegate::Correction::on);
+  } else if (request == "off") {
+    setCorrection(AppDelegate::Correction::off);
   } else if (request == "layout") {
     keys_.toggleLayout();
   } else if (request == "pause") {
@@ -82,6 +84,12 @@ bool Requests::carryOut(std::string_view request) {
     return request == "status";
   }
   return true;
+}
+
+void Requests::setCorrection(AppDelegate::Correction correction) {
+  // Set once more it would forget the word that is being typed.
+  const bool isOn = delegate_.status().enabled;
+  if (isOn != (correction == AppDelegate::Correction::on)) delegate_.setCorrection(correction);
 }
 
 std::string Requests::wait() {

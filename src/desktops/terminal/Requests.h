@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/AppDelegate.h"
 #include "desktops/posix/WriteQueue.h"
 #include "desktops/terminal/Keys.h"
 #include "desktops/terminal/TerminalDesktop.h"
@@ -24,7 +25,8 @@ namespace tessarok::terminal {
 class Requests final {
  public:
   /// All outlive this object; answers are added to `toProgram`, which is watched.
-  Requests(TerminalDesktop& desktop, Keys& keys, posix::WriteQueue& toProgram);
+  Requests(TerminalDesktop& desktop, AppDelegate& delegate, Keys& keys,
+           posix::WriteQueue& toProgram);
 
   void serve(const std::string& request);
   /// Who has asked is reading; for a second at most.
@@ -41,6 +43,7 @@ class Requests final {
   };
 
   [[nodiscard]] bool carryOut(std::string_view request);
+  void setCorrection(AppDelegate::Correction correction);
   [[nodiscard]] std::string wait();
   void go(std::string_view numberAndBytes);
   void giveBack(const Answered& answered, std::string_view digits);
@@ -48,6 +51,7 @@ class Requests final {
   void note(std::string_view bytes);
 
   TerminalDesktop& desktop_;
+  AppDelegate& delegate_;
   Keys& keys_;
   posix::WriteQueue& toProgram_;
   /// What the program got last of the person's keys, and when, in seconds of uptime.

@@ -45,7 +45,8 @@ bool isReadable(int descriptor, int milliseconds) {
 
 }  // namespace
 
-TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer, Pty& pty)
+TerminalSession::TerminalSession(TerminalDesktop& desktop, AppDelegate& delegate,
+                                 OuterTerminal& outer, Pty& pty)
     : desktop_(desktop),
       outer_(outer),
       pty_(pty),
@@ -65,7 +66,7 @@ TerminalSession::TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer,
       toScreen_(outer.output(), outer.isOutputNonBlocking() ? posix::WriteQueue::Mode::nonBlocking
                                                             : posix::WriteQueue::Mode::any),
       keys_(desktop, pty, output_, toProgram_),
-      requests_(desktop, keys_, toProgram_),
+      requests_(desktop, delegate, keys_, toProgram_),
       sign_([&desktop](std::string_view key) { return desktop.userDefaults().string(key); }) {
   requests_.onGo = [this] {
     if (std::exchange(isEchoLate_, false) && held_) return echoCame();

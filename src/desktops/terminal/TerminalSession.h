@@ -30,7 +30,7 @@ namespace tessarok::terminal {
 class TerminalSession final {
  public:
   /// All outlive this object.
-  TerminalSession(TerminalDesktop& desktop, OuterTerminal& outer, Pty& pty);
+  TerminalSession(TerminalDesktop& desktop, AppDelegate& delegate, OuterTerminal& outer, Pty& pty);
   TerminalSession(const TerminalSession&) = delete;
   TerminalSession& operator=(const TerminalSession&) = delete;
   ~TerminalSession();
