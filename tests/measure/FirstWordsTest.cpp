@@ -24,15 +24,15 @@ TEST_P(FirstWordsTest, ComeOutRightFromTheWrongLayoutAndStayInTheRightOne) {
   EXPECT_EQ(typist.type(sentence, SentenceTypist::Layout::right), sentence.text);
 }
 
-INSTANTIATE_TEST_SUITE_P(English, FirstWordsTest,
-                         ::testing::Values(Message{"hi there", Language::english},
-                                           Message{"Hi John", Language::english},
-                                           Message{"hey you there", Language::english},
-                                           Message{"Hey all", Language::english},
-                                           Message{"bro what", Language::english},
-                                           Message{"imo it works", Language::english},
-                                           Message{"lmk when done", Language::english},
-                                           Message{"nvm got it", Language::english}));
+INSTANTIATE_TEST_SUITE_P(
+    English, FirstWordsTest,
+    ::testing::Values(
+        Message{"hi there", Language::english}, Message{"Hi John", Language::english},
+        Message{"hey you there", Language::english}, Message{"Hey all", Language::english},
+        Message{"bro what", Language::english}, Message{"imo it works", Language::english},
+        Message{"lmk when done", Language::english}, Message{"nvm got it", Language::english},
+        Message{"idc anymore", Language::english}, Message{"ppl say so", Language::english},
+        Message{"afair it does", Language::english}, Message{"wfh today", Language::english}));
 
 INSTANTIATE_TEST_SUITE_P(Russian, FirstWordsTest,
                          ::testing::Values(Message{"спс большое", Language::russian},
