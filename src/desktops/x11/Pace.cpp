@@ -52,15 +52,15 @@ void Pace::end() {
   window_ = 0;
 }
 
-void Pace::wait() {
-  if (window_ == 0) return;
+bool Pace::wait() {
+  if (window_ == 0) return false;
   if (!ask()) return giveUp();
   // An application that is busy with a key may look at all that has arrived meanwhile, and answer
   // before it is done. So it is given the time of its slowest answer again, and asked again.
   if (slowest_ > kQuick) {
     std::this_thread::sleep_for(std::min(slowest_, Clock::duration(kLongestPause)));
   }
-  if (!ask()) giveUp();
+  return ask() || giveUp();
 }
 
 bool Pace::ask() {
@@ -151,10 +151,11 @@ bool Pace::readAnswer() {
   return found;
 }
 
-void Pace::giveUp() {
+bool Pace::giveUp() {
   lateTimes_ = window_ == lateWindow_ ? lateTimes_ + 1 : 1;
   lateWindow_ = window_;
   window_ = 0;
+  return false;
 }
 
 }  // namespace tessarok::x11

@@ -22,7 +22,8 @@ class Pace final {
   /// From here to `end` the window that has the focus now is waited for.
   void begin();
   /// Returns when the application has taken the keys that were sent, or when it has had its time.
-  void wait();
+  /// Whether it has said that it took them.
+  bool wait();
   void end();
 
  private:
@@ -38,7 +39,8 @@ class Pace final {
   /// Whether the answer came before the time was over.
   [[nodiscard]] bool awaitAnswer();
   [[nodiscard]] bool readAnswer();
-  void giveUp();
+  /// Says that nobody took anything.
+  bool giveUp();
 
   XConnection& connection_;
   /// Never closed; see `XConnection`.

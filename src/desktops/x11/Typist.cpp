@@ -11,6 +11,11 @@ namespace {
 
 /// Seconds for which an application may still look up what a spare key gives.
 constexpr double kSpareLifetime = 2.0;
+/// Milliseconds between a key's way up and down. With less, and both waiting to be looked at, SDL
+/// takes them for the repetition of a held key, which games and many other programs drop.
+constexpr unsigned long kApart = 2;
+/// What went up longer ago is as far away in the server's time too.
+constexpr std::chrono::milliseconds kRecently{5};
 
 /// Calls `work` for every scalar of a text; broken surrogates are left out.
 template <typename Work>
@@ -43,13 +48,26 @@ Typist::~Typist() {
   connection_.flush();
 }
 
-void Typist::post(std::uint8_t key, bool isDown) {
+void Typist::post(std::uint8_t key, bool isDown, unsigned long delay) {
   if (connection_.isLost()) return;
-  XTestFakeKeyEvent(connection_.display(), key, isDown ? True : False, CurrentTime);
+  // It is the server that waits.
+  XTestFakeKeyEvent(connection_.display(), key, isDown ? True : False, delay);
+  if (!isDown) released_[key] = Clock::now();
   down_[key] = isDown;
 }
 
+unsigned long Typist::delayBefore(std::uint8_t key) const {
+  const auto released = released_[key];
+  const bool isTaken = released <= taken_;
+  return !isTaken && Clock::now() - released < kRecently ? kApart : 0;
+}
+
 void Typist::press(std::uint8_t key) {
+  post(key, true, delayBefore(key));
+}
+
+void Typist::repeat(std::uint8_t key) {
+  release(key);
   post(key, true);
 }
 
@@ -60,7 +78,7 @@ void Typist::release(std::uint8_t key) {
 void Typist::tap(std::uint8_t key) {
   // A key that a finger is still on.
   release(key);
-  post(key, true);
+  press(key);
   post(key, false);
 }
 
@@ -109,7 +127,7 @@ void Typist::type(const std::vector<X11Event>& events) {
   const bool isPaced = std::ranges::any_of(events, erases);
   if (isPaced) {
     pace_.begin();
-    pace_.wait();
+    keepPace();
   }
   for (const auto& event : events) {
     const bool isPress = event.type == platform::EventType::keyDown;
@@ -122,12 +140,16 @@ void Typist::type(const std::vector<X11Event>& events) {
     if (event.modifiers != 0) holdAgain(held);
     layouts_.lockGroup(group);
     if (isPress) tap(event.xKey);
-    if (isPaced && erases(event)) pace_.wait();
+    if (isPaced && erases(event)) keepPace();
   }
   layouts_.lockGroup(group);
   holdAgain(held);
   connection_.flush();
   if (isPaced) pace_.end();
+}
+
+void Typist::keepPace() {
+  if (pace_.wait()) taken_ = Clock::now();
 }
 
 void Typist::typeText(std::u16string_view units, unsigned group) {

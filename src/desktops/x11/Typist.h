@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <bitset>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -28,6 +30,8 @@ class Typist final {
 
   /// A key goes down, by its X key code, and stays so until it is released.
   void press(std::uint8_t key);
+  /// A key that is down goes up and down again, as its keyboard repeats it.
+  void repeat(std::uint8_t key);
   /// A key that is not down is left alone.
   void release(std::uint8_t key);
   [[nodiscard]] bool isDown(std::uint8_t key) const { return down_[key]; }
@@ -39,7 +43,13 @@ class Typist final {
   void type(const std::vector<X11Event>& events);
 
  private:
-  void post(std::uint8_t key, bool isDown);
+  using Clock = std::chrono::steady_clock;
+
+  /// The key goes down or up in so many milliseconds, and whatever comes behind it later.
+  void post(std::uint8_t key, bool isDown, unsigned long delay = 0);
+  /// Milliseconds to leave before a key goes down, so that nobody takes it for a repetition.
+  [[nodiscard]] unsigned long delayBefore(std::uint8_t key) const;
+  void keepPace();
   void tap(std::uint8_t key);
   void typeText(std::u16string_view units, unsigned group);
   void typeCharacter(char32_t character, unsigned group);
@@ -59,6 +69,9 @@ class Typist final {
   platform::RunLoop& runLoop_;
   Pace pace_;
   std::bitset<256> down_;
+  /// When each key went up last, and when the application last said that it had taken every key.
+  std::array<Clock::time_point, 256> released_{};
+  Clock::time_point taken_;
   /// Characters that no layout has, and the spare keys that give them for a while.
   std::map<char32_t, std::uint8_t> spare_;
   /// Tells the last call for clearing from those before.

@@ -201,7 +201,7 @@ bool X11EventTaps::send(X11Event& event) {
 void X11EventTaps::pass(std::uint8_t key) {
   // A key that repeats, or that is down on a second keyboard as well: applications do not count a
   // key as pressed that they have not seen released.
-  parts_.typist.release(key);
+  if (parts_.typist.isDown(key)) return parts_.typist.repeat(key);
   parts_.typist.press(key);
 }
 

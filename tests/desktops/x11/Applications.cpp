@@ -71,9 +71,10 @@ GtkEntry::GtkEntry(XServer& server) : Application(server) {
 }
 
 #ifdef TESSAROK_BUSY_ENTRY
-BusyEntry::BusyEntry(XServer& server, Answers answers) : Application(server) {
+BusyEntry::BusyEntry(XServer& server, Kind kind) : Application(server) {
   std::vector<std::string> command{TESSAROK_BUSY_ENTRY, file().string()};
-  if (answers == Answers::no) command.emplace_back("silent");
+  if (kind == Kind::silent) command.emplace_back("silent");
+  if (kind == Kind::frames) command.emplace_back("frames");
   start(command, "libx11-dev");
 }
 #endif

@@ -56,10 +56,16 @@ class GtkEntry final : public Application {
 /// A window whose program is slow to erase; see `BusyEntryProgram.cpp`.
 class BusyEntry final : public Application {
  public:
-  /// Whether the window answers the pings that it says it answers.
-  enum class Answers { yes, no };
+  enum class Kind {
+    /// It loses keys behind a Backspace.
+    busy,
+    /// It does not answer the pings that it says it answers.
+    silent,
+    /// It looks at its keys once a frame, and drops those that come as a repetition does.
+    frames,
+  };
 
-  BusyEntry(XServer& server, Answers answers);
+  BusyEntry(XServer& server, Kind kind);
 };
 
 }  // namespace tessarok::testing

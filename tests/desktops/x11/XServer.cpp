@@ -173,13 +173,23 @@ void XServer::type(std::string_view text) {
   sync();
 }
 
-void XServer::key(std::uint8_t key, bool isDown) {
+void XServer::typeByHand(std::string_view text) {
+  constexpr unsigned long kApart = 10;
+  for (const char character : text) {
+    const auto code = xkb::hardwareKeys::xKeyOf(strokeOf(character).code);
+    key(code, true, kApart);
+    key(code, false, kApart);
+  }
+  sync();
+}
+
+void XServer::key(std::uint8_t key, bool isDown, unsigned long delay) {
   if (hand_ != nullptr) {
     ++unread_;
     return hand_->key(key, isDown);
   }
   XTestFakeDeviceKeyEvent(display_, static_cast<XDevice*>(device_), key, isDown ? True : False,
-                          nullptr, 0, CurrentTime);
+                          nullptr, 0, delay);
   XFlush(display_);
 }
 

@@ -47,8 +47,10 @@ class XServer {
   /// Presses the keys that give these characters on a US keyboard, as fast as the server takes
   /// them. "\n", "\t" and "\b" are Return, Tab and Backspace.
   void type(std::string_view text);
-  /// One key, by its X key code, as the hardware sends it.
-  void key(std::uint8_t key, bool isDown);
+  /// The same with time between the keys, as little as fingers need. Not with drivers.
+  void typeByHand(std::string_view text);
+  /// One key, by its X key code, as the hardware sends it; in so many milliseconds.
+  void key(std::uint8_t key, bool isDown, unsigned long delay = 0);
   void tap(std::uint8_t key);
   /// A key with another held.
   void tapWith(std::uint8_t held, std::uint8_t key);
