@@ -7,7 +7,7 @@ namespace tessarok::x11 {
 
 /// What the system has counted of a thread since it began.
 struct ThreadTimes {
-  /// Nanoseconds for which it has had a processor.
+  /// Nanoseconds for which it has had a processor; less where it is checked while it runs.
   long long ran = 0;
   /// Nanoseconds for which it could have run and others had the processors.
   long long queued = 0;

@@ -103,7 +103,7 @@ TYPED_TEST(X11Sentences, ComeOutAsOnTheVirtualDesktop) {
   TypeParam window(server);
   const Tessarok program(server);
   server.type(keys);
-  EXPECT_TRUE(window.shows(expected, kPatienceWithSentences));
+  EXPECT_TRUE(window.shows(expected, kPatienceWithSentences)) << program.errors();
   const auto shown = window.text();
   const auto [at, _] = std::mismatch(shown.begin(), shown.end(), expected.begin(), expected.end());
   const auto place = static_cast<std::size_t>(at - shown.begin());
