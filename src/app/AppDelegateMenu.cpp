@@ -105,7 +105,10 @@ std::shared_ptr<Menu> AppDelegate::makePackMenu() {
 
 void AppDelegate::setCorrection(Correction correction) {
   auto& keyTap = KeyTap::shared();
-  keyTap.enabled = correction == Correction::on;
+  const bool isOn = correction == Correction::on;
+  // What is so already costs nobody the word that is being typed.
+  if (keyTap.enabled == isOn) return;
+  keyTap.enabled = isOn;
   keyTap.invalidateInputSourceContext(WordState::ArmedRejection::drop);
   if (enabledItem_) enabledItem_->state = keyTap.enabled;
   updateIcon();

@@ -73,9 +73,9 @@ void Requests::serve(const std::string& request) {
 
 bool Requests::carryOut(std::string_view request) {
   if (request == "on") {
-    setCorrection(AppDelegate::Correction::on);
+    delegate_.setCorrection(AppDelegate::Correction::on);
   } else if (request == "off") {
-    setCorrection(AppDelegate::Correction::off);
+    delegate_.setCorrection(AppDelegate::Correction::off);
   } else if (request == "layout") {
     keys_.toggleLayout();
   } else if (request == "pause") {
@@ -84,12 +84,6 @@ bool Requests::carryOut(std::string_view request) {
     return request == "status";
   }
   return true;
-}
-
-void Requests::setCorrection(AppDelegate::Correction correction) {
-  // Set once more it would forget the word that is being typed.
-  const bool isOn = delegate_.status().enabled;
-  if (isOn != (correction == AppDelegate::Correction::on)) delegate_.setCorrection(correction);
 }
 
 std::string Requests::wait() {

@@ -43,7 +43,6 @@ class Requests final {
   };
 
   [[nodiscard]] bool carryOut(std::string_view request);
-  void setCorrection(AppDelegate::Correction correction);
   [[nodiscard]] std::string wait();
   void go(std::string_view numberAndBytes);
   void giveBack(const Answered& answered, std::string_view digits);
