@@ -4,9 +4,10 @@
 // and make one of them fail.
 //
 //   TESSAROK_FAULT=write:3:28             the third write fails with error number 28
-//   TESSAROK_FAULT=write:3:28:worker      the same in the process that the program has forked
+//   TESSAROK_FAULT=write:3:28:worker      the same in the first process that the program has forked
+//   TESSAROK_FAULT=write:3:28:releaser    in the second, and releaser2 in the third
 //   TESSAROK_FAULT_COUNTS=FILE            at the end, how often each was called goes into FILE, for
-//                                         the process that was forked into FILE.worker
+//                                         the worker into FILE.worker
 //
 // Both are taken out of the environment, as is LD_PRELOAD: programs that the program starts run
 // undisturbed.
@@ -77,9 +78,9 @@ class Task final {
 
 inline const Task task;
 
-/// To be called in the process that was forked.
-inline void becomeWorker() {
-  process = "worker";
+/// To be called in a process that was forked.
+inline void become(const char* name) {
+  process = name;
   for (auto& counter : counters)
     counter.count = 0;
 }

@@ -35,6 +35,19 @@ constexpr int kStartPatience = 30;
   throw std::system_error(errno, std::generic_category(), call);
 }
 
+/// Whether the work was done. Xlib may end the process, or crash, where the server goes in the
+/// middle of a question.
+template <typename Work>
+bool inProcessOfItsOwn(const Work& work) {
+  const pid_t process = ::fork();
+  if (process < 0) return work();
+  if (process == 0) ::_exit(work() ? EXIT_SUCCESS : EXIT_FAILURE);
+  int status = 0;
+  while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
+  }
+  return status == 0;
+}
+
 /// Not through a stream: what is on it is not for this process to flush.
 void say(const std::string& message) {
   const auto line = "Tessarok: " + message + "\n";
@@ -140,18 +153,32 @@ void Watchdog::readLine() {
 
 void Watchdog::hold() {
   isHeld_ = true;
-  // Opened in good time: when it is needed, time is short. Should the server go in the middle of
-  // this, Xlib ends the process, and there is nothing left to watch over.
-  if (display_ != nullptr) return;
+  if (std::exchange(wasHeld_, true)) return;
+  // In good time: when it is needed, time is short.
+  connect();
+  // As Xlib does itself should the server go a moment earlier: without this process the worker lets
+  // the keyboards go.
+  if (display_ != nullptr && !isConnected()) std::exit(EXIT_FAILURE);
+}
+
+void Watchdog::connect() {
+  isConnectionLost_ = false;
   display_ = XOpenDisplay(nullptr);
   if (display_ == nullptr) return;
   // The server may go first, and devices at any time; neither is to end this process.
   XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
   XSetIOErrorHandler([](Display*) { return 0; });
   XSetIOErrorExitHandler(
-      display_, [](Display*, void* isLost) { *static_cast<bool*>(isLost) = true; }, &isServerLost_);
+      display_, [](Display*, void* isLost) { *static_cast<bool*>(isLost) = true; },
+      &isConnectionLost_);
   // Another program that holds the server is not to look like a server that does not answer.
   XTestGrabControl(display_, True);
+}
+
+bool Watchdog::isConnected() {
+  // What the library answers when its server has gone is nothing to go by, and ends the process.
+  if (display_ != nullptr && !isConnectionLost_) XSync(display_, False);
+  return display_ != nullptr && !isConnectionLost_;
 }
 
 bool Watchdog::isAlarmRinging() const {
@@ -199,11 +226,18 @@ void Watchdog::reportEnd() const {
 }
 
 void Watchdog::releaseKeys() {
-  // Never held, so there is nothing to release.
-  if (display_ == nullptr) return;
-  // What the library answers when its server has gone is nothing to go by, and ends the process.
-  XSync(display_, False);
-  if (!isServerLost_) releaseSyntheticKeys(display_);
+  if (!wasHeld_) return;
+  const auto release = [this] {
+    if (!isConnected()) return false;
+    releaseSyntheticKeys(display_);
+    return !isConnectionLost_;
+  };
+  if (inProcessOfItsOwn(release)) return;
+  // A connection may be lost that the server outlives.
+  static_cast<void>(inProcessOfItsOwn([&] {
+    connect();
+    return release();
+  }));
 }
 
 }  // namespace tessarok::x11

@@ -60,6 +60,8 @@ class Watchdog final {
   void workerStopped(int signal);
   void readLine();
   void hold();
+  void connect();
+  [[nodiscard]] bool isConnected();
   void suspect();
   [[nodiscard]] bool isAlarmRinging() const;
   void endWorker();
@@ -77,11 +79,14 @@ class Watchdog final {
   pid_t worker_ = -1;
   /// What waitpid said of the worker's end.
   int end_ = 0;
-  /// For the release of keys only; null while none were held. Never closed; see `XConnection`.
+  /// For the release of keys only; null while none were held, and where the server let nobody in.
+  /// Never closed; see `XConnection`.
   _XDisplay* display_ = nullptr;
-  bool isServerLost_ = false;
+  bool isConnectionLost_ = false;
   bool isStarted_ = false;
   bool isHeld_ = false;
+  /// At some time; keys may be down that nobody would release.
+  bool wasHeld_ = false;
   bool wasEnded_ = false;
   ServerQuestion question_;
   /// While the alarm rings.

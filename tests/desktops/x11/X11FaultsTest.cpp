@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <map>
@@ -13,6 +14,7 @@
 #include <vector>
 
 #include "tests/desktops/x11/FaultTest.h"
+#include "tests/desktops/x11/KeyCodes.h"
 #include "tests/desktops/x11/Patience.h"
 
 namespace tessarok::testing {
@@ -21,6 +23,12 @@ namespace {
 /// After these nothing has happened yet, and the caller tries again.
 bool isHarmless(int error) {
   return error == EINTR || error == EAGAIN;
+}
+
+/// Characters of UTF-8.
+std::ptrdiff_t lengthOf(const std::string& text) {
+  return std::ranges::count_if(
+      text, [](char unit) { return (static_cast<unsigned char>(unit) & 0xC0u) != 0x80; });
 }
 
 class X11Faults : public FaultTest {
@@ -132,6 +140,40 @@ TEST_F(X11Faults, AKeyboardThatTheServerRefusesIsAskedForAgain) {
   EXPECT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
   server_.type("ghbdtn ");
   EXPECT_TRUE(window_.shows("привет ")) << window_.text();
+}
+
+// The watchdog's own connection may be lost long before it is needed, or just then.
+TEST_F(X11Faults, AKilledWorkerLeavesNoKeyDownWhereverTheWatchdogsConnectionIsLost) {
+  const int step = std::getenv("TESSAROK_ALL_FAULTS") == nullptr ? 5 : 1;
+  constexpr int kMoreThanItMakes = 40;
+  int releases = 0;
+  for (const char* process : {"", "releaser"}) {
+    for (int number = 1; number < kMoreThanItMakes; number += step) {
+      const Failure failure{process, "recvmsg", number, ECONNRESET};
+      Tessarok program(server_, {.settings = {},
+                                 .home = {},
+                                 .environment = {{"LD_PRELOAD", TESSAROK_X11_FAULTS},
+                                                 {"TESSAROK_FAULT", failure.text()}}});
+      ASSERT_TRUE(waitUntil([&] { return isReadyOrOver(program); })) << failure.text();
+      const auto before = window_.text();
+      server_.lockGroup(0);
+      server_.type("vbh ");
+      server_.key(kA, true);
+      EXPECT_TRUE(waitUntil([&] { return lengthOf(window_.text()) == lengthOf(before) + 5; }))
+          << failure.text() << window_.text();
+      program.sendToWorker(SIGKILL);
+      const int status = program.exitStatus();
+      // While it connects it ends, and the worker lets go: A is down on the person's own keyboard.
+      const bool isReleased =
+          status == EXIT_FAILURE || waitUntil([this] { return server_.keysDown().empty(); });
+      EXPECT_TRUE(isReleased) << failure.text() << program.errors();
+      server_.key(kA, false);
+      if (status == EXIT_FAILURE) continue;
+      EXPECT_EQ(status, 128 + SIGKILL) << failure.text() << program.errors();
+      ++releases;
+    }
+  }
+  EXPECT_GT(releases, kMoreThanItMakes / step);
 }
 
 }  // namespace
