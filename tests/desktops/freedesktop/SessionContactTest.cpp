@@ -5,15 +5,18 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "app/AppDelegate.h"
 #include "desktops/freedesktop/SessionContact.h"
+#include "desktops/layouts/KeyTable.h"
 #include "platform/SerialQueue.h"
 #include "tests/desktops/freedesktop/BusDesktop.h"
 #include "tests/desktops/freedesktop/Notifications.h"
 #include "tests/desktops/freedesktop/PrivateBus.h"
 #include "tests/desktops/freedesktop/StatusHost.h"
 #include "tests/support/TestFiles.h"
+#include "typing/KeyCodes.h"
 #include "typing/KeyTap.h"
 #include "words/IgnoreList.h"
 
@@ -23,6 +26,7 @@ namespace {
 using freedesktop::BusSlot;
 using freedesktop::RemoteControl;
 using freedesktop::SessionContact;
+using layouts::KeyTable;
 
 class Contact : public ::testing::Test {
  protected:
@@ -100,6 +104,18 @@ class Contact : public ::testing::Test {
     EXPECT_NE(value, -1);
     return value == 1;
   }
+  /// In the English layout.
+  void type(std::string_view keys) {
+    for (const char key : keys) {
+      const auto stroke = key == ' ' ? KeyTable::Stroke{keyCodes::space, false}
+                                     : KeyTable::english().strokeFor(key).value();
+      desktop_.base().stroke(stroke);
+      desktop_.base().wait(kBetweenKeys);
+    }
+  }
+
+  /// Seconds.
+  static constexpr double kBetweenKeys = 0.1;
   virtualdesktop::TemporaryDirectory folder_;
   std::filesystem::path program_ = folder_.path() / "tessarok";
   PrivateBus bus_;
@@ -170,6 +186,22 @@ TEST_F(Contact, IsSwitchedOffAndOn) {
   ASSERT_TRUE(call("On"));
   EXPECT_TRUE(KeyTap::shared().enabled);
   EXPECT_EQ(property("Correction"), "on");
+}
+
+// A script of the session may say so at any time.
+TEST_F(Contact, SwitchedOnWhereItIsOnItKeepsTheWordThatIsBeingTyped) {
+  type("ghb");
+  ASSERT_TRUE(call("On"));
+  type("dtn ");
+  EXPECT_EQ(desktop_.base().textField().text(), "привет ");
+}
+
+TEST_F(Contact, SwitchedOffAndOnItLeavesTheWordAlone) {
+  type("ghb");
+  ASSERT_TRUE(call("Off"));
+  ASSERT_TRUE(call("On"));
+  type("dtn ");
+  EXPECT_EQ(desktop_.base().textField().text(), "ghbdtn ");
 }
 
 TEST_F(Contact, TheMenuShowsWhatWasSwitched) {
