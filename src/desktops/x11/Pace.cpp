@@ -54,13 +54,19 @@ void Pace::end() {
 
 bool Pace::wait() {
   if (window_ == 0) return false;
-  if (!ask()) return giveUp();
+  const bool hasTaken = askUntilTaken();
+  if (!hasTaken) giveUp();
+  return hasTaken;
+}
+
+bool Pace::askUntilTaken() {
+  if (!ask()) return false;
   // An application that is busy with a key may look at all that has arrived meanwhile, and answer
   // before it is done. So it is given the time of its slowest answer again, and asked again.
   if (slowest_ > kQuick) {
     std::this_thread::sleep_for(std::min(slowest_, Clock::duration(kLongestPause)));
   }
-  return ask() || giveUp();
+  return ask();
 }
 
 bool Pace::ask() {
@@ -151,11 +157,10 @@ bool Pace::readAnswer() {
   return found;
 }
 
-bool Pace::giveUp() {
+void Pace::giveUp() {
   lateTimes_ = window_ == lateWindow_ ? lateTimes_ + 1 : 1;
   lateWindow_ = window_;
   window_ = 0;
-  return false;
 }
 
 }  // namespace tessarok::x11

@@ -33,14 +33,16 @@ class Pace final {
   bool openListener();
   [[nodiscard]] unsigned long windowInFocus() const;
   [[nodiscard]] bool answersPings(unsigned long window) const;
+  /// Whether the window has said that it took every key, and said so in time.
+  [[nodiscard]] bool askUntilTaken();
   /// Whether the window answered a ping in time.
   [[nodiscard]] bool ask();
   void ping();
   /// Whether the answer came before the time was over.
   [[nodiscard]] bool awaitAnswer();
   [[nodiscard]] bool readAnswer();
-  /// Says that nobody took anything.
-  bool giveUp();
+  /// Nobody took anything; the window is not waited for any more.
+  void giveUp();
 
   XConnection& connection_;
   /// Never closed; see `XConnection`.
