@@ -214,10 +214,13 @@ TEST_F(TypingIntoBash, WhoReadsTheAnswerGivesBackWhatWasTypedAndNothingElse) {
   EXPECT_TRUE(user_.sees("ready> ")) << user_.screen();
 }
 
+// What asked leaves the terminal as a line editor wants it, so that nothing depends on who is
+// first, the editor or the Return.
 TEST_F(TypingIntoBash, AReturnThatWasReadAsALineFeedComesBackAsAReturn) {
   user_.type(
       "bind -x '\"\\C-j\": echo line\"\"feed'; go() { printf '\\033]7717;status;wait\\a'; "
-      "IFS= read -rsd \\\\ a; a=${a##*;}; printf '\\033]7717;go;%s;0a\\a' \"${a%?}\"; }\r");
+      "IFS= read -rsd \\\\ a; a=${a##*;}; stty -icrnl; printf '\\033]7717;go;%s;0a\\a' "
+      "\"${a%?}\"; }\r");
   ASSERT_TRUE(user_.sees("ready> ")) << user_.screen();
   user_.type("PS1='again> '; go\r");
   // The prompt of the line that the Return has ended, and of the next one.
