@@ -102,6 +102,14 @@ void Keyboards::watch(int device) {
   keys.set(XI_RawKeyPress);
   auto mask = keys.forDevice(device);
   XISelectEvents(connection_.display(), connection_.root(), &mask, 1);
+  XkbSelectEvents(connection_.display(), static_cast<unsigned>(device), XkbMapNotifyMask,
+                  XkbMapNotifyMask);
+}
+
+bool Keyboards::isHeld(int device) const {
+  return std::any_of(keyboards_.begin(), keyboards_.end(), [device](const Keyboard& keyboard) {
+    return keyboard.device == device && keyboard.isHeld;
+  });
 }
 
 bool Keyboards::hold(Keyboard& keyboard) {
@@ -228,6 +236,7 @@ void Keyboards::copyKeymap() {
   XkbGetCompatMap(display, XkbAllCompatMask, keymap);
   XkbGetNames(display, XkbAllNamesMask, keymap);
   XkbGetIndicatorMap(display, XkbAllIndicatorsMask, keymap);
+  const auto first = XNextRequest(display);
   for (const auto& keyboard : keyboards_) {
     if (!keyboard.isHeld) continue;
     keymap->device_spec = static_cast<unsigned short>(keyboard.device);
@@ -236,8 +245,48 @@ void Keyboards::copyKeymap() {
     XkbSetNames(display, XkbAllNamesMask, 0, keymap->map->num_types, keymap);
     XkbSetIndicatorMap(display, XkbAllIndicatorsMask, keymap);
   }
+  endCopy(first);
   XkbFreeKeyboard(keymap, XkbAllComponentsMask, True);
   connection_.flush();
+}
+
+void Keyboards::endCopy(unsigned long first) {
+  copies_.push_back({first, XNextRequest(connection_.display()) - 1});
+  // What others change from now on is told with a later number than that of the copy.
+  XNoOp(connection_.display());
+}
+
+bool Keyboards::isCopy(unsigned long serial) {
+  std::erase_if(copies_, [serial](const Copy& copy) { return copy.last < serial; });
+  return std::any_of(copies_.begin(), copies_.end(),
+                     [serial](const Copy& copy) { return copy.first <= serial; });
+}
+
+bool Keyboards::adoptKeys(const XEvent& event) {
+  const auto& change = reinterpret_cast<const XkbEvent&>(event).map;
+  if (change.xkb_type != XkbMapNotify || (change.changed & XkbKeySymsMask) == 0) return false;
+  if (change.num_key_syms < 1 || isCopy(change.serial)) return false;
+  if (!isHeld(change.device) || connection_.isLost()) return false;
+  auto* display = connection_.display();
+  auto* keymap = XkbGetMap(display, XkbAllMapComponentsMask, static_cast<unsigned>(change.device));
+  if (keymap == nullptr) return false;
+  XkbMapChangesRec keys{};
+  keys.changed = XkbKeySymsMask;
+  keys.first_key_sym = static_cast<KeyCode>(change.first_key_sym);
+  keys.num_key_syms = static_cast<unsigned char>(change.num_key_syms);
+  const auto give = [&](unsigned short device) {
+    keymap->device_spec = device;
+    XkbChangeMap(display, keymap, &keys);
+  };
+  const auto first = XNextRequest(display);
+  give(XkbUseCoreKbd);
+  for (const auto& keyboard : keyboards_) {
+    const bool isOther = keyboard.isHeld && keyboard.device != change.device;
+    if (isOther) give(static_cast<unsigned short>(keyboard.device));
+  }
+  endCopy(first);
+  XkbFreeKeyboard(keymap, XkbAllComponentsMask, True);
+  return true;
 }
 
 void Keyboards::silenceSyntheticRepeats() {

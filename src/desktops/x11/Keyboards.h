@@ -9,6 +9,8 @@
 #include "desktops/x11/XConnection.h"
 #include "platform/Failure.h"
 
+union _XEvent;
+
 namespace tessarok::x11 {
 
 /// The keyboards of the machine, which are held as long as there is a tap: their keys then come to
@@ -40,6 +42,10 @@ class Keyboards final {
   platform::Failure update(const KeyboardChanges& changes);
   /// Gives the held keyboards the server's keymap.
   void copyKeymap();
+  /// Another program has changed what keys of a held keyboard give, as servers of remote desktops
+  /// do for a character that no key has: the synthetic keys are to give it too. An event of XKB;
+  /// false when there is nothing to do.
+  bool adoptKeys(const _XEvent& event);
   /// Repetitions come from the keyboards themselves, so synthetic keys must not repeat as well.
   void silenceSyntheticRepeats();
 
@@ -64,18 +70,29 @@ class Keyboards final {
     unsigned long heldBy = 0;
   };
 
+  /// The serial numbers of the requests that gave held keyboards a keymap.
+  struct Copy {
+    unsigned long first = 0;
+    unsigned long last = 0;
+  };
+
   [[nodiscard]] std::vector<int> present();
   void findKeyboards(const KeyboardChanges& changes = {});
+  [[nodiscard]] bool isHeld(int device) const;
   [[nodiscard]] bool isIdle(const Keyboard& keyboard) const;
   [[nodiscard]] bool hold(Keyboard& keyboard);
   void free(const Keyboard& keyboard);
   void watch(int device);
+  void endCopy(unsigned long first);
+  [[nodiscard]] bool isCopy(unsigned long serial);
   void restoreSyntheticRepeats();
   [[nodiscard]] std::string nameOf(int device);
 
   XConnection& connection_;
   std::vector<Keyboard> keyboards_;
   bool isHolding_ = false;
+  /// What is still to be told of changes that this object makes itself.
+  std::vector<Copy> copies_;
   /// The keyboard of synthetic keys; 0 when there is none.
   int synthetic_ = 0;
 };

@@ -195,7 +195,7 @@ void X11Desktop::serve() {
 }
 
 void X11Desktop::dispatch(XEvent& event) {
-  if (event.type == connection_->xkbEvent()) return layouts_.handleXkb(event);
+  if (event.type == connection_->xkbEvent()) return dispatchXkb(event);
   switch (event.type) {
     case GenericEvent:
       return dispatchInput(event);
@@ -213,6 +213,15 @@ void X11Desktop::dispatch(XEvent& event) {
     default:
       return;
   }
+}
+
+void X11Desktop::dispatchXkb(const XEvent& event) {
+  const auto device = static_cast<int>(reinterpret_cast<const XkbEvent&>(event).any.device);
+  if (!keyboards_.contains(device)) return layouts_.handleXkb(event);
+  if (!keyboards_.adoptKeys(event)) return;
+  layouts_.markKeymapStale();
+  // The keyboard has it already. A copy in a moment would take away what it gets until then.
+  copiedKeymap_ = layouts_.keymap().source();
 }
 
 void X11Desktop::dispatchInput(XEvent& event) {

@@ -82,6 +82,7 @@ class X11Desktop final : public platform::Desktop {
   [[nodiscard]] bool hasEvents() const;
   void serve();
   void dispatch(_XEvent& event);
+  void dispatchXkb(const _XEvent& event);
   void dispatchInput(_XEvent& event);
   void keymapChanged();
   void copyKeymap();

@@ -190,6 +190,47 @@ TEST(X11Layouts, TheKeyboardKeepsANewKeymapWhenTheProgramEnds) {
   EXPECT_TRUE(window.shows("aa")) << window.text();
 }
 
+TEST(X11Layouts, AKeyThatAKeyboardGetsWhileItIsHeldGivesItsCharacter) {
+  // Servers of remote desktops have no other way for a character that no key of theirs gives.
+  XServer server("us,ru");
+  GtkEntry window(server);
+  Tessarok program(server);
+  std::uint8_t key = 248;
+  for (const char32_t character : U"привет") {
+    if (character == 0) break;
+    server.bindKeyOfTheKeyboard(key, character);
+    server.tap(key--);
+  }
+  server.type(" ");
+  EXPECT_TRUE(window.shows("привет ")) << window.text();
+  // They stay, and so does what the other keys give.
+  server.tap(248);
+  server.type(" vbh hello ");
+  EXPECT_TRUE(window.shows("привет п мир hello ")) << window.text();
+  program.send(15);
+  EXPECT_EQ(program.exitStatus(), 0) << program.errors();
+  server.tap(247);
+  EXPECT_TRUE(window.shows("привет п мир hello р")) << window.text();
+}
+
+TEST(X11Layouts, AKeyThatAKeyboardGetsAgainAndAgainGivesWhatItGaveThen) {
+  XServer server("us,ru");
+  GtkEntry window(server);
+  const Tessarok program(server);
+  std::string expected;
+  for (int i = 0; i < 5; ++i) {
+    server.bindKeyOfTheKeyboard(248, i % 2 == 0 ? U'ы' : U'€');
+    server.tap(248);
+    expected += i % 2 == 0 ? "ы" : "€";
+    EXPECT_TRUE(window.shows(expected)) << window.text();
+  }
+  // A new keymap of the display counts as before.
+  server.setLayouts("fr");
+  server.type("q");
+  EXPECT_TRUE(window.shows(expected + "a")) << window.text();
+  EXPECT_TRUE(waitUntil([&] { return server.symbolOnTheKeyboard(24) == 'a'; }));
+}
+
 TEST(X11Layouts, TheRubleSignIsTypedWithAltGr) {
   // A sign on the third level of the Russian layout ends a word that is fixed to English.
   XServer server("us,ru", "lv3:ralt_switch");

@@ -314,6 +314,21 @@ void XServer::bindKey(std::uint8_t code, char32_t character) {
   sync();
 }
 
+void XServer::bindKeyOfTheKeyboard(std::uint8_t code, char32_t character) {
+  auto* keymap = XkbGetMap(display_, XkbAllMapComponentsMask, static_cast<unsigned>(keyboard_));
+  if (keymap == nullptr) throw std::runtime_error("the keyboard has no keymap");
+  int type = XkbOneLevelIndex;
+  XkbMapChangesRec changes{};
+  XkbChangeTypesOfKey(keymap, code, 1, XkbGroup1Mask, &type, &changes);
+  *XkbKeySymsPtr(keymap, code) = 0x01000000u | character;
+  changes.changed |= XkbKeySymsMask;
+  changes.first_key_sym = code;
+  changes.num_key_syms = 1;
+  XkbChangeMap(display_, keymap, &changes);
+  XkbFreeKeyboard(keymap, XkbAllComponentsMask, True);
+  sync();
+}
+
 void XServer::pause() {
   server_->send(SIGSTOP);
 }

@@ -77,6 +77,8 @@ class XServer {
   [[nodiscard]] unsigned long symbolOnTheKeyboard(std::uint8_t key);
   /// Makes a key give a character in every layout.
   void bindKey(std::uint8_t key, char32_t character);
+  /// The same in the keymap of the keyboard itself, whoever holds it.
+  void bindKeyOfTheKeyboard(std::uint8_t key, char32_t character);
   /// Ends the server.
   void stop();
   /// The server takes what it is sent, and answers nothing until it resumes.
