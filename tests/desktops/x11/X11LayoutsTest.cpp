@@ -231,6 +231,26 @@ TEST(X11Layouts, AKeyThatAKeyboardGetsAgainAndAgainGivesWhatItGaveThen) {
   EXPECT_TRUE(waitUntil([&] { return server.symbolOnTheKeyboard(24) == 'a'; }));
 }
 
+TEST(X11Layouts, OfKeymapsOneBehindTheOtherTheLastCounts) {
+  // What the keyboards are told of the one before must not come back from them.
+  XServer server("us,ru");
+  GtkEntry window(server);
+  const Tessarok program(server);
+  std::string expected;
+  for (int i = 0; i < 8; ++i) {
+    server.setLayouts("fr");
+    server.setLayouts(i % 2 == 0 ? "de" : "us");
+    server.type("y");
+    expected += i % 2 == 0 ? "z" : "y";
+    EXPECT_TRUE(window.shows(expected)) << window.text();
+    const unsigned long last = static_cast<unsigned char>(expected.back());
+    EXPECT_TRUE(waitUntil([&] { return server.symbolOnTheKeyboard(29) == last; })) << i;
+    server.type("y");
+    expected += expected.back();
+    EXPECT_TRUE(window.shows(expected)) << window.text();
+  }
+}
+
 TEST(X11Layouts, TheRubleSignIsTypedWithAltGr) {
   // A sign on the third level of the Russian layout ends a word that is fixed to English.
   XServer server("us,ru", "lv3:ralt_switch");
