@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <linux/input-event-codes.h>
 #include <string_view>
+#include <utility>
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon-x11.h>
 #include <xkbcommon/xkbcommon.h>
@@ -124,14 +126,27 @@ std::string Keymap::source() const {
   return source;
 }
 
+unsigned Keymap::layoutsOfLetters() const {
+  constexpr std::pair<unsigned, unsigned> kRows[] = {
+      {KEY_Q, KEY_P}, {KEY_A, KEY_L}, {KEY_Z, KEY_M}};
+  unsigned fewest = xkb_keymap_num_layouts(keymap_);
+  for (const auto& [first, last] : kRows) {
+    for (unsigned key = first; key <= last; ++key) {
+      fewest = std::min(fewest,
+                        xkb_keymap_num_layouts_for_key(keymap_, key + xkb::hardwareKeys::kXOffset));
+    }
+  }
+  return fewest;
+}
+
 void Keymap::nameGroups(XConnection& connection) {
   const auto layouts =
       xkb::layoutNames::fromRules(rulesNames(connection.display(), connection.root()));
   const unsigned count = xkb_keymap_num_layouts(keymap_);
   // A keymap that was not made from rules leaves those of the last one behind.
-  const bool fits = layouts.size() == count;
+  const bool fits = layoutsOfLetters() <= layouts.size() && layouts.size() <= count;
   for (unsigned group = 0; group < count; ++group) {
-    if (fits) {
+    if (fits && group < layouts.size()) {
       identifiers_.emplace_back(xkb::layoutNames::identifierOf(layouts[group]));
       names_.push_back(xkb::layoutNames::nameOf(layouts[group]));
       continue;

@@ -44,7 +44,7 @@ class Keymap final {
     return *identifiers_.at(group);
   }
   /// As the person chose it, such as "us"; as the keymap names it where it was not made by
-  /// choosing.
+  /// choosing. Empty for a group that no layout made.
   [[nodiscard]] const std::string& name(unsigned group) const { return names_.at(group); }
   [[nodiscard]] const std::optional<std::string>& optionalIdentifier(unsigned group) const;
   [[nodiscard]] platform::PhysicalLayoutType physicalLayout() const { return physicalLayout_; }
@@ -80,6 +80,9 @@ class Keymap final {
 
   explicit Keymap(xkb_keymap* keymap);
   void nameGroups(XConnection& connection);
+  /// How many groups every letter key has. A program that changes single keys, or tells keys one by
+  /// one as servers of remote desktops do, makes groups of a sign or two beyond those.
+  [[nodiscard]] unsigned layoutsOfLetters() const;
   void findModifierKeys();
   void findSpareKeys();
   void sign();

@@ -51,6 +51,7 @@ std::vector<std::shared_ptr<platform::InputSourceHandle>> Layouts::enabledLayout
   static_cast<void>(keymap());
   std::vector<std::shared_ptr<platform::InputSourceHandle>> handles;
   for (unsigned group = 0; group < keymap_->groups(); ++group) {
+    if (keymap_->name(group).empty()) continue;
     handles.push_back(std::make_shared<Handle>(keymap_, group));
   }
   return handles;

@@ -231,6 +231,33 @@ TEST(X11Layouts, AKeyThatAKeyboardGetsAgainAndAgainGivesWhatItGaveThen) {
   EXPECT_TRUE(waitUntil([&] { return server.symbolOnTheKeyboard(24) == 'a'; }));
 }
 
+TEST(X11Layouts, LayoutsAreKnownWhereTheServerToldKeysOneByOne) {
+  // The ruble on the 8 then is a group of its own, and none but the first has a name.
+  XServer server("us");
+  server.setKeysOfLayouts("us,ru");
+  GtkEntry window(server);
+  const Tessarok program(server);
+  server.type("ghbdtn ");
+  EXPECT_TRUE(window.shows("привет ")) << window.text() << program.errors();
+  server.type("hello ");
+  EXPECT_TRUE(window.shows("привет hello ")) << window.text() << program.errors();
+  // Again, in another order, while the keyboards are held: somebody connected anew.
+  server.setKeysOfLayouts("ru,us");
+  server.lockGroup(0);
+  server.type("hello ");
+  EXPECT_TRUE(window.shows("привет hello hello ")) << window.text() << program.errors();
+  EXPECT_EQ(server.group(), 1u);
+}
+
+TEST(X11Layouts, NamesThatAnotherKeymapLeftBehindDoNotCount) {
+  XServer server("us,ru");
+  server.setNamesOfLayouts("fr");
+  GtkEntry window(server);
+  const Tessarok program(server);
+  server.type("ghbdtn ");
+  EXPECT_TRUE(window.shows("привет ")) << window.text() << program.errors();
+}
+
 TEST(X11Layouts, OfKeymapsOneBehindTheOtherTheLastCounts) {
   // What the keyboards are told of the one before must not come back from them.
   XServer server("us,ru");

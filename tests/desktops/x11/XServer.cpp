@@ -314,6 +314,27 @@ void XServer::bindKey(std::uint8_t code, char32_t character) {
   sync();
 }
 
+void XServer::setKeysOfLayouts(const std::string& layouts) {
+  constexpr KeyCode kFirst = 8;
+  constexpr int kKeys = 248;
+  XServer other(layouts);
+  int width = 0;
+  KeySym* symbols = XGetKeyboardMapping(other.display_, kFirst, kKeys, &width);
+  XChangeKeyboardMapping(display_, kFirst, width, symbols, kKeys);
+  XFree(symbols);
+  setNamesOfLayouts(layouts);
+}
+
+void XServer::setNamesOfLayouts(const std::string& layouts) {
+  const Atom property = XInternAtom(display_, "_XKB_RULES_NAMES", False);
+  const auto names = "evdev" + std::string(1, '\0') + "pc105" + std::string(1, '\0') + layouts +
+                     std::string(3, '\0');
+  XChangeProperty(display_, DefaultRootWindow(display_), property, XA_STRING, 8, PropModeReplace,
+                  reinterpret_cast<const unsigned char*>(names.data()),
+                  static_cast<int>(names.size()));
+  sync();
+}
+
 void XServer::bindKeyOfTheKeyboard(std::uint8_t code, char32_t character) {
   auto* keymap = XkbGetMap(display_, XkbAllMapComponentsMask, static_cast<unsigned>(keyboard_));
   if (keymap == nullptr) throw std::runtime_error("the keyboard has no keymap");

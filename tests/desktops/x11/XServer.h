@@ -79,6 +79,11 @@ class XServer {
   void bindKey(std::uint8_t key, char32_t character);
   /// The same in the keymap of the keyboard itself, whoever holds it.
   void bindKeyOfTheKeyboard(std::uint8_t key, char32_t character);
+  /// Says that the layouts were chosen by these names, whatever the keys give.
+  void setNamesOfLayouts(const std::string& layouts);
+  /// Tells the keys of these layouts one by one, and the names that they were chosen by, as servers
+  /// of remote desktops do: of what else there is in a keymap, that of the last layouts stays.
+  void setKeysOfLayouts(const std::string& layouts);
   /// Ends the server.
   void stop();
   /// The server takes what it is sent, and answers nothing until it resumes.
