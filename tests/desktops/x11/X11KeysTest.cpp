@@ -52,11 +52,12 @@ TEST(X11Keys, AHeldBackspaceShortensTheWordForTheProgramToo) {
   server.sync();
   server.type("q");
   EXPECT_TRUE(waitUntil([&] { return window.text().ends_with("q"); }));
-  while (window.text().size() > 6) {
+  // On a busy machine nothing may be left but the last letter.
+  do {
     const auto shorter = window.text().substr(0, window.text().size() - 1);
     server.type("\b");
     ASSERT_TRUE(window.shows(shorter)) << window.text();
-  }
+  } while (window.text().size() > 6);
   server.type(std::string_view("ghbdtn ").substr(window.text().size()));
   EXPECT_TRUE(window.shows("привет ")) << window.text();
 }
