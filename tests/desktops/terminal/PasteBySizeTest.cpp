@@ -22,7 +22,7 @@ class PastesBySize : public ::testing::Test {
 };
 
 TEST_F(PastesBySize, WhatAPersonTypesIsNotPasted) {
-  for (const std::size_t count : {1, 2, 20, 63})
+  for (const std::size_t count : {1u, 2u, 20u, 63u})
     EXPECT_FALSE(comes(count, 0.01)) << count;
 }
 
