@@ -52,7 +52,9 @@ class X11SlowStorage : public ::testing::Test {
     EXPECT_TRUE(waitUntil([&] {
       const auto text = window_.text();
       return text.size() > before.size() && text.ends_with('\n');
-    })) << before;
+    })) << window_.text()
+        << "\nbefore:\n"
+        << before;
     return window_.text().substr(before.size());
   }
 
