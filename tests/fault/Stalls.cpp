@@ -114,14 +114,14 @@ STALLING(DIR*, opendir, (const char* path), (path))
 STALLING_PREAD(pread)
 STALLING_PREAD(pread64)
 
-#define STALLING_PREADV2(name)                                                               \
-  extern "C" ssize_t name(int file, const iovec* parts, int count, off_t place, int flags) { \
-    if (isLost(file)) {                                                                      \
-      errno = EAGAIN;                                                                        \
-      return -1;                                                                             \
-    }                                                                                        \
-    static auto* real = next<ssize_t(int, const iovec*, int, off_t, int)>(#name);            \
-    return real(file, parts, count, place, flags);                                           \
+#define STALLING_PREADV2(name)                                                                \
+  extern "C" ssize_t name(int file, const iovec* parts, int number, off_t place, int flags) { \
+    if (isLost(file)) {                                                                       \
+      errno = EAGAIN;                                                                         \
+      return -1;                                                                              \
+    }                                                                                         \
+    static auto* real = next<ssize_t(int, const iovec*, int, off_t, int)>(#name);             \
+    return real(file, parts, number, place, flags);                                           \
   }
 
 STALLING_PREADV2(preadv2)

@@ -107,8 +107,9 @@ class Contact : public ::testing::Test {
   /// In the English layout.
   void type(std::string_view keys) {
     for (const char key : keys) {
-      const auto stroke = key == ' ' ? KeyTable::Stroke{keyCodes::space, false}
-                                     : KeyTable::english().strokeFor(key).value();
+      const auto stroke = key == ' '
+                              ? KeyTable::Stroke{keyCodes::space, false}
+                              : KeyTable::english().strokeFor(static_cast<char32_t>(key)).value();
       desktop_.base().stroke(stroke);
       desktop_.base().wait(kBetweenKeys);
     }

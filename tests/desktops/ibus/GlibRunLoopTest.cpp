@@ -63,8 +63,10 @@ class GlibRunLoopTest : public ::testing::Test {
         },
         &isOver);
     int turns = 0;
-    for (; !isOver; ++turns)
+    while (!isOver) {
       g_main_context_iteration(nullptr, TRUE);
+      ++turns;
+    }
     return turns;
   }
 

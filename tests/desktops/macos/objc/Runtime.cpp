@@ -67,7 +67,8 @@ extern Class* __start_objc_classlist[];
 extern Class* __stop_objc_classlist[];
 extern const char* __start_objc_selrefs[];
 extern const char* __stop_objc_selrefs[];
-extern Class OBJC_CLASS_$_NSConstantString;
+/// A name of the compiler's, which is none in C++.
+extern Class constantStringClass __asm__("OBJC_CLASS_$_NSConstantString");
 /// The class of the strings in the program's text.
 Class __CFConstantStringClassReference;
 void* _objc_empty_cache;
@@ -132,9 +133,9 @@ __attribute__((constructor)) void registerClasses() {
     registerMethods(*type);
     registerMethods((*type)->isa);
   }
-  __CFConstantStringClassReference = OBJC_CLASS_$_NSConstantString;
+  __CFConstantStringClassReference = constantStringClass;
   state().methods[&__CFConstantStringClassReference] = {};
-  __CFConstantStringClassReference.superclass = &OBJC_CLASS_$_NSConstantString;
+  __CFConstantStringClassReference.superclass = &constantStringClass;
 }
 
 bool isClass(const Object* object) {
