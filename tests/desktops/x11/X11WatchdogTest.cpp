@@ -1,6 +1,7 @@
 // Two processes watch over each other, so that a person keeps the keyboard whatever becomes of
 // either; and while nothing happens, neither of them does anything.
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -244,6 +245,30 @@ TEST_F(X11Watchdog, KeysUnderWayWhenTheProgramEndsArrive) {
     typed += keys;
     EXPECT_TRUE(window_.shows(typed)) << window_.text();
     EXPECT_EQ(program.exitStatus(), 0) << program.errors();
+  }
+}
+
+// Faster than hands, keys may come behind those that follow while the keyboards are let go. Each is
+// pressed once, as the server takes no second press of a key that is down.
+TEST_F(X11Watchdog, NoKeyPressedWhileTheProgramEndsIsLost) {
+  const std::string keys = "abcdefghijklmnopqrstuvwxyz0123456789";
+  const auto sorted = [](std::string text) {
+    std::ranges::sort(text);
+    return text;
+  };
+  std::string typed;
+  for (int i = 0; i < 20; ++i) {
+    const Tessarok program(server_);
+    ASSERT_TRUE(waitUntil([this] { return server_.isKeyboardHeld(); }));
+    server_.lockGroup(0);
+    program.sendToWorker(SIGTERM);
+    for (const char key : keys)
+      server_.type(std::string(1, key));
+    typed += keys;
+    EXPECT_TRUE(waitUntil([&] { return sorted(window_.text()) == sorted(typed); }))
+        << window_.text() << "\ntyped:\n"
+        << typed;
+    EXPECT_TRUE(waitUntil([this] { return server_.keysDown().empty(); }));
   }
 }
 
